@@ -1,0 +1,24 @@
+// core/double_text.h - doubles as decimal text of 17 significant digits.
+//
+// 17 digits bring every double back exactly. The text is that of printf's "%.17g" in the "C" locale, made without
+// printf: saved documents consist largely of such numbers.
+#ifndef MURV_CORE_DOUBLE_TEXT_H
+#define MURV_CORE_DOUBLE_TEXT_H
+
+namespace murv::detail
+{
+
+inline constexpr unsigned int s_cnDoubleTextRoom = 32;
+
+/// Writes `value` (IEEE 754 binary64) rounded to 17 significant digits, exact halves to even, trailing zeros dropped;
+/// with an exponent of at least two digits when it is below -4 or above 16. A NaN gives "null", the infinities
+/// "1e+9999" and "-1e+9999".
+///
+/// \param out  has room for 32 bytes, all of which may be overwritten; no NUL is written
+/// \return the end of the text
+/// Does not depend on locale or rounding mode.
+char* writeDouble(char* out, double value) noexcept;
+
+}  // namespace murv::detail
+
+#endif

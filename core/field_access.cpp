@@ -1,0 +1,341 @@
+#include "core/field_access.h"
+
+#include <cstring>
+#include <utility>
+
+#include "core/field_vector.h"
+#include "core/walk_stack.h"
+
+namespace murv::detail
+{
+
+void tFieldAccess::releaseAside(CFields& node) noexcept
+{
+    if (tNodeAside* const record = aside(node))
+    {
+        releaseSlot(record->m_tSecond);
+        delete record;
+    }
+}
+
+void tFieldAccess::releaseSlot(const tSlot& slot) noexcept
+{
+    if (isContainer(slot.m_eType))
+    {
+        if (slot.m_uValue.m_pFV != nullptr)
+            CFieldVector::destroy(slot.m_uValue.m_pFV);
+    }
+    else if (slot.m_eType == DT_codelist && slot.m_bOwned)
+        std::free(const_cast<char*>(slot.m_uValue.m_pData));
+}
+
+void tFieldAccess::replaceSlot(CFields& node, E_ValueKind vk, const tSlot& fresh)
+{
+    if (vk == VK_actual)
+    {
+        replaceValue(node, fresh);
+        return;
+    }
+    try
+    {
+        makeAside(node);
+    }
+    catch (...)
+    {
+        releaseSlot(fresh);
+        throw;
+    }
+    dropSecond(node);
+    aside(node)->m_tSecond = fresh;
+}
+
+void tFieldAccess::dropSecond(CFields& node) noexcept
+{
+    if (tNodeAside* const record = aside(node))
+        releaseSlot(std::exchange(record->m_tSecond, tSlot{}));
+    setKind(node, VK_actual);
+}
+
+tSlot tFieldAccess::copySlot(const tSlot& slot)
+{
+    tSlot copy = slot;
+    if (isContainer(slot.m_eType))
+        copy.m_uValue.m_pFV = copyMembers(slot.m_uValue.m_pFV, slot.m_eType == DT_fields);
+    else if (slot.m_eType == DT_codelist)
+    {
+        copy.m_bOwned = slot.m_bOwned && slot.m_uValue.m_pData != nullptr;
+        if (copy.m_bOwned)
+        {
+            const std::string_view codes = view4Prefixed(slot.m_uValue.m_pData);
+            copy.m_uValue.m_pData = duplicatePrefixedStream(codes.data(), static_cast<unsigned int>(codes.size()));
+        }
+    }
+    return copy;
+}
+
+// The copy has the type of the first value. The bits are taken as they are, except that only a string's pointer is ever
+// read as one.
+tSlot tFieldAccess::copySecond(const CFields& node)
+{
+    const tSlot second = slot(node, VK_fix);
+    const E_DataType held = type(node);
+    if (held == DT_codelist)
+        return second.m_eType == DT_codelist ? copySlot(second) : tSlot{DT_codelist, false, {}};
+    tSlot copy{held, false, second.m_uValue};
+    if (held == DT_bool)
+        copy.m_uValue.m_ullValue = second.m_uValue.m_ullValue & 0xFF ? 1 : 0;
+    return copy;
+}
+
+bool tFieldAccess::copyOwnValues(CFields& to, const CFields& from)
+{
+    const E_DataType held = type(from);
+    if (isContainer(held))
+    {
+        setType(to, held).m_pFV = CFieldVector::empty();
+        return kind(from) == VK_actual;
+    }
+    setSlot(to, VK_actual, copySlot(slot(from, VK_actual)));
+    if (kind(from) != VK_actual)
+    {
+        // The record comes first: without memory for it a copied string would have no owner.
+        tNodeAside& record = makeAside(to);
+        record.m_tSecond = copySecond(from);
+        setKind(to, kind(from));
+    }
+    return true;
+}
+
+void tFieldAccess::copyMembersInto(CFields& to, const CFields& from)
+{
+    if (isContainer(from))
+        to.m_uActValue.m_pFV = copyMembers(from.m_uActValue.m_pFV, type(from) == DT_fields);
+}
+
+void tFieldAccess::copyValues(CFields& to, const CFields& from)
+{
+    copyOwnValues(to, from);
+    copyMembersInto(to, from);
+}
+
+void tFieldAccess::copyInto(CFields& to, const CFields& from)
+{
+    copyParts(to, from);
+    copyMembersInto(to, from);
+}
+
+void tFieldAccess::copyParts(CFields& to, const CFields& from)
+{
+    if (!copyOwnValues(to, from))
+        return;
+    to.m_uiID = from.m_uiID;
+    to.m_tPEI = from.m_tPEI;
+    to.m_iOffsetStart = from.m_iOffsetStart;
+    to.m_iOffsetEnd = from.m_iOffsetEnd;
+    if (from.m_pName != nullptr)
+        setFirstName(to, from.m_pName, from.m_ucNameLen);
+    const tNodeAside* const record = aside(from);
+    if (record == nullptr || (record->m_pOSA == nullptr && !record->m_bComment))
+        return;
+    tNodeAside& copy = makeAside(to);
+    copy.m_pOSA = record->m_pOSA;
+    copy.m_bComment = record->m_bComment;
+    for (unsigned int pos = 0; pos < s_cuiCommentCount; ++pos)
+    {
+        if (const char* const text = record->m_tComment[pos].get())
+            copy.m_tComment[pos].setComment(text, static_cast<unsigned int>(std::strlen(text)));
+    }
+}
+
+CFieldVector* tFieldAccess::copyMembers(const CFieldVector* members, bool asFields)
+{
+    struct tFrame
+    {
+        const CFieldVector* m_pFrom;
+        CFieldVector* m_pTo;
+        CFields* m_pHolder;  // of the copy; null for the outermost
+        std::uint32_t m_uiIndex;
+    };
+    if (members == nullptr || members->count() == 0)
+        return CFieldVector::empty();
+    CFieldVector* outermost = CFieldVector::make(members->count());
+    try
+    {
+        CWalkStack<tFrame> stack;
+        stack.push({members, outermost, nullptr, 0});
+        while (!stack.empty())
+        {
+            tFrame& frame = stack.top();
+            if (frame.m_uiIndex == frame.m_pFrom->count())
+            {
+                CFieldVector*& place = frame.m_pHolder == nullptr ? outermost : frame.m_pHolder->m_uActValue.m_pFV;
+                if (frame.m_pHolder == nullptr ? asFields : type(*frame.m_pHolder) == DT_fields)
+                    CFieldVector::indexNames(place);
+                stack.pop();
+                continue;
+            }
+            const CFields& from = frame.m_pFrom->at(frame.m_uiIndex++);
+            CFields& to = frame.m_pTo->appendInPlace();
+            copyParts(to, from);
+            const CFieldVector* const below = tFieldAccess::members(from);
+            if (below != nullptr && below->count() != 0)
+            {
+                to.m_uActValue.m_pFV = CFieldVector::make(below->count());
+                stack.push({below, to.m_uActValue.m_pFV, &to, 0});
+            }
+        }
+    }
+    catch (...)
+    {
+        CFieldVector::destroy(outermost);
+        throw;
+    }
+    return outermost;
+}
+
+void tFieldAccess::rename(CFields& node, const char* name, unsigned int length)
+{
+    char* const fresh = name == nullptr ? nullptr : duplicateStream(name, length);
+    CFieldVector* const set = owner(node);
+    if (set != nullptr)
+        set->beforeRename(node);
+    std::free(node.m_pName);
+    node.m_pName = fresh;
+    node.m_ucNameLen = static_cast<unsigned char>(fresh == nullptr ? 0 : length);
+    if (set != nullptr)
+        set->afterRename(node);
+}
+
+void tFieldAccess::take(CFields& to, CFields& from) noexcept
+{
+    CFieldVector* const toSet = owner(to);
+    CFieldVector* const fromSet = owner(from);
+    const bool toMember = isMember(to);
+    const bool fromMember = isMember(from);
+    if (fromSet != nullptr)
+        fromSet->beforeRename(from);
+    std::memcpy(static_cast<void*>(&to), static_cast<const void*>(&from), sizeof from);
+    new (static_cast<void*>(&from)) CFields();
+    setMember(to, toMember);
+    setMember(from, fromMember);
+    if (aside(to) == nullptr)
+        to.m_uiAside = 0;
+    setOwner(to, toSet);
+    setOwner(from, fromSet);
+    if (fromSet != nullptr)
+        fromSet->afterRename(from);
+    if (toSet != nullptr)
+        toSet->afterRename(to);
+}
+
+void tFieldAccess::swapComments(CFields& a, CFields& b) noexcept
+{
+    tNodeAside* const first = aside(a);
+    tNodeAside* const second = aside(b);
+    if (first == nullptr || second == nullptr)
+        return;
+    for (unsigned int pos = 0; pos < s_cuiCommentCount; ++pos)
+        first->m_tComment[pos].swap(second->m_tComment[pos]);
+    std::swap(first->m_bComment, second->m_bComment);
+}
+
+void tFieldAccess::swapNames(CFields& a, CFields& b) noexcept
+{
+    CFieldVector* const aSet = owner(a);
+    CFieldVector* const bSet = owner(b);
+    if (aSet != nullptr)
+        aSet->beforeRename(a);
+    if (bSet != nullptr)
+        bSet->beforeRename(b);
+    std::swap(a.m_pName, b.m_pName);
+    std::swap(a.m_ucNameLen, b.m_ucNameLen);
+    if (aSet != nullptr)
+        aSet->afterRename(a);
+    if (bSet != nullptr)
+        bSet->afterRename(b);
+}
+
+bool tFieldAccess::takeValues(CFields& to, CFields& from)
+{
+    const E_ValueKind kind4From = kind(from);
+    if (holdsDual(from))
+        makeAside(to);
+    // Out of `from` first: `to` may be what holds it.
+    const tSlot first = slot(from, VK_actual);
+    const tSlot second = holdsDual(from) ? std::exchange(aside(from)->m_tSecond, tSlot{}) : tSlot{};
+    setType(from, DT_null) = {};
+    setKind(from, VK_actual);
+    if (kind4From != VK_actual)
+        dropSecond(to);
+    replaceValue(to, first);
+    setKind(to, VK_actual);
+    if (kind4From == VK_actual)
+        return true;
+    if (isContainer(first.m_eType))
+        return false;
+    aside(to)->m_tSecond = second;
+    setKind(to, kind4From);
+    return true;
+}
+
+bool tFieldAccess::takeField(CFields& to, CFields& from)
+{
+    tNodeAside* const source = aside(from);
+    tNodeAside* const target = source != nullptr ? &makeAside(to) : aside(to);
+    if (target != nullptr)
+    {
+        for (CHeapString& comment : target->m_tComment)
+            CHeapString().swap(comment);
+        target->m_bComment = false;
+    }
+    if (!takeValues(to, from))
+        return false;
+    if (from.m_uiID != 0)
+        to.m_uiID = from.m_uiID;
+    to.m_tPEI = from.m_tPEI;
+    to.m_iOffsetStart = from.m_iOffsetStart;
+    to.m_iOffsetEnd = from.m_iOffsetEnd;
+    if (target != nullptr)
+    {
+        target->m_pOSA = source == nullptr ? nullptr : source->m_pOSA;
+        target->m_bComment = source != nullptr && source->m_bComment;
+        for (unsigned int pos = 0; source != nullptr && pos < s_cuiCommentCount; ++pos)
+            target->m_tComment[pos].swap(source->m_tComment[pos]);
+    }
+    CFieldVector* const set = owner(to);
+    if (set != nullptr)
+        set->beforeRename(to);
+    std::swap(to.m_pName, from.m_pName);
+    std::swap(to.m_ucNameLen, from.m_ucNameLen);
+    if (set != nullptr)
+        set->afterRename(to);
+    return true;
+}
+
+CFields& tFieldAccess::appendMember(CFields& set, const char* name, unsigned int nameLen, unsigned int id)
+{
+    CFieldVector*& members = set.m_uActValue.m_pFV;
+    CFields& member = CFieldVector::append(members);
+    if (nameLen >= 1 && nameLen <= s_cuiLongestName)
+    {
+        try
+        {
+            setFirstName(member, name, nameLen);
+        }
+        catch (...)
+        {
+            CFieldVector::erase(members, members->count() - 1, members->count());
+            throw;
+        }
+    }
+    member.setID(id);
+    CFieldVector::enterLast(members);
+    return member;
+}
+
+CFields& tFieldAccess::appendTo(CFieldVector*& members)
+{
+    return CFieldVector::append(members);
+}
+
+}  // namespace murv::detail

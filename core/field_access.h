@@ -1,0 +1,253 @@
+// core/field_access.h - the library's own way to a node's parts.
+//
+// Loaders, savers, packets and the tree itself work on nodes through these few inline functions, so that the node's
+// layout is known in one place and checks that the public interface makes are paid once per call, not once per part.
+#pragma once
+
+#include <cstdlib>
+#include <string_view>
+
+#include "core/heap_text.h"
+#include "core/node_aside.h"
+#include "murv/fields.h"
+
+namespace murv::detail
+{
+
+inline constexpr unsigned int s_cuiLongestName = 255;
+
+struct tFieldAccess
+{
+    // First value.
+
+    static E_DataType type(const CFields& node)
+    {
+        return static_cast<E_DataType>(node.m_ucState & 7u);
+    }
+    static bool isContainer(const CFields& node)
+    {
+        return isContainer(type(node));
+    }
+    static bool isContainer(E_DataType type)
+    {
+        return type == DT_array || type == DT_fields;
+    }
+    static bool isOwned(const CFields& node)
+    {
+        return (node.m_ucState & s_cuiOwned) != 0;
+    }
+    static E_ValueKind kind(const CFields& node)
+    {
+        return static_cast<E_ValueKind>((node.m_ucState >> 4) & 3u);
+    }
+    static void setKind(CFields& node, unsigned int kind)
+    {
+        node.m_ucState = static_cast<unsigned char>((node.m_ucState & ~0x30u) | (kind << 4));
+    }
+    /// Sets type and owner of the first value; the value itself is the caller's next step.
+    static uMultiValue& setType(CFields& node, E_DataType type, bool owned = false)
+    {
+        node.m_ucState = static_cast<unsigned char>((node.m_ucState & ~15u) | type | (owned ? s_cuiOwned : 0u));
+        return node.m_uActValue;
+    }
+    static uMultiValue& value(CFields& node)
+    {
+        return node.m_uActValue;
+    }
+    static const uMultiValue& value(const CFields& node)
+    {
+        return node.m_uActValue;
+    }
+    /// Bytes of a DT_codelist's first value.
+    static std::string_view codes(const CFields& node)
+    {
+        return view4Codes(isOwned(node), node.m_uActValue.m_pData);
+    }
+    /// Both forms of one slot: the second slot of a plain node reads as DT_null.
+    static tSlot slot(const CFields& node, E_ValueKind vk)
+    {
+        if (vk == VK_actual)
+            return {type(node), isOwned(node), node.m_uActValue};
+        const tNodeAside* const record = aside(node);
+        return record == nullptr ? tSlot{} : record->m_tSecond;
+    }
+    static E_DataType type(const CFields& node, E_ValueKind vk)
+    {
+        return vk == VK_actual ? type(node) : slot(node, vk).m_eType;
+    }
+    static void setSlot(CFields& node, E_ValueKind vk, const tSlot& slot)
+    {
+        if (vk == VK_actual)
+            setType(node, slot.m_eType, slot.m_bOwned) = slot.m_uValue;
+        else
+            makeAside(node).m_tSecond = slot;
+    }
+
+    /// Whether the node lies in a vector. One that does not is below no other node.
+    static bool isMember(const CFields& node)
+    {
+        return (node.m_ucState & s_cuiMember) != 0;
+    }
+    /// Belongs to the node's place, not to what it holds: moving parts leaves it.
+    static void setMember(CFields& node, bool isMember)
+    {
+        node.m_ucState = static_cast<unsigned char>((node.m_ucState & ~s_cuiMember) | (isMember ? s_cuiMember : 0u));
+    }
+
+    // Members. Null also for a container that removeAll left without a vector.
+
+    static CFieldVector* members(const CFields& node)
+    {
+        return isContainer(node) ? node.m_uActValue.m_pFV : nullptr;
+    }
+
+    // Name and ID.
+
+    static std::string_view name(const CFields& node)
+    {
+        return {node.m_pName, node.m_ucNameLen};
+    }
+    static bool isNamed(const CFields& node, const char* name, unsigned int length)
+    {
+        return node.m_ucNameLen == length && std::memcmp(node.m_pName, name, length) == 0;
+    }
+    /// Gives a node that has no name yet, and that no index knows, a name of 1 to 255 bytes.
+    static void setFirstName(CFields& node, const char* name, unsigned int length)
+    {
+        node.m_pName = duplicateStream(name, length);
+        node.m_ucNameLen = static_cast<unsigned char>(length);
+    }
+    static unsigned int id(const CFields& node)
+    {
+        return node.m_uiID;
+    }
+    static void setId(CFields& node, unsigned int id)
+    {
+        node.m_uiID = id;
+    }
+
+    // Packet expression and offsets.
+
+    static tPacketExpInfo& pei(CFields& node)
+    {
+        return node.m_tPEI;
+    }
+    static const tPacketExpInfo& pei(const CFields& node)
+    {
+        return node.m_tPEI;
+    }
+    static void setOffsets(CFields& node, int start, int end)
+    {
+        node.m_iOffsetStart = start;
+        node.m_iOffsetEnd = end;
+    }
+
+    // Side record.
+
+    static tNodeAside* aside(const CFields& node)
+    {
+        return (node.m_uiAside & s_cuiOwnerTag) != 0 ? nullptr : reinterpret_cast<tNodeAside*>(node.m_uiAside);
+    }
+    static tNodeAside& makeAside(CFields& node)
+    {
+        tNodeAside* record = aside(node);
+        if (record == nullptr)
+        {
+            CFieldVector* const set = owner(node);
+            record = new tNodeAside;
+            record->m_pOwner = set;
+            node.m_uiAside = reinterpret_cast<std::uintptr_t>(record);
+        }
+        return *record;
+    }
+    /// The large field set whose name index knows this node, or null.
+    static CFieldVector* owner(const CFields& node)
+    {
+        if ((node.m_uiAside & s_cuiOwnerTag) != 0)
+            return reinterpret_cast<CFieldVector*>(node.m_uiAside & ~s_cuiOwnerTag);
+        return node.m_uiAside == 0 ? nullptr : reinterpret_cast<tNodeAside*>(node.m_uiAside)->m_pOwner;
+    }
+    static void setOwner(CFields& node, CFieldVector* set)
+    {
+        if (tNodeAside* const record = aside(node))
+            record->m_pOwner = set;
+        else
+            node.m_uiAside = set == nullptr ? 0 : reinterpret_cast<std::uintptr_t>(set) | s_cuiOwnerTag;
+    }
+
+    // Life and death of parts; the public operations are built from these.
+
+    /// Frees name, side record and a string value, and hands the members out unreleased. The node is then raw memory.
+    static CFieldVector* release(CFields& node)
+    {
+        std::free(node.m_pName);
+        if (node.m_uiAside != 0)
+            releaseAside(node);
+        const E_DataType held = type(node);
+        if (held == DT_codelist && isOwned(node))
+            std::free(const_cast<char*>(node.m_uActValue.m_pData));
+        return isContainer(held) ? node.m_uActValue.m_pFV : nullptr;
+    }
+    /// Releases a slot's string or members.
+    static void releaseSlot(const tSlot& slot) noexcept;
+    /// Replaces the first value; the old one goes last, so that the new one may have come from below it.
+    static void replaceValue(CFields& node, const tSlot& fresh) noexcept
+    {
+        const tSlot before = slot(node, VK_actual);
+        setType(node, fresh.m_eType, fresh.m_bOwned) = fresh.m_uValue;
+        if (before.m_eType == DT_codelist || isContainer(before.m_eType))
+            releaseSlot(before);
+    }
+    /// As above for either slot; writing the second one resets the value kind. Throws std::bad_alloc with nothing done
+    /// and `fresh` released.
+    static void replaceSlot(CFields& node, E_ValueKind vk, const tSlot& fresh);
+    /// Empties the second slot and resets the value kind.
+    static void dropSecond(CFields& node) noexcept;
+    /// An own copy of a slot's value, members included.
+    static tSlot copySlot(const tSlot& slot);
+    /// An own copy of a set's or array's members; `asFields` gives large ones a name index.
+    static CFieldVector* copyMembers(const CFieldVector* members, bool asFields);
+    /// Fills a node in the basic state with a copy of the source's values and value kind, or of the whole source. Of a
+    /// container whose value kind is not VK_actual only the members are copied.
+    static void copyValues(CFields& to, const CFields& from);
+    static void copyInto(CFields& to, const CFields& from);
+    /// Exchange comments (both nodes have a side record, or neither has comments) and names.
+    static void swapComments(CFields& a, CFields& b) noexcept;
+    static void swapNames(CFields& a, CFields& b) noexcept;
+    /// Renames; `name` may be null for none. Tells the index of a large set.
+    static void rename(CFields& node, const char* name, unsigned int length);
+    /// Moves all parts into a node in the basic state, and leaves `from` in the basic state. Places keep their owner.
+    static void take(CFields& to, CFields& from) noexcept;
+    /// Moves values and value kind into `to`; the rest stays. \return false as setValue(const CFields&) does.
+    static bool takeValues(CFields& to, CFields& from);
+    /// Moves the whole node into `to` as setField copies it. \return false as setField does.
+    static bool takeField(CFields& to, CFields& from);
+    /// Appends a node in the basic state to a container that has a vector, for the caller to fill.
+    static CFields& append(CFields& container)
+    {
+        return appendTo(container.m_uActValue.m_pFV);
+    }
+
+    /// Appends a member with a name of up to 255 bytes (0 or more than that for none) and an ID (invalid for none) to a
+    /// field set that has a vector, whatever members it has.
+    static CFields& appendMember(CFields& set, const char* name, unsigned int nameLen, unsigned int id);
+
+    static constexpr unsigned int s_cuiOwned = 8;
+    static constexpr unsigned int s_cuiMember = 0x40;
+    static constexpr std::uintptr_t s_cuiOwnerTag = 1;
+
+private:
+    static void releaseAside(CFields& node) noexcept;
+    /// Values and the other parts, except members: a container copies as an empty one.
+    static void copyParts(CFields& to, const CFields& from);
+    static bool copyOwnValues(CFields& to, const CFields& from);
+    static void copyMembersInto(CFields& to, const CFields& from);
+    static tSlot copySecond(const CFields& node);
+    static bool holdsDual(const CFields& node)
+    {
+        return kind(node) != VK_actual && !isContainer(node);
+    }
+    static CFields& appendTo(CFieldVector*& members);
+};
+
+}  // namespace murv::detail

@@ -1,0 +1,266 @@
+// core/field_convert.cpp - reading a value as another type.
+//
+// Each accessor has one message for types that never convert and one per number type for values out of range. The range
+// tests of integers look at the first value, whichever slot is read; those of doubles at the value itself.
+
+#include <cfloat>
+#include <limits>
+#include <string_view>
+
+#include "core/field_access.h"
+#include "core/throw.h"
+#include "murv/fields.h"
+#include "murv/text.h"
+
+namespace murv
+{
+
+using detail::tFieldAccess;
+using detail::throwAt;
+using detail::tSlot;
+
+namespace
+{
+constexpr double s_cdTwoTo63 = 9223372036854775808.0;
+constexpr double s_cdTwoTo64 = 18446744073709551616.0;
+
+float narrow(double value)
+{
+    // Halfway between the greatest float and the next power of two, where rounding turns to infinity.
+    constexpr double edge = 0x1.ffffffp127;
+    if (value >= edge)
+        return std::numeric_limits<float>::infinity();
+    if (value <= -edge)
+        return -std::numeric_limits<float>::infinity();
+    if (value > FLT_MAX)
+        return FLT_MAX;
+    return value < -FLT_MAX ? -FLT_MAX : static_cast<float>(value);
+}
+}  // namespace
+
+bool CFields::asBool(E_ValueKind vk) const
+{
+    const tSlot slot = tFieldAccess::slot(*this, vk);
+    switch (slot.m_eType)
+    {
+    case DT_null: return false;
+    case DT_bool: return slot.m_uValue.m_bValue;
+    case DT_sint:
+    case DT_uint: return slot.m_uValue.m_ullValue != 0;
+    case DT_double: return slot.m_uValue.m_dValue != 0.0;
+    default: throwAt("murv::CFields::asBool", "CFields is not convertible to bool.");
+    }
+}
+
+int CFields::asSint32(E_ValueKind vk) const
+{
+    constexpr const char* function = "murv::CFields::asSint32";
+    const tSlot slot = tFieldAccess::slot(*this, vk);
+    switch (slot.m_eType)
+    {
+    case DT_null: return 0;
+    case DT_bool: return slot.m_uValue.m_bValue ? 1 : 0;
+    case DT_sint:
+        if (!isSint32(VK_actual))
+            throwAt(function, "LSint out of Sint32 range");
+        return static_cast<int>(slot.m_uValue.m_llValue);
+    case DT_uint:
+        if (!isSint32(VK_actual))
+            throwAt(function, "LUint out of Sint32 range");
+        return static_cast<int>(slot.m_uValue.m_ullValue);
+    case DT_double:
+        if (!(slot.m_uValue.m_dValue >= minSint32 && slot.m_uValue.m_dValue <= maxSint32))
+            throwAt(function, "double out of Sint32 range");
+        return static_cast<int>(slot.m_uValue.m_dValue);
+    default: throwAt(function, "Value is not convertible to Sint32.");
+    }
+}
+
+unsigned int CFields::asUint32(E_ValueKind vk) const
+{
+    constexpr const char* function = "murv::CFields::asUint32";
+    const tSlot slot = tFieldAccess::slot(*this, vk);
+    switch (slot.m_eType)
+    {
+    case DT_null: return 0;
+    case DT_bool: return slot.m_uValue.m_bValue ? 1 : 0;
+    case DT_sint:
+        if (!isUint32(VK_actual))
+            throwAt(function, "LSint out of Uint32 range");
+        return static_cast<unsigned int>(slot.m_uValue.m_llValue);
+    case DT_uint:
+        if (!isUint32(VK_actual))
+            throwAt(function, "LUint out of Uint32 range");
+        return static_cast<unsigned int>(slot.m_uValue.m_ullValue);
+    case DT_double:
+        if (!(slot.m_uValue.m_dValue >= 0.0 && slot.m_uValue.m_dValue <= maxUint32))
+            throwAt(function, "double out of Uint32 range");
+        return static_cast<unsigned int>(slot.m_uValue.m_dValue);
+    default: throwAt(function, "Value is not convertible to Uint32.");
+    }
+}
+
+long long CFields::asSint64(E_ValueKind vk) const
+{
+    constexpr const char* function = "murv::CFields::asSint64";
+    const tSlot slot = tFieldAccess::slot(*this, vk);
+    switch (slot.m_eType)
+    {
+    case DT_null: return 0;
+    case DT_bool: return slot.m_uValue.m_bValue ? 1 : 0;
+    case DT_sint: return slot.m_uValue.m_llValue;
+    case DT_uint:
+        if (!isSint64(VK_actual))
+            throwAt(function, "LUint out of Sint64 range");
+        return static_cast<long long>(slot.m_uValue.m_ullValue);
+    case DT_double:
+        if (!(slot.m_uValue.m_dValue >= -s_cdTwoTo63 && slot.m_uValue.m_dValue <= s_cdTwoTo63))
+            throwAt(function, "double out of Sint64 range");
+        // The bound itself passes, but only the number below it fits.
+        return slot.m_uValue.m_dValue == s_cdTwoTo63 ? maxSint64 : static_cast<long long>(slot.m_uValue.m_dValue);
+    default: throwAt(function, "CFields is not convertible to Sint64.");
+    }
+}
+
+unsigned long long CFields::asUint64(E_ValueKind vk) const
+{
+    constexpr const char* function = "murv::CFields::asUint64";
+    constexpr unsigned long long topBit = 1ULL << 63;
+    const tSlot slot = tFieldAccess::slot(*this, vk);
+    switch (slot.m_eType)
+    {
+    case DT_null: return 0;
+    case DT_bool: return slot.m_uValue.m_bValue ? 1 : 0;
+    case DT_sint:
+        if (!isUint64(VK_actual))
+            throwAt(function, "LSint out of Uint64 range");
+        return slot.m_uValue.m_ullValue;
+    case DT_uint: return slot.m_uValue.m_ullValue;
+    case DT_double:
+        if (!(slot.m_uValue.m_dValue >= 0.0 && slot.m_uValue.m_dValue <= s_cdTwoTo64))
+            throwAt(function, "double out of Uint64 range");
+        if (slot.m_uValue.m_dValue >= s_cdTwoTo63)
+            return static_cast<unsigned long long>(slot.m_uValue.m_dValue - s_cdTwoTo63) | topBit;
+        return static_cast<unsigned long long>(slot.m_uValue.m_dValue);
+    default: throwAt(function, "CFields is not convertible to Uint64.");
+    }
+}
+
+long long CFields::asLSint(E_ValueKind vk) const
+{
+    return asSint64(vk);
+}
+
+unsigned long long CFields::asLUint(E_ValueKind vk) const
+{
+    return asUint64(vk);
+}
+
+float CFields::asFloat(E_ValueKind vk) const
+{
+    const tSlot slot = tFieldAccess::slot(*this, vk);
+    switch (slot.m_eType)
+    {
+    case DT_null: return 0.0F;
+    case DT_bool: return slot.m_uValue.m_bValue ? 1.0F : 0.0F;
+    case DT_sint: return static_cast<float>(slot.m_uValue.m_llValue);
+    case DT_uint: return static_cast<float>(slot.m_uValue.m_ullValue);
+    case DT_double: return narrow(slot.m_uValue.m_dValue);
+    default: throwAt("murv::CFields::asFloat", "CFields is not convertible to float.");
+    }
+}
+
+double CFields::asDouble(E_ValueKind vk) const
+{
+    const tSlot slot = tFieldAccess::slot(*this, vk);
+    switch (slot.m_eType)
+    {
+    case DT_null: return 0.0;
+    case DT_bool: return slot.m_uValue.m_bValue ? 1.0 : 0.0;
+    case DT_sint: return static_cast<double>(slot.m_uValue.m_llValue);
+    case DT_uint: return static_cast<double>(slot.m_uValue.m_ullValue);
+    case DT_double: return slot.m_uValue.m_dValue;
+    default: throwAt("murv::CFields::asDouble", "CFields is not convertible to double.");
+    }
+}
+
+std::string CFields::asString(E_ValueKind vk) const
+{
+    const tSlot slot = tFieldAccess::slot(*this, vk);
+    switch (slot.m_eType)
+    {
+    case DT_null: return {};
+    case DT_bool: return ToString(slot.m_uValue.m_bValue);
+    case DT_sint: return ToString(slot.m_uValue.m_llValue);
+    case DT_uint: return ToString(slot.m_uValue.m_ullValue);
+    case DT_double: return ToString(slot.m_uValue.m_dValue);
+    case DT_codelist: return std::string(detail::view4Codes(slot.m_bOwned, slot.m_uValue.m_pData));
+    default: throwAt("murv::CFields::asString", "Type is not convertible to string");
+    }
+}
+
+bool CFields::toSint64(long long& out, E_ValueKind vk) const
+{
+    out = 0;
+    if (isIntegral(vk))
+    {
+        out = asSint64(vk);
+        return true;
+    }
+    const char* text = nullptr;
+    const unsigned int length = getCodePoint(&text, vk);
+    return text != nullptr && aton64(text, length, out);
+}
+
+bool CFields::toSint64(long& out, E_ValueKind vk) const
+{
+    static_assert(sizeof(long) <= sizeof(long long));
+    long long wide = 0;
+    const bool done = toSint64(wide, vk);
+    out = static_cast<long>(wide);
+    return done;
+}
+
+bool CFields::toUint64(unsigned long long& out, E_ValueKind vk) const
+{
+    out = 0;
+    if (isIntegral(vk))
+    {
+        out = asUint64(vk);
+        return true;
+    }
+    const char* text = nullptr;
+    const unsigned int length = getCodePoint(&text, vk);
+    return text != nullptr && aton64(text, length, out);
+}
+
+bool CFields::toUint64(unsigned long& out, E_ValueKind vk) const
+{
+    unsigned long long wide = 0;
+    const bool done = toUint64(wide, vk);
+    out = static_cast<unsigned long>(wide);
+    return done;
+}
+
+unsigned int CFields::getCodePoint(const char** data, E_ValueKind vk) const
+{
+    const tSlot slot = tFieldAccess::slot(*this, vk);
+    if (slot.m_eType != DT_codelist || slot.m_uValue.m_pData == nullptr)
+        return 0;
+    const std::string_view codes = detail::view4Codes(slot.m_bOwned, slot.m_uValue.m_pData);
+    if (data != nullptr)
+        *data = codes.data();
+    return static_cast<unsigned int>(codes.size());
+}
+
+bool CFields::resizeCodes(unsigned int length, unsigned char fill, E_ValueKind vk)
+{
+    tSlot slot = tFieldAccess::slot(*this, vk);
+    if (slot.m_eType != DT_codelist || !slot.m_bOwned || slot.m_uValue.m_pData == nullptr)
+        return false;
+    slot.m_uValue.m_pData = detail::resizePrefixed(const_cast<char*>(slot.m_uValue.m_pData), length, fill);
+    tFieldAccess::setSlot(*this, vk, slot);
+    return true;
+}
+
+}  // namespace murv

@@ -1,0 +1,347 @@
+#include "core/field_vector.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <new>
+
+namespace murv
+{
+
+using detail::CNameIndex;
+using detail::hash4Name;
+using detail::tFieldAccess;
+
+namespace
+{
+constexpr std::uint32_t s_cuiShortestShift = 3;
+
+void* allot(std::uint64_t size)
+{
+    void* const block = std::malloc(size);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    return block;
+}
+
+/// Nodes are relocated as bytes: no part of a node points to the node itself.
+void relocate(CFields* to, const CFields* from, std::size_t count) noexcept
+{
+    std::memmove(static_cast<void*>(to), static_cast<const void*>(from), count * sizeof(CFields));
+}
+
+std::uint32_t hash4Member(const CFields& member) noexcept
+{
+    const std::string_view name = tFieldAccess::name(member);
+    return hash4Name(name.data(), static_cast<unsigned int>(name.size()));
+}
+}  // namespace
+
+CFieldVector CFieldVector::s_tEmpty(0, 0);
+
+CFieldVector* CFieldVector::make(std::uint32_t room)
+{
+    return new (allot(s_cnHeadSize + std::uint64_t{room} * sizeof(CFields))) CFieldVector(0, room);
+}
+
+CFieldVector* CFieldVector::moveOut()
+{
+    if (m_uiCount == 0)
+        return empty();
+    CFieldVector* const own = make(m_uiCount);
+    relocate(own->first(), first(), m_uiCount);
+    own->m_uiCount = m_uiCount;
+    m_uiCount = 0;
+    return own;
+}
+
+void CFieldVector::releaseInPlace() noexcept
+{
+    for (std::uint32_t i = 0; i < m_uiCount; ++i)
+    {
+        if (CFieldVector* const below = tFieldAccess::release(first()[i]))
+            destroy(below);
+    }
+    m_uiCount = 0;
+}
+
+CFieldVector::tRun CFieldVector::run(std::uint32_t index) const noexcept
+{
+    if (isSmall())
+        return {first() + index, first() + m_uiCount};
+    const tLarge& head = large();
+    const std::uint32_t step =
+        index < head.m_uiFirstRoom
+            ? 0
+            : static_cast<std::uint32_t>(std::bit_width(((index - head.m_uiFirstRoom) >> head.m_uiShift) + 1));
+    const std::uint64_t start = step == 0 ? 0 : std::uint64_t{head.m_uiFirstRoom} + head.segmentStart(step);
+    const std::uint64_t end = std::min<std::uint64_t>(m_uiCount, start + head.segmentRoom(step));
+    return {head.m_pSegment[step] + (index - start), head.m_pSegment[step] + (end - start)};
+}
+
+std::uint32_t CFieldVector::find(const char* name, unsigned int length) const noexcept
+{
+    if (isSmall())
+    {
+        const CFields* const begin = first();
+        const CFields* const end = begin + m_uiCount;
+        for (const CFields* node = begin; node != end; ++node)
+        {
+            if (tFieldAccess::isNamed(*node, name, length))
+                return static_cast<std::uint32_t>(node - begin);
+        }
+        return CNameIndex::s_cuiNone;
+    }
+    if (large().m_pIndex != nullptr)
+        return large().m_pIndex->find(*this, name, length, hash4Name(name, length));
+    for (std::uint32_t i = 0; i < m_uiCount;)
+    {
+        const tRun part = run(i);
+        for (const CFields* node = part.m_pBegin; node != part.m_pEnd; ++node, ++i)
+        {
+            if (tFieldAccess::isNamed(*node, name, length))
+                return i;
+        }
+    }
+    return CNameIndex::s_cuiNone;
+}
+
+CFieldVector::tLarge::tLarge(CFieldVector* firstBlock) noexcept
+    : CFieldVector(firstBlock->m_uiCount, s_cuiLarge),
+      m_uiFirstRoom(firstBlock->m_uiRoom),
+      m_uiShift(std::max(s_cuiShortestShift, static_cast<std::uint32_t>(std::bit_width(firstBlock->m_uiRoom - 1)))),
+      m_pFirstBlock(firstBlock)
+{
+    m_pInline[0] = firstBlock->first();
+}
+
+std::uint64_t CFieldVector::tLarge::room() const noexcept
+{
+    return std::uint64_t{m_uiFirstRoom} + (((std::uint64_t{1} << (m_uiSegments - 1)) - 1) << m_uiShift);
+}
+
+void CFieldVector::tLarge::addSegment()
+{
+    if (m_uiSegments == s_cuiSegmentLimit)
+        throw std::bad_alloc();
+    if (m_uiSegments == s_cuiInlineSegments && m_pSegment == m_pInline)
+    {
+        auto** const list = static_cast<CFields**>(allot(s_cuiSegmentLimit * sizeof(CFields*)));
+        std::copy_n(m_pInline, s_cuiInlineSegments, list);
+        m_pSegment = list;
+    }
+    m_pSegment[m_uiSegments] = static_cast<CFields*>(allot(segmentRoom(m_uiSegments) * sizeof(CFields)));
+    ++m_uiSegments;
+}
+
+CFieldVector::tLarge* CFieldVector::grow(CFieldVector* self)
+{
+    return self->isSmall() ? new tLarge(self) : &self->large();
+}
+
+CFields& CFieldVector::append(CFieldVector*& self)
+{
+    if (self->m_uiCount >= s_cuiCountLimit)
+        throw std::bad_alloc();
+    if (self->m_uiRoom == 0)
+        self = make(s_cuiFirstRoom);
+    if (self->isSmall() && self->m_uiCount < self->m_uiRoom)
+        return self->appendInPlace();
+    tLarge* const head = grow(self);
+    self = head;
+    if (head->m_uiCount == head->room())
+        head->addSegment();
+    CFields* const node = new (static_cast<void*>(&head->at(head->m_uiCount))) CFields();
+    tFieldAccess::setMember(*node, true);
+    ++head->m_uiCount;
+    if (head->m_pIndex != nullptr)
+        tFieldAccess::setOwner(*node, head);
+    return *node;
+}
+
+void CFieldVector::enterLast(CFieldVector*& self) noexcept
+{
+    // A set that has shrunk below the size at which an index is made keeps the one it has.
+    if (self->isSmall() || self->large().m_pIndex == nullptr)
+        indexNames(self);
+    else if (const CFields& node = self->last(); !tFieldAccess::name(node).empty())
+    {
+        if (!self->large().m_pIndex->insert(*self, self->m_uiCount - 1, hash4Member(node)))
+            self->dropIndex();
+    }
+}
+
+void CFieldVector::indexNames(CFieldVector*& self, std::unique_ptr<CNameIndex> ready) noexcept
+{
+    if (self->m_uiCount < s_cuiIndexFrom)
+        return;
+    std::unique_ptr<CNameIndex> index = std::move(ready);
+    if (index == nullptr)
+    {
+        index.reset(new (std::nothrow) CNameIndex);
+        if (index == nullptr || !index->build(*self))
+            return;
+    }
+    if (self->isSmall())
+    {
+        tLarge* const head = new (std::nothrow) tLarge(self);
+        if (head == nullptr)
+            return;
+        self = head;
+    }
+    self->dropIndex();
+    self->large().m_pIndex = index.release();
+    detail::forEachMember(self, [self](CFields& node) { tFieldAccess::setOwner(node, self); });
+}
+
+void CFieldVector::dropIndex() noexcept
+{
+    delete large().m_pIndex;
+    large().m_pIndex = nullptr;
+}
+
+void CFieldVector::erase(CFieldVector*& self, std::uint32_t first, std::uint32_t last) noexcept
+{
+    CNameIndex* const index = self->isSmall() ? nullptr : self->large().m_pIndex;
+    bool rebuild = index != nullptr && last - first > 1;
+    for (std::uint32_t i = first; i < last; ++i)
+    {
+        CFields& node = self->at(i);
+        if (index != nullptr && !rebuild && !tFieldAccess::name(node).empty())
+            rebuild = !index->remove(i, hash4Member(node));
+        if (CFieldVector* const below = tFieldAccess::release(node))
+            destroy(below);
+    }
+    self->closeGap(first, last);
+    if (self->m_uiCount == 0)
+    {
+        freeBlocks(self);
+        self = empty();
+    }
+    else if (rebuild)
+    {
+        self->dropIndex();
+        indexNames(self);
+    }
+    else if (index != nullptr)
+        index->shiftBehind(first);
+}
+
+void CFieldVector::closeGap(std::uint32_t first, std::uint32_t last) noexcept
+{
+    std::uint32_t to = first;
+    for (std::uint32_t from = last; from < m_uiCount;)
+    {
+        // The last run's end is the end of the members, so that a target run is as long as its block allows.
+        const tRun source = run(from);
+        const tRun target = run(to);
+        const auto count =
+            static_cast<std::uint32_t>(std::min(source.m_pEnd - source.m_pBegin, target.m_pEnd - target.m_pBegin));
+        relocate(target.m_pBegin, source.m_pBegin, count);
+        from += count;
+        to += count;
+    }
+    m_uiCount = to;
+}
+
+std::uint32_t CFieldVector::position(const CFields& member) const noexcept
+{
+    std::uint32_t before = 0;
+    for (std::uint32_t step = 0;; ++step)
+    {
+        const CFields* const segment = large().m_pSegment[step];
+        const auto room = static_cast<std::size_t>(large().segmentRoom(step));
+        if (!std::less<const CFields*>()(&member, segment) && std::less<const CFields*>()(&member, segment + room))
+            return before + static_cast<std::uint32_t>(&member - segment);
+        before += static_cast<std::uint32_t>(room);
+    }
+}
+
+void CFieldVector::beforeRename(const CFields& member) noexcept
+{
+    CNameIndex* const index = large().m_pIndex;
+    if (index == nullptr || tFieldAccess::name(member).empty())
+        return;
+    if (!index->remove(position(member), hash4Member(member)))
+        dropIndex();  // afterRename builds it anew
+}
+
+void CFieldVector::afterRename(const CFields& member) noexcept
+{
+    CNameIndex* const index = large().m_pIndex;
+    if (index == nullptr)
+    {
+        CFieldVector* self = this;
+        indexNames(self);
+    }
+    else if (!tFieldAccess::name(member).empty() && !index->insert(*this, position(member), hash4Member(member)))
+        dropIndex();
+}
+
+void CFieldVector::freeBlocks(CFieldVector* self) noexcept
+{
+    if (!self->isSmall())
+    {
+        tLarge* const head = &self->large();
+        self = head->m_pFirstBlock;
+        for (std::uint32_t step = 1; step < head->m_uiSegments; ++step)
+            std::free(head->m_pSegment[step]);
+        if (head->m_pSegment != head->m_pInline)
+            std::free(head->m_pSegment);
+        delete head->m_pIndex;
+        delete head;
+    }
+    if (self->m_uiRoom != 0)
+        std::free(self);
+}
+
+// Descends in depth-first order. Where to go on above is written into the node just left: its parts are released, and
+// its block lives until all its members are.
+void CFieldVector::destroy(CFieldVector* self) noexcept
+{
+    struct tFrame
+    {
+        tFrame* m_pUp;
+        CFieldVector* m_pMembers;
+        std::uint32_t m_uiIndex;
+    };
+    static_assert(sizeof(tFrame) <= sizeof(CFields) && alignof(tFrame) <= alignof(CFields));
+
+    tFrame* up = nullptr;
+    std::uint32_t index = 0;
+    for (;;)
+    {
+        CFieldVector* below = nullptr;
+        while (below == nullptr && index < self->m_uiCount)
+        {
+            const tRun part = self->run(index);
+            for (CFields* node = part.m_pBegin; node != part.m_pEnd && below == nullptr; ++node, ++index)
+            {
+                below = tFieldAccess::release(*node);
+                if (below != nullptr && below->m_uiCount == 0)
+                {
+                    freeBlocks(below);
+                    below = nullptr;
+                }
+                if (below != nullptr)
+                    up = new (static_cast<void*>(node)) tFrame{up, self, index + 1};
+            }
+        }
+        if (below != nullptr)
+        {
+            self = below;
+            index = 0;
+            continue;
+        }
+        freeBlocks(self);
+        if (up == nullptr)
+            return;
+        self = up->m_pMembers;
+        index = up->m_uiIndex;
+        up = up->m_pUp;
+    }
+}
+
+}  // namespace murv

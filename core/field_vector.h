@@ -1,0 +1,209 @@
+// core/field_vector.h - the members of a field set or an array.
+//
+// Members are nodes side by side in blocks. A small vector is one block; when it is full, a head is put before it that
+// lists further blocks of doubling size, so that no node ever moves while others are appended and any member is found
+// from its index in constant time. An empty vector costs nothing: all share one. Large field sets carry a name index,
+// which every change keeps exact, so that looking up never changes anything.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <memory>
+#include <new>
+
+#include "core/field_access.h"
+#include "core/name_index.h"
+#include "murv/fields.h"
+
+namespace murv
+{
+
+class CFieldVector
+{
+public:
+    /// From so many members on, a field set has a name index.
+    static constexpr std::uint32_t s_cuiIndexFrom = 64;
+    static constexpr std::uint32_t s_cuiCountLimit = 0xFFFFFFF0;
+
+    /// Nodes that lie side by side.
+    struct tRun
+    {
+        CFields* m_pBegin;
+        CFields* m_pEnd;
+    };
+
+    /// The vector without members; shared by all and never freed.
+    static CFieldVector* empty() noexcept
+    {
+        return &s_tEmpty;
+    }
+    /// A vector of one block without members yet; throws std::bad_alloc.
+    static CFieldVector* make(std::uint32_t room);
+
+    /// \name A block in someone else's memory
+    /// The loaders build members on a stack of their own before they know how many there will be.
+    /// @{
+    static constexpr std::size_t s_cnHeadSize = 8;
+    static CFieldVector* placeAt(void* memory) noexcept
+    {
+        return new (memory) CFieldVector(0, 0);
+    }
+    /// Appends a node in the basic state; the caller knows that there is room behind the last one.
+    CFields& appendInPlace() noexcept
+    {
+        CFields* const node = new (static_cast<void*>(first() + m_uiCount++)) CFields();
+        detail::tFieldAccess::setMember(*node, true);
+        return *node;
+    }
+    /// Moves the members into a block of their own, leaving this one without any. Throws std::bad_alloc.
+    CFieldVector* moveOut();
+    /// Releases the members, but not the block.
+    void releaseInPlace() noexcept;
+    /// @}
+
+    std::uint32_t count() const noexcept
+    {
+        return m_uiCount;
+    }
+    CFields& at(std::uint32_t index) const noexcept;
+    /// The run of members that begins at `index`, which must exist.
+    tRun run(std::uint32_t index) const noexcept;
+    CFields& last() const noexcept
+    {
+        return at(m_uiCount - 1);
+    }
+
+    /// Position of the first member of that name, or CNameIndex::s_cuiNone.
+    std::uint32_t find(const char* name, unsigned int length) const noexcept;
+
+    /// Appends a node in the basic state. `self` may be replaced. Throws std::bad_alloc.
+    static CFields& append(CFieldVector*& self);
+    /// To be called when the last member was appended to a field set and has its name. `self` may be replaced. Throws
+    /// nothing: without memory there is no index, and look-ups scan.
+    static void enterLast(CFieldVector*& self) noexcept;
+    /// Builds the name index that enterLast would have built. `self` may be replaced.
+    /// \param ready  an index that holds all members already; null when there is none
+    static void indexNames(CFieldVector*& self, std::unique_ptr<detail::CNameIndex> ready = nullptr) noexcept;
+
+    /// Removes the members from `first` to before `last`. `self` may be replaced.
+    static void erase(CFieldVector*& self, std::uint32_t first, std::uint32_t last) noexcept;
+
+    /// To be called around the change of a member's name, for members that have an owner.
+    void beforeRename(const CFields& member) noexcept;
+    void afterRename(const CFields& member) noexcept;
+
+    /// Releases all members, whatever their depth, without recursion and without taking memory.
+    static void destroy(CFieldVector* self) noexcept;
+
+private:
+    static constexpr std::uint32_t s_cuiLarge = 0xFFFFFFFF;
+    static constexpr std::uint32_t s_cuiFirstRoom = 4;
+    static constexpr std::uint32_t s_cuiInlineSegments = 4;
+    static constexpr std::uint32_t s_cuiSegmentLimit = 32;
+
+    struct tLarge;
+
+    constexpr CFieldVector(std::uint32_t count, std::uint32_t room) : m_uiCount(count), m_uiRoom(room)
+    {
+    }
+    bool isSmall() const noexcept
+    {
+        return m_uiRoom != s_cuiLarge;
+    }
+    /// A small vector's nodes follow its head.
+    CFields* first() const noexcept
+    {
+        return reinterpret_cast<CFields*>(reinterpret_cast<char*>(const_cast<CFieldVector*>(this)) + s_cnHeadSize);
+    }
+    tLarge& large() const noexcept;
+    std::uint32_t position(const CFields& member) const noexcept;
+    static tLarge* grow(CFieldVector* self);
+    static void freeBlocks(CFieldVector* self) noexcept;
+    void dropIndex() noexcept;
+    void closeGap(std::uint32_t first, std::uint32_t last) noexcept;
+
+    static CFieldVector s_tEmpty;
+
+    std::uint32_t m_uiCount;
+    std::uint32_t m_uiRoom;  // nodes that the one block holds, or s_cuiLarge
+};
+
+static_assert(sizeof(CFieldVector) == CFieldVector::s_cnHeadSize, "nodes follow the head without a gap");
+
+/// The head of a vector of several blocks.
+struct CFieldVector::tLarge : CFieldVector
+{
+    explicit tLarge(CFieldVector* firstBlock) noexcept;
+
+    CFields& at(std::uint32_t index) const noexcept
+    {
+        if (index < m_uiFirstRoom)
+            return m_pSegment[0][index];
+        const std::uint32_t beyond = index - m_uiFirstRoom;
+        const std::uint32_t step = static_cast<std::uint32_t>(std::bit_width((beyond >> m_uiShift) + 1));
+        return m_pSegment[step][beyond - segmentStart(step)];
+    }
+    /// Distance of a further segment's begin from the end of the first block.
+    std::uint32_t segmentStart(std::uint32_t step) const noexcept
+    {
+        return ((1u << (step - 1)) - 1) << m_uiShift;
+    }
+    std::uint64_t segmentRoom(std::uint32_t step) const noexcept
+    {
+        return step == 0 ? m_uiFirstRoom : std::uint64_t{1} << (m_uiShift + step - 1);
+    }
+    std::uint64_t room() const noexcept;
+    void addSegment();
+
+    std::uint32_t m_uiFirstRoom;
+    std::uint32_t m_uiShift;  // the second segment has 2^shift nodes, each further one twice as many
+    std::uint32_t m_uiSegments = 1;
+    CFieldVector* m_pFirstBlock;  // owned: the small vector that this began as
+    CFields** m_pSegment = m_pInline;
+    CFields* m_pInline[s_cuiInlineSegments] = {};
+    detail::CNameIndex* m_pIndex = nullptr;  // owned
+};
+
+inline CFieldVector::tLarge& CFieldVector::large() const noexcept
+{
+    return static_cast<tLarge&>(const_cast<CFieldVector&>(*this));
+}
+
+inline CFields& CFieldVector::at(std::uint32_t index) const noexcept
+{
+    return isSmall() ? first()[index] : large().at(index);
+}
+
+namespace detail
+{
+
+/// Visits members in order, run by run, without looking each one up.
+template <typename tVisit>
+void forEachMember(const CFieldVector* members, tVisit&& visit)
+{
+    const std::uint32_t count = members == nullptr ? 0 : members->count();
+    for (std::uint32_t i = 0; i < count;)
+    {
+        const CFieldVector::tRun run = members->run(i);
+        i += static_cast<std::uint32_t>(run.m_pEnd - run.m_pBegin);
+        for (CFields* node = run.m_pBegin; node != run.m_pEnd; ++node)
+            visit(*node);
+    }
+}
+
+/// Makes the node an empty container of that type.
+inline void makeContainer(CFields& node, E_DataType type)
+{
+    tSlot slot{type, false, {}};
+    slot.m_uValue.m_pFV = CFieldVector::empty();
+    tFieldAccess::replaceValue(node, slot);
+}
+
+inline std::uint32_t memberCount(const CFields& node)
+{
+    const CFieldVector* const members = tFieldAccess::members(node);
+    return members == nullptr ? 0 : members->count();
+}
+
+}  // namespace detail
+}  // namespace murv

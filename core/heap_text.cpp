@@ -1,0 +1,90 @@
+#include "core/heap_text.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+#include "core/throw.h"
+
+namespace murv::detail
+{
+
+namespace
+{
+constexpr unsigned int s_cuiTextLimit = 2147483646;
+constexpr unsigned int s_cuiPrefixedLimit = 2147483642;
+constexpr std::size_t s_cnPrefixedExtra = s_cuiPrefixWidth + 1;  // length prefix and final NUL
+
+void finishPrefixed(char* block, unsigned int length)
+{
+    const std::uint32_t prefix = length;
+    std::memcpy(block, &prefix, sizeof prefix);
+    block[s_cuiPrefixWidth + length] = '\0';
+}
+}  // namespace
+
+char* duplicateStream(const char* source, unsigned int length)
+{
+    length = std::min(length, s_cuiTextLimit);
+    char* const block = static_cast<char*>(std::malloc(std::size_t{length} + 1));
+    if (block == nullptr)
+        throwAt("murv::duplicateStream", "Failed to allocate string a_cpSrc buffer");
+    if (length != 0)
+        std::memcpy(block, source, length);
+    block[length] = '\0';
+    return block;
+}
+
+char* allotPrefixed(unsigned int length)
+{
+    if (length > s_cuiPrefixedLimit)
+        throwAt("murv::duplicatePrefixedStream", "a_uiSrcLen too big for prefixing");
+    char* const block = static_cast<char*>(std::malloc(length + s_cnPrefixedExtra));
+    if (block == nullptr)
+        throwAt("murv::duplicatePrefixedStream", "Failed to allocate string a_cpSrc buffer");
+    finishPrefixed(block, length);
+    return block;
+}
+
+char* duplicatePrefixedStream(const char* source, unsigned int length)
+{
+    char* const block = allotPrefixed(length);
+    if (length != 0)
+        std::memcpy(block + s_cuiPrefixWidth, source, length);
+    return block;
+}
+
+char* resizePrefixed(char* block, unsigned int length, unsigned char fill)
+{
+    if (block == nullptr)
+        return nullptr;
+    const auto before = static_cast<unsigned int>(view4Prefixed(block).size());
+    if (before == length)
+        return block;
+    char* const resized = static_cast<char*>(std::realloc(block, length + s_cnPrefixedExtra));
+    if (resized == nullptr)
+        return block;
+    if (length > before)
+        std::memset(resized + s_cuiPrefixWidth + before, fill, length - before);
+    finishPrefixed(resized, length);
+    return resized;
+}
+
+CHeapString::~CHeapString()
+{
+    std::free(m_pText);
+}
+
+void CHeapString::setComment(const char* text, unsigned int length)
+{
+    // The old text goes last: the new one may lie in it.
+    const std::unique_ptr<char, decltype(&std::free)> before(std::exchange(m_pText, nullptr), &std::free);
+    if (text == nullptr)
+        throwMismatch();
+    if (length != 0 && *text != '\0' && *text != '/')
+        throwAt("murv::CHeapString::setComment", "Comments must start with /");
+    m_pText = duplicateStream(text, length);
+}
+
+}  // namespace murv::detail

@@ -1,0 +1,351 @@
+// core/number_scan.cpp - decimal text as a typed number.
+//
+// A double's digits are collected into 64 bits and scaled by a power of ten with one rounding. Only a text so close to
+// the middle between two doubles that this cannot tell them apart is read again by std::from_chars.
+#include "core/number_scan.h"
+
+#include <bit>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <system_error>
+
+#include "core/byte_scan.h"
+#include "core/decimal_scale.h"
+#include "core/word_bytes.h"
+
+namespace murv::detail
+{
+
+namespace
+{
+
+constexpr std::uint64_t s_cullSignBit = std::uint64_t{1} << 63;
+constexpr std::uint64_t s_cullInfinity = std::uint64_t{0x7FF} << 52;
+constexpr std::uint64_t s_cullMantissaLimit = 1844674407370955160;  // one more digit, and one more unit, fit 64 bits
+constexpr std::uint64_t s_cullEightDigitLimit = 100000000000;       // eight more digits fit 64 bits
+constexpr std::int64_t s_cllExponentLimit = 100000000000;           // more than any text has digits
+
+constexpr std::uint64_t s_ctPowersOfTen[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
+
+constexpr bool isDigit(char c) noexcept
+{
+    return c >= '0' && c <= '9';
+}
+
+constexpr std::uint64_t digitOf(char c) noexcept
+{
+    return static_cast<std::uint64_t>(c - '0');
+}
+
+constexpr bool isBlank(char c) noexcept
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+/// mantissa * 10^exponent; when cut, digits that are not all zero follow the mantissa.
+struct tDecimal
+{
+    std::uint64_t m_ullMantissa;
+    std::int64_t m_llExponent;
+    bool m_bCut;
+};
+
+/// The double nearest to mantissa * 10^exponent, as its bits.
+///
+/// \return false when it stays open which of two neighbours is nearest
+bool toNearest(std::uint64_t mantissa, std::int64_t exponent, std::uint64_t& bits) noexcept
+{
+    bits = 0;
+    if (mantissa == 0 || exponent < s_cnFirstPower)
+        return true;
+    bits = s_cullInfinity;
+    if (exponent > std::numeric_limits<double>::max_exponent10)
+        return true;
+
+    const int power = static_cast<int>(exponent);
+    const int zeros = std::countl_zero(mantissa);
+    const tScaled scaled = scaleByFive(mantissa << zeros, power);
+    const int extra = static_cast<int>(scaled.m_tProduct.m_ullHigh >> 63);  // the product has 191 or 192 bits
+
+    // 53 bits of the product are the double's mantissa, fewer below the smallest normal number.
+    unsigned int shift = static_cast<unsigned int>(10 + extra);
+    int field = power + log2OfPower(power) - zeros + extra + 63 + 1023;
+    if (field <= 0)
+    {
+        shift += static_cast<unsigned int>(1 - field);
+        field = 1;
+        bits = 0;
+        if (shift > 64)
+            return true;
+    }
+    std::uint64_t rounded;
+    if (!scaled.round(shift, rounded))
+        return false;
+    // The top bit of a normal mantissa counts one up into the exponent field, and so does a carry out of it.
+    bits = (static_cast<std::uint64_t>(field - 1) << 52) + rounded;
+    if (bits > s_cullInfinity)
+        bits = s_cullInfinity;
+    return true;
+}
+
+/// The slow exact way. `text` begins with a digit, or a point and a digit.
+std::uint64_t readExactly(const char* text, const char* end, const tDecimal& decimal) noexcept
+{
+    double value = 0;
+    const std::from_chars_result result = std::from_chars(text, end, value, std::chars_format::general);
+    if (result.ec != std::errc::result_out_of_range)
+        return std::bit_cast<std::uint64_t>(value);
+    return decimal.m_llExponent > 0 ? s_cullInfinity : 0;  // the mantissa has 64 bits: near either end this decides
+}
+
+const char* readWholePart(const char* p, const char* end, tDecimal& decimal) noexcept
+{
+    for (; p != end && isDigit(*p); ++p)
+    {
+        if (decimal.m_ullMantissa <= s_cullMantissaLimit)
+        {
+            decimal.m_ullMantissa = decimal.m_ullMantissa * 10 + digitOf(*p);
+            continue;
+        }
+        decimal.m_bCut = decimal.m_bCut || *p != '0';
+        ++decimal.m_llExponent;
+    }
+    return p;
+}
+
+/// Takes the last one to eight bytes of the text at once, if they are digits: read together with the bytes in front,
+/// which then count as zeros. The text has at least 8 bytes before `end`.
+const char* readLastDigits(const char* p, const char* end, tDecimal& decimal) noexcept
+{
+    const auto count = static_cast<std::size_t>(end - p);
+    const std::uint64_t ours = ~std::uint64_t{0} << (64 - 8 * count);
+    const std::uint64_t word = (loadWord(end - 8) & ours) | (s_cullOnes * '0' & ~ours);
+    if (!allDigits(word))
+        return p;
+    decimal.m_ullMantissa = decimal.m_ullMantissa * s_ctPowersOfTen[count] + number4Digits(word);
+    return end;
+}
+
+/// Takes the up to eight digits that the next eight bytes begin with. \return behind them
+const char* readNextDigits(const char* p, tDecimal& decimal) noexcept
+{
+    const std::uint64_t word = loadWord(p);
+    const std::uint64_t value = word ^ (s_cullOnes * '0');
+    // What a byte that is no digit carries over reaches only bytes behind it, which do not count any more.
+    const std::uint64_t others = ((value + s_cullOnes * (127 - 9)) | value) & s_cullHighs;
+    if (others == 0)
+    {
+        decimal.m_ullMantissa = decimal.m_ullMantissa * 100000000 + number4Digits(word);
+        return p + 8;
+    }
+    const auto count = static_cast<std::size_t>(std::countr_zero(others)) / 8;
+    if (count == 0)
+        return p;
+    const std::size_t spare = 64 - 8 * count;
+    const std::uint64_t zeros = (s_cullOnes * '0') & ~(~std::uint64_t{0} << spare);
+    decimal.m_ullMantissa = decimal.m_ullMantissa * s_ctPowersOfTen[count] + number4Digits((word << spare) | zeros);
+    return p + count;
+}
+
+/// Reads digits behind the point, in a text that may go on behind the number.
+const char* readOpenFraction(const char* p, const char* end, tDecimal& decimal) noexcept
+{
+    const char* const begin = p;
+    while (end - p >= 8 && decimal.m_ullMantissa < s_cullEightDigitLimit)
+    {
+        const char* const next = readNextDigits(p, decimal);
+        const bool more = next - p == 8;
+        p = next;
+        if (!more)
+            break;
+    }
+    while (p != end && isDigit(*p) && decimal.m_ullMantissa <= s_cullMantissaLimit)
+        decimal.m_ullMantissa = decimal.m_ullMantissa * 10 + digitOf(*p++);
+    decimal.m_llExponent -= p - begin;
+    for (; p != end && isDigit(*p); ++p)
+        decimal.m_bCut = decimal.m_bCut || *p != '0';
+    return p;
+}
+
+/// Reads behind the point; `text` is where the number began.
+const char* readFraction(const char* text, const char* p, const char* end, tDecimal& decimal) noexcept
+{
+    const char* const begin = p;
+    while (end - p >= 8 && decimal.m_ullMantissa < s_cullEightDigitLimit)
+    {
+        const std::uint64_t word = loadWord(p);
+        if (!allDigits(word))
+            break;
+        decimal.m_ullMantissa = decimal.m_ullMantissa * 100000000 + number4Digits(word);
+        p += 8;
+    }
+    if (p != end && end - p <= 8 && end - text >= 8 && decimal.m_ullMantissa < s_cullEightDigitLimit)
+        p = readLastDigits(p, end, decimal);
+    while (p != end && isDigit(*p) && decimal.m_ullMantissa <= s_cullMantissaLimit)
+        decimal.m_ullMantissa = decimal.m_ullMantissa * 10 + digitOf(*p++);
+    decimal.m_llExponent -= p - begin;
+    for (; p != end && isDigit(*p); ++p)
+        decimal.m_bCut = decimal.m_bCut || *p != '0';
+    return p;
+}
+
+/// Reads behind an "e", and moves `p` behind what belongs to it; without a digit there is no exponent.
+std::int64_t readExponent(const char*& p, const char* end) noexcept
+{
+    bool negative = false;
+    if (p != end && (*p == '-' || *p == '+'))
+        negative = *p++ == '-';
+    std::int64_t exponent = 0;
+    for (; p != end && isDigit(*p); ++p)
+    {
+        if (exponent < s_cllExponentLimit)
+            exponent = exponent * 10 + static_cast<std::int64_t>(digitOf(*p));
+    }
+    return negative ? -exponent : exponent;
+}
+
+/// The double that a decimal stands for; `text` to `end` is how it was written.
+std::uint64_t nearest4Decimal(const char* text, const char* end, const tDecimal& decimal) noexcept
+{
+    std::uint64_t bits;
+    bool sure = toNearest(decimal.m_ullMantissa, decimal.m_llExponent, bits);
+    if (decimal.m_bCut && sure)
+    {
+        std::uint64_t above;
+        sure = toNearest(decimal.m_ullMantissa + 1, decimal.m_llExponent, above) && above == bits;
+    }
+    return sure ? bits : readExactly(text, end, decimal);
+}
+
+/// Reads on from `p`, where the digits from `text` to `p` are `whole` already.
+std::uint64_t readDecimal(const char* text, const char* p, const char* end, std::uint64_t whole) noexcept
+{
+    tDecimal decimal{whole, 0, false};
+    p = readWholePart(p, end, decimal);
+    if (p != end && *p == '.')
+        p = readFraction(text, p + 1, end, decimal);
+    if (p != end && (*p == 'e' || *p == 'E'))
+        decimal.m_llExponent += readExponent(++p, end);
+    return nearest4Decimal(text, end, decimal);
+}
+
+tScannedNumber makeDouble(std::uint64_t bits, bool negative) noexcept
+{
+    tScannedNumber number{};
+    number.m_eType = DT_double;
+    number.m_uValue.m_dValue = std::bit_cast<double>(negative ? bits | s_cullSignBit : bits);
+    return number;
+}
+
+/// The rule of atof, from the beginning of the text.
+tScannedNumber scanDouble(const char* p, const char* end) noexcept
+{
+    while (p != end && isBlank(*p))
+        ++p;
+    bool negative = false;
+    if (p != end && (*p == '-' || *p == '+'))
+        negative = *p++ == '-';
+    const bool number = p != end && (isDigit(*p) || (*p == '.' && end - p > 1 && isDigit(p[1])));
+    return number ? makeDouble(readDecimal(p, p, end, 0), negative) : makeDouble(0, false);
+}
+
+tScannedNumber makeInteger(std::uint64_t value, bool negative) noexcept
+{
+    tScannedNumber number{};
+    number.m_eType = DT_sint;
+    if (negative)
+        number.m_uValue.m_llValue = static_cast<long long>(0 - value);
+    else if (value <= 2147483647)
+        number.m_uValue.m_llValue = static_cast<long long>(value);
+    else
+    {
+        number.m_eType = DT_uint;
+        number.m_uValue.m_ullValue = value;
+    }
+    return number;
+}
+
+/// Goes on behind digits that were accepted: the digit at the limit is taken only as the last byte of the text.
+const char* readToLimit(const char* p, const char* end, std::uint64_t limit, std::uint64_t& value) noexcept
+{
+    for (; p != end && isDigit(*p) && value <= limit / 10; ++p)
+    {
+        if (value == limit / 10 && (end - p > 1 || digitOf(*p) > limit % 10))
+            break;
+        value = value * 10 + digitOf(*p);
+    }
+    return p;
+}
+
+}  // namespace
+
+const char* scanNumberToken(const char* text, const char* end, tScannedNumber& number) noexcept
+{
+    constexpr std::ptrdiff_t surelyInRange = 18;  // digits that cannot pass a limit
+    const bool negative = *text == '-';
+    const char* const digits = text + (negative ? 1 : 0);
+    const char* p = digits;
+    std::uint64_t value = 0;
+    while (p != end && isDigit(*p) && p - digits < surelyInRange)
+        value = value * 10 + digitOf(*p++);
+    const bool isOpen = p != end && (isDigit(*p) || *p == '.' || *p == 'e' || *p == 'E');
+    if (!isOpen)
+    {
+        number = makeInteger(value, negative);
+        return p;
+    }
+    if (isDigit(*p) || p == digits)
+    {
+        // Long or odd: find the end first, and read by the general rule.
+        p = skipDigits(p, end);
+        if (p != end && *p == '.')
+            p = skipDigits(p + 1, end);
+        if (p != end && (*p == 'e' || *p == 'E'))
+        {
+            ++p;
+            if (p != end && (*p == '+' || *p == '-'))
+                ++p;
+            p = skipDigits(p, end);
+        }
+        number = scanNumber(text, static_cast<unsigned int>(p - text));
+        return p;
+    }
+    tDecimal decimal{value, 0, false};
+    if (*p == '.')
+        p = readOpenFraction(p + 1, end, decimal);
+    if (p != end && (*p == 'e' || *p == 'E'))
+        decimal.m_llExponent += readExponent(++p, end);
+    number = makeDouble(nearest4Decimal(digits, p, decimal), negative);
+    return p;
+}
+
+tScannedNumber scanNumber(const char* text, unsigned int length) noexcept
+{
+    if (text == nullptr || length == 0)
+        return makeInteger(0, false);
+    const char* const end = text + length;
+    const char* p = text;
+    const bool negative = *p == '-';
+    if (negative || *p == '+')
+        ++p;
+
+    const char* const digits = p;
+    const char* const unchecked = end - p > 18 ? p + 18 : end;  // 18 digits cannot pass a limit
+    std::uint64_t value = 0;
+    while (p != unchecked && isDigit(*p))
+        value = value * 10 + digitOf(*p++);
+    if (p == end)
+        return makeInteger(value, negative);
+    if (p != digits && !isDigit(*p))
+        return makeDouble(readDecimal(digits, p, end, value), negative);
+
+    const std::uint64_t limit =
+        negative ? s_cullSignBit : std::numeric_limits<std::uint64_t>::max();  // -2^63 has the larger magnitude
+    if (readToLimit(p, end, limit, value) == end)
+        return makeInteger(value, negative);
+    return scanDouble(text, end);
+}
+
+}  // namespace murv::detail

@@ -1,0 +1,84 @@
+// core/tree_walk.h - all nodes of a tree, parents before their members.
+//
+// The one pre-order walk behind searching, counting and every other operation that looks at each node once.
+#pragma once
+
+#include "core/field_vector.h"
+#include "core/walk_stack.h"
+
+namespace murv::detail
+{
+
+/// Walks a subtree: `for (CTreeWalk walk(root); const CFields* node = walk.next();)`.
+///
+/// The root comes first. Throws std::bad_alloc on trees deeper than the memory allows.
+template <typename tNode = const CFields>
+class CTreeWalk
+{
+public:
+    explicit CTreeWalk(tNode& root) : m_pNext(&root)
+    {
+    }
+
+    /// The next node in pre-order, or null behind the last one.
+    tNode* next()
+    {
+        if (m_pNext == nullptr && !findNext())
+            return nullptr;
+        tNode* const node = m_pNext;
+        m_pNext = nullptr;
+        const CFieldVector* const members = tFieldAccess::members(*node);
+        if (members != nullptr && members->count() != 0)
+            m_tStack.push({members, 0, {nullptr, nullptr}});
+        return node;
+    }
+    /// Levels that are open below the root: 1 once the root of a container was given.
+    std::size_t depth() const
+    {
+        return m_tStack.size();
+    }
+
+private:
+    struct tFrame
+    {
+        const CFieldVector* m_pMembers;
+        std::uint32_t m_uiIndex;  // of the first member behind the run
+        CFieldVector::tRun m_tRun;
+    };
+
+    bool findNext()
+    {
+        for (; !m_tStack.empty(); m_tStack.pop())
+        {
+            tFrame& frame = m_tStack.top();
+            if (frame.m_tRun.m_pBegin == frame.m_tRun.m_pEnd)
+            {
+                if (frame.m_uiIndex == frame.m_pMembers->count())
+                    continue;
+                frame.m_tRun = frame.m_pMembers->run(frame.m_uiIndex);
+                frame.m_uiIndex += static_cast<std::uint32_t>(frame.m_tRun.m_pEnd - frame.m_tRun.m_pBegin);
+            }
+            m_pNext = frame.m_tRun.m_pBegin++;
+            return true;
+        }
+        return false;
+    }
+
+    tNode* m_pNext;
+    CWalkStack<tFrame> m_tStack;
+};
+
+/// Whether `node` lies somewhere below `root`, which itself does not count.
+inline bool isBelow(const CFields& root, const CFields& node)
+{
+    CTreeWalk<> walk(root);
+    walk.next();
+    while (const CFields* const member = walk.next())
+    {
+        if (member == &node)
+            return true;
+    }
+    return false;
+}
+
+}  // namespace murv::detail

@@ -1,0 +1,240 @@
+// murv/loader.h - reading data into trees.
+//
+// CLoaders is the entrance: it tells text from binary data and hands the data to the loader of that rule. A loader may
+// be used again and again; every load starts afresh, and its errors stay readable until the next one.
+#ifndef MURV_LOADER_H
+#define MURV_LOADER_H
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "murv/error.h"
+#include "murv/export.h"
+#include "murv/fields.h"
+#include "murv/flags.h"
+
+namespace murv
+{
+
+namespace detail
+{
+class CBinaryParser;
+class CIdIndex;
+class CMemberBuilder;
+class CNodeStack;
+class COpenContainer;
+class CTextParser;
+}  // namespace detail
+
+/// One load error with the place it concerns, in bytes from the start of the data.
+struct tErrorRange
+{
+    unsigned int m_uiStart;
+    unsigned int m_uiEnd;
+    std::string m_strMessage;
+};
+
+/// Kinds of text tokens.
+enum E_TokenType : unsigned int
+{
+    TT_end = 0,  ///< end of the data, or a byte of value 0
+    TT_fieldsBegin,
+    TT_fieldsEnd,
+    TT_arrayBegin,
+    TT_arrayEnd,
+    TT_peiBegin,
+    TT_peiEnd,
+    TT_string,
+    TT_number,
+    TT_true,
+    TT_false,
+    TT_null,
+    TT_id,
+    TT_assign,
+    TT_comma,
+    TT_comment,
+    TT_error,  ///< anything else, or a malformed token
+};
+
+/// A token: a range of the data.
+struct tTokenInfo
+{
+    E_TokenType m_eType;
+    const char* m_pBegin;
+    const char* m_pEnd;
+};
+
+/// What all loaders share: configuration and error state.
+class MURV_API ILoaderBase : public CErrorBase
+{
+public:
+    /// \param flags  bits of E_LoaderConfigBit
+    explicit ILoaderBase(unsigned int flags);
+
+    void setLCBC(const CLoaderConfig& config);
+    void setLCBC(unsigned int flags);
+    void setLCBC(int flags);
+    unsigned int getLCBC() const;
+
+    /// Loads a document into `target`, which stays the caller's.
+    ///
+    /// What the document does not state (name, ID, packet expression, comments of the target) is left as it is. When
+    /// the load fails, a target that is a container loses its members. Cost: linear in `size`.
+    /// \param data      not kept beyond the call
+    /// \param size      in bytes; at most 2147483647
+    /// \param password  binary only; null or empty for none
+    /// \param comments  keep comments in the tree (needs LCBC_COMMENT too)
+    /// \return false on failure: see getLastErrMsg and getErrorRanges
+    /// Throws CLogicError when the document nests deeper than 1000 levels, and std::bad_alloc; nothing else.
+    virtual bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,
+                        bool comments = true) = 0;
+    /// True when the last load left no error.
+    virtual bool getStatus() const = 0;
+
+    bool loading(const char* text, CFields& target, const char* password = nullptr, bool comments = true);
+    bool loading(const std::string& data, CFields& target, const char* password = nullptr, bool comments = true);
+    bool loading(std::string_view data, CFields& target, const char* password = nullptr, bool comments = true);
+    /// Reads to the end of the stream, or to the first byte of value 255, which is dropped.
+    bool loading(std::istream& in, CFields& target, const char* password = nullptr, bool comments = true);
+
+    /// The encoding rule of the data: 0 text, 1 reserved, 2 binary, -1 not decidable.
+    static int getER(const char* data, unsigned int size);
+
+protected:
+    bool isTooBig(unsigned long long size, const char* function, int line);
+
+    CLoaderConfig m_tConfig;
+    bool m_bComment = false;  // comments are kept in this load
+};
+
+/// What the two loaders share: parse stack, error list, and the places in the data.
+class MURV_API ILoaderCommon : public ILoaderBase
+{
+public:
+    explicit ILoaderCommon(unsigned int flags);
+    ILoaderCommon(const ILoaderCommon& other);
+    ILoaderCommon& operator=(const ILoaderCommon& other);
+    ~ILoaderCommon();
+
+    bool getStatus() const override;
+    /// The errors of the last load, in the order in which they were met.
+    std::vector<tErrorRange> getErrorRanges() const;
+
+protected:
+    friend class detail::CBinaryParser;
+    friend class detail::COpenContainer;
+    friend class detail::CTextParser;
+
+    struct tErrorRecord
+    {
+        tTokenInfo m_tToken;
+        std::string m_strMessage;
+        const char* m_pSecond;  // further place, or null
+    };
+
+    static constexpr int s_cnStackDepthLimit = 1000;
+
+    /// Empties all state of the last load and pushes the target.
+    void startLoad(const char* data, unsigned int size, CFields& target, bool comments);
+    /// Empties the stack; after a failure also empties a target that is a container.
+    void finishLoad(CFields& target, bool done);
+
+    CFields* getStackTopField() const;
+    /// Gets or adds a member of the container on top of the stack.
+    /// \param name  empty for none; may hold any bytes
+    /// \return null when the member could not be had
+    CFields* addChild2StackTop(std::string_view name, unsigned int id);
+    /// The node that a look back from the stack top meets first, third, or first with a comment; or null.
+    CFields* getLastField4Stack() const;
+    CFields* getLastThirdField4Stack() const;
+    CFields* getLastCommentField4Stack() const;
+
+    bool addRecord(const char* message, const tTokenInfo& token, const char* second = nullptr);
+    bool pushError(const CFields& node, const std::string& message);
+    bool pushError(const CFields& node, const std::string& message, const CFields& second);
+    std::vector<tErrorRange> getLoadErrors() const;
+    /// Writes all records into the error message; `location` turns a position into the words for it.
+    void composeErrors(std::string (*location)(const ILoaderCommon& loader, const char* position));
+
+    /// The member or node below that has the name, or else the ID, and is to be read again; or null.
+    CFields* findKnown(std::string_view name, unsigned int id);
+    /// To be called before a node gets another value: what knows of nodes below it forgets them.
+    void forgetBelow(const CFields& node);
+
+    std::vector<tErrorRecord> m_vError;
+    std::vector<CFields*> m_vStack;  // not owned; entries may be null
+    const char* m_pDataBegin = nullptr;
+    const char* m_pDataEnd = nullptr;
+    const char* m_pCursor = nullptr;
+    const char* m_pLastValueEnd = nullptr;  // where the last value ended
+    CFields* m_pLastValueNode = nullptr;    // the node that a comment on the same line goes to
+    int m_iDepth = 0;
+    bool m_bPeiAllowed = false;  // "(" opens a packet expression
+    bool m_bPeiPending = false;  // a packet expression was read for the value to come
+    bool m_bReread = false;      // the member just had was there before, at the place that follows
+    unsigned int m_uiMemberSet = 0;
+    unsigned int m_uiMemberPosition = 0;
+    std::string m_strComment;                          // comments for the next node
+    unsigned long long m_ullOrder = 0;                 // counts containers opened and IDs given
+    detail::CMemberBuilder* m_pBuilder = nullptr;      // of the innermost open container; lives on the reader's stack
+    std::unique_ptr<detail::CNodeStack> m_pNodeStack;  // kept between loads
+    std::unique_ptr<detail::CIdIndex> m_pIdIndex;
+};
+
+/// Loads the text notation, indented or on one line.
+class MURV_API CLoader4SER : public ILoaderCommon
+{
+public:
+    explicit CLoader4SER(unsigned int flags = LCBC_COMMENT | LCBC_EMPTY_NULL);
+    /// The password is not used.
+    bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,
+                bool comments = true) override;
+};
+
+/// Loads binary files.
+class MURV_API CLoader4BER : public ILoaderCommon
+{
+public:
+    explicit CLoader4BER(unsigned int flags = LCBC_COMMENT | LCBC_EMPTY_NULL);
+    CLoader4BER(const CLoader4BER& other);
+    CLoader4BER& operator=(const CLoader4BER& other);
+    ~CLoader4BER();
+    bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,
+                bool comments = true) override;
+};
+
+/// Loads data of any encoding rule.
+class MURV_API CLoaders : public ILoaderBase
+{
+public:
+    explicit CLoaders(unsigned int flags = LCBC_COMMENT | LCBC_EMPTY_NULL);
+    CLoaders(const CLoaders& other);
+    CLoaders& operator=(const CLoaders& other);
+    ~CLoaders();
+
+    /// Data of fewer than 4 bytes is refused; null data or a size of 0 gives false and leaves the last error.
+    bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,
+                bool comments = true) override;
+    bool getStatus() const override;
+    std::vector<tErrorRange> getErrorRanges() const;
+
+private:
+    void follow(const CLoaders& other);
+    bool loadBy(ILoaderCommon& loader, const char* data, unsigned int size, CFields& target, const char* password,
+                bool comments);
+
+    CLoader4SER m_tText;
+    CLoader4BER m_tBinary;
+    const ILoaderCommon* m_pLast = nullptr;  // the loader of the last load; a part of this object
+};
+
+/// Loads the rest of a stream, keeping comments. On failure the message goes to the standard error stream and
+/// CLogicError is thrown.
+MURV_API std::istream& operator>>(std::istream& in, CFields& target);
+
+}  // namespace murv
+
+#endif

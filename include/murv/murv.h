@@ -1,0 +1,18 @@
+// murv/murv.h - the whole interface of murv.
+//
+// Every header also stands alone: include just fields.h to build trees, loader.h to read and saver.h to write them.
+#ifndef MURV_MURV_H
+#define MURV_MURV_H
+
+#include "murv/error.h"
+#include "murv/export.h"
+#include "murv/fields.h"
+#include "murv/flags.h"
+#include "murv/loader.h"
+#include "murv/packet_expression.h"
+#include "murv/saver.h"
+#include "murv/strings.h"
+#include "murv/text.h"
+#include "murv/types.h"
+
+#endif

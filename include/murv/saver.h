@@ -1,0 +1,221 @@
+// murv/saver.h - writing trees as text or binary data.
+//
+// CSavers is the entrance: it owns one saver of each kind and picks it by the encoding rule. What is written is chosen
+// per call by the style byte; how it looks is chosen per saver by its configuration word.
+#ifndef MURV_SAVER_H
+#define MURV_SAVER_H
+
+#include <cstddef>
+#include <cstdlib>
+#include <iosfwd>
+#include <string>
+
+#include "murv/error.h"
+#include "murv/export.h"
+#include "murv/fields.h"
+#include "murv/flags.h"
+
+namespace murv
+{
+
+namespace detail
+{
+class CBinaryWriter;
+class CTextLayout;
+class CValueWriter;
+
+/// Memory that a saver keeps from one saving to the next, so that it need not grow again; a copy starts without any.
+struct tKeptBlock
+{
+    tKeptBlock() = default;
+    tKeptBlock(const tKeptBlock&) noexcept
+    {
+    }
+    tKeptBlock& operator=(const tKeptBlock&) noexcept
+    {
+        return *this;
+    }
+    ~tKeptBlock()
+    {
+        std::free(m_pData);
+    }
+
+    char* m_pData = nullptr;  // owned, from malloc
+    std::size_t m_nSize = 0;
+};
+}  // namespace detail
+
+/// Encoding rules.
+enum E_EncodingRule : unsigned char
+{
+    ER_SER_HFW = 0,  ///< indented text for people
+    ER_SER_PKT = 1,  ///< text on one line
+    ER_BER = 2,      ///< binary file
+};
+
+/// Bits of the style byte: which parts of the nodes are saved.
+enum E_SaveStyle : unsigned char
+{
+    SAVE_SPACING = 1,   ///< blanks around "=", behind "," and before values
+    SAVE_ID = 2,        ///< IDs, as "#7 "
+    SAVE_NAME = 4,      ///< names
+    SAVE_PEI = 8,       ///< packet expressions
+    SAVE_VALUE = 16,    ///< values
+    SAVE_COMMENT = 32,  ///< comments
+    SAVE_ALL = 63,
+};
+
+/// Bits of the saver configuration word.
+enum E_SaverConfigBit : unsigned int
+{
+    SCBC_ONE_LINE_ARRAY = 1,  ///< short arrays of scalars stand on one line
+    SCBC_NULL_WORD = 2,       ///< null is written as "null" instead of nothing
+    SCBC_FINAL_NEWLINE = 4,   ///< the document ends with a line feed
+    SCBC_SECOND_VALUE = 8,    ///< of two values that differ the second one is written; else its keyword is left out
+};
+
+/// What all savers share: configuration, style, crypt type and the error state.
+class MURV_API ISaver : public CErrorBase, public CBitCombi32
+{
+public:
+    /// \param scbc  bits of E_SaverConfigBit
+    explicit ISaver(unsigned int scbc);
+    ISaver(const ISaver& other) = default;
+    ISaver& operator=(const ISaver& other) = default;
+    ~ISaver() override;
+
+    void setSCBC(unsigned int scbc);
+    unsigned int getSCBC() const;
+    /// Chooses how binary data is enciphered without a password: 0 "VERNAM" or 1 "SEED".
+    /// \return false, with nothing changed, for any other type
+    bool setCryptType(unsigned char type);
+    unsigned char getCryptType() const;
+
+protected:
+    friend class detail::CBinaryWriter;
+    friend class detail::CTextLayout;
+    friend class detail::CValueWriter;
+
+    /// The text of one scalar: packet expression and value, with the blanks between them.
+    /// \param written  parts that stand before it already: 2 ID, 4 name, 8 packet expression, 16 value; updated
+    std::string makePEIandValue(const CFields& node, unsigned char& written);
+    /// The notation of a packet expression, in a buffer of this object that the next call overwrites.
+    const char* makePEI(E_DataType type, const tPacketExpInfo& pei, unsigned char& written);
+
+    unsigned char m_ucStyle = SAVE_ALL;
+    unsigned char m_ucCryptType = 0;
+    std::string m_strValue;  // text of the value being written
+    char m_cPEI[256] = {};   // text of the packet expression being written
+};
+
+/// A saver whose result is a string.
+class MURV_API IStringSaver : public ISaver
+{
+public:
+    explicit IStringSaver(unsigned int scbc = SCBC_SECOND_VALUE);
+    IStringSaver(const IStringSaver& other) = default;
+    IStringSaver& operator=(const IStringSaver& other) = default;
+    ~IStringSaver() override;
+
+    /// \param style     bits of E_SaveStyle
+    /// \param password  binary only
+    /// \return what could be written; on failure see getLastErrMsg
+    virtual std::string saving(const CFields& root, unsigned char style = SAVE_ALL, const char* password = nullptr) = 0;
+
+protected:
+    detail::tKeptBlock m_tResult;  // where the result is built
+};
+
+/// A saver that writes to a stream.
+class MURV_API IStreamSaver : public ISaver
+{
+public:
+    explicit IStreamSaver(unsigned int scbc = SCBC_SECOND_VALUE);
+    IStreamSaver(const IStreamSaver& other) = default;
+    IStreamSaver& operator=(const IStreamSaver& other) = default;
+    ~IStreamSaver() override;
+
+    /// Writes bytes as they are: the stream's formatting flags and locale do not count.
+    virtual void saving(std::ostream& os, const CFields& root, unsigned char style = SAVE_ALL,
+                        const char* password = nullptr) = 0;
+
+protected:
+    std::ostream* m_pStream = nullptr;  // not owned; null when idle
+    detail::tKeptBlock m_tSlice;        // text that the stream has not been given yet
+};
+
+/// Writes indented text into a string.
+class MURV_API CSaver4SER_HFW : public IStringSaver
+{
+public:
+    /// \param indentWidth  blanks for each level
+    explicit CSaver4SER_HFW(unsigned int indentWidth = 2);
+    std::string saving(const CFields& root, unsigned char style = SAVE_ALL, const char* password = nullptr) override;
+
+private:
+    unsigned int m_uiIndentWidth;
+};
+
+/// Writes text on one line.
+class MURV_API CSaver4SER_PKT : public IStringSaver
+{
+public:
+    CSaver4SER_PKT();
+    /// Comments and spacing are never written.
+    std::string saving(const CFields& root, unsigned char style = SAVE_ALL, const char* password = nullptr) override;
+    /// Puts a blank behind each "=", as YAML's flow style asks behind its separator.
+    void setCompatibilityYAML(bool compatible);
+
+private:
+    bool m_bYaml = false;
+};
+
+/// Writes binary files.
+class MURV_API CSaver4BER_BASIC : public IStringSaver
+{
+public:
+    CSaver4BER_BASIC();
+    /// \return the whole file, or nothing on failure
+    std::string saving(const CFields& root, unsigned char style = SAVE_ALL, const char* password = nullptr) override;
+};
+
+/// Writes indented text to a stream, byte for byte what CSaver4SER_HFW gives.
+class MURV_API CStreamSaver4SER_HFW : public IStreamSaver
+{
+public:
+    /// \param indentUnit  text that each level is indented by
+    explicit CStreamSaver4SER_HFW(std::string indentUnit = "  ");
+    void saving(std::ostream& os, const CFields& root, unsigned char style = SAVE_ALL,
+                const char* password = nullptr) override;
+
+private:
+    std::string m_strIndentUnit;
+};
+
+/// Saves trees by any encoding rule. Errors stay until clearError.
+class MURV_API CSavers : public ISaver
+{
+public:
+    explicit CSavers(unsigned int scbc = SCBC_SECOND_VALUE);
+
+    /// An unknown rule or a style above 63 gives an empty string and no error.
+    std::string saving(const CFields& root, unsigned char encodingRule, unsigned char style = SAVE_ALL,
+                       const char* password = nullptr);
+    /// Only ER_SER_HFW can be written to a stream; other rules write nothing and report no error.
+    void saving(std::ostream& os, const CFields& root, unsigned char encodingRule, unsigned char style = SAVE_ALL,
+                const char* password = nullptr);
+
+private:
+    CSaver4SER_HFW m_tIndented;
+    CSaver4SER_PKT m_tCompact;
+    CStreamSaver4SER_HFW m_tStream;
+    CSaver4BER_BASIC m_tBinary;
+};
+
+/// Writes indented text. When the saver reports an error, the message goes to the standard error stream and
+/// CLogicError is thrown.
+MURV_API std::ostream& operator<<(std::ostream& os, const CFields& root);
+
+}  // namespace murv
+
+#endif

@@ -1,0 +1,99 @@
+#!/usr/bin/env python3
+"""Checks which file includes which: layers point one way, and a source includes its own header first.
+
+The table below is the whole rule. Public headers include public headers and the standard library; programs that use the
+library (examples, the package consumer) see nothing but public headers.
+"""
+
+import pathlib
+import re
+import sys
+
+# Layer: the layers it may include, besides itself and the public headers.
+ALLOWED = {
+    "include/murv": [],
+    "core": [],
+    "packet": ["core"],
+    "io/base": ["core", "packet"],
+    "ser": ["core", "packet", "io/base"],
+    "ber": ["core", "packet", "io/base"],
+    "io/front": ["core", "packet", "io/base", "ser", "ber"],
+    "tools": ["core", "packet", "io/base", "ser", "ber", "io/front"],
+    "examples": [],
+    "tests/package/consumer": [],
+}
+LIBRARY = ["include/murv", "core", "packet", "io/base", "ser", "ber", "io/front"]
+
+INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)
+# Compiler headers for processor instructions; they come with the compiler, as the standard library does.
+STANDARD = re.compile(r"^(c?[a-z_0-9]+|[a-z]mmintrin\.h|x86intrin\.h|arm_neon\.h|cpuid\.h)$")
+
+
+def layer_of(path):
+    """The layer that a path relative to the root lies in, or None."""
+    parent = path.rsplit("/", 1)[0] if "/" in path else ""
+    return parent if parent in ALLOWED else None
+
+
+def target_of(root, path, name):
+    """What a quoted include of `path` refers to, relative to the root, or None."""
+    if name.startswith("murv/"):
+        return "include/" + name
+    if (root / name).is_file():
+        return name
+    beside = path.rsplit("/", 1)[0] + "/" + name
+    return beside if (root / beside).is_file() else None
+
+
+def check_target(root, layer, path, name):
+    """The complaint about one quoted include, or None."""
+    target = target_of(root, path, name)
+    if target is None or not (root / target).is_file():
+        return f'"{name}" is not a file of the project'
+    other = layer_of(target)
+    if other is None:
+        return f'"{name}" lies outside the layers'
+    if other in (layer, "include/murv") or other in ALLOWED[layer]:
+        return None
+    return f"{layer} may not include {other}"
+
+
+def check_file(root, path):
+    """Yields (line, complaint) for one file."""
+    layer = layer_of(path)
+    text = (root / path).read_text(encoding="utf-8")
+    first = None
+    for match in INCLUDE.finditer(text):
+        line = text.count("\n", 0, match.start(1)) + 1
+        quoted, name = match.group(1) == '"', match.group(2)
+        first = first or (line, name)
+        if quoted:
+            complaint = check_target(root, layer, path, name)
+            if complaint:
+                yield line, complaint
+        elif name.startswith("murv/"):
+            yield line, f'write "{name}" with quotes'
+        elif layer in LIBRARY and not STANDARD.match(name):
+            yield line, f"<{name}> is not of the standard library"
+    own = path[: -len(".cpp")] + ".h"
+    if path.endswith(".cpp") and first and (root / own).is_file() and target_of(root, path, first[1]) != own:
+        yield first[0], f'its own header "{own}" comes first'
+
+
+def main():
+    root = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent).resolve()
+    files = sorted(
+        file.relative_to(root).as_posix()
+        for layer in ALLOWED
+        for file in (root / layer).glob("*")
+        if file.suffix in (".h", ".cpp")
+    )
+    complaints = [f"{path}:{line}: {text}" for path in files for line, text in check_file(root, path)]
+    for complaint in complaints:
+        print(complaint, file=sys.stderr)
+    print(f"check_includes: {len(files)} files, {len(complaints)} complaints")
+    return 1 if complaints or not files else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,41 @@
+# common.sh - sourced by the scripts: place, headings, building.
+
+s_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+s_jobs=${MURV_JOBS:-$(nproc)}
+cd "$s_root" || exit 1
+# shellcheck source=scripts/packages.sh
+. scripts/packages.sh
+
+# step TEXT... - heading of a stage, with the seconds since the script began.
+step()
+{
+    echo
+    echo "==> $* [${SECONDS}s]"
+}
+
+# die TEXT... - ends the script with a message.
+die()
+{
+    echo "${0##*/}: $*" >&2
+    exit 1
+}
+
+# buildPreset PRESET [TARGET...] - configures and builds build/PRESET; all targets when none is named.
+buildPreset()
+{
+    local preset=$1
+    shift
+    cmake --preset "$preset" >"/tmp/murv-configure-$$.log" 2>&1 || {
+        cat "/tmp/murv-configure-$$.log"
+        rm -f "/tmp/murv-configure-$$.log"
+        die "configuring '$preset' failed"
+    }
+    rm -f "/tmp/murv-configure-$$.log"
+    cmake --build --preset "$preset" -j "$s_jobs" ${1:+--target "$@"} || die "building '$preset' failed"
+}
+
+# testPreset PRESET - runs ctest in build/PRESET; its summary is the last thing printed.
+testPreset()
+{
+    ctest --preset "$1" -j "$s_jobs" --no-label-summary
+}

@@ -1,0 +1,44 @@
+# packages.sh - sourced by the scripts: makes sure that Debian packages are there.
+#
+# Nothing is touched, and no network is needed, when all are installed already. Otherwise they are installed where we
+# may (root, or sudo without a password); where we may not, the missing ones are named and the script ends.
+
+# needPackages PACKAGE... - returns when all are installed, else ends the script with status 1.
+needPackages()
+{
+    if ! command -v dpkg-query >/dev/null; then
+        echo "not a Debian system: expecting these to be there under other names: $*" >&2
+        return 0
+    fi
+    local missing=() package
+    for package in "$@"; do
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+
+    local asRoot=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null || ! sudo -n true 2>/dev/null; then
+            echo "missing packages: ${missing[*]}" >&2
+            echo "install them with: apt-get install --no-install-recommends ${missing[*]}" >&2
+            exit 1
+        fi
+        asRoot=(sudo -n)
+    fi
+    echo "installing packages: ${missing[*]}"
+    if ! { "${asRoot[@]}" apt-get update -qq \
+        && "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null; }; then
+        echo "could not install: ${missing[*]}" >&2
+        exit 1
+    fi
+}
+
+# What each kind of work needs.
+s_packagesBuild=(g++ cmake ninja-build libcli11-dev)
+s_packagesTest=("${s_packagesBuild[@]}" git make pkg-config python3 libgtest-dev libgmock-dev
+    nlohmann-json3-dev libssl-dev)
+s_packagesClang=(clang libclang-rt-14-dev)
+s_packagesCheck=("${s_packagesTest[@]}" "${s_packagesClang[@]}" clang-format clang-tidy)
+s_packagesBench=("${s_packagesBuild[@]}" libbenchmark-dev rapidjson-dev nlohmann-json3-dev libsimdjson-dev
+    libmsgpack-cxx-dev libssl-dev)

@@ -1,0 +1,224 @@
+// tests/support/failing_malloc.cpp - the replaced allocation functions.
+//
+// With glibc the originals are reached under their internal names. The address sanitizer offers its own under another
+// name; where that is not known, only operator new fails, and the sanitizer keeps malloc to itself.
+#include "tests/support/failing_malloc.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define MURV_TEST_ASAN 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define MURV_TEST_ASAN 1
+#endif
+#endif
+
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
+#define MURV_TEST_FOREIGN_MALLOC 1
+#endif
+#endif
+#if defined(__SANITIZE_THREAD__) || !defined(__GLIBC__)
+#define MURV_TEST_FOREIGN_MALLOC 1
+#endif
+
+#if defined(MURV_TEST_ASAN) && !(defined(__clang__) && __clang_major__ <= 16)
+#define MURV_TEST_FOREIGN_MALLOC 1
+#endif
+
+namespace
+{
+thread_local bool s_bActive = false;
+thread_local int s_iPaused = 0;
+thread_local long s_lAsked = 0;
+thread_local long s_lFailAt = 0;
+thread_local long s_lLive = 0;
+
+/// Counts a request; false when it is the one to fail.
+bool mayPass() noexcept
+{
+    if (!s_bActive || s_iPaused != 0)
+        return true;
+    return ++s_lAsked != s_lFailAt;
+}
+}  // namespace
+
+#ifndef MURV_TEST_FOREIGN_MALLOC
+
+#ifdef MURV_TEST_ASAN
+#define MURV_TEST_ORIGINAL(name) __interceptor_##name
+#else
+#define MURV_TEST_ORIGINAL(name) __libc_##name
+#endif
+
+extern "C"
+{
+    void* MURV_TEST_ORIGINAL(malloc)(std::size_t size);
+    void* MURV_TEST_ORIGINAL(calloc)(std::size_t count, std::size_t size);
+    void* MURV_TEST_ORIGINAL(realloc)(void* block, std::size_t size);
+    void MURV_TEST_ORIGINAL(free)(void* block);
+
+    void* malloc(std::size_t size) noexcept
+    {
+        void* const block = mayPass() ? MURV_TEST_ORIGINAL(malloc)(size) : nullptr;
+        s_lLive += block != nullptr ? 1 : 0;
+        return block;
+    }
+
+    void* calloc(std::size_t count, std::size_t size) noexcept
+    {
+        void* const block = mayPass() ? MURV_TEST_ORIGINAL(calloc)(count, size) : nullptr;
+        s_lLive += block != nullptr ? 1 : 0;
+        return block;
+    }
+
+    void* realloc(void* before, std::size_t size) noexcept
+    {
+        void* const block = mayPass() ? MURV_TEST_ORIGINAL(realloc)(before, size) : nullptr;
+        s_lLive += block != nullptr && before == nullptr ? 1 : 0;
+        return block;
+    }
+
+    void free(void* block) noexcept
+    {
+        s_lLive -= block != nullptr ? 1 : 0;
+        MURV_TEST_ORIGINAL(free)(block);
+    }
+}
+
+namespace
+{
+void* allot(std::size_t size) noexcept
+{
+    return std::malloc(size == 0 ? 1 : size);  // counted there
+}
+}  // namespace
+
+#else
+
+namespace
+{
+void* allot(std::size_t size) noexcept
+{
+    return mayPass() ? std::malloc(size == 0 ? 1 : size) : nullptr;
+}
+}  // namespace
+
+#endif
+
+void* operator new(std::size_t size)
+{
+    void* const block = allot(size);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    return block;
+}
+
+void* operator new[](std::size_t size)
+{
+    return operator new(size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return allot(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return allot(size);
+}
+
+void operator delete(void* block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void* block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void* block, std::size_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void* block, const std::nothrow_t&) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void* block, const std::nothrow_t&) noexcept
+{
+    std::free(block);
+}
+
+namespace murv::tests
+{
+
+CFailingMalloc::CFailingMalloc(long failAt)
+{
+    s_lAsked = 0;
+    s_lFailAt = failAt;
+    s_bActive = true;
+}
+
+CFailingMalloc::~CFailingMalloc()
+{
+    s_bActive = false;
+}
+
+bool CFailingMalloc::hasFailed() const
+{
+    return s_lFailAt != 0 && s_lAsked >= s_lFailAt;
+}
+
+long CFailingMalloc::asked() const
+{
+    return s_lAsked;
+}
+
+bool CFailingMalloc::isMallocReached()
+{
+    const CFailingMalloc fail(1);
+    void* (*volatile ask)(std::size_t) = &std::malloc;
+    void* const block = ask(8);
+    std::free(block);
+    return block == nullptr;
+}
+
+bool CFailingMalloc::isNewReached()
+{
+    const CFailingMalloc fail(1);
+    void* (*volatile ask)(std::size_t, const std::nothrow_t&) = &operator new;
+    void* const block = ask(8, std::nothrow);
+    operator delete(block);
+    return block == nullptr;
+}
+
+long CFailingMalloc::liveBlocks()
+{
+    return s_lLive;
+}
+
+CNoFailure::CNoFailure()
+{
+    ++s_iPaused;
+}
+
+CNoFailure::~CNoFailure()
+{
+    --s_iPaused;
+}
+
+}  // namespace murv::tests

@@ -1,0 +1,47 @@
+// tests/support/failing_malloc.h - makes the n-th allocation of a scenario fail.
+//
+// A program that uses this has malloc, calloc, realloc and operator new replaced; outside a guarded scenario they behave
+// as usual. Where a tool brings its own allocator (valgrind, some sanitizers) the replacement of malloc may not be
+// reached; the tests ask first.
+#ifndef MURV_TESTS_SUPPORT_FAILING_MALLOC_H
+#define MURV_TESTS_SUPPORT_FAILING_MALLOC_H
+
+namespace murv::tests
+{
+
+/// While one lives, allocations of this thread are counted, and the chosen one fails.
+class CFailingMalloc
+{
+public:
+    /// \param failAt  1 for the first allocation from now on; 0 for none
+    explicit CFailingMalloc(long failAt);
+    CFailingMalloc(const CFailingMalloc&) = delete;
+    CFailingMalloc& operator=(const CFailingMalloc&) = delete;
+    ~CFailingMalloc();
+
+    /// Whether the chosen allocation was asked for, and so failed.
+    bool hasFailed() const;
+    /// Allocations asked for so far.
+    long asked() const;
+
+    /// Whether calls of malloc reach the replacement in this process.
+    static bool isMallocReached();
+    /// Whether operator new reaches it.
+    static bool isNewReached();
+    /// Blocks of this thread that are allocated and not freed, where malloc and free are reached; else always 0.
+    static long liveBlocks();
+};
+
+/// Takes everything out of reach of an active CFailingMalloc, for what is not the code under test.
+class CNoFailure
+{
+public:
+    CNoFailure();
+    CNoFailure(const CNoFailure&) = delete;
+    CNoFailure& operator=(const CNoFailure&) = delete;
+    ~CNoFailure();
+};
+
+}  // namespace murv::tests
+
+#endif
