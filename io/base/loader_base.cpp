@@ -1,0 +1,81 @@
+#include <cstring>
+#include <istream>
+#include <string>
+
+#include "core/error_table.h"
+#include "io/base/murf_magic.h"
+#include "murv/loader.h"
+
+namespace murv
+{
+
+ILoaderBase::ILoaderBase(unsigned int flags) : m_tConfig(flags)
+{
+}
+
+void ILoaderBase::setLCBC(const CLoaderConfig& config)
+{
+    m_tConfig = config;
+}
+
+void ILoaderBase::setLCBC(unsigned int flags)
+{
+    m_tConfig = flags;
+}
+
+void ILoaderBase::setLCBC(int flags)
+{
+    m_tConfig = flags;
+}
+
+unsigned int ILoaderBase::getLCBC() const
+{
+    return m_tConfig.BC32_Get();
+}
+
+bool ILoaderBase::loading(const char* text, CFields& target, const char* password, bool comments)
+{
+    return loading(text == nullptr ? std::string_view() : std::string_view(text), target, password, comments);
+}
+
+bool ILoaderBase::loading(const std::string& data, CFields& target, const char* password, bool comments)
+{
+    return loading(std::string_view(data), target, password, comments);
+}
+
+bool ILoaderBase::loading(std::string_view data, CFields& target, const char* password, bool comments)
+{
+    if (isTooBig(data.size(), "murv::ILoaderBase::loading", __LINE__))
+        return false;
+    return loadit(data.data(), static_cast<unsigned int>(data.size()), target, password, comments);
+}
+
+bool ILoaderBase::loading(std::istream& in, CFields& target, const char* password, bool comments)
+{
+    std::string data;
+    std::getline(in, data, '\xFF');
+    return loading(std::string_view(data), target, password, comments);
+}
+
+bool ILoaderBase::isTooBig(unsigned long long size, const char* function, int line)
+{
+    if (size <= static_cast<unsigned int>(CFields::maxSint32))
+        return false;
+    clearError();
+    setUserError(detail::s_ciInvalidParameter, "[%s#%d] Too big data size(%llu)", function, line, size);
+    return true;
+}
+
+int ILoaderBase::getER(const char* data, unsigned int size)
+{
+    if (data == nullptr || size < detail::s_cuiMagicSize)
+        return -1;
+    if (!detail::hasMurfMagic(data, size))
+        return 0;
+    if (size <= detail::s_cuiFlagsOffset)
+        return -1;
+    const auto flags = static_cast<unsigned char>(data[detail::s_cuiFlagsOffset]);
+    return detail::rule4Flags(flags);
+}
+
+}  // namespace murv

@@ -1,0 +1,251 @@
+#include <cstring>
+#include <string>
+
+#include "core/field_access.h"
+#include "core/field_vector.h"
+#include "core/tree_walk.h"
+#include "io/base/id_index.h"
+#include "io/base/member_builder.h"
+#include "io/base/node_stack.h"
+#include "murv/loader.h"
+
+namespace murv
+{
+
+using detail::tFieldAccess;
+
+ILoaderCommon::ILoaderCommon(unsigned int flags) : ILoaderBase(flags)
+{
+}
+
+// What belongs to a load under way is not copied: between loads the stack is empty, and the positions refer to data
+// that may be gone.
+ILoaderCommon::ILoaderCommon(const ILoaderCommon& other)
+    : ILoaderBase(other),
+      m_vError(other.m_vError),
+      m_vStack(other.m_vStack),
+      m_pDataBegin(other.m_pDataBegin),
+      m_pDataEnd(other.m_pDataEnd),
+      m_pCursor(other.m_pCursor),
+      m_strComment(other.m_strComment)
+{
+}
+
+ILoaderCommon& ILoaderCommon::operator=(const ILoaderCommon& other)
+{
+    if (this == &other)
+        return *this;
+    ILoaderBase::operator=(other);
+    m_vError = other.m_vError;
+    m_vStack = other.m_vStack;
+    m_pDataBegin = other.m_pDataBegin;
+    m_pDataEnd = other.m_pDataEnd;
+    m_pCursor = other.m_pCursor;
+    m_strComment = other.m_strComment;
+    return *this;
+}
+
+ILoaderCommon::~ILoaderCommon() = default;
+
+bool ILoaderCommon::getStatus() const
+{
+    return m_vError.empty();
+}
+
+std::vector<tErrorRange> ILoaderCommon::getErrorRanges() const
+{
+    return getLoadErrors();
+}
+
+void ILoaderCommon::startLoad(const char* data, unsigned int size, CFields& target, bool comments)
+{
+    clearError();
+    m_bComment = comments && m_tConfig.BC32_Check(LCBC_COMMENT);
+    m_pDataBegin = m_pCursor = data;
+    m_pDataEnd = data + size;
+    m_pLastValueEnd = nullptr;
+    m_pLastValueNode = nullptr;
+    m_strComment.clear();
+    m_vError.clear();
+    m_vStack.clear();
+    m_vStack.push_back(&target);
+    m_iDepth = 0;
+    m_bPeiAllowed = m_bPeiPending = m_bReread = false;
+    m_pBuilder = nullptr;
+    if (m_pNodeStack == nullptr)
+        m_pNodeStack = std::make_unique<detail::CNodeStack>();
+    m_pNodeStack->prepare(size);
+    m_ullOrder = 0;
+    if (m_pIdIndex != nullptr)
+        m_pIdIndex->clear();
+}
+
+void ILoaderCommon::finishLoad(CFields& target, bool done)
+{
+    m_vStack.clear();
+    m_pBuilder = nullptr;
+    m_pLastValueNode = nullptr;
+    m_pLastValueEnd = nullptr;
+    m_strComment.clear();
+    if (!done)
+        target.removeChildAll();
+}
+
+CFields* ILoaderCommon::getStackTopField() const
+{
+    return m_vStack.back();
+}
+
+CFields* ILoaderCommon::addChild2StackTop(std::string_view name, unsigned int id)
+{
+    m_bPeiAllowed = true;
+    m_bReread = false;
+    detail::CMemberBuilder& builder = *m_pBuilder;
+    if (tFieldAccess::type(builder.node()) == DT_array)
+        return &builder.appendElement();
+    const bool allowDuplicate = m_tConfig.BC32_Check(LCBC_DUPLICATE);
+    if (!allowDuplicate)
+    {
+        if (CFields* const known = findKnown(name, id))
+        {
+            if (known == &builder.node())
+                return nullptr;  // a container cannot be its own member
+            m_bReread = true;
+            if (tFieldAccess::isContainer(*known))
+                forgetBelow(*known);
+            return known;
+        }
+    }
+    if (id == 0 || allowDuplicate)
+        return &builder.append(name, id);
+    builder.pin();
+    CFields& member = builder.append(name, id);
+    if (m_pIdIndex == nullptr)
+        m_pIdIndex = std::make_unique<detail::CIdIndex>();
+    if (member.getID() != 0)
+        m_pIdIndex->enter(id, member, {builder.makeSet(*m_pIdIndex), builder.count() - 1}, ++m_ullOrder);
+    return &member;
+}
+
+CFields* ILoaderCommon::findKnown(std::string_view name, unsigned int id)
+{
+    detail::CMemberBuilder& builder = *m_pBuilder;
+    const std::uint32_t position = name.empty() ? detail::CNameIndex::s_cuiNone : builder.find(name);
+    if (position != detail::CNameIndex::s_cuiNone)
+    {
+        m_uiMemberSet = builder.set();
+        m_uiMemberPosition = position;
+        return &builder.at(position);
+    }
+    if (id == 0 || builder.node().getID() == id)
+        return id == 0 ? nullptr : &builder.node();
+    if (m_pIdIndex == nullptr)
+        return nullptr;
+    const detail::CIdIndex::tFound found = m_pIdIndex->find(id, builder.set(), builder.order());
+    m_uiMemberSet = found.m_tPlace.m_uiSet;
+    m_uiMemberPosition = found.m_tPlace.m_uiPosition;
+    return found.m_pNode;
+}
+
+void ILoaderCommon::forgetBelow(const CFields& node)
+{
+    if (m_pIdIndex != nullptr && m_uiMemberSet != detail::CIdIndex::s_cuiNone)
+        m_pIdIndex->forget({m_uiMemberSet, m_uiMemberPosition});
+    if (m_pLastValueNode == nullptr || !detail::isBelow(node, *m_pLastValueNode))
+        return;
+    m_pLastValueNode = nullptr;
+    m_pLastValueEnd = nullptr;
+}
+
+CFields* ILoaderCommon::getLastField4Stack() const
+{
+    for (auto at = m_vStack.rbegin(); at != m_vStack.rend(); ++at)
+    {
+        if (*at == nullptr)
+            continue;
+        return detail::memberCount(**at) == 0 ? *at : &tFieldAccess::members(**at)->last();
+    }
+    return nullptr;
+}
+
+CFields* ILoaderCommon::getLastThirdField4Stack() const
+{
+    std::uint32_t back = 2;  // the members from last to first, then the node itself, then those of the entry below
+    for (auto at = m_vStack.rbegin(); at != m_vStack.rend(); ++at)
+    {
+        if (*at == nullptr)
+            continue;
+        const std::uint32_t count = detail::memberCount(**at);
+        if (count != 0 && back <= count)
+            return &tFieldAccess::members(**at)->at(count - back);
+        back -= count;
+        if (back == 1)
+            return *at;
+        --back;
+    }
+    return nullptr;
+}
+
+CFields* ILoaderCommon::getLastCommentField4Stack() const
+{
+    for (auto at = m_vStack.rbegin(); at != m_vStack.rend(); ++at)
+    {
+        if (*at == nullptr)
+            continue;
+        for (std::uint32_t i = detail::memberCount(**at); i-- > 0;)
+        {
+            CFields& member = tFieldAccess::members(**at)->at(i);
+            if (member.isComment())
+                return &member;
+        }
+    }
+    return nullptr;
+}
+
+bool ILoaderCommon::addRecord(const char* message, const tTokenInfo& token, const char* second)
+{
+    m_vError.push_back({token, message, second});
+    return false;
+}
+
+bool ILoaderCommon::pushError(const CFields& node, const std::string& message)
+{
+    const std::ptrdiff_t size = m_pDataEnd - m_pDataBegin;
+    if (node.getOffsetStart() > size || node.getOffsetEnd() > size)
+        return false;
+    m_vError.push_back(
+        {{TT_error, m_pDataBegin + node.getOffsetStart(), m_pDataBegin + node.getOffsetEnd()}, message, nullptr});
+    return true;
+}
+
+bool ILoaderCommon::pushError(const CFields& node, const std::string& message, const CFields& second)
+{
+    if (second.getOffsetEnd() > m_pDataEnd - m_pDataBegin || !pushError(node, message))
+        return false;
+    m_vError.back().m_pSecond = m_pDataBegin + second.getOffsetStart();
+    return true;
+}
+
+std::vector<tErrorRange> ILoaderCommon::getLoadErrors() const
+{
+    std::vector<tErrorRange> ranges;
+    ranges.reserve(m_vError.size());
+    for (const tErrorRecord& record : m_vError)
+        ranges.push_back({static_cast<unsigned int>(record.m_tToken.m_pBegin - m_pDataBegin),
+                          static_cast<unsigned int>(record.m_tToken.m_pEnd - m_pDataBegin), record.m_strMessage});
+    return ranges;
+}
+
+void ILoaderCommon::composeErrors(std::string (*location)(const ILoaderCommon& loader, const char* position))
+{
+    clearError();
+    for (const tErrorRecord& record : m_vError)
+    {
+        std::string text = "* " + location(*this, record.m_tToken.m_pBegin) + "\n  " + record.m_strMessage + "\n";
+        if (record.m_pSecond != nullptr)
+            text += "See " + location(*this, record.m_pSecond) + " for detail.\n";
+        addErrMsg(text.c_str());
+    }
+}
+
+}  // namespace murv

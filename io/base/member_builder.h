@@ -1,0 +1,129 @@
+// io/base/member_builder.h - fills one container while its text or records are read.
+//
+// Knows how many members there are and which names, so that adding one neither scans the others nor moves them. The
+// container is an ordinary node all the time: the block that its members lie in is on the loader's stack at first.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "core/field_vector.h"
+#include "io/base/id_index.h"
+#include "io/base/node_stack.h"
+
+namespace murv::detail
+{
+
+class CMemberBuilder
+{
+public:
+    /// \param node    an empty container that has a vector; stays where it is as long as this lives
+    /// \param follow  a pointer to some node that is kept right when members move; not owned
+    CMemberBuilder(CNodeStack& stack, CFields& node, CFields*& follow, std::uint64_t order) noexcept
+        : m_tStack(stack), m_tNode(node), m_pFollow(follow), m_pBegin(stack.top()), m_ullOrder(order)
+    {
+        if (m_tStack.take(CFieldVector::s_cnHeadSize))
+            members() = CFieldVector::placeAt(m_pBegin);
+        else
+            m_pBegin = nullptr;
+    }
+    CMemberBuilder(const CMemberBuilder&) = delete;
+    CMemberBuilder& operator=(const CMemberBuilder&) = delete;
+    /// Closes a container that was not closed; without memory it loses its members.
+    ~CMemberBuilder()
+    {
+        if (m_bOpen)
+            abandon();
+    }
+
+    CFields& node() const noexcept
+    {
+        return m_tNode;
+    }
+    /// Number of the moment at which the container was opened.
+    std::uint64_t order() const noexcept
+    {
+        return m_ullOrder;
+    }
+    /// Tells where the container lies: in an open one, or anywhere in a container that holds IDs.
+    void setPlace(CMemberBuilder* outer, CIdIndex::tPlace place) noexcept
+    {
+        m_pOuter = outer;
+        m_tPlace = place;
+    }
+    /// Number of the container, which it has as soon as there is an ID below it.
+    std::uint32_t set() const noexcept
+    {
+        return m_uiSet;
+    }
+    /// As above; gives it a number if it has none. Throws std::bad_alloc.
+    std::uint32_t makeSet(CIdIndex& index);
+    std::uint32_t count() const noexcept
+    {
+        return members()->count();
+    }
+    CFields& at(std::uint32_t position) const noexcept
+    {
+        return members()->at(position);
+    }
+    /// Position of the first member of that name (not empty), or CNameIndex::s_cuiNone. O(1) on average.
+    std::uint32_t find(std::string_view name);
+    /// Appends a member; a name of more than 255 bytes is left out.
+    CFields& append(std::string_view name, unsigned int id)
+    {
+        CFields& member = appendElement();
+        if (!name.empty() && name.size() <= s_cuiLongestName)
+        {
+            tFieldAccess::setFirstName(member, name.data(), static_cast<unsigned int>(name.size()));
+            if (members()->count() > s_cuiScan)
+                enter(name);
+        }
+        if (id != 0)
+            member.setID(id);
+        return member;
+    }
+    /// Appends a member without name and ID.
+    CFields& appendElement()
+    {
+        if (m_pBegin != nullptr && members()->count() != s_cuiOnStack && m_tStack.take(sizeof(CFields)))
+            return members()->appendInPlace();
+        return appendBeyond();
+    }
+    /// From here on members stay where they are even when the container ends.
+    void pin();
+    /// Puts the members into their final place.
+    void close();
+
+private:
+    static constexpr std::uint32_t s_cuiOnStack = 4096;  // more members than this go to blocks of their own
+    static constexpr std::uint32_t s_cuiScan = 8;        // up to so many members all names are compared
+    static constexpr std::uint32_t s_cuiFiltered = 64;   // up to so many only when the filter may know the name
+    static constexpr std::uint32_t s_cuiFilterWords = 8;
+
+    CFieldVector*& members() const noexcept
+    {
+        return tFieldAccess::value(m_tNode).m_pFV;
+    }
+    void abandon() noexcept;
+    CFields& appendBeyond();
+    void enter(std::string_view name);
+    void makeIndex();
+    void filter(std::string_view name) noexcept;
+    bool mayKnow(std::uint32_t hash) const noexcept;
+
+    CNodeStack& m_tStack;
+    CFields& m_tNode;
+    CFields*& m_pFollow;
+    char* m_pBegin;  // on the stack; null when the members have blocks of their own
+    std::uint64_t m_ullOrder;
+    CMemberBuilder* m_pOuter = nullptr;  // of the container that this one lies in when its place has no set; not owned
+    CIdIndex::tPlace m_tPlace;
+    std::uint32_t m_uiSet = CIdIndex::s_cuiNone;
+    bool m_bOpen = true;
+    bool m_bFiltered = false;                     // the filter knows all names
+    std::uint64_t m_ullFilter[s_cuiFilterWords];  // one bit for each name, by its hash; set once m_bFiltered
+    std::unique_ptr<CNameIndex> m_pIndex;
+};
+
+}  // namespace murv::detail

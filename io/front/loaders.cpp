@@ -1,0 +1,96 @@
+// io/front/loaders.cpp - chooses the loader by what the data begins with.
+
+#include <algorithm>
+#include <iostream>
+#include <string>
+
+#include "core/error_table.h"
+#include "core/throw.h"
+#include "io/base/murf_magic.h"
+#include "murv/loader.h"
+
+namespace murv
+{
+
+CLoaders::CLoaders(unsigned int flags) : ILoaderBase(flags), m_tText(flags), m_tBinary(flags)
+{
+}
+
+CLoaders::CLoaders(const CLoaders& other) : ILoaderBase(other), m_tText(other.m_tText), m_tBinary(other.m_tBinary)
+{
+    follow(other);
+}
+
+CLoaders& CLoaders::operator=(const CLoaders& other)
+{
+    ILoaderBase::operator=(other);
+    m_tText = other.m_tText;
+    m_tBinary = other.m_tBinary;
+    follow(other);
+    return *this;
+}
+
+CLoaders::~CLoaders() = default;
+
+void CLoaders::follow(const CLoaders& other)
+{
+    m_pLast = other.m_pLast == nullptr          ? nullptr
+              : other.m_pLast == &other.m_tText ? static_cast<const ILoaderCommon*>(&m_tText)
+                                                : &m_tBinary;
+}
+
+bool CLoaders::loadit(const char* data, unsigned int size, CFields& target, const char* password, bool comments)
+{
+    if (data == nullptr || size == 0)
+        return false;
+    clearError();
+    m_pLast = nullptr;
+    m_bComment = comments && m_tConfig.BC32_Check(LCBC_COMMENT);
+    if (isTooBig(size, "murv::CLoaders::loadit", __LINE__))
+        return false;
+    // A file of the reserved rule 1, or one that names rule 0, goes to the text loader, which will say what it meets.
+    const int rule = getER(data, size);
+    if (rule < 0)
+        return setUserError(detail::s_ciInvalidParameter, "[%s#%d] Unknown encoding rule(%d)", "murv::CLoaders::loadit",
+                            __LINE__, rule) &&
+               false;
+    return rule == 2 ? loadBy(m_tBinary, data, size, target, password, comments)
+                     : loadBy(m_tText, data, size, target, password, comments);
+}
+
+bool CLoaders::loadBy(ILoaderCommon& loader, const char* data, unsigned int size, CFields& target, const char* password,
+                      bool comments)
+{
+    m_pLast = &loader;
+    loader.setLCBC(m_tConfig);
+    if (loader.loadit(data, size, target, password, comments))
+        return true;
+    CErrorBase::operator=(loader);
+    return false;
+}
+
+bool CLoaders::getStatus() const
+{
+    return !isError();
+}
+
+std::vector<tErrorRange> CLoaders::getErrorRanges() const
+{
+    return m_pLast == nullptr ? std::vector<tErrorRange>() : m_pLast->getErrorRanges();
+}
+
+std::istream& operator>>(std::istream& in, CFields& target)
+{
+    CLoaders loader;
+    if (loader.loading(in, target, ""))
+        return in;
+    constexpr std::size_t longestThrown = 255;
+    std::string text = "[murv::operator >>#" + std::to_string(__LINE__) + "] " + loader.getLastErrMsg();
+    std::cerr << text;
+    if (text.back() != '\n')
+        std::cerr << '\n';
+    text.resize(std::min(text.size(), longestThrown));  // what does not fit was printed
+    detail::throwLogicError("%s", text.c_str());
+}
+
+}  // namespace murv

@@ -1,0 +1,372 @@
+// ser/text_grammar.cpp - documents, field sets, arrays and members.
+
+#include "core/field_access.h"
+#include "core/field_vector.h"
+#include "core/number_scan.h"
+#include "core/throw.h"
+#include "io/base/open_container.h"
+#include "murv/text.h"
+#include "ser/text_lexer.h"
+
+namespace murv::detail
+{
+
+namespace
+{
+constexpr const char* s_cpNoValue = "Syntax error: value, field or array expected.";
+constexpr const char* s_cpBadId = "Failed to loading for the #ID syntax";
+constexpr const char* s_cpNoName = "Missing '}' or field member name";
+constexpr const char* s_cpNoRootNumber = "Missing field member name";
+constexpr const char* s_cpNotAdded = "This field not allow the duplication or a error occured";
+constexpr const char* s_cpNoFieldsEnd = "Missing ',' or '}' in field declaration";
+constexpr const char* s_cpNoComma = "Missing ','";
+constexpr const char* s_cpNoArrayEnd = "Missing ',' or ']' in array declaration";
+constexpr const char* s_cpLongRootName = "Failed to set the root field name";
+constexpr const char* s_cpScalarRoot = "A valid MURV document must be either an DT_array or an DT_fields type.";
+}  // namespace
+
+bool CTextParser::loadDocument(CFields& target)
+{
+    const bool keep = m_tLoader.m_bComment;
+    bool done = loadFieldInfo(true);
+    m_tLoader.m_bPeiAllowed = false;  // what follows the root's value is not looked at
+    tTokenInfo token;
+    skipCommentTokens(token);
+    if (keep && !m_tLoader.m_strComment.empty())
+        target.setComment(m_tLoader.m_strComment, CP_after);
+    if ((m_tLoader.getLCBC() & LCBC_ROOT_CONTAINER) != 0 && !tFieldAccess::isContainer(target))
+        done = addError(s_cpScalarRoot, {TT_error, m_pBegin, m_pEnd});
+    return done;
+}
+
+bool CTextParser::loadFieldInfo(bool root)
+{
+    if (m_tLoader.m_iDepth >= ILoaderCommon::s_cnStackDepthLimit)
+        throwAt("murv::CLoader4SER::loadFieldInfo", "Exceeded s_cnStackDepthLimit");
+    ++m_tLoader.m_iDepth;
+    const bool done = loadValue(root);
+    m_tLoader.m_bPeiPending = false;
+    noteValue(top());
+    --m_tLoader.m_iDepth;
+    return done;
+}
+
+bool CTextParser::loadValue(bool root)
+{
+    for (;;)
+    {
+        tTokenInfo token;
+        skipCommentTokens(token);
+        if (m_tLoader.m_bComment && !m_tLoader.m_strComment.empty())
+        {
+            top().setComment(m_tLoader.m_strComment, CP_before);
+            m_tLoader.m_strComment.clear();
+        }
+        if (root && token.m_eType != TT_fieldsBegin)
+        {
+            if (!loadRootFieldInfo(token))
+                return false;
+            root = false;
+            m_tLoader.m_bPeiAllowed = true;
+            continue;
+        }
+        switch (token.m_eType)
+        {
+            case TT_fieldsBegin:
+                return loadChildFields(token);
+            case TT_arrayBegin:
+                return loadArray(token);
+            case TT_peiBegin:
+                if (!decodePEI(token))
+                    return false;
+                continue;
+            case TT_fieldsEnd:
+            case TT_arrayEnd:
+            case TT_comma:
+                if ((m_tLoader.getLCBC() & LCBC_EMPTY_NULL) != 0)
+                    return loadEmptyValue();
+                return loadScalar(top(), token);
+            default:
+                return loadScalar(top(), token);
+        }
+    }
+}
+
+bool CTextParser::loadScalar(CFields& node, const tTokenInfo& token)
+{
+    tSlot slot;
+    switch (token.m_eType)
+    {
+        case TT_string:
+            return allotUnescapeString(node, token);
+        case TT_number:
+            return decodeNumber(node, token);
+        case TT_true:
+        case TT_false:
+            slot.m_eType = DT_bool;
+            slot.m_uValue.m_ullValue = token.m_eType == TT_true ? 1 : 0;
+            return setSimple(node, token, slot);
+        case TT_null:
+            return setSimple(node, token, slot);
+        default:
+            tFieldAccess::setOffsets(node, offset(token.m_pBegin), offset(token.m_pEnd));
+            return addError(s_cpNoValue, token);
+    }
+}
+
+bool CTextParser::loadEmptyValue()
+{
+    --m_pCursor;  // the token is the caller's to read
+    CFields& node = top();
+    startValue(node);
+    tFieldAccess::replaceValue(node, {});
+    tFieldAccess::setOffsets(node, offset(m_pCursor) - 1, offset(m_pCursor));
+    finishKind(node);
+    return true;
+}
+
+bool CTextParser::loadRootFieldInfo(tTokenInfo& token)
+{
+    unsigned int id = 0;
+    if (!loadHead(token, true, id))
+        return false;
+    if (id != 0)
+        top().setID(id);
+    if (!m_strName.empty() && !top().setName(m_strName))
+        return addError(s_cpLongRootName, token);
+    return true;
+}
+
+bool CTextParser::loadHead(tTokenInfo& token, bool root, unsigned int& id)
+{
+    m_strName = {};
+    if (token.m_eType == TT_id)
+    {
+        id = extractID(token);
+        if (id == 0)
+            return addError(s_cpBadId, token);
+        loadToken(token);
+        skipComments(token);
+    }
+    switch (token.m_eType)
+    {
+        case TT_string:
+        case TT_number:
+            return loadNameOrStepBack(token, root ? s_cpNoRootNumber : s_cpNoName);
+        case TT_assign:
+            return true;
+        case TT_fieldsBegin:
+        case TT_fieldsEnd:
+        case TT_arrayBegin:
+        case TT_peiBegin:
+        case TT_comma:
+        case TT_true:
+        case TT_false:
+        case TT_null:
+            m_pCursor = token.m_pBegin;
+            return true;
+        default:
+            return addErrorAndRecover(s_cpNoName, token, TT_fieldsEnd);
+    }
+}
+
+bool CTextParser::loadNameOrStepBack(const tTokenInfo& token, const char* numberRefused)
+{
+    const bool clean = m_bClean;
+    if (!followedByAssign(token))
+    {
+        m_pCursor = token.m_pBegin;
+        return true;
+    }
+    if (token.m_eType == TT_number)
+    {
+        if ((m_tLoader.getLCBC() & LCBC_NUMBER_NAME) == 0)
+            return addErrorAndRecover(numberRefused, token, TT_fieldsEnd);
+        CFields number;
+        atonInField(token.m_pBegin, static_cast<unsigned int>(token.m_pEnd - token.m_pBegin), number);
+        m_strNumberName = number.asString();
+        m_strName = m_strNumberName;
+        return true;
+    }
+    m_bClean = clean;
+    return toUnescapeString(token, m_strName) || recover4Error(TT_fieldsEnd);
+}
+
+// Looks for the "=" behind a possible name, and reads it when it is there. Comments on the way are kept only then:
+// else they are met again behind the value.
+bool CTextParser::followedByAssign(const tTokenInfo& token)
+{
+    skipSpaces();
+    if (m_pCursor != m_pEnd && *m_pCursor == '=')
+    {
+        ++m_pCursor;
+        return true;
+    }
+    const bool keep = m_tLoader.m_bComment;
+    tTokenInfo next;
+    m_tLoader.m_bComment = false;
+    skipCommentTokens(next);
+    m_tLoader.m_bComment = keep;
+    if (next.m_eType != TT_assign)
+        return false;
+    if (keep)
+    {
+        m_pCursor = token.m_pEnd;
+        skipCommentTokens(next);
+    }
+    return true;
+}
+
+void CTextParser::startContainer(CFields& node, E_DataType type, const tTokenInfo& token)
+{
+    startValue(node);
+    makeContainer(node, type);
+    node.setOffsetStart(offset(token.m_pBegin));
+}
+
+bool CTextParser::loadChildFields(const tTokenInfo& token)
+{
+    CFields& node = top();
+    startContainer(node, DT_fields, token);
+    COpenContainer open(m_tLoader, node);
+    tTokenInfo next;
+    bool done = true;
+    do
+    {
+        loadToken(next);
+        done = loadChildField(next);
+    } while (done && next.m_eType != TT_fieldsEnd);
+    open.close();
+    node.setOffsetEnd(offset(m_pCursor));
+    finishKind(node);
+    return done;
+}
+
+// One member and the token behind it: "," or "}".
+bool CTextParser::loadChildField(tTokenInfo& token)
+{
+    unsigned int id = 0;
+    skipComments(token);
+    if (!loadHead(token, false, id))
+        return false;
+    CFields* const member = addChild(id);
+    if (member == nullptr)
+        return addError(s_cpNotAdded, token);
+    skipSpaces();
+    if (m_pCursor != m_pEnd && type4Byte(*m_pCursor) == TT_number && !m_tLoader.m_bReread &&
+        m_tLoader.m_strComment.empty() && m_tLoader.m_iDepth < ILoaderCommon::s_cnStackDepthLimit)
+    {
+        m_tLoader.m_bPeiAllowed = false;
+        loadFreshNumber(*member);
+    }
+    else if (!loadChildValue(*member, TT_fieldsEnd))
+        return false;
+    skipSpaces();
+    if (m_pCursor != m_pEnd && (*m_pCursor == ',' || *m_pCursor == '}'))
+    {
+        token.m_eType = *m_pCursor++ == ',' ? TT_comma : TT_fieldsEnd;
+        return true;
+    }
+    loadToken(token);
+    if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma && token.m_eType != TT_comment)
+        return addErrorAndRecover(s_cpNoFieldsEnd, token, TT_fieldsEnd);
+    skipComments(token);
+    if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma)
+        return addError(s_cpNoComma, token);
+    return true;
+}
+
+CFields* CTextParser::addChild(unsigned int id)
+{
+    try
+    {
+        return m_tLoader.addChild2StackTop(m_strName, id);
+    }
+    catch (const CLogicError&)
+    {
+        return nullptr;
+    }
+}
+
+bool CTextParser::loadChildValue(CFields& member, E_TokenType closing)
+{
+    skipSpaces();
+    const E_TokenType type = m_pCursor == m_pEnd ? TT_end : type4Byte(*m_pCursor);
+    bool done = false;
+    // What begins at once, without comment or packet expression, is the most and takes the short way.
+    const bool isShort = m_tLoader.m_strComment.empty() && m_tLoader.m_iDepth < ILoaderCommon::s_cnStackDepthLimit;
+    if (isShort && type >= TT_string && type <= TT_null)
+    {
+        tTokenInfo token;
+        loadToken(token);
+        done = loadScalar(member, token);
+        noteValue(member);
+    }
+    else if (isShort && (type == TT_arrayBegin || type == TT_fieldsBegin))
+        done = loadChildContainer(member, type);
+    else
+    {
+        m_tLoader.m_bPeiAllowed = true;
+        m_tLoader.m_vStack.push_back(&member);
+        done = loadFieldInfo(false);
+        m_tLoader.m_vStack.pop_back();
+    }
+    return done || recover4Error(closing);
+}
+
+bool CTextParser::loadChildContainer(CFields& member, E_TokenType type)
+{
+    const tTokenInfo token{type, m_pCursor, m_pCursor + 1};
+    ++m_pCursor;
+    m_tLoader.m_vStack.push_back(&member);
+    ++m_tLoader.m_iDepth;
+    const bool done = type == TT_arrayBegin ? loadArray(token) : loadChildFields(token);
+    noteValue(member);
+    --m_tLoader.m_iDepth;
+    m_tLoader.m_vStack.pop_back();
+    return done;
+}
+
+bool CTextParser::loadArraySeparator(bool& more)
+{
+    skipSpaces();
+    if (m_pCursor != m_pEnd && (*m_pCursor == ',' || *m_pCursor == ']'))
+    {
+        more = *m_pCursor++ == ',';
+        return true;
+    }
+    tTokenInfo token;
+    loadToken(token);
+    skipComments(token);
+    more = token.m_eType == TT_comma;
+    if (!more && token.m_eType != TT_arrayEnd)
+        return addErrorAndRecover(s_cpNoArrayEnd, token, TT_arrayEnd);
+    return true;
+}
+
+bool CTextParser::loadArray(const tTokenInfo& token)
+{
+    CFields& node = top();
+    startContainer(node, DT_array, token);
+    COpenContainer open(m_tLoader, node);
+    bool more = true;
+    bool done = true;
+    while (done && more)
+    {
+        CFields& member = m_tLoader.m_pBuilder->appendElement();
+        m_tLoader.m_bReread = false;
+        skipSpaces();
+        if (m_pCursor != m_pEnd && type4Byte(*m_pCursor) == TT_number && m_tLoader.m_strComment.empty() &&
+            m_tLoader.m_iDepth < ILoaderCommon::s_cnStackDepthLimit)
+            loadFreshNumber(member);
+        else
+            done = loadChildValue(member, TT_arrayEnd);
+        done = done && loadArraySeparator(more);
+    }
+    open.close();
+    node.setOffsetEnd(offset(m_pCursor));
+    finishKind(node);
+    return done;
+}
+
+}  // namespace murv::detail

@@ -1,0 +1,173 @@
+// ser/text_lexer.cpp - tokens, comments, places and error records.
+
+#include "ser/text_lexer.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "core/byte_scan.h"
+#include "murv/text.h"
+
+namespace murv::detail
+{
+
+tLineColumn lineColumn4Position(const char* begin, const char* position)
+{
+    int line = 1;
+    const char* lineBegin = begin;
+    for (const char* at = begin; at < position && (at = findLineEnd(at, position)) != position;)
+    {
+        const bool pair = *at == '\r' && at + 1 != position && at[1] == '\n';
+        at += pair ? 2 : 1;
+        lineBegin = at;
+        ++line;
+    }
+    return {line, static_cast<int>(position - lineBegin) + 1};
+}
+
+std::string CTextParser::getLocationLineAndColumn(const ILoaderCommon& loader, const char* position)
+{
+    const tLineColumn place = lineColumn4Position(loader.m_pDataBegin, position);
+    char text[51];
+    const int length = std::snprintf(text, sizeof text, "Line %d, Column %d", place.m_iLine, place.m_iColumn);
+    return {text, static_cast<std::size_t>(length)};
+}
+
+CTextParser::CTextParser(ILoaderCommon& loader)
+    : m_tLoader(loader),
+      m_pBegin(loader.m_pDataBegin),
+      m_pEnd(loader.m_pDataEnd),
+      m_pCursor(loader.m_pDataBegin),
+      m_bTolerant((loader.getLCBC() & LCBC_COMMENT) != 0),
+      m_pLineChecked(loader.m_pDataBegin)
+{
+}
+
+bool CTextParser::loadComment()
+{
+    const char* const begin = m_pCursor - 1;
+    if (m_pCursor == m_pEnd)
+        return false;
+    const char second = *m_pCursor++;
+    if (second != '/' && second != '*')
+        return false;
+    if (!(second == '/' ? loadCppStyleComment() : loadCStyleComment()))
+        return false;
+    if (m_tLoader.m_bComment)
+        addComment(begin, m_pCursor, position4Comment(begin));
+    return true;
+}
+
+bool CTextParser::loadCStyleComment()
+{
+    for (;;)
+    {
+        const auto left = static_cast<std::size_t>(m_pEnd - m_pCursor);
+        const void* const star = left == 0 ? nullptr : std::memchr(m_pCursor, '*', left);
+        if (star == nullptr)
+        {
+            m_pCursor = m_pEnd;
+            return false;
+        }
+        m_pCursor = static_cast<const char*>(star) + 1;
+        if (m_pCursor != m_pEnd && *m_pCursor == '/')
+        {
+            ++m_pCursor;
+            return true;
+        }
+    }
+}
+
+bool CTextParser::loadCppStyleComment()
+{
+    m_pCursor = findLineEnd(m_pCursor, m_pEnd);
+    if (m_pCursor == m_pEnd)
+        return true;
+    const bool pair = *m_pCursor == '\r' && m_pCursor + 1 != m_pEnd && m_pCursor[1] == '\n';
+    m_pCursor += pair ? 2 : 1;
+    return true;
+}
+
+// A comment on the line of the last value belongs to that value, unless it is a block comment of several lines.
+E_CommentPosition CTextParser::position4Comment(const char* begin)
+{
+    const char* const valueEnd = m_tLoader.m_pLastValueEnd;
+    if (valueEnd == nullptr)
+        return CP_before;
+    // What was looked at for an earlier comment on this line is not looked at again.
+    const char* const from = m_pLineChecked > valueEnd ? m_pLineChecked : valueEnd;
+    if (from < begin)
+    {
+        const char* const lineEnd = findLineEnd(from, begin);
+        m_pLineChecked = lineEnd;
+        if (lineEnd != begin)
+            return CP_before;
+    }
+    const bool block = begin[1] == '*';
+    return block && findLineEnd(begin, m_pCursor) != m_pCursor ? CP_before : CP_trailing;
+}
+
+void CTextParser::addComment(const char* begin, const char* end, E_CommentPosition position)
+{
+    std::string own;
+    std::string& text = position == CP_trailing ? own : m_tLoader.m_strComment;
+    const std::size_t length = text.size();
+    while (begin != end)
+    {
+        const char* const lineEnd = findLineEnd(begin, end);
+        text.append(begin, lineEnd);
+        if (lineEnd == end)
+            break;
+        text += '\n';
+        begin = lineEnd + (*lineEnd == '\r' && lineEnd + 1 != end && lineEnd[1] == '\n' ? 2 : 1);
+    }
+    // A comment's text ends at a byte of zero: without its end it would swallow what is saved behind it.
+    std::replace(text.begin() + static_cast<std::ptrdiff_t>(length), text.end(), '\0', ' ');
+    if (position == CP_trailing)
+        m_tLoader.m_pLastValueNode->setComment(own, CP_trailing);
+}
+
+bool CTextParser::matchMove(std::string_view text)
+{
+    if (static_cast<std::size_t>(m_pEnd - m_pCursor) < text.size() ||
+        std::memcmp(m_pCursor, text.data(), text.size()) != 0)
+        return false;
+    m_pCursor += text.size();
+    return true;
+}
+
+unsigned int CTextParser::extractID(const tTokenInfo& token) const
+{
+    const char* const digits = token.m_pBegin + 1;
+    unsigned long long id = 0;
+    aton64(digits, static_cast<unsigned int>(token.m_pEnd - digits), id);
+    return id > static_cast<unsigned int>(CFields::maxSint32) ? 0 : static_cast<unsigned int>(id);
+}
+
+bool CTextParser::addError(const char* message, const tTokenInfo& token, const char* second)
+{
+    return m_tLoader.addRecord(message, token, second);
+}
+
+bool CTextParser::addErrorAndRecover(const char* message, const tTokenInfo& token, E_TokenType until)
+{
+    addError(message, token);
+    return recover4Error(until);
+}
+
+bool CTextParser::recover4Error(E_TokenType until)
+{
+    // What is skipped is not part of the document any more: no records, no comments, no packet expressions.
+    const std::size_t records = m_tLoader.m_vError.size();
+    m_tLoader.m_bComment = false;
+    m_tLoader.m_bPeiAllowed = false;
+    tTokenInfo token;
+    do
+        loadToken(token);
+    while (token.m_eType != until && token.m_eType != TT_end);
+    m_tLoader.m_vError.resize(records);
+    return false;
+}
+
+}  // namespace murv::detail

@@ -1,0 +1,126 @@
+// ser/text_parser.h - reads one text document into a tree.
+//
+// Recursive descent over tokens that are pointer pairs into the caller's data; the tree is built in place. The first
+// error ends the load: each level skips to its closing token and fails in turn.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "io/base/id_index.h"
+#include "io/base/member_builder.h"
+#include "murv/loader.h"
+
+namespace murv::detail
+{
+
+/// The line and column of a place in a text, both from 1; columns count bytes.
+struct tLineColumn
+{
+    int m_iLine;
+    int m_iColumn;
+};
+
+/// Replaces the value of a node by the number that the text stands for.
+void setNumber(CFields& node, const char* text, unsigned int length);
+
+tLineColumn lineColumn4Position(const char* begin, const char* position);
+
+class CTextParser
+{
+public:
+    explicit CTextParser(ILoaderCommon& loader);
+
+    /// Reads the document of the load that was just started.
+    bool loadDocument(CFields& target);
+
+    /// "Line %d, Column %d"
+    static std::string getLocationLineAndColumn(const ILoaderCommon& loader, const char* position);
+
+private:
+    // Tokens and comments: ser/text_lexer.cpp
+
+    void loadToken(tTokenInfo& token);
+    /// The next token that is no comment, or a comment where comments are not tolerated.
+    void skipCommentTokens(tTokenInfo& token);
+    /// The next token that is no comment, from `token` on.
+    void skipComments(tTokenInfo& token);
+    void skipSpaces();
+    void loadNumber();
+    bool loadString();
+    bool loadComment();
+    bool loadCStyleComment();
+    bool loadCppStyleComment();
+    E_CommentPosition position4Comment(const char* begin);
+    void addComment(const char* begin, const char* end, E_CommentPosition position);
+    bool matchMove(std::string_view text);
+    unsigned int extractID(const tTokenInfo& token) const;
+
+    // Grammar: ser/text_grammar.cpp
+
+    bool loadFieldInfo(bool root);
+    bool loadValue(bool root);
+    bool loadRootFieldInfo(tTokenInfo& token);
+    bool loadChildFields(const tTokenInfo& token);
+    bool loadChildField(tTokenInfo& token);
+    bool loadArray(const tTokenInfo& token);
+    void startContainer(CFields& node, E_DataType type, const tTokenInfo& token);
+    CFields* addChild(unsigned int id);
+    bool loadChildValue(CFields& member, E_TokenType closing);
+    bool loadChildContainer(CFields& member, E_TokenType type);
+    bool loadArraySeparator(bool& more);
+    /// What may stand before a value: ID, name and "=". `m_strName` and `id` are set; the value is the next token.
+    bool loadHead(tTokenInfo& token, bool root, unsigned int& id);
+    bool loadNameOrStepBack(const tTokenInfo& token, const char* numberRefused);
+    bool followedByAssign(const tTokenInfo& token);
+    bool loadEmptyValue();
+
+    // Values: ser/text_values.cpp
+
+    /// The second value of the node goes, and what was read of a packet expression is settled.
+    void startValue(CFields& node);
+    bool finishValue(CFields& node, const tTokenInfo& token);
+    void noteValue(CFields& node);
+    /// A number into a node that was just made.
+    void loadFreshNumber(CFields& node);
+    void finishKind(CFields& node);
+    /// A value of one token, or the error that it is none.
+    bool loadScalar(CFields& node, const tTokenInfo& token);
+    bool setSimple(CFields& node, const tTokenInfo& token, const tSlot& slot);
+    bool decodeNumber(CFields& node, const tTokenInfo& token);
+    bool allotUnescapeString(CFields& node, const tTokenInfo& token);
+    /// The bytes of a string token; valid until the next call.
+    bool toUnescapeString(const tTokenInfo& token, std::string_view& bytes);
+    bool loadPEI(tTokenInfo& token);
+    bool decodePEI(const tTokenInfo& token);
+
+    // Errors: ser/text_lexer.cpp
+
+    bool addError(const char* message, const tTokenInfo& token, const char* second = nullptr);
+    bool addErrorAndRecover(const char* message, const tTokenInfo& token, E_TokenType until);
+    bool recover4Error(E_TokenType until);
+
+    int offset(const char* position) const
+    {
+        return static_cast<int>(position - m_pBegin);
+    }
+    CFields& top() const
+    {
+        return *m_tLoader.m_vStack.back();
+    }
+
+    ILoaderCommon& m_tLoader;
+    const char* const m_pBegin;
+    const char* const m_pEnd;
+    const char* m_pCursor;
+    const bool m_bTolerant;           // comments may stand anywhere
+    bool m_bClean = false;            // the last string token holds no escape
+    const char* m_pLineChecked;       // from here on lines behind the last value are still to be looked for
+    std::string_view m_strPei;        // text of the packet expression just found
+    std::string_view m_strName;       // of the member being read; in the data, in the scratch or in the next
+    std::string m_strNumberName;      // the text of a number that serves as a name
+    std::vector<char> m_vScratch;     // decoded strings
+};
+
+}  // namespace murv::detail

@@ -1,0 +1,88 @@
+// ser/value_writer.cpp - values with a packet expression, and the value writer of the saver interface.
+//
+// Few nodes have a packet expression; what they need stays out of the inlined path. A node with the keyword "fix" or
+// "valid" is saved by its second value, which is the one that its packets carry.
+#include "ser/value_writer.h"
+
+#include "core/error_table.h"
+#include "core/type_names.h"
+
+namespace murv
+{
+
+namespace detail
+{
+
+namespace
+{
+
+/// Whether the expression names "fix" or "valid", the internal keywords that give the second value its meaning.
+bool marksSecondValue(const tPacketExpInfo& pei)
+{
+    return pei.m_ucSkKind == 0 && (pei.m_usSkIndex == VK_fix || pei.m_usSkIndex == VK_valid);
+}
+
+}  // namespace
+
+CValueWriter::CValueWriter(ISaver& saver)
+    : m_tSaver(saver),
+      m_bExpressions((saver.m_ucStyle & SAVE_PEI) != 0),
+      m_bBlanks((saver.m_ucStyle & SAVE_SPACING) != 0 && (saver.m_ucStyle & SAVE_VALUE) != 0),
+      m_bValues((saver.m_ucStyle & SAVE_VALUE) != 0),
+      m_bNullWord(saver.BC32_Check(SCBC_NULL_WORD))
+{
+}
+
+char CValueWriter::writeExpressed(ITextSink& sink, const CFields& node, unsigned char& written)
+{
+    E_ValueKind kind = VK_actual;
+    tPacketExpInfo pei = tFieldAccess::pei(node);
+    if (marksSecondValue(pei) && !node.isEqualDualValue())
+    {
+        if (m_tSaver.BC32_Check(SCBC_SECOND_VALUE))
+            kind = VK_fix;
+        else
+            pei.m_usSkIndex = 0;
+    }
+    char last = '\0';
+    if ((m_tSaver.m_ucStyle & SAVE_SPACING) != 0 && (written & (WRITTEN_ID | WRITTEN_NAME)) != 0)
+    {
+        last = ' ';
+        sink.put(" ");
+    }
+    const std::string_view expression = m_tSaver.makePEI(tFieldAccess::type(node), pei, written);
+    if (!expression.empty())
+    {
+        last = expression.back();
+        sink.put(expression);
+    }
+    const char lastOfValue = writeValue(sink, tFieldAccess::slot(node, kind), written);
+    return lastOfValue == '\0' ? last : lastOfValue;
+}
+
+void CValueWriter::reportUnknown(E_DataType type)
+{
+    m_tSaver.setUserError(s_ciInvalidParameter, "[%s#%d] Unknown data type(%d)", "murv::ISaver::makePEIandValue",
+                          __LINE__, static_cast<int>(type));
+}
+
+}  // namespace detail
+
+std::string ISaver::makePEIandValue(const CFields& node, unsigned char& written)
+{
+    m_strValue.clear();
+    const E_DataType type = node.getDT();
+    if (detail::tFieldAccess::isContainer(type))
+    {
+        setUserError(detail::s_ciInvalidParameter, "[%s#%d] '%s' data type was not supported",
+                     "murv::ISaver::makePEIandValue", __LINE__, detail::s_cpTypeNames[type]);
+        return {};
+    }
+    detail::tKeptBlock block;
+    detail::CStringSink sink(block);
+    detail::CValueWriter(*this).write(sink, node, written);
+    m_strValue = sink.text();
+    return m_strValue;
+}
+
+}  // namespace murv

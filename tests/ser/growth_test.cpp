@@ -1,0 +1,225 @@
+// tests/ser/growth_test.cpp - loading costs in proportion to the data, whatever is in it.
+//
+// A document is loaded at two sizes, one sixteen times the other. Sixteen times the time is right; 256 times would be a
+// cost that grows with the square. The bound lies between, far from both.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ctime>
+#include <functional>
+
+#include "tests/ser/load_helpers.h"
+
+using namespace murv;
+using namespace murv::tests;
+
+namespace
+{
+constexpr unsigned int s_cuiFactor = 16;
+constexpr double s_cdBound = 80;
+
+double seconds4Load(const std::string& text, bool good)
+{
+    double best = 1e9;
+    for (int run = 0; run < 3; ++run)
+    {
+        CLoader4SER loader;
+        CFields tree;
+        const std::clock_t begin = std::clock();
+        const bool done = loader.loading(text, tree);
+        best = std::min(best, static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC);
+        EXPECT_EQ(done, good) << loader.getLastErrMsg();
+    }
+    return best;
+}
+
+using tMake = std::function<std::string(unsigned int)>;
+
+void expectLinear(unsigned int count, const tMake& make, bool good = true)
+{
+    const double small = seconds4Load(make(count), good);
+    const double large = seconds4Load(make(count * s_cuiFactor), good);
+    const double least = 0.0005;  // what the clock cannot tell apart
+    EXPECT_LT(large, std::max(small, least) * s_cdBound) << small << " s and " << large << " s";
+}
+
+std::string joined(unsigned int count, const std::function<std::string(unsigned int)>& member)
+{
+    std::string text = "{";
+    for (unsigned int i = 0; i < count; ++i)
+        text += (i == 0 ? "" : ",") + member(i);
+    return text + "}";
+}
+
+std::string id(unsigned int i)
+{
+    return "#" + std::to_string(i + 1) + " ";
+}
+std::string name(unsigned int i)
+{
+    return "\"n" + std::to_string(i) + "\"=";
+}
+}  // namespace
+
+TEST(GrowthOfLoad, members)
+{
+    expectLinear(4000, [](unsigned int n) { return joined(n, [](unsigned int i) { return name(i) + "1"; }); });
+    expectLinear(20000, [](unsigned int n) { return "[" + repeated("1,", n) + "1]"; });
+    expectLinear(20000, [](unsigned int n) { return "[" + std::string(n, ',') + "]"; });
+    expectLinear(20000, [](unsigned int n) { return "{" + std::string(n, ',') + "}"; });
+}
+
+TEST(GrowthOfLoad, smallContainers)
+{
+    expectLinear(5000, [](unsigned int n) { return "[" + repeated("[1],{\"a\"=2},", n) + "1]"; });
+    expectLinear(5000, [](unsigned int n) { return "[" + repeated("[[[[[]]]]],", n) + "1]"; });
+}
+
+TEST(GrowthOfLoad, membersDeepDown)
+{
+    const std::string open = repeated("[", 990);
+    const std::string close = repeated("]", 990);
+    expectLinear(20000, [&](unsigned int n) { return open + repeated("1,", n) + "1" + close; });
+    expectLinear(3000, [&](unsigned int n) { return open + repeated("[[[[1]]]],", n) + "1" + close; });
+}
+
+TEST(GrowthOfLoad, repeatedNames)
+{
+    expectLinear(4000, [](unsigned int n) { return joined(n, [](unsigned int) { return "\"a\"=1"; }); });
+    expectLinear(4000, [](unsigned int n) {
+        return joined(2 * n, [n](unsigned int i) { return name(i % n) + "1"; });
+    });
+    expectLinear(4000, [](unsigned int n) {
+        return joined(2 * n, [n](unsigned int i) { return name(i % n) + "{\"x\"=[1]}"; });
+    });
+}
+
+TEST(GrowthOfLoad, namesAmongMembersWithoutName)
+{
+    expectLinear(4000, [](unsigned int n) {
+        return "{#5 0," + repeated("0,", n) + joined(n, [](unsigned int i) { return "#5 " + name(i) + "1"; }).substr(1);
+    });
+}
+
+TEST(GrowthOfLoad, ids)
+{
+    expectLinear(4000, [](unsigned int n) { return joined(n, [](unsigned int i) { return id(i) + "1"; }); });
+    expectLinear(4000, [](unsigned int n) { return "[" + repeated("{#1 1,#2 2,#3 3},", n) + "1]"; });
+}
+
+TEST(GrowthOfLoad, repeatedIds)
+{
+    expectLinear(4000, [](unsigned int n) { return joined(n, [](unsigned int) { return "#1 1"; }); });
+    expectLinear(4000, [](unsigned int n) { return joined(2 * n, [n](unsigned int i) { return id(i % n) + "1"; }); });
+    expectLinear(4000, [](unsigned int n) {
+        return "{" + joined(n, [](unsigned int) { return "{#1 1}"; }) + "," +
+               joined(n, [](unsigned int) { return "#1 2"; }).substr(1);
+    });
+}
+
+TEST(GrowthOfLoad, repeatedIdsOfContainers)
+{
+    expectLinear(2000, [](unsigned int n) {
+        return joined(2 * n, [n](unsigned int i) { return id(i % n) + "{\"x\"=1}"; });
+    });
+    // With IDs inside, which go and come again, and others behind them.
+    expectLinear(1500, [](unsigned int n) {
+        return joined(3 * n, [n](unsigned int i) { return id(i % n) + "{" + id(n + i % n) + "1}"; });
+    });
+    expectLinear(1500, [](unsigned int n) {
+        const std::string many = joined(n, [](unsigned int i) { return id(i + 10) + "1"; });
+        const std::string again = joined(n, [n](unsigned int) { return "#1 {#2 1}," + id(n + 9) + "2,#2 3"; });
+        return "{#1 {}," + many.substr(1, many.size() - 2) + "," + again.substr(1);
+    });
+}
+
+TEST(GrowthOfLoad, repeatedIdsOfManyEquals)
+{
+    // The same ID in many places, and its first holder destroyed again and again.
+    expectLinear(1500, [](unsigned int n) {
+        const std::string holders = joined(n, [](unsigned int i) { return name(i) + "{#1 1}"; });
+        const std::string again = joined(n, [](unsigned int i) { return name(i) + "0,#1 2"; });
+        return holders.substr(0, holders.size() - 1) + "," + again.substr(1);
+    });
+    expectLinear(1500, [](unsigned int n) {
+        const std::string holders = joined(n, [](unsigned int i) { return name(i) + "{#1 1}"; });
+        const std::string again = joined(n, [n](unsigned int i) { return name(n - 1 - i) + "{#1 3},#1 2"; });
+        return holders.substr(0, holders.size() - 1) + "," + again.substr(1);
+    });
+}
+
+TEST(GrowthOfLoad, repeatedIdsDeepDown)
+{
+    const std::string open = repeated("{\"a\"=", 900);
+    const std::string close = repeated("}", 900);
+    expectLinear(3000, [&](unsigned int n) {
+        const std::string again = joined(n, [](unsigned int) { return "#5 {#7 1},#7 2"; });
+        return "{\"p\"=" + open + "{#5 1}" + close + ",\"q\"=" + open + "{#7 1}" + close + "," + again.substr(1);
+    });
+}
+
+TEST(GrowthOfLoad, comments)
+{
+    expectLinear(200000, [](unsigned int n) { return "/*" + std::string(n, 'c') + "*/ 1"; });
+    expectLinear(200000, [](unsigned int n) { return "/*" + std::string(n, '*') + "*/ 1"; });
+    expectLinear(200000, [](unsigned int n) { return "/*" + std::string(n, '\r') + "*/ 1"; });
+    expectLinear(20000, [](unsigned int n) { return repeated("//c\n", n) + "1"; });
+    expectLinear(20000, [](unsigned int n) { return "1" + repeated("\n//c", n); });
+    expectLinear(5000, [](unsigned int n) { return "[" + repeated("1, // c\n/*d*/", n) + "1]"; });
+}
+
+TEST(GrowthOfLoad, commentsOnOneLine)
+{
+    expectLinear(10000, [](unsigned int n) { return "[1" + repeated("/*c*/", n) + ",2]"; });
+    expectLinear(10000, [](unsigned int n) { return "[1" + std::string(n * 5, ' ') + repeated("/*c*/", n) + ",2]"; });
+    expectLinear(10000, [](unsigned int n) { return "[1 /*\n*/" + repeated("/*c*/", n) + ",2]"; });
+    expectLinear(10000, [](unsigned int n) { return "{\"a\"" + repeated("/*c*/", n) + "}"; });
+    expectLinear(5000, [](unsigned int n) { return "{" + repeated("\"a\"/*c*/,", n) + "1}"; });
+}
+
+TEST(GrowthOfLoad, strings)
+{
+    expectLinear(200000, [](unsigned int n) { return "\"" + std::string(n, 's') + "\""; });
+    expectLinear(100000, [](unsigned int n) { return "\"" + repeated("\\n", n) + "\""; });
+    expectLinear(50000, [](unsigned int n) { return "[" + repeated("\"\\n\",", n / 5) + "1]"; });
+    expectLinear(200000, [](unsigned int n) { return "[\"" + std::string(n, '\\'); }, false);
+    // Each escaped string a little longer than the one before.
+    expectLinear(60, [](unsigned int n) {
+        return joined(n, [](unsigned int i) { return "\"\\n" + std::string(i, 'x') + "\""; }) + std::string(n * n, ' ');
+    });
+}
+
+TEST(GrowthOfLoad, blanks)
+{
+    expectLinear(200000, [](unsigned int n) { return std::string(n, ' ') + "1"; });
+    expectLinear(200000, [](unsigned int n) { return "[1," + std::string(n, '\n') + "2]"; });
+    expectLinear(200000, [](unsigned int n) { return "{\"a\"" + std::string(n, '\r') + "=1}"; });
+    expectLinear(200000, [](unsigned int n) { return "{\"a\"" + std::string(n, ' ') + "}"; });
+}
+
+TEST(GrowthOfLoad, numbers)
+{
+    expectLinear(200000, [](unsigned int n) { return std::string(n, '7'); });
+    expectLinear(200000, [](unsigned int n) { return "[0." + std::string(n, '3') + "]"; });
+    expectLinear(200000, [](unsigned int n) { return "{1e" + std::string(n, '0') + "}"; });
+    expectLinear(100000, [](unsigned int n) { return "#" + std::string(n, '0') + "1 5"; });
+}
+
+TEST(GrowthOfLoad, packetExpressions)
+{
+    expectLinear(3000, [](unsigned int n) { return "[" + repeated("(ACF4) 1,", n) + "1]"; });
+    expectLinear(200000, [](unsigned int n) { return "[(ACF4 " + std::string(n, 'r') + ") 1]"; });
+    expectLinear(200000, [](unsigned int n) { return "[(" + std::string(n, 'r'); }, false);
+}
+
+TEST(GrowthOfLoad, errorsAtTheEnd)
+{
+    expectLinear(20000, [](unsigned int n) { return "[" + repeated("1,\n", n) + "@"; }, false);
+    expectLinear(20000, [](unsigned int n) { return "{" + repeated("\"a\"=1,\n", n) + "@"; }, false);
+    expectLinear(50000, [](unsigned int n) { return repeated("[", 900) + "@" + repeated("1\n", n); }, false);
+    expectLinear(50000, [](unsigned int n) { return repeated("[", 900) + "@" + repeated("]", n); }, false);
+    expectLinear(50000, [](unsigned int n) { return repeated("[", 900) + "@" + std::string(n, '\0'); }, false);
+    expectLinear(100000, [](unsigned int n) { return "[@" + std::string(n, '"'); }, false);
+    expectLinear(100000, [](unsigned int n) { return "[@" + std::string(n, '/'); }, false);
+    expectLinear(50000, [](unsigned int n) { return "[@" + repeated("/*", n); }, false);
+}

@@ -1,0 +1,97 @@
+// tests/ser/load_memory_test.cpp - memory that runs out during a load.
+//
+// Every allocation of a load is made to fail in turn. The load then fails or throws, nothing leaks, and loader and target
+// can be used again.
+#include <gtest/gtest.h>
+
+#include <new>
+
+#include "tests/ser/load_helpers.h"
+#include "tests/support/failing_malloc.h"
+
+using namespace murv;
+using namespace murv::tests;
+
+namespace
+{
+
+/// Names, escapes, IDs, comments, packet expressions with second values, members read again, a name index.
+std::string document()
+{
+    std::string text = "/* head */ #5 \"root\" = { // t\n\"a\"=\"text\",\n// c\n\"b\\n\"=\"x\\ny\", #7 \"c\"=[1,2.5,[true]],"
+                       "\"d\"=(ACF8fix) \"f\", #8 {#9 \"in\"=5}, #7 {#10 6}, \"a\"={\"x\"=\"y\"}, #9 7 /*z*/,\n";
+    for (int i = 0; i < 80; ++i)
+        text += "\"name" + std::to_string(i) + "\"=" + std::to_string(i) + ",";
+    return text + "\"a\"=[\"end\"]}\n// tail";
+}
+
+/// Loads into `tree` with the n-th allocation failing. \return false when there was none to fail.
+bool loadFailing(CLoader4SER& loader, CFields& tree, const std::string& text, long failAt, bool& done)
+{
+    const CFailingMalloc fail(failAt);
+    done = false;
+    try
+    {
+        done = loader.loadit(text.data(), static_cast<unsigned int>(text.size()), tree);
+    }
+    catch (const std::bad_alloc&)
+    {
+    }
+    catch (const CLogicError&)  // the stated message of a string that could not be copied
+    {
+    }
+    return fail.hasFailed();
+}
+
+}  // namespace
+
+TEST(LoadMemory, everyAllocationMayFail)
+{
+    if (!CFailingMalloc::isNewReached())
+        GTEST_SKIP() << "allocations cannot be made to fail here";
+    const std::string text = document();
+    const std::string expected = loaded(text);
+    ASSERT_EQ(expected.substr(0, 14), "#5 root={a=[\"e");
+    long failAt = 1;
+    for (bool more = true; more; ++failAt)
+    {
+        const long before = CFailingMalloc::liveBlocks();
+        {
+            CLoader4SER loader;
+            CFields tree;
+            bool done = false;
+            more = loadFailing(loader, tree, text, failAt, done);
+            ASSERT_TRUE(more || done);
+            ASSERT_TRUE(done || tree.getChildCount() == 0) << failAt;
+            ASSERT_TRUE(loader.loading(text, tree)) << failAt << " " << loader.getLastErrMsg();
+            ASSERT_EQ(show(tree), expected) << failAt;
+        }
+        ASSERT_EQ(CFailingMalloc::liveBlocks(), before) << failAt;
+    }
+    EXPECT_GT(failAt, 50);
+}
+
+TEST(LoadMemory, everyAllocationOfAFailingLoadMayFail)
+{
+    if (!CFailingMalloc::isNewReached())
+        GTEST_SKIP() << "allocations cannot be made to fail here";
+    std::string text = document();
+    text.insert(text.size() - 20, "@");
+    const std::string expected = loaded(text);
+    ASSERT_EQ(expected.substr(0, 7), "* Line ");
+    long failAt = 1;
+    for (bool more = true; more; ++failAt)
+    {
+        const long before = CFailingMalloc::liveBlocks();
+        {
+            CLoader4SER loader;
+            CFields tree;
+            bool done = false;
+            more = loadFailing(loader, tree, text, failAt, done);
+            ASSERT_FALSE(done);
+            ASSERT_FALSE(loader.loading(text, tree));
+            ASSERT_EQ(loader.getLastErrMsg(), expected);
+        }
+        ASSERT_EQ(CFailingMalloc::liveBlocks(), before) << failAt;
+    }
+}
