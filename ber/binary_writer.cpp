@@ -1,0 +1,266 @@
+#include "ber/binary_writer.h"
+
+#include <cstring>
+
+#include "ber/layout.h"
+#include "core/field_vector.h"
+#include "core/walk_stack.h"
+
+namespace murv::detail
+{
+
+namespace
+{
+
+constexpr std::size_t s_cnShortCodes = 256;  // string values up to this length go with the record's other parts
+static_assert(s_cnLongestFixedPart + s_cnShortCodes <= CBodySink::s_cnMostRoom);
+
+std::string_view comment(const CFields& node, std::size_t position)
+{
+    const char* const text = tFieldAccess::aside(node)->m_tComment[position].get();
+    return text == nullptr ? std::string_view() : std::string_view(text);
+}
+
+/// Members of neighbours lie anywhere in memory; the walk would wait for each of them.
+inline void fetchMembers(const CFields* node, const CFields* end)
+{
+    constexpr std::ptrdiff_t distance = 4;
+    if (end - node <= distance)
+        return;
+    if (const CFieldVector* const members = tFieldAccess::members(node[distance]))
+        __builtin_prefetch(members);
+}
+
+/// Visits all nodes of a tree, parents before their members. Where the walk stands in the innermost container is kept in
+/// registers.
+template <typename tVisit>
+void forEachRecord(const CFields& root, tVisit&& visit)
+{
+    struct tFrame
+    {
+        const CFieldVector* m_pMembers;
+        const CFields* m_pNext;
+        const CFields* m_pEnd;        // of the run of members that lie side by side
+        std::uint32_t m_uiBehindRun;  // index of the first member behind the run
+    };
+    CWalkStack<tFrame> outer;
+    const CFieldVector* members = nullptr;
+    const CFields* next = &root;
+    const CFields* end = next + 1;
+    std::uint32_t behind = 0;
+    for (;;)
+    {
+        while (next == end)
+        {
+            if (members != nullptr && behind != members->count())
+            {
+                const CFieldVector::tRun run = members->run(behind);
+                next = run.m_pBegin;
+                end = run.m_pEnd;
+                behind += static_cast<std::uint32_t>(end - next);
+            }
+            else if (outer.empty())
+                return;
+            else
+            {
+                const tFrame& frame = outer.top();
+                members = frame.m_pMembers;
+                next = frame.m_pNext;
+                end = frame.m_pEnd;
+                behind = frame.m_uiBehindRun;
+                outer.pop();
+            }
+        }
+        const CFields& node = *next;
+        fetchMembers(next, end);
+        ++next;
+        visit(node);
+        if (memberCount(node) == 0)
+            continue;
+        outer.push({members, next, end, behind});
+        members = tFieldAccess::members(node);
+        next = end;
+        behind = 0;
+    }
+}
+
+std::uint64_t valueSize(const tSlot& value)
+{
+    switch (value.m_eType)
+    {
+    case DT_bool: return 1;
+    case DT_sint:
+    case DT_uint:
+    case DT_double: return s_cnNumberSize;
+    case DT_codelist: return view4Codes(value.m_bOwned, value.m_uValue.m_pData).size();
+    default: return 0;
+    }
+}
+
+}  // namespace
+
+CBinaryWriter::CBinaryWriter(const ISaver& saver)
+    : m_bIds((saver.m_ucStyle & SAVE_ID) != 0),
+      m_bNames((saver.m_ucStyle & SAVE_NAME) != 0),
+      m_bExpressions((saver.m_ucStyle & SAVE_PEI) != 0),
+      m_bValues((saver.m_ucStyle & SAVE_VALUE) != 0),
+      m_bComments((saver.m_ucStyle & SAVE_COMMENT) != 0),
+      m_bSecondValue((saver.getSCBC() & SCBC_SECOND_VALUE) != 0)
+{
+}
+
+std::uint64_t CBinaryWriter::bodySize(const CFields& root) const
+{
+    std::uint64_t size = 0;
+    forEachRecord(root, [&](const CFields& node) { size += recordSize(node); });
+    return size;
+}
+
+void CBinaryWriter::write(CBodySink& sink, const CFields& root) const
+{
+    forEachRecord(root, [&](const CFields& node) {
+        if (tFieldAccess::isContainer(node))
+            writeContainer(sink, node);
+        else if (isSpecial(node))
+            writeSpecialLeaf(sink, node);
+        else
+            writeLeaf(sink, node, tFieldAccess::slot(node, VK_actual), tFieldAccess::pei(node));
+    });
+}
+
+// Of a node that its expression gives two values, the second one is saved, for packets carry that; unless the saver is
+// told otherwise: then the first one, and the expression does not speak of the second.
+CBinaryWriter::tLeaf CBinaryWriter::chooseLeaf(const CFields& node) const
+{
+    tLeaf leaf{tFieldAccess::slot(node, VK_actual), {}};
+    if (!m_bExpressions)
+        return leaf;
+    leaf.m_tPEI = tFieldAccess::pei(node);
+    if (node.isEqualDualValue())
+        return leaf;
+    if (m_bSecondValue)
+        leaf.m_tValue = tFieldAccess::slot(node, VK_fix);
+    else
+        leaf.m_tPEI.m_usSkIndex = 0;
+    return leaf;
+}
+
+inline std::uint64_t CBinaryWriter::recordSize(const CFields& node) const
+{
+    std::uint64_t size = m_bNames ? tFieldAccess::name(node).size() : 0;
+    if (m_bComments && tFieldAccess::aside(node) != nullptr)
+        size += commentSize(node);
+    if (tFieldAccess::isContainer(node))
+        return size + s_cnEmptyContainer;
+    size += s_cnEmptyLeaf;
+    if (!m_bValues)
+        return size;
+    return size + valueSize(isSpecial(node) ? chooseLeaf(node).m_tValue : tFieldAccess::slot(node, VK_actual));
+}
+
+std::uint64_t CBinaryWriter::commentSize(const CFields& node) const
+{
+    std::uint64_t size = 0;
+    for (std::size_t position = 0; position < s_cnCommentCount; ++position)
+        size += comment(node, position).size();
+    return size;
+}
+
+void CBinaryWriter::writeContainer(CBodySink& sink, const CFields& node) const
+{
+    char* to = sink.room(s_cnLongestFixedPart);
+    to = writeHead(to, tFieldAccess::type(node), node);
+    to = writeNumber(to, memberCount(node));
+    to = writeName(to, node);
+    sink.take(writeComments(sink, to, node));
+}
+
+void CBinaryWriter::writeSpecialLeaf(CBodySink& sink, const CFields& node) const
+{
+    const tLeaf leaf = chooseLeaf(node);
+    writeLeaf(sink, node, leaf.m_tValue, leaf.m_tPEI);
+}
+
+inline void CBinaryWriter::writeLeaf(CBodySink& sink, const CFields& node, const tSlot& value,
+                                     const tPacketExpInfo& pei) const
+{
+    char* to = sink.room(s_cnLongestFixedPart + s_cnShortCodes);
+    to = writeHead(to, value.m_eType, node);
+    to = writeExpression(to, pei);
+    to = writeName(to, node);
+    to = writeComments(sink, to, node);
+    writeValue(sink, to, value);
+}
+
+inline char* CBinaryWriter::writeHead(char* to, E_DataType type, const CFields& node) const
+{
+    *to = static_cast<char>(type);
+    return writeNumber<std::uint32_t>(to + s_cnTypeSize, m_bIds ? tFieldAccess::id(node) : 0);
+}
+
+inline char* CBinaryWriter::writeName(char* to, const CFields& node) const
+{
+    const std::string_view name = m_bNames ? tFieldAccess::name(node) : std::string_view();
+    *to++ = static_cast<char>(name.size());
+    if (!name.empty())
+        std::memcpy(to, name.data(), name.size());
+    return to + name.size();
+}
+
+/// \return where to go on; comments end the room that `to` lies in and begin a new one.
+inline char* CBinaryWriter::writeComments(CBodySink& sink, char* to, const CFields& node) const
+{
+    if (!m_bComments || tFieldAccess::aside(node) == nullptr)
+    {
+        std::memset(to, 0, s_cnNoComments);
+        return to + s_cnNoComments;
+    }
+    for (std::size_t position = 0; position < s_cnCommentCount; ++position)
+    {
+        const std::string_view text = comment(node, position);
+        to = writeNumber(to, static_cast<std::uint32_t>(text.size()));
+        if (text.empty())
+            continue;
+        sink.take(to);
+        sink.put(text);
+        to = sink.room(s_cnLongestFixedPart + s_cnShortCodes);
+    }
+    return to;
+}
+
+inline void CBinaryWriter::writeValue(CBodySink& sink, char* to, const tSlot& value) const
+{
+    const E_DataType type = m_bValues ? value.m_eType : DT_null;
+    switch (type)
+    {
+    case DT_bool:
+        to = writeNumber<std::uint32_t>(to, 1);
+        *to++ = value.m_uValue.m_bValue ? 1 : 0;
+        break;
+    case DT_sint:
+    case DT_uint:
+    case DT_double:
+        to = writeNumber<std::uint32_t>(to, s_cnNumberSize);
+        to = writeNumber(to, value.m_uValue.m_ullValue);
+        break;
+    case DT_codelist: writeCodes(sink, to, view4Codes(value.m_bOwned, value.m_uValue.m_pData)); return;
+    default: to = writeNumber<std::uint32_t>(to, 0); break;
+    }
+    sink.take(to);
+}
+
+void CBinaryWriter::writeCodes(CBodySink& sink, char* to, std::string_view codes) const
+{
+    to = writeNumber(to, static_cast<std::uint32_t>(codes.size()));
+    if (codes.size() > s_cnShortCodes)
+    {
+        sink.take(to);
+        sink.put(codes);
+        return;
+    }
+    if (!codes.empty())
+        std::memcpy(to, codes.data(), codes.size());
+    sink.take(to + codes.size());
+}
+
+}  // namespace murv::detail

@@ -1,0 +1,92 @@
+// round_trip_test.cpp - what is saved is what is loaded, by us and by others.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "murv/murv.h"
+#include "tests/ber/independent_decoder.h"
+#include "tests/ber/murf_bytes.h"
+#include "tests/ber/random_tree.h"
+#include "tests/support/same_tree.h"
+
+namespace murv::tests
+{
+
+TEST(RoundTrip, tenThousandRandomTreesComeBackEqual)
+{
+    CRandomTree trees(1);
+    CSaver4BER_BASIC saver;
+    CLoader4BER loader;
+    for (int i = 0; i < 10000; ++i)
+    {
+        const CFields tree = trees.make();
+        const char* const password = i % 2 == 0 ? nullptr : "some password";
+        CFields again;
+        ASSERT_TRUE(loader.loading(saver.saving(tree, SAVE_ALL, password), again, password)) << loader.getLastErrMsg();
+        ASSERT_EQ(difference(tree, again, SP_all & ~SP_offsets), "") << i;
+    }
+}
+
+TEST(RoundTrip, independentDecoderReadsWhatTheSaverWrites)
+{
+    CRandomTree trees(2);
+    for (int i = 0; i < 500; ++i)
+    {
+        const CFields tree = trees.make();
+        ASSERT_EQ(difference(tree, CIndependentDecoder::decode(save(tree)), SP_all & ~SP_offsets), "") << i;
+    }
+}
+
+TEST(RoundTrip, independentDecoderReadsFilesWithPasswords)
+{
+    if (!CIndependentDecoder::isSeedThere())
+        GTEST_SKIP() << "OpenSSL's legacy provider is not installed";
+    CRandomTree trees(3);
+    for (const char* password : {"p", "sixteen byte key", "a password of more than sixteen bytes"})
+        for (int i = 0; i < 200; ++i)
+        {
+            const CFields tree = trees.make();
+            const CFields again = CIndependentDecoder::decode(save(tree, SAVE_ALL, password), password);
+            ASSERT_EQ(difference(tree, again, SP_all & ~SP_offsets), "") << i;
+        }
+}
+
+TEST(RoundTrip, textAndBinaryGiveTheSameTree)
+{
+    CRandomTree trees(4, true);
+    for (int i = 0; i < 1000; ++i)
+    {
+        const CFields tree = trees.make();
+        CFields fromText;
+        CFields fromBinary;
+        CSavers savers(SCBC_SECOND_VALUE | SCBC_NULL_WORD);
+        CLoaders loaders;
+        const std::string text = savers.saving(tree, ER_SER_HFW);
+        ASSERT_TRUE(text.size() < 4 || loaders.loading(text, fromText)) << loaders.getLastErrMsg() << text;
+        ASSERT_TRUE(loaders.loading(savers.saving(tree, ER_BER), fromBinary)) << loaders.getLastErrMsg();
+        if (text.size() < 4)
+            continue;  // the front loader wants four bytes
+        ASSERT_EQ(difference(fromText, fromBinary, SP_all & ~SP_offsets), "") << text;
+    }
+}
+
+TEST(RoundTrip, whatWasLoadedIsSavedTheSame)
+{
+    CRandomTree trees(5);
+    for (int i = 0; i < 200; ++i)
+    {
+        const std::string file = save(trees.make());
+        EXPECT_EQ(save(load(file).m_tTree), file);
+    }
+}
+
+TEST(RoundTrip, repeatedNamesNeedTheLoadersConsent)
+{
+    CFields tree;
+    tree.addChildRef("a", 0, true) = 1;
+    tree.addChildRef("a", 0, true) = 2;
+    EXPECT_NE(load(save(tree)).m_strMessage, "");
+    EXPECT_EQ(difference(load(save(tree), nullptr, LCBC_DUPLICATE).m_tTree, tree, SP_all & ~SP_offsets), "");
+}
+
+}  // namespace murv::tests
