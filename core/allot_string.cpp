@@ -55,7 +55,8 @@ CAllotString::~CAllotString()
 
 CAllotString& CAllotString::operator=(const CAllotString& other)
 {
-    setData(other);
+    if (this != &other)
+        setData(other);
     return *this;
 }
 

@@ -72,13 +72,11 @@ CFieldVector::tRun CFieldVector::run(std::uint32_t index) const noexcept
     if (isSmall())
         return {first() + index, first() + m_uiCount};
     const tLarge& head = large();
-    const std::uint32_t step =
-        index < head.m_uiFirstRoom
-            ? 0
-            : static_cast<std::uint32_t>(std::bit_width(((index - head.m_uiFirstRoom) >> head.m_uiShift) + 1));
-    const std::uint64_t start = step == 0 ? 0 : std::uint64_t{head.m_uiFirstRoom} + head.segmentStart(step);
-    const std::uint64_t end = std::min<std::uint64_t>(m_uiCount, start + head.segmentRoom(step));
-    return {head.m_pSegment[step] + (index - start), head.m_pSegment[step] + (end - start)};
+    const tLarge::tSpot place = head.spot(index);
+    CFields* const begin = head.m_pSegment[place.m_uiStep];
+    const std::uint64_t end =
+        std::min(head.segmentRoom(place.m_uiStep), std::uint64_t{place.m_uiOffset} + (m_uiCount - index));
+    return {begin + place.m_uiOffset, begin + end};
 }
 
 std::uint32_t CFieldVector::find(const char* name, unsigned int length) const noexcept
@@ -128,7 +126,7 @@ void CFieldVector::tLarge::addSegment()
         throw std::bad_alloc();
     if (m_uiSegments == s_cuiInlineSegments && m_pSegment == m_pInline)
     {
-        auto** const list = static_cast<CFields**>(allot(s_cuiSegmentLimit * sizeof(CFields*)));
+        auto** const list = static_cast<CFields**>(allot(s_cuiSegmentLimit * sizeof(void*)));
         std::copy_n(m_pInline, s_cuiInlineSegments, list);
         m_pSegment = list;
     }
@@ -177,13 +175,9 @@ void CFieldVector::indexNames(CFieldVector*& self, std::unique_ptr<CNameIndex> r
 {
     if (self->m_uiCount < s_cuiIndexFrom)
         return;
-    std::unique_ptr<CNameIndex> index = std::move(ready);
+    std::unique_ptr<CNameIndex> index = ready != nullptr ? std::move(ready) : self->makeIndex();
     if (index == nullptr)
-    {
-        index.reset(new (std::nothrow) CNameIndex);
-        if (index == nullptr || !index->build(*self))
-            return;
-    }
+        return;
     if (self->isSmall())
     {
         tLarge* const head = new (std::nothrow) tLarge(self);
@@ -191,9 +185,23 @@ void CFieldVector::indexNames(CFieldVector*& self, std::unique_ptr<CNameIndex> r
             return;
         self = head;
     }
-    self->dropIndex();
-    self->large().m_pIndex = index.release();
-    detail::forEachMember(self, [self](CFields& node) { tFieldAccess::setOwner(node, self); });
+    self->adoptIndex(std::move(index));
+}
+
+/// Null when there is no memory for it.
+std::unique_ptr<CNameIndex> CFieldVector::makeIndex() const noexcept
+{
+    std::unique_ptr<CNameIndex> index(new (std::nothrow) CNameIndex);
+    if (index != nullptr && !index->build(*this))
+        index.reset();
+    return index;
+}
+
+void CFieldVector::adoptIndex(std::unique_ptr<CNameIndex> index) noexcept
+{
+    dropIndex();
+    large().m_pIndex = index.release();
+    detail::forEachMember(this, [this](CFields& node) { tFieldAccess::setOwner(node, this); });
 }
 
 void CFieldVector::dropIndex() noexcept
@@ -273,8 +281,8 @@ void CFieldVector::afterRename(const CFields& member) noexcept
     CNameIndex* const index = large().m_pIndex;
     if (index == nullptr)
     {
-        CFieldVector* self = this;
-        indexNames(self);
+        if (std::unique_ptr<CNameIndex> fresh = m_uiCount < s_cuiIndexFrom ? nullptr : makeIndex())
+            adoptIndex(std::move(fresh));
     }
     else if (!tFieldAccess::name(member).empty() && !index->insert(*this, position(member), hash4Member(member)))
         dropIndex();
@@ -307,7 +315,8 @@ void CFieldVector::destroy(CFieldVector* self) noexcept
         CFieldVector* m_pMembers;
         std::uint32_t m_uiIndex;
     };
-    static_assert(sizeof(tFrame) <= sizeof(CFields) && alignof(tFrame) <= alignof(CFields));
+    static_assert(sizeof(tFrame) <= sizeof(CFields));
+    static_assert(alignof(tFrame) <= alignof(CFields));
 
     tFrame* up = nullptr;
     std::uint32_t index = 0;

@@ -119,6 +119,8 @@ private:
     std::uint32_t position(const CFields& member) const noexcept;
     static tLarge* grow(CFieldVector* self);
     static void freeBlocks(CFieldVector* self) noexcept;
+    std::unique_ptr<detail::CNameIndex> makeIndex() const noexcept;
+    void adoptIndex(std::unique_ptr<detail::CNameIndex> index) noexcept;
     void dropIndex() noexcept;
     void closeGap(std::uint32_t first, std::uint32_t last) noexcept;
 
@@ -135,18 +137,26 @@ struct CFieldVector::tLarge : CFieldVector
 {
     explicit tLarge(CFieldVector* firstBlock) noexcept;
 
-    CFields& at(std::uint32_t index) const noexcept
+    /// Where a member lies: in which segment, and how far from its begin.
+    struct tSpot
+    {
+        std::uint32_t m_uiStep;
+        std::uint32_t m_uiOffset;
+    };
+
+    tSpot spot(std::uint32_t index) const noexcept
     {
         if (index < m_uiFirstRoom)
-            return m_pSegment[0][index];
+            return {0, index};
+        // The segments behind the first block hold 1, 2, 4... parts: the top bit of the part's number tells which.
         const std::uint32_t beyond = index - m_uiFirstRoom;
-        const std::uint32_t step = static_cast<std::uint32_t>(std::bit_width((beyond >> m_uiShift) + 1));
-        return m_pSegment[step][beyond - segmentStart(step)];
+        const std::uint32_t part = (beyond >> m_uiShift) + 1;
+        return {static_cast<std::uint32_t>(std::bit_width(part)), beyond - ((std::bit_floor(part) - 1) << m_uiShift)};
     }
-    /// Distance of a further segment's begin from the end of the first block.
-    std::uint32_t segmentStart(std::uint32_t step) const noexcept
+    CFields& at(std::uint32_t index) const noexcept
     {
-        return ((1u << (step - 1)) - 1) << m_uiShift;
+        const tSpot place = spot(index);
+        return m_pSegment[place.m_uiStep][place.m_uiOffset];
     }
     std::uint64_t segmentRoom(std::uint32_t step) const noexcept
     {

@@ -22,7 +22,7 @@ struct CFields::tImmortal
     constexpr tImmortal() : m_tNode(tConstantInit{})
     {
     }
-    ~tImmortal()
+    ~tImmortal()  // NOLINT(modernize-use-equals-default): a default one would be deleted
     {
     }
 };

@@ -39,7 +39,7 @@ constexpr tWide128 multiplyHalves(std::uint64_t a, std::uint64_t b) noexcept
 }
 
 #ifdef __SIZEOF_INT128__
-__extension__ typedef unsigned __int128 tUnsigned128;
+__extension__ typedef unsigned __int128 tUnsigned128;  // NOLINT(modernize-use-using): __extension__ needs it
 
 constexpr tWide128 multiplyWide(std::uint64_t a, std::uint64_t b) noexcept
 {

@@ -72,22 +72,19 @@ bool CTextParser::loadValue(bool root)
         }
         switch (token.m_eType)
         {
-            case TT_fieldsBegin:
-                return loadChildFields(token);
-            case TT_arrayBegin:
-                return loadArray(token);
-            case TT_peiBegin:
-                if (!decodePEI(token))
-                    return false;
-                continue;
-            case TT_fieldsEnd:
-            case TT_arrayEnd:
-            case TT_comma:
-                if ((m_tLoader.getLCBC() & LCBC_EMPTY_NULL) != 0)
-                    return loadEmptyValue();
-                return loadScalar(top(), token);
-            default:
-                return loadScalar(top(), token);
+        case TT_fieldsBegin: return loadChildFields(token);
+        case TT_arrayBegin: return loadArray(token);
+        case TT_peiBegin:
+            if (!decodePEI(token))
+                return false;
+            continue;
+        case TT_fieldsEnd:
+        case TT_arrayEnd:
+        case TT_comma:
+            if ((m_tLoader.getLCBC() & LCBC_EMPTY_NULL) != 0)
+                return loadEmptyValue();
+            return loadScalar(top(), token);
+        default: return loadScalar(top(), token);
         }
     }
 }
@@ -97,20 +94,17 @@ bool CTextParser::loadScalar(CFields& node, const tTokenInfo& token)
     tSlot slot;
     switch (token.m_eType)
     {
-        case TT_string:
-            return allotUnescapeString(node, token);
-        case TT_number:
-            return decodeNumber(node, token);
-        case TT_true:
-        case TT_false:
-            slot.m_eType = DT_bool;
-            slot.m_uValue.m_ullValue = token.m_eType == TT_true ? 1 : 0;
-            return setSimple(node, token, slot);
-        case TT_null:
-            return setSimple(node, token, slot);
-        default:
-            tFieldAccess::setOffsets(node, offset(token.m_pBegin), offset(token.m_pEnd));
-            return addError(s_cpNoValue, token);
+    case TT_string: return allotUnescapeString(node, token);
+    case TT_number: return decodeNumber(node, token);
+    case TT_true:
+    case TT_false:
+        slot.m_eType = DT_bool;
+        slot.m_uValue.m_ullValue = token.m_eType == TT_true ? 1 : 0;
+        return setSimple(node, token, slot);
+    case TT_null: return setSimple(node, token, slot);
+    default:
+        tFieldAccess::setOffsets(node, offset(token.m_pBegin), offset(token.m_pEnd));
+        return addError(s_cpNoValue, token);
     }
 }
 
@@ -150,23 +144,18 @@ bool CTextParser::loadHead(tTokenInfo& token, bool root, unsigned int& id)
     }
     switch (token.m_eType)
     {
-        case TT_string:
-        case TT_number:
-            return loadNameOrStepBack(token, root ? s_cpNoRootNumber : s_cpNoName);
-        case TT_assign:
-            return true;
-        case TT_fieldsBegin:
-        case TT_fieldsEnd:
-        case TT_arrayBegin:
-        case TT_peiBegin:
-        case TT_comma:
-        case TT_true:
-        case TT_false:
-        case TT_null:
-            m_pCursor = token.m_pBegin;
-            return true;
-        default:
-            return addErrorAndRecover(s_cpNoName, token, TT_fieldsEnd);
+    case TT_string:
+    case TT_number: return loadNameOrStepBack(token, root ? s_cpNoRootNumber : s_cpNoName);
+    case TT_assign: return true;
+    case TT_fieldsBegin:
+    case TT_fieldsEnd:
+    case TT_arrayBegin:
+    case TT_peiBegin:
+    case TT_comma:
+    case TT_true:
+    case TT_false:
+    case TT_null: m_pCursor = token.m_pBegin; return true;
+    default: return addErrorAndRecover(s_cpNoName, token, TT_fieldsEnd);
     }
 }
 

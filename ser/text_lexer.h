@@ -16,8 +16,7 @@ namespace murv::detail
 {
 
 // What kind of token a byte begins. Bytes from 126 on begin none.
-inline constexpr auto s_ctType4Byte = []
-{
+inline constexpr auto s_ctType4Byte = [] {
     std::array<unsigned char, 256> types{};
     for (unsigned char& type : types)
         type = TT_error;
@@ -41,7 +40,6 @@ inline constexpr auto s_ctType4Byte = []
     types['/'] = TT_comment;
     return types;
 }();
-
 
 /// Makes a number of a node without members.
 inline void setNumber(CFields& node, const tScannedNumber& number)
@@ -69,40 +67,23 @@ inline void CTextParser::loadToken(tTokenInfo& token)
     bool valid = true;
     switch (token.m_eType)
     {
-        case TT_fieldsBegin:
-        case TT_fieldsEnd:
-        case TT_arrayBegin:
-        case TT_arrayEnd:
-        case TT_comma:
-            m_tLoader.m_bPeiAllowed = false;
-            break;
-        case TT_peiBegin:
-            if (m_tLoader.m_bPeiAllowed)
-                loadPEI(token);
-            break;
-        case TT_string:
-            valid = loadString();
-            break;
-        case TT_number:
-            loadNumber();
-            break;
-        case TT_true:
-            valid = matchMove("rue");
-            break;
-        case TT_false:
-            valid = matchMove("alse");
-            break;
-        case TT_null:
-            valid = matchMove("ull");
-            break;
-        case TT_id:
-            m_pCursor = skipDigits(m_pCursor, m_pEnd);
-            break;
-        case TT_comment:
-            valid = loadComment();
-            break;
-        default:
-            break;
+    case TT_fieldsBegin:
+    case TT_fieldsEnd:
+    case TT_arrayBegin:
+    case TT_arrayEnd:
+    case TT_comma: m_tLoader.m_bPeiAllowed = false; break;
+    case TT_peiBegin:
+        if (m_tLoader.m_bPeiAllowed)
+            loadPEI(token);
+        break;
+    case TT_string: valid = loadString(); break;
+    case TT_number: loadNumber(); break;
+    case TT_true: valid = matchMove("rue"); break;
+    case TT_false: valid = matchMove("alse"); break;
+    case TT_null: valid = matchMove("ull"); break;
+    case TT_id: m_pCursor = skipDigits(m_pCursor, m_pEnd); break;
+    case TT_comment: valid = loadComment(); break;
+    default: break;
     }
     if (!valid)
         token.m_eType = TT_error;

@@ -114,13 +114,13 @@ private:
     const char* const m_pBegin;
     const char* const m_pEnd;
     const char* m_pCursor;
-    const bool m_bTolerant;           // comments may stand anywhere
-    bool m_bClean = false;            // the last string token holds no escape
-    const char* m_pLineChecked;       // from here on lines behind the last value are still to be looked for
-    std::string_view m_strPei;        // text of the packet expression just found
-    std::string_view m_strName;       // of the member being read; in the data, in the scratch or in the next
-    std::string m_strNumberName;      // the text of a number that serves as a name
-    std::vector<char> m_vScratch;     // decoded strings
+    const bool m_bTolerant;        // comments may stand anywhere
+    bool m_bClean = false;         // the last string token holds no escape
+    const char* m_pLineChecked;    // from here on lines behind the last value are still to be looked for
+    std::string_view m_strPei;     // text of the packet expression just found
+    std::string_view m_strName;    // of the member being read; in the data, in the scratch or in the next
+    std::string m_strNumberName;   // the text of a number that serves as a name
+    std::vector<char> m_vScratch;  // decoded strings
 };
 
 }  // namespace murv::detail

@@ -77,8 +77,7 @@ bool CTextParser::toUnescapeString(const tTokenInfo& token, std::string_view& by
 
 bool CTextParser::loadPEI(tTokenInfo& token)
 {
-    const auto fail = [this, &token](const char* message)
-    {
+    const auto fail = [this, &token](const char* message) {
         m_tLoader.m_bPeiPending = false;
         token.m_pEnd = m_pCursor;
         return addError(message, token);

@@ -82,7 +82,8 @@ public:
     /// Loads a document into `target`, which stays the caller's.
     ///
     /// What the document does not state (name, ID, packet expression, comments of the target) is left as it is. When
-    /// the load fails, a target that is a container loses its members. Cost: linear in `size`.
+    /// loading text fails, a target that is a container loses its members; of binary data what was read stays. Cost:
+    /// linear in `size`.
     /// \param data      not kept beyond the call
     /// \param size      in bytes; at most 2147483647
     /// \param password  binary only; null or empty for none

@@ -2,23 +2,8 @@
 
 #include <algorithm>
 
-#include "core/name_index.h"
-
 namespace murv::detail
 {
-
-std::size_t CIdIndex::tHash::operator()(std::uint64_t key) const noexcept
-{
-    std::uint64_t state = (key ^ m_ullSeed) * 0x9E3779B97F4A7C15;
-    state ^= state >> 32;
-    return static_cast<std::size_t>(state * 0xD6E8FEB86659FD93 >> 8);
-}
-
-// The hash of names is seeded once per process; that of one byte serves as the seed here.
-CIdIndex::CIdIndex()
-    : m_tSame(16, tHash{hash4Name("#", 1) * std::uint64_t{0x100000001}}), m_tSetAt(16, m_tSame.hash_function())
-{
-}
 
 CIdIndex::~CIdIndex() = default;
 
@@ -50,8 +35,9 @@ std::uint32_t CIdIndex::addSet(tPlace place, bool element)
             fresh.m_uiJump = above.m_uiJump;
         fresh.m_uiNextBeside = parent.m_uiFirstBelow;
     }
+    bool isNew = false;
     if (!element)
-        m_tSetAt[key4Place(place)] = set;
+        m_tSetAt.enter(key4Place(place), s_cuiNone, isNew) = set;
     m_vSet.push_back(fresh);
     m_vSet[place.m_uiSet].m_uiFirstBelow = set;
     return set;
@@ -101,10 +87,10 @@ void CIdIndex::enter(unsigned int id, CFields& node, tPlace place, std::uint64_t
     const auto seen = static_cast<std::uint32_t>(m_vSeen.size());
     m_vSeen.push_back({&node, order, place, id, m_vSet[place.m_uiSet].m_uiFirstSeen});
     m_vSet[place.m_uiSet].m_uiFirstSeen = seen;
-    const auto [at, isNew] = m_tSame.try_emplace(id, tSame{order, seen, s_cuiNone});
+    bool isNew = false;
+    tSame& same = m_tSame.enter(id, {order, seen, s_cuiNone}, isNew);
     if (isNew)
         return;
-    tSame& same = at->second;
     if (same.m_uiMany == s_cuiNone && same.m_uiOnly == s_cuiNone)
         same.m_uiOnly = seen;
     else
@@ -140,12 +126,11 @@ std::uint32_t CIdIndex::firstBehind(const tMany& many, tPlace place) const
 
 CIdIndex::tFound CIdIndex::find(unsigned int id, std::uint32_t set, std::uint64_t order) const
 {
-    const auto at = m_tSame.find(id);
-    if (set == s_cuiNone || at == m_tSame.end() || at->second.m_ullNewest < order)
+    const tSame* const same = set == s_cuiNone ? nullptr : m_tSame.find(id);
+    if (same == nullptr || same->m_ullNewest < order)
         return {};
-    const tSame& same = at->second;
     const std::uint32_t first =
-        same.m_uiMany == s_cuiNone ? same.m_uiOnly : firstBehind(m_vMany[same.m_uiMany], m_vSet[set].m_tPlace);
+        same->m_uiMany == s_cuiNone ? same->m_uiOnly : firstBehind(m_vMany[same->m_uiMany], m_vSet[set].m_tPlace);
     // What was made before the container was opened is not below it.
     if (first == s_cuiNone || m_vSeen[first].m_ullOrder < order)
         return {};
@@ -154,7 +139,7 @@ CIdIndex::tFound CIdIndex::find(unsigned int id, std::uint32_t set, std::uint64_
 
 void CIdIndex::remove(std::uint32_t seen)
 {
-    tSame& same = m_tSame.find(m_vSeen[seen].m_uiId)->second;
+    tSame& same = *m_tSame.find(m_vSeen[seen].m_uiId);
     if (same.m_uiMany == s_cuiNone)
         same.m_uiOnly = s_cuiNone;
     else
@@ -163,17 +148,17 @@ void CIdIndex::remove(std::uint32_t seen)
 
 void CIdIndex::forget(tPlace place)
 {
-    const auto at = m_tSetAt.find(key4Place(place));
-    if (at == m_tSetAt.end())
+    const std::uint32_t* const at = m_tSetAt.find(key4Place(place));
+    if (at == nullptr || *at == s_cuiNone)
         return;
-    std::vector<std::uint32_t> open{at->second};
+    std::vector<std::uint32_t> open{*at};
     while (!open.empty())
     {
         // The set stays listed with the one above it, but from now on it holds nothing.
         tSet& set = m_vSet[open.back()];
         open.pop_back();
-        if (const auto known = m_tSetAt.find(key4Place(set.m_tPlace)); known != m_tSetAt.end())
-            m_tSetAt.erase(known);
+        if (std::uint32_t* const known = m_tSetAt.find(key4Place(set.m_tPlace)))
+            *known = s_cuiNone;
         for (std::uint32_t seen = set.m_uiFirstSeen; seen != s_cuiNone; seen = m_vSeen[seen].m_uiNextInSet)
             remove(seen);
         for (std::uint32_t below = set.m_uiFirstBelow; below != s_cuiNone; below = m_vSet[below].m_uiNextBeside)

@@ -10,9 +10,9 @@
 #include <cstdint>
 #include <memory>
 #include <set>
-#include <unordered_map>
 #include <vector>
 
+#include "io/base/key_table.h"
 #include "murv/fields.h"
 
 namespace murv::detail
@@ -35,7 +35,7 @@ public:
         tPlace m_tPlace;
     };
 
-    CIdIndex();
+    CIdIndex() = default;
     CIdIndex(const CIdIndex&) = delete;
     CIdIndex& operator=(const CIdIndex&) = delete;
     ~CIdIndex();
@@ -100,12 +100,6 @@ private:
         std::uint32_t m_uiOnly;     // the one node, or s_cuiNone
         std::uint32_t m_uiMany;     // where they are when there are several, or s_cuiNone
     };
-    /// Seeded, so that IDs cannot be chosen to collide.
-    struct tHash
-    {
-        std::uint64_t m_ullSeed;
-        std::size_t operator()(std::uint64_t key) const noexcept;
-    };
 
     static std::uint64_t key4Place(tPlace place)
     {
@@ -122,8 +116,8 @@ private:
     std::vector<tSet> m_vSet;
     std::vector<tSeen> m_vSeen;
     std::vector<tMany> m_vMany;
-    std::unordered_map<std::uint64_t, tSame, tHash> m_tSame;           // by ID
-    std::unordered_map<std::uint64_t, std::uint32_t, tHash> m_tSetAt;  // by place, where that may be read again
+    CKeyTable<tSame> m_tSame;           // by ID
+    CKeyTable<std::uint32_t> m_tSetAt;  // by place, of those that may be read again; s_cuiNone when it was forgotten
 };
 
 }  // namespace murv::detail

@@ -1,6 +1,6 @@
 // io/base/open_container.h - a container that is being read.
 //
-// Both loaders open containers inside each other; what is open is a chain that unwinds by itself, whatever ends the load.
+// Containers are opened inside each other; what is open is a chain that unwinds by itself, whatever ends the load.
 #pragma once
 
 #include "io/base/member_builder.h"

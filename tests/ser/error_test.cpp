@@ -19,13 +19,15 @@ std::string ranges(const tLoad& load)
 
 TEST(Error, messageHasLocationAndText)
 {
-    EXPECT_EQ(loaded("{\n\"a\"=1,\n  \"b\"=@}"), "* Line 3, Column 7\n  Syntax error: value, field or array expected.\n");
+    EXPECT_EQ(loaded("{\n\"a\"=1,\n  \"b\"=@}"),
+              "* Line 3, Column 7\n  Syntax error: value, field or array expected.\n");
 }
 
 TEST(Error, messageWithASecondPlaceHasThreeLines)
 {
-    EXPECT_EQ(loaded("\n \"ab\\xzz\""), "* Line 2, Column 2\n  Bad hexa escape sequence in string\n"
-                                         "See Line 2, Column 5 for detail.\n");
+    EXPECT_EQ(loaded("\n \"ab\\xzz\""),
+              "* Line 2, Column 2\n  Bad hexa escape sequence in string\n"
+              "See Line 2, Column 5 for detail.\n");
 }
 
 TEST(Error, onTheFirstLineNamesTheTokensFirstByte)
@@ -106,7 +108,8 @@ TEST(Error, dataThatIsTooBigIsRefusedUnread)
     EXPECT_FALSE(loader.loadit(&byte, 2147483648u, tree));
     EXPECT_EQ(loader.getLastErrCode(), -991);
     EXPECT_NE(loader.getLastErrMsg().find("] Too big data size(2147483648)"), std::string::npos);
-    EXPECT_EQ(loader.getLastErrMsg().substr(0, 31), "[murv::CLoader4SER::loadit#" + loader.getLastErrMsg().substr(27, 4));
+    EXPECT_EQ(loader.getLastErrMsg().substr(0, 31),
+              "[murv::CLoader4SER::loadit#" + loader.getLastErrMsg().substr(27, 4));
     EXPECT_EQ(tree.asSint32(), 7);
 }
 

@@ -86,9 +86,7 @@ TEST(GrowthOfLoad, membersDeepDown)
 TEST(GrowthOfLoad, repeatedNames)
 {
     expectLinear(4000, [](unsigned int n) { return joined(n, [](unsigned int) { return "\"a\"=1"; }); });
-    expectLinear(4000, [](unsigned int n) {
-        return joined(2 * n, [n](unsigned int i) { return name(i % n) + "1"; });
-    });
+    expectLinear(4000, [](unsigned int n) { return joined(2 * n, [n](unsigned int i) { return name(i % n) + "1"; }); });
     expectLinear(4000, [](unsigned int n) {
         return joined(2 * n, [n](unsigned int i) { return name(i % n) + "{\"x\"=[1]}"; });
     });
@@ -119,9 +117,8 @@ TEST(GrowthOfLoad, repeatedIds)
 
 TEST(GrowthOfLoad, repeatedIdsOfContainers)
 {
-    expectLinear(2000, [](unsigned int n) {
-        return joined(2 * n, [n](unsigned int i) { return id(i % n) + "{\"x\"=1}"; });
-    });
+    expectLinear(2000,
+                 [](unsigned int n) { return joined(2 * n, [n](unsigned int i) { return id(i % n) + "{\"x\"=1}"; }); });
     // With IDs inside, which go and come again, and others behind them.
     expectLinear(1500, [](unsigned int n) {
         return joined(3 * n, [n](unsigned int i) { return id(i % n) + "{" + id(n + i % n) + "1}"; });
@@ -182,7 +179,8 @@ TEST(GrowthOfLoad, strings)
     expectLinear(200000, [](unsigned int n) { return "\"" + std::string(n, 's') + "\""; });
     expectLinear(100000, [](unsigned int n) { return "\"" + repeated("\\n", n) + "\""; });
     expectLinear(50000, [](unsigned int n) { return "[" + repeated("\"\\n\",", n / 5) + "1]"; });
-    expectLinear(200000, [](unsigned int n) { return "[\"" + std::string(n, '\\'); }, false);
+    expectLinear(
+        200000, [](unsigned int n) { return "[\"" + std::string(n, '\\'); }, false);
     // Each escaped string a little longer than the one before.
     expectLinear(60, [](unsigned int n) {
         return joined(n, [](unsigned int i) { return "\"\\n" + std::string(i, 'x') + "\""; }) + std::string(n * n, ' ');
@@ -209,17 +207,26 @@ TEST(GrowthOfLoad, packetExpressions)
 {
     expectLinear(3000, [](unsigned int n) { return "[" + repeated("(ACF4) 1,", n) + "1]"; });
     expectLinear(200000, [](unsigned int n) { return "[(ACF4 " + std::string(n, 'r') + ") 1]"; });
-    expectLinear(200000, [](unsigned int n) { return "[(" + std::string(n, 'r'); }, false);
+    expectLinear(
+        200000, [](unsigned int n) { return "[(" + std::string(n, 'r'); }, false);
 }
 
 TEST(GrowthOfLoad, errorsAtTheEnd)
 {
-    expectLinear(20000, [](unsigned int n) { return "[" + repeated("1,\n", n) + "@"; }, false);
-    expectLinear(20000, [](unsigned int n) { return "{" + repeated("\"a\"=1,\n", n) + "@"; }, false);
-    expectLinear(50000, [](unsigned int n) { return repeated("[", 900) + "@" + repeated("1\n", n); }, false);
-    expectLinear(50000, [](unsigned int n) { return repeated("[", 900) + "@" + repeated("]", n); }, false);
-    expectLinear(50000, [](unsigned int n) { return repeated("[", 900) + "@" + std::string(n, '\0'); }, false);
-    expectLinear(100000, [](unsigned int n) { return "[@" + std::string(n, '"'); }, false);
-    expectLinear(100000, [](unsigned int n) { return "[@" + std::string(n, '/'); }, false);
-    expectLinear(50000, [](unsigned int n) { return "[@" + repeated("/*", n); }, false);
+    expectLinear(
+        20000, [](unsigned int n) { return "[" + repeated("1,\n", n) + "@"; }, false);
+    expectLinear(
+        20000, [](unsigned int n) { return "{" + repeated("\"a\"=1,\n", n) + "@"; }, false);
+    expectLinear(
+        50000, [](unsigned int n) { return repeated("[", 900) + "@" + repeated("1\n", n); }, false);
+    expectLinear(
+        50000, [](unsigned int n) { return repeated("[", 900) + "@" + repeated("]", n); }, false);
+    expectLinear(
+        50000, [](unsigned int n) { return repeated("[", 900) + "@" + std::string(n, '\0'); }, false);
+    expectLinear(
+        100000, [](unsigned int n) { return "[@" + std::string(n, '"'); }, false);
+    expectLinear(
+        100000, [](unsigned int n) { return "[@" + std::string(n, '/'); }, false);
+    expectLinear(
+        50000, [](unsigned int n) { return "[@" + repeated("/*", n); }, false);
 }

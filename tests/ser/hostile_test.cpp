@@ -47,7 +47,7 @@ testing::AssertionResult isSound(std::string_view text, unsigned int flags = s_c
 /// A document with everything in it.
 std::string everything()
 {
-    return "/* head */ #5 \"root\" = // t\r\n{ \"a\" = 1, // one\n \"b\"=-2.5e-3,\r\"c\"=(ACF8YYYYMMDD note) 20240101,\n"
+    return "/* head */ #5 \"root\" = // t\r\n{ \"a\" = 1, // one\n \"b\"=-2.5e-3,\r\"c\"=(ACF8YYYYMMDD note) 2024,\n"
            "#7 \"d\" = [ true, false, null, , \"x\\n\\u0041\\x41\\\"\", [[]], {} ],\n/* multi\nline */ #8 { \"a\"=3, "
            "#9 4, \"e\\\\\"=(ANV2-3)\"\" }, \"b\"={#7 5}, #7 18446744073709551615, \"\"=6 /*z*/ }\n// tail";
 }
@@ -55,8 +55,9 @@ std::string everything()
 
 TEST(Hostile, unclosedThings)
 {
-    for (const char* const text : {"\"", "{\"", "{\"a", "{\"a\"=\"", "[\"\\", "/*", "[/*", "[1,/*", "{", "[", "{[{[{[", "(",
-                                   "{\"a\"=(", "{\"a\"=(ACF8", "{\"a\"={\"b\"={", "#", "{#", "[\"\\u", "[\"\\x4", "/", "//"})
+    for (const char* const text :
+         {"\"", "{\"",      "{\"a",         "{\"a\"=\"",       "[\"\\", "/*", "[/*",    "[1,/*",   "{", "[", "{[{[{[",
+          "(",  "{\"a\"=(", "{\"a\"=(ACF8", "{\"a\"={\"b\"={", "#",     "{#", "[\"\\u", "[\"\\x4", "/", "//"})
     {
         EXPECT_TRUE(isSound(text)) << text;
         EXPECT_FALSE(tLoad(text).m_bDone) << text;
@@ -91,7 +92,8 @@ TEST(Hostile, bytesOf126AndAboveOutsideStrings)
 
 TEST(Hostile, badEscapesEverywhere)
 {
-    for (const char* const text : {"\"\\q\"", "{\"\\q\"=1}", "[\"\\q\"]", "\"\\q\"=1", "{\"a\"={\"\\xzz\"=1}}", "[\"\\u12\"]"})
+    for (const char* const text :
+         {"\"\\q\"", "{\"\\q\"=1}", "[\"\\q\"]", "\"\\q\"=1", "{\"a\"={\"\\xzz\"=1}}", "[\"\\u12\"]"})
     {
         EXPECT_TRUE(isSound(text)) << text;
         EXPECT_FALSE(tLoad(text).m_bDone) << text;
@@ -100,10 +102,10 @@ TEST(Hostile, badEscapesEverywhere)
 
 TEST(Hostile, idsOutOfRange)
 {
-    for (const std::string& id : {std::string("0"), std::string("2147483648"), std::string("4294967295"),
-                                  std::string("4294967296"), std::string("4294967297"),
-                                  std::string("18446744073709551615"), std::string("18446744073709551616"),
-                                  std::string(40, '9'), std::string(40, '0'), std::string(s_cnMegabyte, '1')})
+    for (const std::string& id :
+         {std::string("0"), std::string("2147483648"), std::string("4294967295"), std::string("4294967296"),
+          std::string("4294967297"), std::string("18446744073709551615"), std::string("18446744073709551616"),
+          std::string(40, '9'), std::string(40, '0'), std::string(s_cnMegabyte, '1')})
     {
         EXPECT_FALSE(tLoad("#" + id + " 1").m_bDone) << id.size();
         EXPECT_FALSE(tLoad("{#" + id + " 1}").m_bDone) << id.size();
@@ -113,8 +115,8 @@ TEST(Hostile, idsOutOfRange)
 
 TEST(Hostile, namesOfAnyLength)
 {
-    for (const std::size_t length : {std::size_t{0}, std::size_t{1}, std::size_t{254}, std::size_t{255}, std::size_t{256},
-                                     std::size_t{65536}, s_cnMegabyte})
+    for (const std::size_t length : {std::size_t{0}, std::size_t{1}, std::size_t{254}, std::size_t{255},
+                                     std::size_t{256}, std::size_t{65536}, s_cnMegabyte})
     {
         const std::string name(length, 'n');
         const tLoad member("{\"" + name + "\"=1,\"" + name + "\"=2}");
@@ -143,8 +145,10 @@ TEST(Hostile, oneByteAMillionTimes)
 
 TEST(Hostile, shortPiecesAMillionTimes)
 {
-    for (const char* const piece : {"[{", "{\"a\"=", "[\"", "[1,", "{#1 ", "{#1,", "{,", "[[],", "/**/", "/*", "*/", "//\n", "(ACF4)",
-                                    "\"\\\"", "[(", "\"\"", "1 ", "{\"a\"=1,\"a\"={", "#1#", "=="})
+    for (const char* const piece :
+         {"[{",  "{\"a\"=", "[\"",  "[1,",    "{#1 ",   "{#1,", "{,",   "[[],", "/**/",
+          "/*",  "*/",      "//\n", "(ACF4)", "\"\\\"", "[(",   "\"\"", "1 ",   "{\"a\"=1,\"a\"={",
+          "#1#", "=="})
     {
         const std::string many = repeated(piece, s_cnMegabyte / 2);
         EXPECT_TRUE(isSound(many)) << piece;
@@ -223,6 +227,7 @@ TEST(Hostile, everyConfigurationWordReadsWithoutHarm)
     for (unsigned int flags = 0; flags <= 0x7F; ++flags)
     {
         for (std::size_t length = good.size(); length > 20; length -= 13)
-            ASSERT_TRUE(isSound(good.substr(0, length), flags | LCBC_COMMENT | LCBC_EMPTY_NULL)) << flags << " " << length;
+            ASSERT_TRUE(isSound(good.substr(0, length), flags | LCBC_COMMENT | LCBC_EMPTY_NULL))
+                << flags << " " << length;
     }
 }

@@ -48,8 +48,7 @@ TEST(Id, ofSeveralBelowTheFirstInTheDocumentIsRead)
 {
     EXPECT_EQ(loaded("{\"a\"={#1 1},\"b\"={#1 2},#1 3}"), "{a={#1 3},b={#1 2}}");
     EXPECT_EQ(loaded("{\"a\"=[{#1 1},{#1 2},{#1 3}],#1 4,#1 5}"), "{a=[{#1 5},{#1 2},{#1 3}]}");
-    EXPECT_EQ(loaded("{\"x\"={#1 0},\"y\"={\"a\"={#1 1},\"b\"={#1 2},#1 3},#1 4}"),
-              "{x={#1 4},y={a={#1 3},b={#1 2}}}");
+    EXPECT_EQ(loaded("{\"x\"={#1 0},\"y\"={\"a\"={#1 1},\"b\"={#1 2},#1 3},#1 4}"), "{x={#1 4},y={a={#1 3},b={#1 2}}}");
 }
 
 TEST(Id, aContainerComesBeforeWhatItHolds)

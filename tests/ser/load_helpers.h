@@ -34,17 +34,17 @@ inline std::string showValue(const CFields& node, E_ValueKind vk = VK_actual)
     const char* data = nullptr;
     switch (node.getDT(vk))
     {
-        case DT_null: return "null";
-        case DT_bool: return node.asBool(vk) ? "true" : "false";
-        case DT_sint: return node.asString(vk);
-        case DT_uint: return node.asString(vk) + "u";
-        case DT_double: return node.asString(vk) + "d";
-        case DT_codelist:
-        {
-            const unsigned int length = node.getCodePoint(&data, vk);
-            return data == nullptr ? "(no text)" : "\"" + showBytes({data, length}) + "\"";
-        }
-        default: return "?";
+    case DT_null: return "null";
+    case DT_bool: return node.asBool(vk) ? "true" : "false";
+    case DT_sint: return node.asString(vk);
+    case DT_uint: return node.asString(vk) + "u";
+    case DT_double: return node.asString(vk) + "d";
+    case DT_codelist:
+    {
+        const unsigned int length = node.getCodePoint(&data, vk);
+        return data == nullptr ? "(no text)" : "\"" + showBytes({data, length}) + "\"";
+    }
+    default: return "?";
     }
 }
 

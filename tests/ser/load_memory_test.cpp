@@ -1,7 +1,7 @@
 // tests/ser/load_memory_test.cpp - memory that runs out during a load.
 //
-// Every allocation of a load is made to fail in turn. The load then fails or throws, nothing leaks, and loader and target
-// can be used again.
+// Every allocation of a load is made to fail in turn. The load then fails or throws, nothing leaks, and loader and
+// target can be used again.
 #include <gtest/gtest.h>
 
 #include <new>
@@ -18,8 +18,9 @@ namespace
 /// Names, escapes, IDs, comments, packet expressions with second values, members read again, a name index.
 std::string document()
 {
-    std::string text = "/* head */ #5 \"root\" = { // t\n\"a\"=\"text\",\n// c\n\"b\\n\"=\"x\\ny\", #7 \"c\"=[1,2.5,[true]],"
-                       "\"d\"=(ACF8fix) \"f\", #8 {#9 \"in\"=5}, #7 {#10 6}, \"a\"={\"x\"=\"y\"}, #9 7 /*z*/,\n";
+    std::string text =
+        "/* head */ #5 \"root\" = { // t\n\"a\"=\"text\",\n// c\n\"b\\n\"=\"x\\ny\", #7 \"c\"=[1,2.5,[true]],"
+        "\"d\"=(ACF8fix) \"f\", #8 {#9 \"in\"=5}, #7 {#10 6}, \"a\"={\"x\"=\"y\"}, #9 7 /*z*/,\n";
     for (int i = 0; i < 80; ++i)
         text += "\"name" + std::to_string(i) + "\"=" + std::to_string(i) + ",";
     return text + "\"a\"=[\"end\"]}\n// tail";

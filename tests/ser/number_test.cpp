@@ -94,8 +94,7 @@ TEST(Number, beyondTheRangeOfDoublesIsInfinite)
 TEST(Number, isReadExactly)
 {
     EXPECT_EQ(tLoad("[0.1]").m_tTree.getChildAt(0).asDouble(), 0.1);
-    EXPECT_EQ(tLoad("[1.7976931348623157e308]").m_tTree.getChildAt(0).asDouble(),
-              std::numeric_limits<double>::max());
+    EXPECT_EQ(tLoad("[1.7976931348623157e308]").m_tTree.getChildAt(0).asDouble(), std::numeric_limits<double>::max());
     EXPECT_EQ(tLoad("[4.9406564584124654e-324]").m_tTree.getChildAt(0).asDouble(),
               std::numeric_limits<double>::denorm_min());
     EXPECT_EQ(tLoad("[9007199254740993.0]").m_tTree.getChildAt(0).asDouble(), 9007199254740992.0);
@@ -116,9 +115,27 @@ TEST(Number, maySpanTheWholeData)
 
 TEST(Number, fastAndSlowWayAgree)
 {
-    for (const char* const number :
-         {"0", "7", "-7", "12345678901234567", "123456789012345678", "1234567890123456789", "12345678901234567890",
-          "123456789012345678901", "1.0", "-1.25e-7", "3.141592653589793", "0.30000000000000004", "1e22", "1e23",
-          "123456789.123456789e-100", "-", "-.", "-.e", "1.e5", "00", "-00012", "2147483647.0"})
+    for (const char* const number : {"0",
+                                     "7",
+                                     "-7",
+                                     "12345678901234567",
+                                     "123456789012345678",
+                                     "1234567890123456789",
+                                     "12345678901234567890",
+                                     "123456789012345678901",
+                                     "1.0",
+                                     "-1.25e-7",
+                                     "3.141592653589793",
+                                     "0.30000000000000004",
+                                     "1e22",
+                                     "1e23",
+                                     "123456789.123456789e-100",
+                                     "-",
+                                     "-.",
+                                     "-.e",
+                                     "1.e5",
+                                     "00",
+                                     "-00012",
+                                     "2147483647.0"})
         everywhere(number);
 }

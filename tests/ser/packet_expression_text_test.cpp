@@ -13,11 +13,10 @@ std::string expression(const CFields& node)
 {
     const tPacketExpInfo pei = node.pkt_GetExp();
     std::string text;
-    for (const int part : {static_cast<int>(pei.m_ePacketExp), static_cast<int>(pei.m_eRuntimeExp),
-                           static_cast<int>(pei.m_eLengthExp), static_cast<int>(pei.m_uiLength),
-                           static_cast<int>(pei.m_ucPrefixSize), static_cast<int>(pei.m_cCalibration),
-                           static_cast<int>(pei.m_ucSkKind), static_cast<int>(pei.m_usSkIndex),
-                           static_cast<int>(pei.m_ucSkOption)})
+    for (const int part :
+         {static_cast<int>(pei.m_ePacketExp), static_cast<int>(pei.m_eRuntimeExp), static_cast<int>(pei.m_eLengthExp),
+          static_cast<int>(pei.m_uiLength), static_cast<int>(pei.m_ucPrefixSize), static_cast<int>(pei.m_cCalibration),
+          static_cast<int>(pei.m_ucSkKind), static_cast<int>(pei.m_usSkIndex), static_cast<int>(pei.m_ucSkOption)})
         text += (text.empty() ? "" : " ") + std::to_string(part);
     return text;
 }
@@ -131,7 +130,8 @@ TEST(PacketExpressionText, everyMessageAboutItsContent)
 TEST(PacketExpressionText, aLengthOfZeroIsRefusedWhereConfigured)
 {
     EXPECT_EQ(expression4Text("(ACF0)"), "0 0 0 0 0 0 0 0 0");
-    EXPECT_EQ(expression4Text("(ACF0)", s_cuiUsual | LCBC_POSITIVE_LENGTH), refused("Packet length must bigger than 0"));
+    EXPECT_EQ(expression4Text("(ACF0)", s_cuiUsual | LCBC_POSITIVE_LENGTH),
+              refused("Packet length must bigger than 0"));
 }
 
 TEST(PacketExpressionText, aSecondOneIsRefused)

@@ -48,11 +48,11 @@ public:
             const std::size_t length = 1 + below(4);
             switch (below(5))
             {
-                case 0: text[at] = s_strvBytes[below(static_cast<unsigned int>(s_strvBytes.size()))]; break;
-                case 1: text.erase(at, length); break;
-                case 2: text.insert(at, text.substr(below(static_cast<unsigned int>(text.size())), length)); break;
-                case 3: text.insert(at, 1, s_strvBytes[below(static_cast<unsigned int>(s_strvBytes.size()))]); break;
-                default: text.resize(at); break;
+            case 0: text[at] = s_strvBytes[below(static_cast<unsigned int>(s_strvBytes.size()))]; break;
+            case 1: text.erase(at, length); break;
+            case 2: text.insert(at, text.substr(below(static_cast<unsigned int>(text.size())), length)); break;
+            case 3: text.insert(at, 1, s_strvBytes[below(static_cast<unsigned int>(s_strvBytes.size()))]); break;
+            default: text.resize(at); break;
             }
         }
         return text;
@@ -97,8 +97,8 @@ private:
 
     void expression()
     {
-        pick({"(ACF8)", "(ANV2-3)", "( ACF8 a remark )", "(ACF8fix)", "(BNF4valid)", "(ACD0sizedef_1)", "(ACF8YYYYMMDD)",
-              "(ACF8fix)", "(BCF8valid)"});
+        pick({"(ACF8)", "(ANV2-3)", "( ACF8 a remark )", "(ACF8fix)", "(BNF4valid)", "(ACD0sizedef_1)",
+              "(ACF8YYYYMMDD)", "(ACF8fix)", "(BCF8valid)"});
         if (below(30) == 0)
             pick({"(", "()", "(ACF)", "(XCF8)", "(ACF8nothing)", "(ACF8)(ACF8)", "(ACF8", "(ACF8 x"});
     }
@@ -124,8 +124,8 @@ private:
         pick({"0", "-1", "2147483648", "1.25", "1e3", "-", "1.", "18446744073709551616", "true", "false", "null",
               "\"\"", "\"text\"", "\"a\\tb\"", "\"\\u00e9\\ud83d\\ude00\"", "\"\\\"\\\\\"", "\"\xC3\xA9\""});
         if (below(50) == 0)
-            pick({"\"\\q\"", "\"\\x4\"", "\"\\xzz\"", "\"\\u12\"", "\"\\ud800\"", "\"\\ud800xxxxxx\"", "nul", "tru", ":",
-                  "\"open"});
+            pick({"\"\\q\"", "\"\\x4\"", "\"\\xzz\"", "\"\\u12\"", "\"\\ud800\"", "\"\\ud800xxxxxx\"", "nul", "tru",
+                  ":", "\"open"});
     }
 
     void container(unsigned int depth)

@@ -1,7 +1,7 @@
 // tests/ser/text_model.h - the text rules once more, slowly and literally.
 //
-// Reads byte by byte, recursively, and builds the tree through the public interface alone. It knows nothing of builders,
-// indexes or short ways, so that what the loader gains by these is checked against what the rules say.
+// Reads byte by byte, recursively, and builds the tree through the public interface alone. It knows nothing of
+// builders, indexes or short ways, so that what the loader gains by these is checked against what the rules say.
 #pragma once
 
 #include <string>
@@ -150,35 +150,35 @@ private:
         E_TokenType type = TT_error;
         switch (byte)
         {
-            case '\0': type = TT_end; break;
-            case '{': type = TT_fieldsBegin; break;
-            case '}': type = TT_fieldsEnd; break;
-            case '[': type = TT_arrayBegin; break;
-            case ']': type = TT_arrayEnd; break;
-            case ',': type = TT_comma; break;
-            case '=': type = TT_assign; break;
-            case ')': type = TT_peiEnd; break;
-            case '(':
-                type = TT_peiBegin;
-                if (m_bPeiAllowed)
-                    readPei(begin);
-                break;
-            case '"': type = readString() ? TT_string : TT_error; break;
-            case '#':
-                type = TT_id;
-                skipDigits();
-                break;
-            case '/': type = readComment(begin) ? TT_comment : TT_error; break;
-            case 't': type = readWord("rue") ? TT_true : TT_error; break;
-            case 'f': type = readWord("alse") ? TT_false : TT_error; break;
-            case 'n': type = readWord("ull") ? TT_null : TT_error; break;
-            default:
-                if (byte == '-' || (byte >= '0' && byte <= '9'))
-                {
-                    type = TT_number;
-                    readNumber();
-                }
-                break;
+        case '\0': type = TT_end; break;
+        case '{': type = TT_fieldsBegin; break;
+        case '}': type = TT_fieldsEnd; break;
+        case '[': type = TT_arrayBegin; break;
+        case ']': type = TT_arrayEnd; break;
+        case ',': type = TT_comma; break;
+        case '=': type = TT_assign; break;
+        case ')': type = TT_peiEnd; break;
+        case '(':
+            type = TT_peiBegin;
+            if (m_bPeiAllowed)
+                readPei(begin);
+            break;
+        case '"': type = readString() ? TT_string : TT_error; break;
+        case '#':
+            type = TT_id;
+            skipDigits();
+            break;
+        case '/': type = readComment(begin) ? TT_comment : TT_error; break;
+        case 't': type = readWord("rue") ? TT_true : TT_error; break;
+        case 'f': type = readWord("alse") ? TT_false : TT_error; break;
+        case 'n': type = readWord("ull") ? TT_null : TT_error; break;
+        default:
+            if (byte == '-' || (byte >= '0' && byte <= '9'))
+            {
+                type = TT_number;
+                readNumber();
+            }
+            break;
         }
         if (type == TT_fieldsBegin || type == TT_fieldsEnd || type == TT_arrayBegin || type == TT_arrayEnd ||
             type == TT_comma)
@@ -448,31 +448,31 @@ private:
         }
         switch (token.m_eType)
         {
-            case TT_string:
-            case TT_number:
-                if (!isAssignNext(token))
-                    return true;
-                if (token.m_eType == TT_string)
-                    return unescape(token, name) || recover(TT_fieldsEnd);
-                if ((m_uiConfig & LCBC_NUMBER_NAME) == 0)
-                    return failAndRecover(numberRefused, token, TT_fieldsEnd);
-                {
-                    CFields number;
-                    atonInField(m_strText.data() + token.m_nBegin,
-                                static_cast<unsigned int>(token.m_nEnd - token.m_nBegin), number);
-                    name = number.asString();
-                }
+        case TT_string:
+        case TT_number:
+            if (!isAssignNext(token))
                 return true;
-            case TT_assign: return true;
-            case TT_fieldsBegin:
-            case TT_fieldsEnd:
-            case TT_arrayBegin:
-            case TT_peiBegin:
-            case TT_comma:
-            case TT_true:
-            case TT_false:
-            case TT_null: m_nCursor = token.m_nBegin; return true;
-            default: return failAndRecover("Missing '}' or field member name", token, TT_fieldsEnd);
+            if (token.m_eType == TT_string)
+                return unescape(token, name) || recover(TT_fieldsEnd);
+            if ((m_uiConfig & LCBC_NUMBER_NAME) == 0)
+                return failAndRecover(numberRefused, token, TT_fieldsEnd);
+            {
+                CFields number;
+                atonInField(m_strText.data() + token.m_nBegin, static_cast<unsigned int>(token.m_nEnd - token.m_nBegin),
+                            number);
+                name = number.asString();
+            }
+            return true;
+        case TT_assign: return true;
+        case TT_fieldsBegin:
+        case TT_fieldsEnd:
+        case TT_arrayBegin:
+        case TT_peiBegin:
+        case TT_comma:
+        case TT_true:
+        case TT_false:
+        case TT_null: m_nCursor = token.m_nBegin; return true;
+        default: return failAndRecover("Missing '}' or field member name", token, TT_fieldsEnd);
         }
     }
 
@@ -721,8 +721,7 @@ private:
     void readPei(std::size_t begin)
     {
         CFields& node = *m_vStack.back();
-        const auto refuse = [this, begin](const char* message)
-        {
+        const auto refuse = [this, begin](const char* message) {
             m_bPeiPending = false;
             fail(message, {TT_peiBegin, begin, m_nCursor});
         };

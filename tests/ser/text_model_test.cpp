@@ -19,8 +19,7 @@ namespace
 testing::AssertionResult readAlike(std::string_view text, unsigned int flags, bool comments, CFields& tree,
                                    CFields& modelTree)
 {
-    const auto differs = [&](const std::string& how)
-    {
+    const auto differs = [&](const std::string& how) {
         return testing::AssertionFailure() << how << "\nflags " << flags << " comments " << comments << "\n"
                                            << text << "\nloader " << show(tree) << "\nmodel  " << show(modelTree);
     };

@@ -1,7 +1,7 @@
 // tests/support/json_to_text.h - a JSON document in the text notation.
 //
-// Blanks, line breaks and the spelling of numbers stay as they are, so that both forms of a document are of like size and
-// shape. What changes is ":" to "=" and \u escapes to the bytes of their characters.
+// Blanks, line breaks and the spelling of numbers stay as they are, so that both forms of a document are of like size
+// and shape. What changes is ":" to "=" and \u escapes to the bytes of their characters.
 #ifndef MURV_TESTS_SUPPORT_JSON_TO_TEXT_H
 #define MURV_TESTS_SUPPORT_JSON_TO_TEXT_H
 
@@ -42,8 +42,9 @@ inline void appendUtf8(std::string& text, unsigned int point)
 /// \param json  a well-formed document
 inline std::string text4Json(std::string_view json)
 {
-    const auto unit4Escape = [json](std::size_t at)
-    { return static_cast<unsigned int>(std::strtoul(std::string(json.substr(at + 2, 4)).c_str(), nullptr, 16)); };
+    const auto unit4Escape = [json](std::size_t at) {
+        return static_cast<unsigned int>(std::strtoul(std::string(json.substr(at + 2, 4)).c_str(), nullptr, 16));
+    };
     std::string text;
     text.reserve(json.size());
     bool quoted = false;

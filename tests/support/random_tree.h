@@ -1,7 +1,7 @@
 // tests/support/random_tree.h - random trees with everything in them that text can hold.
 //
-// What text cannot hold is left out here or named in the expectation: a comment behind a node that is not the root moves
-// to the next node, and a value that is written as nothing has no line that a trailing comment could share.
+// What text cannot hold is left out here or named in the expectation: a comment behind a node that is not the root
+// moves to the next node, and a value that is written as nothing has no line that a trailing comment could share.
 #ifndef MURV_TESTS_SUPPORT_RANDOM_TREE_H
 #define MURV_TESTS_SUPPORT_RANDOM_TREE_H
 
@@ -101,19 +101,19 @@ private:
         value(node, VK_actual);
         switch (below(12))
         {
-            case 0: expression(node, 0); break;
-            case 1: expression(node, 31); break;
-            case 2:
-                expression(node, static_cast<unsigned short>(1 + below(2)));
-                node.setVK(static_cast<E_ValueKind>(node.pkt_GetExp().m_usSkIndex));
-                if (below(2) == 0)
-                {
-                    const E_ValueKind kind = node.getVK();
-                    value(node, kind);
-                    node.setVK(kind);
-                }
-                break;
-            default: break;
+        case 0: expression(node, 0); break;
+        case 1: expression(node, 31); break;
+        case 2:
+            expression(node, static_cast<unsigned short>(1 + below(2)));
+            node.setVK(static_cast<E_ValueKind>(node.pkt_GetExp().m_usSkIndex));
+            if (below(2) == 0)
+            {
+                const E_ValueKind kind = node.getVK();
+                value(node, kind);
+                node.setVK(kind);
+            }
+            break;
+        default: break;
         }
     }
 
@@ -139,20 +139,25 @@ private:
         const auto bits = static_cast<unsigned long long>(m_tRandom()) << 32 | m_tRandom();
         switch (below(8))
         {
-            case 0: node.setValue(DT_null, vk); break;
-            case 1: node.setValue(below(2) == 0, vk); break;
-            case 2: node.setValue(static_cast<long long>(bits) >> below(64), vk); break;
-            case 3: node.setValue(bits >> below(64), vk); break;
-            case 4: node.setValue(static_cast<double>(static_cast<int>(below(2000)) - 1000), vk); break;
-            case 5: node.setValue(odd(bits), vk); break;
-            case 6: node.setValue("", vk); break;
-            default: node.setValue(bytes(below(20) == 0 ? 300 : 12), vk); break;
+        case 0: node.setValue(DT_null, vk); break;
+        case 1: node.setValue(below(2) == 0, vk); break;
+        case 2: node.setValue(static_cast<long long>(bits) >> below(64), vk); break;
+        case 3: node.setValue(bits >> below(64), vk); break;
+        case 4: node.setValue(static_cast<double>(static_cast<int>(below(2000)) - 1000), vk); break;
+        case 5: node.setValue(odd(bits), vk); break;
+        case 6: node.setValue("", vk); break;
+        default: node.setValue(bytes(below(20) == 0 ? 300 : 12), vk); break;
         }
     }
 
     double odd(unsigned long long bits)
     {
-        static const double values[] = {0.1, -0.0, 1e300, 5e-324, 1e22, 123456789012345680.0,
+        static const double values[] = {0.1,
+                                        -0.0,
+                                        1e300,
+                                        5e-324,
+                                        1e22,
+                                        123456789012345680.0,
                                         std::numeric_limits<double>::infinity(),
                                         -std::numeric_limits<double>::infinity(),
                                         std::numeric_limits<double>::quiet_NaN()};

@@ -69,8 +69,7 @@ inline std::string difference4Node(const CFields& a, const CFields& b, unsigned 
             return "comment " + std::to_string(position) + " <" + a.getCommentCopy(position) + "> / <" +
                    b.getCommentCopy(position) + ">";
     }
-    if ((parts & SP_offsets) != 0 &&
-        (a.getOffsetStart() != b.getOffsetStart() || a.getOffsetEnd() != b.getOffsetEnd()))
+    if ((parts & SP_offsets) != 0 && (a.getOffsetStart() != b.getOffsetStart() || a.getOffsetEnd() != b.getOffsetEnd()))
         return "offsets " + std::to_string(a.getOffsetStart()) + ".." + std::to_string(a.getOffsetEnd()) + " / " +
                std::to_string(b.getOffsetStart()) + ".." + std::to_string(b.getOffsetEnd());
     const tPacketExpInfo peiA = a.pkt_GetExp();

@@ -127,6 +127,7 @@ void redirect(int descriptor, int to)
 std::vector<char*> pointers(std::vector<std::string>& texts)
 {
     std::vector<char*> list;
+    list.reserve(texts.size() + 1);
     for (std::string& text : texts)
         list.push_back(text.data());
     list.push_back(nullptr);
@@ -198,7 +199,7 @@ CTemporaryDirectory::~CTemporaryDirectory()
 
 std::string CTemporaryDirectory::write(const std::string& name, const std::string& content) const
 {
-    const std::string path = m_strPath + "/" + name;
+    std::string path = m_strPath + "/" + name;
     std::ofstream(path, std::ios::binary) << content;
     return path;
 }

@@ -154,8 +154,8 @@ TEST(IdIndex, orderOfPlacesIsThatOfTheirPaths)
         const bool deep = round % 2 == 0;
         for (std::uint32_t i = 0; i < 60; ++i)
         {
-            const std::size_t in = deep ? paths.size() - 1 - random() % std::min<std::size_t>(paths.size(), 3)
-                                        : random() % paths.size();
+            const std::size_t in =
+                deep ? paths.size() - 1 - random() % std::min<std::size_t>(paths.size(), 3) : random() % paths.size();
             std::vector<std::uint32_t> path = paths[in];
             path.push_back(i + static_cast<std::uint32_t>(random() % 2) * 1000);
             sets.push_back(site.add(sets[in], path.back()));
