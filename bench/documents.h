@@ -1,0 +1,29 @@
+// bench/documents.h - what the benches measure on: real documents and a large one made of records.
+//
+// Real documents are JSON files named on the command line of the machine that measures: the environment variable
+// MURV_CORPORA_DIR says where they are. Each is held as JSON for the other libraries and as text for murv.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace murv_bench
+{
+
+struct tDocument
+{
+    std::string m_strName;
+    std::string m_strJson;
+    std::string m_strText;  // the same document in murv's notation, as a person would write it: bytes as they are
+};
+
+/// Loaded once. Empty when MURV_CORPORA_DIR is not set.
+const std::vector<tDocument>& realDocuments();
+
+/// Records with names, numbers, texts and small arrays, of about that many bytes of JSON.
+tDocument makeRecords(std::size_t bytes);
+
+/// Bytes of the heap that are in use.
+std::size_t heapInUse();
+
+}  // namespace murv_bench
