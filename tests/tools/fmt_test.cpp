@@ -1,0 +1,319 @@
+// tests/tools/fmt_test.cpp - what murv fmt writes, and what it never changes.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/tools/tool.h"
+
+namespace murv::tests
+{
+
+namespace
+{
+std::string fmt(const std::string& document, std::vector<std::string> options = {})
+{
+    options.insert(options.begin(), {"fmt", "-"});
+    const tRun run = murvOn(document, options);
+    EXPECT_EQ(run.m_iExit, 0) << run.m_strError;
+    EXPECT_EQ(run.m_strError, "");
+    return run.m_strOutput;
+}
+
+constexpr const char* s_cpUgly = "{\"a\"=1,#7 \"sub\"={\"x\"=5},\"list\"=[1,2,3] } // end\n";
+constexpr const char* s_cpPretty =
+    "{\n"
+    "  \"a\" = 1,\n"
+    "  #7 \"sub\" =\n"
+    "  {\n"
+    "    \"x\" = 5\n"
+    "  },\n"
+    "  \"list\" =[ 1, 2, 3 ]\n"
+    "} // end\n";
+}  // namespace
+
+TEST(Fmt, writesOneMemberALine)
+{
+    EXPECT_EQ(fmt(s_cpUgly), s_cpPretty);
+}
+
+TEST(Fmt, leavesItsOwnLayoutAsItIs)
+{
+    EXPECT_EQ(fmt(s_cpPretty), s_cpPretty);
+}
+
+TEST(Fmt, compactWritesOneLineWithoutComments)
+{
+    EXPECT_EQ(fmt(s_cpUgly, {"--compact"}), "{\"a\"=1,#7\"sub\"={\"x\"=5},\"list\"=[1,2,3]}\n");
+}
+
+TEST(Fmt, indentTakesBlanksOrTabs)
+{
+    EXPECT_EQ(fmt("{\"a\"={\"b\"=1}}", {"--indent", "4"}), "{\n    \"a\" =\n    {\n        \"b\" = 1\n    }\n}\n");
+    EXPECT_EQ(fmt("{\"a\"={\"b\"=1}}", {"--indent", "tab"}), "{\n\t\"a\" =\n\t{\n\t\t\"b\" = 1\n\t}\n}\n");
+}
+
+TEST(Fmt, indentOutsideItsRangeIsAWrongCall)
+{
+    for (const char* indent : {"0", "17", "x", "", "-1"})
+        EXPECT_EQ(murvOn("[1]", {"fmt", "-", "--indent=" + std::string(indent)}).m_iExit, 2) << indent;
+}
+
+TEST(Fmt, oneLineArraysCanBeSwitchedOff)
+{
+    EXPECT_EQ(fmt("[1,2]", {"--no-one-line-arrays"}), "[\n  1,\n  2\n]\n");
+}
+
+TEST(Fmt, nullWordCanBeSwitchedOff)
+{
+    EXPECT_EQ(fmt("{\"a\"=null,\"b\"=}"), "{\n  \"a\" = null,\n  \"b\" = null\n}\n");
+    EXPECT_EQ(fmt("{\"a\"=null,\"b\"=1}", {"--no-null-word"}), "{\n  \"a\" =,\n  \"b\" = 1\n}\n");
+}
+
+TEST(Fmt, finalNewlineCanBeSwitchedOff)
+{
+    EXPECT_EQ(fmt("[1]", {"--no-final-newline"}), "[ 1 ]");
+}
+
+TEST(Fmt, numbersKeepTheirSpelling)
+{
+    EXPECT_EQ(fmt("[0.1, 1.0, 1e3, -0.0, 1.50, 123456789.123456789, 1e400]"),
+              "[ 0.1, 1.0, 1e3, -0.0, 1.50, 123456789.123456789, 1e400 ]\n");
+}
+
+TEST(Fmt, emptyStringsStayStrings)
+{
+    EXPECT_EQ(fmt("{\"a\"=\"\",\"b\"=[\"\",\"x\"]}"), "{\n  \"a\" = \"\",\n  \"b\" =[ \"\", \"x\" ]\n}\n");
+    EXPECT_EQ(fmt("{\"a\"=\"\"}", {"--compact"}), "{\"a\"=\"\"}\n");
+}
+
+TEST(Fmt, spellingsAreNotMixedUpWithStringsThatLookLikeStandIns)
+{
+    const std::string document = "{\n  \"~\" = 0.10,\n  \"|\" = \"^\",\n  \"@\" = \"\",\n  \"~~~\" = \"\\\"~\"\n}\n";
+    EXPECT_EQ(fmt(document), document);
+}
+
+TEST(Fmt, emptyContainersStayEmpty)
+{
+    EXPECT_EQ(fmt("{\"a\"={},\"b\"=[ ],\"c\"=[null]}"), "{\n  \"a\" ={},\n  \"b\" =[],\n  \"c\" =[ null ]\n}\n");
+}
+
+TEST(Fmt, membersOfEqualNameAllStay)
+{
+    EXPECT_EQ(fmt("{\"a\"=1,\"a\"=2,#3 \"b\"=1,#3 \"c\"=2}", {"--compact"}), "{\"a\"=1,\"a\"=2,#3\"b\"=1,#3\"c\"=2}\n");
+}
+
+TEST(Fmt, packetExpressionsStay)
+{
+    EXPECT_EQ(fmt("{\"amount\"=(ANF12)0.50,\"at\"=(ANF8YYYYMMDD) 0,\"fixed\"=(ACF4fix) \"\"}"),
+              "{\n  \"amount\" = (ANF12) 0.50,\n  \"at\" = (ANF8YYYYMMDD) 0,\n  \"fixed\" = (ACF4fix) \"\"\n}\n");
+}
+
+TEST(Fmt, bytesOutsideAsciiBecomeEscapes)
+{
+    EXPECT_EQ(fmt("[\"\xC3\xBC\"]"), "[ \"\\xC3\\xBC\" ]\n");
+}
+
+TEST(Fmt, unicodeEscapesFollowTheOption)
+{
+    EXPECT_EQ(fmt("[\"\\u0041\"]"), "[ \"\\x00A\" ]\n");
+    EXPECT_EQ(fmt("[\"\\u0041\"]", {"--utf8"}), "[ \"A\" ]\n");
+}
+
+TEST(Fmt, numbersAsNamesNeedTheOption)
+{
+    EXPECT_EQ(fmt("{1=2}", {"--number-names"}), "{\n  \"1\" = 2\n}\n");
+    const tRun run = murvOn("{1=2}", {"fmt", "-"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError, "<stdin>:1:2: error: Missing '}' or field member name\n{1=2}\n ^\n");
+}
+
+TEST(Fmt, refusesToLoseTextBehindTheDocument)
+{
+    const tRun run = murvOn("{\"a\"=1} // fine\n\"more\"\n", {"fmt", "-"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strOutput, "");
+    EXPECT_EQ(run.m_strError, "<stdin>:2:1: error: text behind the document would be lost\n\"more\"\n^\n");
+}
+
+TEST(Fmt, refusesToLoseAComment)
+{
+    const tRun run = murvOn("[ 1, /* first */ // second\n 2 ]", {"fmt", "-"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError,
+              "<stdin>:1:6: error: this comment would be lost: a value keeps one comment on its line\n"
+              "[ 1, /* first */ // second\n"
+              "     ^~~~~~~~~~~\n");
+}
+
+TEST(Fmt, refusesToLoseARemark)
+{
+    const tRun run = murvOn("{\"a\"=(ANF4 cents) 1}", {"fmt", "-"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError,
+              "<stdin>:1:12: error: this remark in a packet expression would be lost\n"
+              "{\"a\"=(ANF4 cents) 1}\n"
+              "           ^~~~~\n");
+}
+
+TEST(Fmt, refusesToLoseThePacketExpressionOfAContainer)
+{
+    const tRun run = murvOn("[(ACF4) [1]]", {"fmt", "-"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError,
+              "<stdin>:1:9: error: the packet expression of this container would be lost\n"
+              "[(ACF4) [1]]\n"
+              "        ^\n");
+}
+
+TEST(Fmt, compactRefusesToGlueANumberToAnId)
+{
+    const tRun run = murvOn("{#3 5}", {"fmt", "--compact", "-"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError,
+              "<stdin>:1:5: error: compact text cannot hold a number directly behind an ID\n{#3 5}\n    ^\n");
+    EXPECT_EQ(fmt("{#3 -5, #4 \"x\", #5 (ANF1) 5, #6 true}", {"--compact"}), "{#3-5,#4\"x\",#5(ANF1)5,#6true}\n");
+    EXPECT_EQ(fmt("{#3 5}"), "{\n  #3  5\n}\n");
+}
+
+TEST(Fmt, checkNamesWhatDiffers)
+{
+    const CTemporaryDirectory files;
+    files.write("ugly.murv", s_cpUgly);
+    files.write("pretty.murv", s_cpPretty);
+    const tRun run = murv(files, {"fmt", "--check", "pretty.murv", "ugly.murv"});
+    EXPECT_EQ(run.m_iExit, 1);
+    EXPECT_EQ(run.m_strOutput, "ugly.murv\n");
+    EXPECT_EQ(run.m_strError, "");
+    EXPECT_EQ(murv(files, {"fmt", "--check", "pretty.murv"}).m_iExit, 0);
+    EXPECT_EQ(files.read("ugly.murv"), s_cpUgly);
+}
+
+TEST(Fmt, graverCodeOfSeveralFilesWins)
+{
+    const CTemporaryDirectory files;
+    files.write("ugly.murv", s_cpUgly);
+    files.write("broken.murv", "{\"a\" : 1}");
+    EXPECT_EQ(murv(files, {"fmt", "--check", "broken.murv", "ugly.murv"}).m_iExit, 3);
+    EXPECT_EQ(murv(files, {"fmt", "--check", "missing.murv", "broken.murv"}).m_iExit, 5);
+}
+
+TEST(Fmt, severalFilesNeedAPlaceToGo)
+{
+    const tRun run = murvOn("", {"fmt", "a", "b"});
+    EXPECT_EQ(run.m_iExit, 2);
+    EXPECT_EQ(run.m_strError, "murv: error: several files need --in-place or --check\n");
+}
+
+TEST(Fmt, inPlaceReplacesWhatDiffersAndKeepsTheMode)
+{
+    const CTemporaryDirectory files;
+    const std::string path = files.write("a.murv", s_cpUgly);
+    files.write("b.murv", s_cpUgly);
+    std::filesystem::permissions(path, std::filesystem::perms(0640));
+    const tRun run = murv(files, {"fmt", "--in-place", "a.murv", "b.murv"});
+    EXPECT_EQ(run.m_iExit, 0) << run.m_strError;
+    EXPECT_EQ(run.m_strOutput, "");
+    EXPECT_EQ(files.read("a.murv"), s_cpPretty);
+    EXPECT_EQ(files.read("b.murv"), s_cpPretty);
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+    EXPECT_EQ(files.names(), "a.murv b.murv");
+}
+
+TEST(Fmt, inPlaceDoesNotTouchWhatIsLaidOutAlready)
+{
+    const CTemporaryDirectory files;
+    const std::string path = files.write("a.murv", s_cpPretty);
+    const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1000);
+    std::filesystem::last_write_time(path, longAgo);
+    const auto before = std::filesystem::last_write_time(path);
+    EXPECT_EQ(murv(files, {"fmt", "-i", "a.murv"}).m_iExit, 0);
+    EXPECT_EQ(std::filesystem::last_write_time(path), before);
+}
+
+TEST(Fmt, inPlaceFollowsASymbolicLinkAndKeepsIt)
+{
+    const CTemporaryDirectory files;
+    std::filesystem::create_directory(files.path() + "/real");
+    files.write("real/a.murv", s_cpUgly);
+    std::filesystem::create_symlink("real/a.murv", files.path() + "/link.murv");
+    EXPECT_EQ(murv(files, {"fmt", "-i", "link.murv"}).m_iExit, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(files.path() + "/link.murv"));
+    EXPECT_EQ(files.read("real/a.murv"), s_cpPretty);
+}
+
+TEST(Fmt, inPlaceKeepsTheOldFileWhenWritingFails)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", s_cpUgly);
+    tSurroundings around;
+    around.m_ullMostFileBytes = 8;
+    const tRun run = murv(files, {"fmt", "-i", "a.murv"}, around);
+    EXPECT_EQ(run.m_iExit, 5);
+    EXPECT_EQ(files.read("a.murv"), s_cpUgly);
+    EXPECT_EQ(files.names(), "a.murv");
+}
+
+TEST(Fmt, inPlaceLeavesReadOnlyFilesAlone)
+{
+    const CTemporaryDirectory files;
+    std::filesystem::permissions(files.path(), std::filesystem::perms(0777));
+    const std::string path = files.write("a.murv", s_cpUgly);
+    std::filesystem::permissions(path, std::filesystem::perms(0444));
+    tSurroundings around;
+    around.m_bNobody = true;
+    const tRun run = murv(files, {"fmt", "-i", "a.murv"}, around);
+    EXPECT_EQ(run.m_iExit, 5);
+    EXPECT_EQ(run.m_strError, "a.murv: error: not replaced: Permission denied\n");
+    EXPECT_EQ(files.read("a.murv"), s_cpUgly);
+}
+
+TEST(Fmt, inPlaceSaysWhenTheDirectoryCannotBeWritten)
+{
+    const CTemporaryDirectory files;
+    const std::string path = files.write("a.murv", s_cpUgly);
+    std::filesystem::permissions(path, std::filesystem::perms(0666));
+    std::filesystem::permissions(files.path(), std::filesystem::perms(0555));
+    tSurroundings around;
+    around.m_bNobody = true;
+    const tRun run = murv(files, {"fmt", "-i", "a.murv"}, around);
+    std::filesystem::permissions(files.path(), std::filesystem::perms(0755));
+    EXPECT_EQ(run.m_iExit, 5);
+    EXPECT_EQ(run.m_strError, "a.murv: error: not replaced: cannot write beside it: Permission denied\n");
+    EXPECT_EQ(files.read("a.murv"), s_cpUgly);
+}
+
+TEST(Fmt, inPlaceKeepsAMalformedFile)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", "{\"a\" : 1}");
+    EXPECT_EQ(murv(files, {"fmt", "-i", "a.murv"}).m_iExit, 3);
+    EXPECT_EQ(files.read("a.murv"), "{\"a\" : 1}");
+}
+
+TEST(Fmt, standardInputCannotBeReplaced)
+{
+    const tRun run = murvOn("[1]", {"fmt", "--in-place", "-"});
+    EXPECT_EQ(run.m_iExit, 2);
+    EXPECT_EQ(run.m_strError, "murv: error: the standard input cannot be replaced: --in-place needs files\n");
+}
+
+TEST(Fmt, checkAndInPlaceExcludeEachOther)
+{
+    EXPECT_EQ(murvOn("[1]", {"fmt", "--check", "--in-place", "a"}).m_iExit, 2);
+}
+
+TEST(Fmt, examplesAreLaidOutAlready)
+{
+    std::size_t seen = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(MURV_SOURCE_DIR "/examples"))
+    {
+        if (entry.path().extension() != ".murv")
+            continue;
+        ++seen;
+        const tRun run = murvOn("", {"fmt", "--check", entry.path().string()});
+        EXPECT_EQ(run.m_iExit, 0) << run.m_strOutput << run.m_strError;
+    }
+    EXPECT_GE(seen, 3U);
+}
+
+}  // namespace murv::tests

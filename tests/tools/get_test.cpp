@@ -1,0 +1,131 @@
+// tests/tools/get_test.cpp - paths and the values they lead to.
+#include <gtest/gtest.h>
+
+#include "tests/tools/tool.h"
+
+namespace murv::tests
+{
+
+namespace
+{
+constexpr const char* s_cpOrders =
+    "// orders\n"
+    "{ \"shop\" = \"caf\xC3\xA9 \\\"x\\\"\",\n"
+    "  \"orders\" = [ { #7 \"id\" = 1, \"price\" = 19.99 }, { \"id\" = 2, \"price\" = 1.0, \"note\" = \"\" } ],\n"
+    "  #9 \"a.b c\" = { \"on\" = true, \"none\" = null, \"list\" = [1, [2, 3]] } // last\n"
+    "}\n";
+
+tRun get(const std::string& path, std::vector<std::string> options = {})
+{
+    options.insert(options.begin(), {"get", "-", path});
+    return murvOn(s_cpOrders, options);
+}
+
+std::string value(const std::string& path, const std::vector<std::string>& options = {})
+{
+    const tRun run = get(path, options);
+    EXPECT_EQ(run.m_iExit, 0) << path;
+    EXPECT_EQ(run.m_strError, "");
+    return run.m_strOutput;
+}
+}  // namespace
+
+TEST(Get, pathsLeadByNameIndexAndId)
+{
+    EXPECT_EQ(value("orders[0].price"), "19.99\n");
+    EXPECT_EQ(value("orders[1].price"), "1.0\n");
+    EXPECT_EQ(value("[1][1].id"), "2\n");
+    EXPECT_EQ(value("#7"), "1\n");
+    EXPECT_EQ(value("#9.on"), "true\n");
+    EXPECT_EQ(value("\"a.b c\".list[1][0]"), "2\n");
+    EXPECT_EQ(value("orders.#7"), "1\n");
+}
+
+TEST(Get, dotIsTheRoot)
+{
+    EXPECT_EQ(murvOn("[1, 2]", {"get", "-", "."}).m_strOutput, "[ 1, 2 ]\n");
+}
+
+TEST(Get, containersAreWrittenAsText)
+{
+    EXPECT_EQ(value("#9"),
+              "{\n  \"on\" = true,\n  \"none\" = null,\n  \"list\" =\n  [\n    1,\n"
+              "    [ 2, 3 ]\n  ]\n}\n");
+}
+
+TEST(Get, stringsAreQuotedUnlessRaw)
+{
+    EXPECT_EQ(value("shop"), "\"caf\\xC3\\xA9 \\\"x\\\"\"\n");
+    EXPECT_EQ(value("shop", {"--raw"}), "caf\xC3\xA9 \"x\"");
+    EXPECT_EQ(value("orders[1].note"), "\"\"\n");
+    EXPECT_EQ(value("orders[1].note", {"--raw"}), "");
+    EXPECT_EQ(value("#9.on", {"--raw"}), "true\n");
+}
+
+TEST(Get, jsonOfEveryType)
+{
+    EXPECT_EQ(value("shop", {"--json"}), "\"caf\xC3\xA9 \\\"x\\\"\"\n");
+    EXPECT_EQ(value("#9", {"--json"}), "{\"on\":true,\"none\":null,\"list\":[1,[2,3]]}\n");
+    EXPECT_EQ(value("orders", {"--json"}), "[{\"id\":1,\"price\":19.99},{\"id\":2,\"price\":1,\"note\":\"\"}]\n");
+}
+
+TEST(Get, jsonEscapesWhatItMust)
+{
+    const tRun run =
+        murvOn("[\"\\\"\\\\\\b\\f\\n\\r\\t\\x01\\x7F\xFF\xC3\\u0000\", 1e400, -1e400]", {"get", "-", ".", "--json"});
+    EXPECT_EQ(run.m_strOutput,
+              "[\"\\\"\\\\\\b\\f\\n\\r\\t\\u0001\\u007f\xEF\xBF\xBD\xEF\xBF\xBD\\u0000\\u0000\",1e+9999,-1e+9999]\n");
+}
+
+TEST(Get, findingNothingIsATrueNo)
+{
+    for (const char* path : {"missing", "orders[2]", "orders.id", "shop.x", "shop[0]", "#8", "orders[99999999999]"})
+    {
+        const tRun run = get(path);
+        EXPECT_EQ(run.m_iExit, 1) << path;
+        EXPECT_EQ(run.m_strOutput, "");
+        EXPECT_EQ(run.m_strError, "<stdin>: note: nothing at " + std::string(path) + "\n");
+    }
+}
+
+TEST(Get, saysHowFarThePathLed)
+{
+    EXPECT_EQ(get("orders[0].name.first").m_strError, "<stdin>: note: nothing at orders[0].name\n");
+}
+
+TEST(Get, malformedPathsAreAWrongCall)
+{
+    const std::pair<const char*, const char*> calls[] = {
+        {"", "PATH:1:1: error: a path is needed; . is the root\n\n^\n"},
+        {"a[", "PATH:1:3: error: an index is needed\na[\n  ^\n"},
+        {"a[1", "PATH:1:4: error: \"]\" expected\na[1\n   ^\n"},
+        {"a[-1]", "PATH:1:3: error: an index is needed\na[-1]\n  ^\n"},
+        {"a..b", "PATH:1:3: error: a name is needed\na..b\n  ^\n"},
+        {"a.", "PATH:1:3: error: a name is needed\na.\n  ^\n"},
+        {"[0]a", "PATH:1:4: error: \".\" or \"[\" expected\n[0]a\n   ^\n"},
+        {"#0", "PATH:1:3: error: an ID from 1 to 2147483647 is needed\n#0\n  ^\n"},
+        {"#x", "PATH:1:2: error: an ID from 1 to 2147483647 is needed\n#x\n ^\n"},
+        {"\"a", "PATH:1:1: error: the quote is not closed\n\"a\n^\n"},
+        {"\"a\\", "PATH:1:1: error: the quote is not closed\n\"a\\\n^\n"},
+    };
+    for (const auto& [path, message] : calls)
+    {
+        const tRun run = get(path);
+        EXPECT_EQ(run.m_iExit, 2) << path;
+        EXPECT_EQ(run.m_strError, message);
+    }
+}
+
+TEST(Get, rawAndJsonExcludeEachOther)
+{
+    EXPECT_EQ(get("shop", {"--raw", "--json"}).m_iExit, 2);
+}
+
+TEST(Get, malformedDocumentsAreReported)
+{
+    const tRun run = murvOn("{:}", {"get", "-", "a"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError, "<stdin>:1:2: error: Missing '}' or field member name\n{:}\n ^\n");
+}
+
+}  // namespace murv::tests

@@ -1,0 +1,190 @@
+// tests/tools/io_test.cpp - files, pipes and terminals that do not play along.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/tools/tool.h"
+
+namespace murv::tests
+{
+
+namespace
+{
+/// A file of that size that takes no room on the disk; it holds zeros behind its first bytes.
+void writeSparse(const CTemporaryDirectory& files, const std::string& name, std::uintmax_t size)
+{
+    std::filesystem::resize_file(files.write(name, "[1]"), size);
+}
+}  // namespace
+
+TEST(InputOutput, missingFileIsAnInputFailure)
+{
+    const CTemporaryDirectory files;
+    for (const char* verb : {"fmt", "check", "stat"})
+    {
+        const tRun run = murv(files, {verb, "missing.murv"});
+        EXPECT_EQ(run.m_iExit, 5);
+        EXPECT_EQ(run.m_strOutput, "");
+        EXPECT_EQ(run.m_strError, "missing.murv: error: cannot be read: No such file or directory\n");
+    }
+}
+
+TEST(InputOutput, failuresAreJsonLinesToo)
+{
+    const CTemporaryDirectory files;
+    const tRun run = murv(files, {"stat", "--json", "missing \"x\".murv"});
+    EXPECT_EQ(run.m_iExit, 5);
+    EXPECT_EQ(run.m_strError,
+              "{\"severity\":\"error\",\"file\":\"missing \\\"x\\\".murv\","
+              "\"message\":\"cannot be read: No such file or directory\"}\n");
+}
+
+TEST(InputOutput, directoryIsNotAFile)
+{
+    const CTemporaryDirectory files;
+    const tRun run = murv(files, {"check", "."});
+    EXPECT_EQ(run.m_iExit, 5);
+    EXPECT_EQ(run.m_strError, ".: error: cannot be read: Is a directory\n");
+}
+
+TEST(InputOutput, fileWithoutPermissionIsAnInputFailure)
+{
+    const CTemporaryDirectory files;
+    std::filesystem::permissions(files.write("a.murv", "[1]"), std::filesystem::perms::none);
+    tSurroundings around;
+    around.m_bNobody = true;
+    const tRun run = murv(files, {"check", "a.murv"}, around);
+    EXPECT_EQ(run.m_iExit, 5);
+    EXPECT_EQ(run.m_strError, "a.murv: error: cannot be read: Permission denied\n");
+}
+
+TEST(InputOutput, pipesAndDevicesAreReadToTheirEnd)
+{
+    const CTemporaryDirectory files;
+    EXPECT_EQ(murv(files, {"check", "/dev/null"}).m_iExit, 3);
+    std::string document = "[0";
+    for (int i = 0; i < 100000; ++i)
+        document += ", " + std::to_string(i);
+    tSurroundings around;
+    around.m_strInput = document + "]";
+    const tRun run = murv(files, {"get", "/dev/stdin", "[100000]"}, around);
+    EXPECT_EQ(run.m_strOutput, "99999\n");
+}
+
+TEST(InputOutput, fullDiskIsAnOutputFailure)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", "[1, 2]");
+    tSurroundings around;
+    around.m_strOutputFile = "/dev/full";
+    const std::vector<std::vector<std::string>> calls = {
+        {"fmt", "a.murv"}, {"check", "a.murv"}, {"get", "a.murv", "[0]"}, {"stat", "a.murv"}, {"--help"}, {"--version"},
+        {"help"}};
+    for (const std::vector<std::string>& call : calls)
+    {
+        const tRun run = murv(files, call, around);
+        EXPECT_EQ(run.m_iExit, 5) << call.front();
+        EXPECT_EQ(run.m_strError, "murv: error: cannot write to the standard output: No space left on device\n");
+    }
+}
+
+TEST(InputOutput, readerThatWentAwayIsNoNews)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", "[1, 2]");
+    tSurroundings around;
+    around.m_bReaderGone = true;
+    const tRun run = murv(files, {"fmt", "a.murv"}, around);
+    EXPECT_EQ(run.m_iExit, 5);
+    EXPECT_EQ(run.m_strError, "");
+}
+
+TEST(InputOutput, closedOutputIsAnOutputFailure)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", "[1, 2]");
+    tSurroundings around;
+    around.m_bClosedOutput = true;
+    const tRun run = murv(files, {"fmt", "a.murv"}, around);
+    EXPECT_EQ(run.m_iExit, 5);
+    EXPECT_EQ(run.m_strError, "murv: error: cannot write to the standard output: Bad file descriptor\n");
+}
+
+TEST(InputOutput, closedStreamsAreNotTakenForFiles)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", "[1,2]");
+    tSurroundings around;
+    around.m_bClosedInput = around.m_bClosedOutput = true;
+    EXPECT_EQ(murv(files, {"fmt", "-i", "a.murv"}, around).m_iExit, 0);
+    EXPECT_EQ(files.read("a.murv"), "[ 1, 2 ]\n");
+    EXPECT_EQ(murv(files, {"check", "-"}, around).m_iExit, 5);
+}
+
+TEST(InputOutput, documentsAboveTheLimitAreRefusedUnread)
+{
+    const CTemporaryDirectory files;
+    writeSparse(files, "big.murv", 2147483648);
+    const tRun run = murv(files, {"check", "big.murv"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError, "big.murv: error: Too big data size(2147483648)\n");
+}
+
+// Sanitizers reserve more address space than any limit leaves.
+#if defined(__SANITIZE_ADDRESS__)
+#define MURV_TEST_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define MURV_TEST_SANITIZED 1
+#endif
+#endif
+#ifndef MURV_TEST_SANITIZED
+TEST(InputOutput, exhaustedMemoryEndsWithAClearText)
+{
+    const CTemporaryDirectory files;
+    writeSparse(files, "big.murv", 200'000'000);
+    tSurroundings around;
+    around.m_ullMostMemory = 100'000'000;
+    const tRun run = murv(files, {"check", "big.murv"}, around);
+    EXPECT_EQ(run.m_iExit, 70);
+    EXPECT_EQ(run.m_strError, "murv: error: out of memory\n");
+}
+#endif
+
+TEST(InputOutput, coloursAreForTerminals)
+{
+    tSurroundings around;
+    around.m_strInput = "{:}";
+    around.m_bTerminal = true;
+    const std::vector<std::string> call = {MURV_TOOL_PATH, "check", "-"};
+    EXPECT_EQ(runProgram(call, around).m_strError,
+              "\x1b[1m<stdin>:1:2:\x1b[0m \x1b[1;31merror:\x1b[0m Missing '}' or field member name\n{:}\n"
+              "\x1b[1;32m ^\x1b[0m\n");
+    const std::string plain = "<stdin>:1:2: error: Missing '}' or field member name\n{:}\n ^\n";
+    around.m_vEnvironment = {"TERM=xterm", "NO_COLOR=1"};
+    EXPECT_EQ(runProgram(call, around).m_strError, plain);
+    around.m_vEnvironment = {"TERM=dumb"};
+    EXPECT_EQ(runProgram(call, around).m_strError, plain);
+    around.m_vEnvironment = {};
+    around.m_bTerminal = false;
+    EXPECT_EQ(runProgram(call, around).m_strError, plain);
+}
+
+TEST(InputOutput, progressIsShownForBigFilesOnATerminalOnly)
+{
+    const CTemporaryDirectory files;
+    writeSparse(files, "big.murv", 65'000'000);
+    writeSparse(files, "small.murv", 63'000'000);
+    tSurroundings around;
+    around.m_bTerminal = true;
+    around.m_vEnvironment = {"NO_COLOR=1"};
+    const tRun big = murv(files, {"check", "-q", "big.murv"}, around);
+    EXPECT_EQ(big.m_iExit, 0);
+    EXPECT_NE(big.m_strError.find("\r\x1b[Kbig.murv: reading 100 %"), std::string::npos) << big.m_strError;
+    EXPECT_NE(big.m_strError.find("\r\x1b[Kbig.murv: loading\r\x1b[K"), std::string::npos) << big.m_strError;
+    const tRun small = murv(files, {"check", "-q", "small.murv"}, around);
+    EXPECT_EQ(small.m_strError.find("reading"), std::string::npos) << small.m_strError;
+    EXPECT_EQ(murv(files, {"check", "-q", "big.murv"}).m_strError.find("reading"), std::string::npos);
+}
+
+}  // namespace murv::tests

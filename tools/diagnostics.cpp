@@ -1,0 +1,146 @@
+// tools/diagnostics.cpp - the two renderings of a diagnostic.
+#include "tools/diagnostics.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "tools/json_text.h"
+#include "tools/output.h"
+
+namespace murv::tool
+{
+
+namespace
+{
+struct tSeverityRow
+{
+    const char* m_pName;
+    const char* m_pColour;
+};
+
+constexpr tSeverityRow s_ctSeverities[] = {
+    {"error", "\x1b[1;31m"},
+    {"warning", "\x1b[1;35m"},
+    {"note", "\x1b[1;36m"},
+};
+
+constexpr const char* s_cpBold = "\x1b[1m";
+constexpr const char* s_cpMarks = "\x1b[1;32m";
+constexpr const char* s_cpPlain = "\x1b[0m";
+
+bool hasText(const char* variable)
+{
+    const char* const value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+bool isDumbTerminal()
+{
+    const char* const terminal = std::getenv("TERM");
+    return terminal != nullptr && std::string_view(terminal) == "dumb";
+}
+
+std::string json4Diagnostic(const tDiagnostic& diagnostic)
+{
+    std::string out = "{\"severity\":" + json4Text(s_ctSeverities[diagnostic.m_eSeverity].m_pName);
+    if (!diagnostic.m_strFile.empty())
+        out += ",\"file\":" + json4Text(diagnostic.m_strFile);
+    if (diagnostic.m_tRange)
+    {
+        const tRange range = *diagnostic.m_tRange;
+        const tLinePlace place = place4Offset(diagnostic.m_svSource, range.m_nBegin);
+        out += ",\"line\":" + std::to_string(place.m_nLine) + ",\"column\":" + std::to_string(place.m_nColumn) +
+               ",\"begin\":" + std::to_string(range.m_nBegin) + ",\"end\":" + std::to_string(range.m_nEnd);
+    }
+    out += ",\"message\":" + json4Text(diagnostic.m_strMessage);
+    char separator = '[';
+    for (const tDiagnostic& note : diagnostic.m_vNote)
+    {
+        out += separator == '[' ? ",\"notes\":[" : ",";
+        out += json4Diagnostic(note);
+        separator = ',';
+    }
+    return out + (separator == ',' ? "]}" : "}");
+}
+
+/// File names come from outside, too: what a terminal would act on is not shown.
+std::string shownName(const std::string& name)
+{
+    std::string shown = name;
+    for (char& byte : shown)
+    {
+        const auto code = static_cast<unsigned char>(byte);
+        if (code < 0x20 || code == 0x7F)
+            byte = '?';
+    }
+    return shown;
+}
+}  // namespace
+
+CDiagnostics::CDiagnostics() : m_bColour(isatty(STDERR_FILENO) == 1 && !hasText("NO_COLOR") && !isDumbTerminal())
+{
+}
+
+void CDiagnostics::setJson(bool json)
+{
+    m_bJson = json;
+}
+
+void CDiagnostics::report(const tDiagnostic& diagnostic)
+{
+    std::string text;
+    if (m_bJson)
+    {
+        text = json4Diagnostic(diagnostic) + "\n";
+    }
+    else
+    {
+        text = rendered(diagnostic);
+        for (const tDiagnostic& note : diagnostic.m_vNote)
+            text += rendered(note);
+    }
+    writeAll(STDERR_FILENO, text);  // nowhere is left to complain to when this fails
+}
+
+void CDiagnostics::error(const std::string& file, const std::string& message)
+{
+    tDiagnostic diagnostic;
+    diagnostic.m_strFile = file;
+    diagnostic.m_strMessage = message;
+    report(diagnostic);
+}
+
+std::string CDiagnostics::rendered(const tDiagnostic& diagnostic) const
+{
+    const tSeverityRow& severity = s_ctSeverities[diagnostic.m_eSeverity];
+    std::string where = diagnostic.m_strFile.empty() ? std::string("murv") : shownName(diagnostic.m_strFile);
+    if (diagnostic.m_tRange)
+    {
+        const tLinePlace place = place4Offset(diagnostic.m_svSource, diagnostic.m_tRange->m_nBegin);
+        where.append(1, ':').append(std::to_string(place.m_nLine));
+        where.append(1, ':').append(std::to_string(place.m_nColumn));
+    }
+    const auto coloured = [this](const std::string& text, const char* colour) {
+        return m_bColour ? std::string(colour).append(text).append(s_cpPlain) : text;
+    };
+    std::string out = coloured(where + ":", s_cpBold) + " " +
+                      coloured(std::string(severity.m_pName) + ":", severity.m_pColour) + " " +
+                      diagnostic.m_strMessage + "\n";
+    if (!diagnostic.m_tRange)
+        return out;
+    const tExcerpt excerpt = excerpt4Range(diagnostic.m_svSource, *diagnostic.m_tRange);
+    return out + excerpt.m_strLine + "\n" + coloured(excerpt.m_strMarks, s_cpMarks) + "\n";
+}
+
+std::string withoutFunction(std::string_view message)
+{
+    if (message.empty() || message[0] != '[')
+        return std::string(message);
+    // The function may be "operator []"; the mark is what follows its line number.
+    const std::size_t line = message.find('#');
+    const std::size_t end = line == std::string_view::npos ? line : message.find("] ", line);
+    return std::string(end == std::string_view::npos ? message : message.substr(end + 2));
+}
+
+}  // namespace murv::tool

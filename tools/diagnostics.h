@@ -1,0 +1,56 @@
+// tools/diagnostics.h - how every verb tells what is wrong.
+//
+// For people as compilers do it: file:line:column, the line itself, a caret below. For programs the same facts as one
+// JSON object a line. Both go to the standard error stream, so that results stay apart.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/source_text.h"
+
+namespace murv::tool
+{
+
+enum E_Severity
+{
+    SV_error,
+    SV_warning,
+    SV_note,
+};
+
+/// One thing to tell. The source must live until it has been reported.
+struct tDiagnostic
+{
+    E_Severity m_eSeverity = SV_error;
+    std::string m_strFile;             // empty: it concerns no file
+    std::string m_strMessage;          // without line feed
+    std::string_view m_svSource;       // text that the range lies in
+    std::optional<tRange> m_tRange;    // nothing: it concerns the file as a whole
+    std::vector<tDiagnostic> m_vNote;  // further places
+};
+
+class CDiagnostics
+{
+public:
+    /// Decides about colour: only on a terminal that is not "dumb", and never when NO_COLOR is set and not empty.
+    CDiagnostics();
+
+    void setJson(bool json);
+    void report(const tDiagnostic& diagnostic);
+    /// An error that concerns a file as a whole, or none.
+    void error(const std::string& file, const std::string& message);
+
+private:
+    std::string rendered(const tDiagnostic& diagnostic) const;
+
+    bool m_bJson = false;
+    bool m_bColour = false;
+};
+
+/// "[function#line] text" as "text": where in the library it was noticed does not help the user of the tool.
+std::string withoutFunction(std::string_view message);
+
+}  // namespace murv::tool

@@ -1,0 +1,85 @@
+// tools/input.h - reading files and loading documents, for every verb.
+//
+// Loading goes through the front loader, so each verb takes what it takes. Options that concern loading, among them
+// the place for a password, are declared here once.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "murv/fields.h"
+#include "tools/diagnostics.h"
+#include "tools/exit_code.h"
+#include "tools/password.h"
+
+namespace CLI
+{
+class App;
+}
+
+namespace murv::tool
+{
+
+class CProgress;
+
+/// How documents are to be loaded.
+struct tLoadOptions
+{
+    bool m_bUtf8 = false;         // \u escapes give UTF-8
+    bool m_bNumberNames = false;  // numbers are accepted as member names
+    CPasswordSource m_tPassword;  // of binary files
+
+    /// Declares the options that every verb with documents has.
+    void declare(CLI::App& verb);
+    /// The loader's configuration word.
+    unsigned int flags() const;
+};
+
+/// Tells whether a path still leads to the file that was read, with the content that was read.
+struct tFileIdentity
+{
+    dev_t m_tDevice = 0;
+    ino_t m_tNode = 0;
+    off_t m_tSize = 0;
+    timespec m_tChanged = {};
+
+    static tFileIdentity of(const struct stat& file);
+    bool isOf(const struct stat& file) const;
+};
+
+/// The bytes of one file, or of the standard input.
+struct tInput
+{
+    std::string m_strPath;  // "-" for the standard input
+    std::string m_strName;  // as shown
+    std::unique_ptr<char[]> m_pBytes;
+    std::size_t m_nSize = 0;
+    bool m_bTooBig = false;  // more than a document may have: no bytes, only the size
+    tFileIdentity m_tIdentity;
+
+    bool isStandardInput() const
+    {
+        return m_strPath == "-";
+    }
+    std::string_view text() const
+    {
+        return {m_pBytes.get(), m_bTooBig ? 0 : m_nSize};
+    }
+    /// Whether it holds text; else it is binary.
+    bool isText() const;
+};
+
+/// Reads a file whole, with one allocation when its size is known. Reports failures.
+E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput& input);
+
+/// Loads a document with its comments. Reports all errors at their places, and text behind the document, which is not
+/// part of it, with the given severity; as an error it makes the document malformed.
+/// \param flags  bits of E_LoaderConfigBit besides those of the options
+E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags, E_Severity textBehind,
+                     CDiagnostics& diagnostics, CFields& tree);
+
+}  // namespace murv::tool

@@ -1,0 +1,127 @@
+// tools/json_text.cpp - the walk keeps its own stack of iterators, for binary documents may nest without limit.
+#include "tools/json_text.h"
+
+#include <charconv>
+#include <cmath>
+#include <vector>
+
+#include "murv/text.h"
+#include "tools/utf8.h"
+
+namespace murv::tool
+{
+
+namespace
+{
+void appendEscaped(std::string& out, char byte)
+{
+    constexpr char digits[] = "0123456789abcdef";
+    switch (byte)
+    {
+    case '"': out += "\\\""; return;
+    case '\\': out += "\\\\"; return;
+    case '\b': out += "\\b"; return;
+    case '\f': out += "\\f"; return;
+    case '\n': out += "\\n"; return;
+    case '\r': out += "\\r"; return;
+    case '\t': out += "\\t"; return;
+    default: break;
+    }
+    const auto code = static_cast<unsigned char>(byte);
+    if (code >= 0x20 && code != 0x7F)
+    {
+        out += byte;
+        return;
+    }
+    out += "\\u00";
+    out += digits[code >> 4U];
+    out += digits[code & 0xFU];
+}
+
+std::string json4Double(double value)
+{
+    if (std::isnan(value))
+        return "null";
+    if (std::isinf(value))
+        return ToString(value);
+    char text[32];
+    const std::to_chars_result result = std::to_chars(text, text + sizeof text, value);
+    return {text, result.ptr};
+}
+
+std::string json4Scalar(const CFields& node)
+{
+    switch (node.getDT())
+    {
+    case DT_null: return "null";
+    case DT_double: return json4Double(node.asDouble());
+    case DT_codelist: return json4Text(node.asString());
+    default: return node.asString();
+    }
+}
+
+struct tOpen
+{
+    const CFields* m_pNode;
+    unsigned int m_uiNext;
+};
+}  // namespace
+
+std::string json4Text(std::string_view text)
+{
+    std::string out = "\"";
+    while (!text.empty())
+    {
+        const std::size_t length = utf8Length(text);
+        if (length == 0)
+            out += "\xEF\xBF\xBD";
+        else if (length == 1)
+            appendEscaped(out, text[0]);
+        else
+            out += text.substr(0, length);
+        text.remove_prefix(length == 0 ? 1 : length);
+    }
+    out += '"';
+    return out;
+}
+
+std::string json4Value(const CFields& node)
+{
+    std::string out;
+    std::vector<tOpen> open;
+    const CFields* next = &node;
+    while (next != nullptr || !open.empty())
+    {
+        if (next != nullptr)
+        {
+            if (next->isField() || next->isArray())
+            {
+                out += next->isField() ? '{' : '[';
+                open.push_back({next, 0});
+            }
+            else
+            {
+                out += json4Scalar(*next);
+            }
+        }
+        next = nullptr;
+        if (open.empty())
+            continue;
+        tOpen& top = open.back();
+        const bool named = top.m_pNode->isField();
+        if (top.m_uiNext == top.m_pNode->getChildCount())
+        {
+            out += named ? '}' : ']';
+            open.pop_back();
+            continue;
+        }
+        if (top.m_uiNext != 0)
+            out += ',';
+        next = &top.m_pNode->getChildAt(top.m_uiNext++);
+        if (named)
+            out += json4Text({next->getName(), next->getNameLen()}) + ":";
+    }
+    return out;
+}
+
+}  // namespace murv::tool

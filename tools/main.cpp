@@ -1,0 +1,101 @@
+// tools/main.cpp - the command line: chooses the verb and turns whatever happens into an exit code.
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <exception>
+#include <new>
+
+#include "tools/verb.h"
+
+#ifndef MURV_VERSION
+#error "the build defines MURV_VERSION"
+#endif
+
+namespace murv::tool
+{
+
+namespace
+{
+std::string exitCodeHelp()
+{
+    std::string text = "Exit codes:\n";
+    for (const tExitCodeRow& row : s_ctExitCodes)
+    {
+        const std::string number = std::to_string(row.m_eCode);
+        text += "  " + number + std::string(4 - number.size(), ' ') + row.m_pMeaning + "\n";
+    }
+    return text + "A run over several files ends with the largest of their codes.\n";
+}
+
+/// What parsing the command line threw: a wish for help or the version, or a wrong call.
+E_ExitCode answer(const CLI::App& tool, const CLI::ParseError& error, tSession& session)
+{
+    if (dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr)
+    {
+        session.m_tOutput.put(std::string("murv ") + MURV_VERSION + "\n");
+        return session.m_tOutput.finish(session.m_tDiagnostics);
+    }
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
+    {
+        const std::vector<CLI::App*> verbs = tool.get_subcommands();
+        session.m_tOutput.put(verbs.empty() ? tool.help() : verbs.front()->help(tool.get_name()));
+        return session.m_tOutput.finish(session.m_tDiagnostics);
+    }
+    session.m_tDiagnostics.error("", std::string(error.what()) + " (see murv --help)");
+    return EC_wrongCall;
+}
+
+E_ExitCode runTool(int argc, char** argv)
+{
+    tSession session;
+    CLI::App tool("Reads, checks and lays out murv documents.", "murv");
+    tool.set_version_flag("--version", MURV_VERSION, "Print the version and exit");
+    tool.require_subcommand(1);
+    tool.footer(exitCodeHelp());
+
+    std::vector<std::pair<CLI::App*, std::unique_ptr<IVerb>>> verbs;
+    for (const tVerbRow& row : s_ctVerbs)
+    {
+        CLI::App* const app = tool.add_subcommand(row.m_pName, row.m_pSummary);
+        verbs.emplace_back(app, row.m_pMake());
+        verbs.back().second->declare(*app);
+    }
+    try
+    {
+        tool.parse(argc, argv);
+    }
+    catch (const CLI::ParseError& error)
+    {
+        return answer(tool, error, session);
+    }
+    for (const auto& [app, verb] : verbs)
+    {
+        if (app->parsed())
+            return verb->run(session);
+    }
+    return EC_wrongCall;
+}
+}  // namespace
+
+}  // namespace murv::tool
+
+int main(int argc, char** argv)
+{
+    using namespace murv::tool;
+    holdStandardStreams();
+    // A reader that went away and a file that may not grow are seen when writing fails.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    try
+    {
+        return runTool(argc, argv);
+    }
+    catch (const std::bad_alloc&)
+    {
+        writeAll(2, "murv: error: out of memory\n");
+    }
+    catch (const std::exception& error)
+    {
+        writeAll(2, "murv: internal error: " + std::string(error.what()) + "\n");
+    }
+    return EC_internal;
+}

@@ -1,0 +1,46 @@
+// tools/password.cpp - reads passwords.
+#include "tools/password.h"
+
+#include <CLI/CLI.hpp>
+
+#include "tools/input.h"
+
+namespace murv::tool
+{
+
+void CPasswordSource::declare(CLI::App& verb)
+{
+    CLI::Option* const file =
+        verb.add_option("--password-file", m_strFile, "File that holds the password of a binary file")
+            ->type_name("FILE");
+    verb.add_flag("--password-stdin", m_bStandardInput, "Read the password from the standard input")->excludes(file);
+}
+
+E_ExitCode CPasswordSource::read(const tInput& document, CDiagnostics& diagnostics, std::string& password) const
+{
+    if (m_bStandardInput && document.isStandardInput())
+        return diagnostics.error("", "the standard input cannot hold both document and password"), EC_wrongCall;
+    if (isGiven() && !m_bRead)
+    {
+        tInput input;
+        if (const E_ExitCode code = readInput(m_bStandardInput ? "-" : m_strFile, diagnostics, input))
+            return code;
+        std::string text(input.text());
+        if (!text.empty() && text.back() == '\n')
+            text.pop_back();
+        if (!text.empty() && text.back() == '\r')
+            text.pop_back();
+        if (text.empty() || text.find('\0') != std::string::npos)
+        {
+            diagnostics.error(input.m_strName,
+                              text.empty() ? "holds no password" : "a password has no byte of value 0");
+            return EC_password;
+        }
+        m_strPassword = std::move(text);
+        m_bRead = true;
+    }
+    password = m_strPassword;
+    return EC_done;
+}
+
+}  // namespace murv::tool

@@ -1,0 +1,222 @@
+// tools/source_text.cpp - line breaks, excerpts, and a scanner that knows strings from comments.
+#include "tools/source_text.h"
+
+#include <algorithm>
+
+#include "tools/utf8.h"
+
+namespace murv::tool
+{
+
+namespace
+{
+constexpr std::size_t s_cnCellsBefore = 64;  // shown before the place
+constexpr std::size_t s_cnCellsShown = 100;  // shown in all
+constexpr std::size_t s_cnBytesAround = 4 * s_cnCellsShown;
+constexpr std::string_view s_csvCut = "...";
+constexpr std::string_view s_csvBlanks = " \t\r\n";
+
+/// The offset behind the line break that begins at `offset`.
+std::size_t behindBreak(std::string_view text, std::size_t offset)
+{
+    const bool pair = text[offset] == '\r' && offset + 1 < text.size() && text[offset + 1] == '\n';
+    return offset + (pair ? 2 : 1);
+}
+
+std::size_t findBreak(std::string_view text, std::size_t offset)
+{
+    return std::min(text.find_first_of("\r\n", offset), text.size());
+}
+
+/// One column of what is shown.
+struct tCell
+{
+    std::size_t m_nOffset;
+    std::string_view m_svShown;
+};
+
+std::vector<tCell> cells4Line(std::string_view text, tRange line)
+{
+    std::vector<tCell> cells;
+    for (std::size_t at = line.m_nBegin; at < line.m_nEnd;)
+    {
+        const std::string_view rest = text.substr(at, line.m_nEnd - at);
+        const std::size_t length = utf8Length(rest);
+        const auto first = static_cast<unsigned char>(rest[0]);
+        const bool c1Control = length == 2 && first == 0xC2 && static_cast<unsigned char>(rest[1]) < 0xA0;
+        const bool control = (length == 1 && (first < 0x20 || first == 0x7F) && first != '\t') || c1Control;
+        cells.push_back({at, length == 0 || control ? std::string_view("?") : rest.substr(0, length)});
+        at += length == 0 ? 1 : length;
+    }
+    return cells;
+}
+
+std::size_t endOfComment(std::string_view text, std::size_t begin)
+{
+    if (text[begin + 1] == '*')
+    {
+        const std::size_t end = text.find("*/", begin + 2);
+        return end == std::string_view::npos ? text.size() : end + 2;
+    }
+    return findBreak(text, begin + 2);
+}
+
+bool beginsComment(std::string_view text, std::size_t at)
+{
+    return text[at] == '/' && at + 1 < text.size() && (text[at + 1] == '/' || text[at + 1] == '*');
+}
+
+std::size_t endOfString(std::string_view text, std::size_t begin)
+{
+    for (std::size_t at = begin + 1; at < text.size(); ++at)
+    {
+        if (text[at] == '\\')
+            ++at;
+        else if (text[at] == '"')
+            return at + 1;
+    }
+    return text.size();
+}
+
+/// The remark in the packet expression that begins at `begin`; empty when there is none.
+tRange remark4Expression(std::string_view text, std::size_t begin, std::size_t end)
+{
+    const std::size_t code = text.find_first_not_of(s_csvBlanks, begin + 1);
+    const std::size_t blank = std::min(text.find_first_of(s_csvBlanks, code), end);
+    const std::size_t remark = std::min(text.find_first_not_of(s_csvBlanks, blank), end);
+    return {remark, end};
+}
+}  // namespace
+
+tLinePlace place4Offset(std::string_view text, std::size_t offset)
+{
+    offset = std::min(offset, text.size());
+    std::size_t line = 1;
+    std::size_t lineBegin = 0;
+    const std::string_view before = text.substr(0, offset);
+    for (std::size_t at = findBreak(before, 0); at < offset; at = findBreak(before, lineBegin))
+    {
+        lineBegin = behindBreak(before, at);
+        ++line;
+    }
+    return {line, offset - lineBegin + 1};
+}
+
+std::optional<std::size_t> offset4Place(std::string_view text, tLinePlace place)
+{
+    if (place.m_nLine == 0 || place.m_nColumn == 0)
+        return std::nullopt;
+    std::size_t lineBegin = 0;
+    for (std::size_t line = 1; line < place.m_nLine; ++line)
+    {
+        const std::size_t lineEnd = findBreak(text, lineBegin);
+        if (lineEnd == text.size())
+            return std::nullopt;
+        lineBegin = behindBreak(text, lineEnd);
+    }
+    if (place.m_nColumn - 1 > text.size() - lineBegin)
+        return std::nullopt;
+    return lineBegin + place.m_nColumn - 1;
+}
+
+tExcerpt excerpt4Range(std::string_view text, tRange range)
+{
+    const std::size_t begin = std::min(range.m_nBegin, text.size());
+    // Only what may be shown is looked at: a document may be one line of many megabytes.
+    tRange line{begin - std::min(begin, s_cnBytesAround), std::min(text.size(), begin + s_cnBytesAround)};
+    const std::size_t breakBefore = begin == 0 ? std::string_view::npos : text.find_last_of("\r\n", begin - 1);
+    const bool cutBefore = line.m_nBegin > (breakBefore == std::string_view::npos ? 0 : breakBefore + 1);
+    if (!cutBefore)
+        line.m_nBegin = breakBefore == std::string_view::npos ? 0 : breakBefore + 1;
+    while (cutBefore && line.m_nBegin < begin && isUtf8Inside(text[line.m_nBegin]))
+        ++line.m_nBegin;
+    const std::size_t breakBehind = findBreak(text.substr(0, line.m_nEnd), begin);
+    const bool cutBehind = breakBehind == line.m_nEnd && line.m_nEnd < text.size();
+    line.m_nEnd = breakBehind;
+
+    const std::vector<tCell> cells = cells4Line(text, line);
+    std::size_t place = 0;
+    while (place + 1 < cells.size() && cells[place + 1].m_nOffset <= begin)
+        ++place;
+    if (!cells.empty() && begin >= line.m_nEnd)
+        place = cells.size();
+    const std::size_t first = place > s_cnCellsBefore ? place - s_cnCellsBefore : 0;
+    const std::size_t last = std::min(cells.size(), first + s_cnCellsShown);
+
+    tExcerpt excerpt;
+    const auto put = [&excerpt](std::string_view shown, char mark) {
+        excerpt.m_strLine += shown;
+        excerpt.m_strMarks += mark == ' ' && shown == "\t" ? '\t' : mark;
+    };
+    if (first != 0 || cutBefore)
+    {
+        excerpt.m_strLine += s_csvCut;
+        excerpt.m_strMarks.append(s_csvCut.size(), ' ');
+    }
+    for (std::size_t i = first; i < last; ++i)
+        put(cells[i].m_svShown, i < place ? ' ' : i == place ? '^' : cells[i].m_nOffset < range.m_nEnd ? '~' : ' ');
+    if (place >= last)
+        excerpt.m_strMarks += '^';
+    if (last != cells.size() || cutBehind)
+        excerpt.m_strLine += s_csvCut;
+    excerpt.m_strMarks.erase(excerpt.m_strMarks.find_last_of("^~") + 1);
+    return excerpt;
+}
+
+std::vector<tRange> findComments(std::string_view text)
+{
+    std::vector<tRange> found;
+    if (text.find_first_of("/(") == std::string_view::npos)
+        return found;
+    for (std::size_t at = 0; (at = text.find_first_of("\"/(", at)) != std::string_view::npos;)
+    {
+        if (text[at] == '"')
+        {
+            at = endOfString(text, at);
+        }
+        else if (text[at] == '(')
+        {
+            const std::size_t end = std::min(text.find(')', at), text.size());
+            const tRange remark = remark4Expression(text, at, end);
+            if (remark.m_nBegin < remark.m_nEnd)
+                found.push_back(remark);
+            at = end;
+        }
+        else if (beginsComment(text, at))
+        {
+            const std::size_t end = endOfComment(text, at);
+            found.push_back({at, end});
+            at = end;
+        }
+        else
+        {
+            ++at;
+        }
+    }
+    return found;
+}
+
+std::size_t countComments(std::string_view text)
+{
+    std::size_t count = 0;
+    for (std::size_t at = 0; (at = text.find('/', at)) != std::string_view::npos;)
+    {
+        const bool comment = beginsComment(text, at);
+        count += comment ? 1 : 0;
+        at = comment ? endOfComment(text, at) : at + 1;
+    }
+    return count;
+}
+
+std::size_t skipComments(std::string_view text, std::size_t offset)
+{
+    for (;;)
+    {
+        offset = std::min(text.find_first_not_of(s_csvBlanks, offset), text.size());
+        if (offset == text.size() || !beginsComment(text, offset))
+            return offset;
+        offset = endOfComment(text, offset);
+    }
+}
+
+}  // namespace murv::tool

@@ -1,0 +1,56 @@
+// tools/source_text.h - places in a text document, as people see them.
+//
+// A line ends with a line feed, a carriage return, or both; lines and columns count from 1, columns count bytes, as in
+// the library's own messages.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace murv::tool
+{
+
+struct tLinePlace
+{
+    std::size_t m_nLine;
+    std::size_t m_nColumn;
+};
+
+/// A range of bytes.
+struct tRange
+{
+    std::size_t m_nBegin;
+    std::size_t m_nEnd;
+};
+
+/// What is printed to point at a place: one line of the source and, below it, the marks.
+struct tExcerpt
+{
+    std::string m_strLine;
+    std::string m_strMarks;
+};
+
+tLinePlace place4Offset(std::string_view text, std::size_t offset);
+/// The reverse; nothing when there is no such line, or it is shorter.
+std::optional<std::size_t> offset4Place(std::string_view text, tLinePlace place);
+
+/// The line in which the range begins, with "^" at its begin and "~" up to its end.
+///
+/// Tabs stay tabs in both lines, and a character of several bytes counts once, so that the marks stand where they
+/// should. Bytes that a terminal would act on are shown as "?". A long line is cut around the place.
+tExcerpt excerpt4Range(std::string_view text, tRange range);
+
+/// The comments of a document that has been loaded, and the remarks in its packet expressions, in order.
+std::vector<tRange> findComments(std::string_view text);
+
+/// The number of comments in a text that holds nothing else.
+std::size_t countComments(std::string_view text);
+
+/// Skips blanks and comments.
+/// \return the offset of what follows them; the size of the text when nothing does
+std::size_t skipComments(std::string_view text, std::size_t offset);
+
+}  // namespace murv::tool

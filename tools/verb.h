@@ -1,0 +1,61 @@
+// tools/verb.h - what main() knows of a verb.
+//
+// A verb declares its options, then runs once. A new verb is one source file and one row of the table.
+#pragma once
+
+#include <memory>
+
+#include "tools/diagnostics.h"
+#include "tools/exit_code.h"
+#include "tools/output.h"
+
+namespace CLI
+{
+class App;
+}
+
+namespace murv::tool
+{
+
+/// What all verbs write to.
+struct tSession
+{
+    CDiagnostics m_tDiagnostics;
+    CStandardOutput m_tOutput;
+};
+
+class IVerb
+{
+public:
+    virtual ~IVerb() = default;
+    /// Declares options; what they are stored in lives in this object.
+    virtual void declare(CLI::App& verb) = 0;
+    virtual E_ExitCode run(tSession& session) = 0;
+};
+
+std::unique_ptr<IVerb> makeCheckVerb();
+std::unique_ptr<IVerb> makeConvertVerb();
+std::unique_ptr<IVerb> makeFmtVerb();
+std::unique_ptr<IVerb> makeGetVerb();
+std::unique_ptr<IVerb> makeHelpVerb();
+std::unique_ptr<IVerb> makeInfoVerb();
+std::unique_ptr<IVerb> makeStatVerb();
+
+struct tVerbRow
+{
+    const char* m_pName;
+    const char* m_pSummary;
+    std::unique_ptr<IVerb> (*m_pMake)();
+};
+
+inline constexpr tVerbRow s_ctVerbs[] = {
+    {"fmt", "Lay out documents anew; comments are kept", &makeFmtVerb},
+    {"check", "Accept documents, or show every error", &makeCheckVerb},
+    {"get", "Print one value of a document", &makeGetVerb},
+    {"stat", "Count what documents hold", &makeStatVerb},
+    {"convert", "Turn text into binary files and back", &makeConvertVerb},
+    {"info", "Show what a binary file says about itself", &makeInfoVerb},
+    {"help", "Show this help, or that of a verb", &makeHelpVerb},
+};
+
+}  // namespace murv::tool

@@ -1,0 +1,121 @@
+// tools/verb_convert.cpp - murv convert: text to binary files and back.
+//
+// A result is written only after it has been read back and holds the same tree: there are trees that text or a binary
+// file cannot hold, such as, in a binary file, a container without members.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+
+#include "murv/loader.h"
+#include "murv/saver.h"
+#include "tools/input.h"
+#include "tools/text_format.h"
+#include "tools/verb.h"
+
+namespace murv::tool
+{
+
+namespace
+{
+class CConvertVerb : public IVerb
+{
+public:
+    void declare(CLI::App& verb) override
+    {
+        verb.add_option("FILE", m_strFile, "Document, text or binary; - for the standard input")->required();
+        verb.add_option("--to", m_strTo, "Encoding of the result")
+            ->required()
+            ->check(CLI::IsMember({"text", "compact", "binary"}));
+        verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output")
+            ->type_name("FILE");
+        verb.add_flag("--json", m_bJson, "Diagnostics as JSON lines");
+        m_tLoad.declare(verb);
+        verb.footer("A password opens a binary FILE, and is put on a binary result.\n");
+    }
+
+    E_ExitCode run(tSession& session) override
+    {
+        session.m_tDiagnostics.setJson(m_bJson);
+        if (isBinary() && m_strOutput.empty() && isatty(STDOUT_FILENO) == 1)
+            return session.m_tDiagnostics.error("", "a binary result is not for a terminal; use --output"),
+                   EC_wrongCall;
+        tInput input;
+        std::string result;
+        if (const E_ExitCode code = readInput(m_strFile, session.m_tDiagnostics, input))
+            return code;
+        if (const E_ExitCode code = convert(input, session.m_tDiagnostics, result))
+            return code;
+        if (!m_strOutput.empty())
+            return writeFile(m_strOutput, result, session.m_tDiagnostics);
+        session.m_tOutput.put(result);
+        return session.m_tOutput.finish(session.m_tDiagnostics);
+    }
+
+private:
+    bool isBinary() const
+    {
+        return m_strTo == "binary";
+    }
+
+    E_ExitCode convert(const tInput& input, CDiagnostics& diagnostics, std::string& result) const
+    {
+        CFields tree;
+        if (const E_ExitCode code = loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, tree))
+            return code;
+        std::string password;
+        if (const E_ExitCode code = m_tLoad.m_tPassword.read(input, diagnostics, password))
+            return code;
+        return isBinary() ? toBinary(input, tree, password, diagnostics, result)
+                          : toText(input, tree, diagnostics, result);
+    }
+
+    E_ExitCode toBinary(const tInput& input, const CFields& tree, const std::string& password,
+                        CDiagnostics& diagnostics, std::string& result) const
+    {
+        CSavers saver;
+        result = saver.saving(tree, ER_BER, SAVE_ALL, password.c_str());
+        if (saver.isError())
+            return diagnostics.error(input.m_strName, withoutFunction(saver.getLastErrMsg())), EC_malformed;
+        CLoaders loader(LCBC_COMMENT | LCBC_DUPLICATE);
+        CFields again;
+        if (!loader.loading(result, again, password.c_str()))
+            return diagnostics.error(input.m_strName, "a binary file cannot hold it: " + reason(loader)), EC_malformed;
+        if (isSameDocument(tree, again))
+            return EC_done;
+        return diagnostics.error(input.m_strName, "not converted: the result does not read back equal"), EC_internal;
+    }
+
+    static std::string reason(const CLoaders& loader)
+    {
+        const std::vector<tErrorRange> errors = loader.getErrorRanges();
+        return errors.empty() ? withoutFunction(loader.getLastErrMsg()) : errors.front().m_strMessage;
+    }
+
+    E_ExitCode toText(const tInput& input, const CFields& tree, CDiagnostics& diagnostics, std::string& result) const
+    {
+        tFormat format;
+        format.m_bCompact = m_strTo == "compact";
+        CFields spent = tree;
+        result = text4Tree(spent, input.isText() ? input.text() : std::string_view(), format);
+        CLoader4SER loader(m_tLoad.flags() | LCBC_DUPLICATE);
+        CFields again;
+        if (loader.loading(result, again) && isSameDocument(tree, again))
+            return EC_done;
+        return diagnostics.error(input.m_strName, "text cannot hold it: the result does not read back equal"),
+               EC_malformed;
+    }
+
+    std::string m_strFile;
+    std::string m_strTo;
+    std::string m_strOutput;
+    tLoadOptions m_tLoad;
+    bool m_bJson = false;
+};
+}  // namespace
+
+std::unique_ptr<IVerb> makeConvertVerb()
+{
+    return std::make_unique<CConvertVerb>();
+}
+
+}  // namespace murv::tool

@@ -1,0 +1,180 @@
+// tools/verb_fmt.cpp - murv fmt: lays documents out anew.
+//
+// It never loses what a document says: a comment or a text that the result would lack is an error, and a file is
+// replaced only after the new text has been read back and holds the same tree.
+#include <CLI/CLI.hpp>
+
+#include "murv/flags.h"
+#include "tools/input.h"
+#include "tools/text_format.h"
+#include "tools/verb.h"
+
+namespace murv::tool
+{
+
+namespace
+{
+/// "tab", or a number of blanks. \return an empty text for anything else
+std::string unit4Option(const std::string& option)
+{
+    constexpr std::size_t most = 16;
+    if (option == "tab")
+        return "\t";
+    const bool number =
+        !option.empty() && option.size() <= 2 && option.find_first_not_of("0123456789") == std::string::npos;
+    const std::size_t width = number ? std::stoul(option) : 0;
+    return width <= most ? std::string(width, ' ') : std::string();
+}
+
+class CFmtVerb : public IVerb
+{
+public:
+    void declare(CLI::App& verb) override
+    {
+        verb.add_option("FILE", m_vFile, "Documents; - for the standard input")->required();
+        CLI::Option* const inPlace =
+            verb.add_flag("-i,--in-place", m_bInPlace, "Replace each file, safely, when its layout differs");
+        verb.add_flag("-c,--check", m_bCheck, "Only name the files whose layout differs; exit 1 when any does")
+            ->excludes(inPlace);
+        verb.add_flag("--compact", m_tFormat.m_bCompact, "One line, without blanks and comments");
+        verb.add_option("--indent", m_strIndent, "Blanks for each level, 1 to 16, or tab")
+            ->default_str("2")
+            ->type_name("N|tab")
+            ->check([](const std::string& option) {
+                return unit4Option(option).empty() ? "neither 1 to 16 nor tab" : std::string();
+            });
+        verb.add_flag("--no-one-line-arrays", m_bNoOneLineArrays, "Every element on a line of its own");
+        verb.add_flag("--no-null-word", m_bNoNullWord, "Write null as nothing instead of \"null\"");
+        verb.add_flag("--no-final-newline", m_bNoFinalNewline, "Do not end with a line feed");
+        verb.add_flag("--json", m_bJson, "Diagnostics as JSON lines");
+        m_tLoad.declare(verb);
+    }
+
+    E_ExitCode run(tSession& session) override
+    {
+        session.m_tDiagnostics.setJson(m_bJson);
+        m_tFormat.m_strIndentUnit = unit4Option(m_strIndent);
+        m_tFormat.m_bOneLineArrays = !m_bNoOneLineArrays;
+        m_tFormat.m_bNullWord = !m_bNoNullWord;
+        m_tFormat.m_bFinalNewline = !m_bNoFinalNewline;
+        if (!isPossible(session.m_tDiagnostics))
+            return EC_wrongCall;
+        E_ExitCode code = EC_done;
+        for (const std::string& file : m_vFile)
+            code = graver(code, runFile(file, session));
+        return graver(code, session.m_tOutput.finish(session.m_tDiagnostics));
+    }
+
+private:
+    bool isPossible(CDiagnostics& diagnostics) const
+    {
+        const bool toOutput = !m_bInPlace && !m_bCheck;
+        if (toOutput && m_vFile.size() > 1)
+            return diagnostics.error("", "several files need --in-place or --check"), false;
+        if (m_bInPlace && std::count(m_vFile.begin(), m_vFile.end(), "-") != 0)
+            return diagnostics.error("", "the standard input cannot be replaced: --in-place needs files"), false;
+        return true;
+    }
+
+    E_ExitCode runFile(const std::string& path, tSession& session) const
+    {
+        tInput input;
+        if (const E_ExitCode code = readInput(path, session.m_tDiagnostics, input))
+            return code;
+        std::string text;
+        if (const E_ExitCode code = layOut(input, session.m_tDiagnostics, text))
+            return code;
+        const bool differs = text != input.text();
+        if (m_bCheck)
+        {
+            if (differs)
+                session.m_tOutput.put(input.m_strName + "\n");
+            return differs ? EC_no : EC_done;
+        }
+        if (m_bInPlace)
+            return differs ? replace(input, text, session.m_tDiagnostics) : EC_done;
+        session.m_tOutput.put(text);
+        return EC_done;
+    }
+
+    E_ExitCode layOut(const tInput& input, CDiagnostics& diagnostics, std::string& text) const
+    {
+        CFields tree;
+        // Members of equal names all stay: choosing among them is the business of who loads the document.
+        if (const E_ExitCode code = loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, tree))
+            return code;
+        tLoss loss;
+        text = text4Tree(tree, input.isText() ? input.text() : std::string_view(), m_tFormat, &loss);
+        if (loss.m_pNode != nullptr)
+        {
+            const auto begin = static_cast<std::size_t>(loss.m_pNode->getOffsetStart());
+            return reportLost(input, loss.m_pMessage, {begin, begin + 1}, diagnostics);
+        }
+        if (m_tFormat.m_bCompact || !input.isText())
+            return EC_done;
+        const std::optional<tRange> lost = findLostComment(input.text(), text);
+        if (!lost)
+            return EC_done;
+        const bool comment = input.text()[lost->m_nBegin] == '/';
+        return reportLost(input,
+                          comment ? "this comment would be lost: a value keeps one comment on its line"
+                                  : "this remark in a packet expression would be lost",
+                          *lost, diagnostics);
+    }
+
+    static E_ExitCode reportLost(const tInput& input, const char* message, tRange range, CDiagnostics& diagnostics)
+    {
+        tDiagnostic diagnostic;
+        diagnostic.m_strFile = input.m_strName;
+        diagnostic.m_strMessage = message;
+        if (input.isText())  // binary files have no lines to show
+        {
+            diagnostic.m_svSource = input.text();
+            diagnostic.m_tRange = range;
+        }
+        diagnostics.report(diagnostic);
+        return EC_malformed;
+    }
+
+    E_ExitCode replace(const tInput& input, const std::string& text, CDiagnostics& diagnostics) const
+    {
+        if (!input.isText())
+            return diagnostics.error(input.m_strName, "is binary; --in-place is for text"), EC_malformed;
+        if (!readsBackEqual(input, text, diagnostics))
+            return diagnostics.error(input.m_strName, "not replaced: the new text does not read back equal"),
+                   EC_internal;
+        return replaceFile(input, text, diagnostics);
+    }
+
+    bool readsBackEqual(const tInput& input, const std::string& text, CDiagnostics& diagnostics) const
+    {
+        tInput again;
+        again.m_strPath = again.m_strName = "the new text of " + input.m_strName;
+        again.m_pBytes.reset(new char[text.size() + 1]);
+        again.m_nSize = text.copy(again.m_pBytes.get(), text.size());
+        CFields before;
+        CFields after;
+        return loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, before) == EC_done &&
+               loadInput(again, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, after) == EC_done &&
+               isSameDocument(before, after);
+    }
+
+    std::vector<std::string> m_vFile;
+    tFormat m_tFormat;
+    tLoadOptions m_tLoad;
+    std::string m_strIndent = "2";
+    bool m_bInPlace = false;
+    bool m_bCheck = false;
+    bool m_bNoOneLineArrays = false;
+    bool m_bNoNullWord = false;
+    bool m_bNoFinalNewline = false;
+    bool m_bJson = false;
+};
+}  // namespace
+
+std::unique_ptr<IVerb> makeFmtVerb()
+{
+    return std::make_unique<CFmtVerb>();
+}
+
+}  // namespace murv::tool

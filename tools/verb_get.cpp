@@ -1,0 +1,100 @@
+// tools/verb_get.cpp - murv get: prints one value.
+#include <CLI/CLI.hpp>
+
+#include "tools/input.h"
+#include "tools/json_text.h"
+#include "tools/node_path.h"
+#include "tools/text_format.h"
+#include "tools/verb.h"
+
+namespace murv::tool
+{
+
+namespace
+{
+class CGetVerb : public IVerb
+{
+public:
+    void declare(CLI::App& verb) override
+    {
+        verb.add_option("FILE", m_strFile, "Document; - for the standard input")->required();
+        verb.add_option("PATH", m_strPath,
+                        "Where the value is: orders[3].price, \"quoted name\".x, #7 for the ID 7, . for the root")
+            ->required();
+        CLI::Option* const raw =
+            verb.add_flag("-r,--raw", m_bRaw, "A string as its bytes, without quotes, escapes and line feed");
+        verb.add_flag("--json", m_bJson, "The value as JSON, diagnostics as JSON lines")->excludes(raw);
+        m_tLoad.declare(verb);
+    }
+
+    E_ExitCode run(tSession& session) override
+    {
+        session.m_tDiagnostics.setJson(m_bJson);
+        const tNodePath path = parseNodePath(m_strPath);
+        if (path.m_pError != nullptr)
+            return reportPath(path, session.m_tDiagnostics);
+        tInput input;
+        if (const E_ExitCode code = readInput(m_strFile, session.m_tDiagnostics, input))
+            return code;
+        CFields tree;
+        if (const E_ExitCode code = loadInput(input, m_tLoad, 0, SV_warning, session.m_tDiagnostics, tree))
+            return code;
+        std::size_t taken = 0;
+        CFields* const node = findNode(tree, path, taken);
+        if (node == nullptr)
+            return reportMissing(input, path, taken, session.m_tDiagnostics);
+        put(*node, input, session.m_tOutput);
+        return session.m_tOutput.finish(session.m_tDiagnostics);
+    }
+
+private:
+    E_ExitCode reportPath(const tNodePath& path, CDiagnostics& diagnostics) const
+    {
+        tDiagnostic diagnostic;
+        diagnostic.m_strFile = "PATH";
+        diagnostic.m_strMessage = path.m_pError;
+        diagnostic.m_svSource = m_strPath;
+        diagnostic.m_tRange = {path.m_nErrorAt, path.m_nErrorAt + 1};
+        diagnostics.report(diagnostic);
+        return EC_wrongCall;
+    }
+
+    E_ExitCode reportMissing(const tInput& input, const tNodePath& path, std::size_t taken,
+                             CDiagnostics& diagnostics) const
+    {
+        tDiagnostic diagnostic;
+        diagnostic.m_eSeverity = SV_note;  // a true answer is no error
+        diagnostic.m_strFile = input.m_strName;
+        diagnostic.m_strMessage = "nothing at " + m_strPath.substr(0, path.m_vStep[taken].m_nEnd);
+        diagnostics.report(diagnostic);
+        return EC_no;
+    }
+
+    void put(CFields& node, const tInput& input, CStandardOutput& output) const
+    {
+        if (m_bJson)
+            return output.put(json4Value(node) + "\n");
+        if (m_bRaw && node.isCodelist())
+            return output.put(node.asString());
+        // The value alone: what belongs to the member (name, ID, packet expression, comments) is left out.
+        CFields value;
+        value.swapValue(node, false);
+        value.setOffsetStart(node.getOffsetStart());
+        value.setOffsetEnd(node.getOffsetEnd());
+        output.put(text4Tree(value, input.isText() ? input.text() : std::string_view(), {}));
+    }
+
+    std::string m_strFile;
+    std::string m_strPath;
+    tLoadOptions m_tLoad;
+    bool m_bRaw = false;
+    bool m_bJson = false;
+};
+}  // namespace
+
+std::unique_ptr<IVerb> makeGetVerb()
+{
+    return std::make_unique<CGetVerb>();
+}
+
+}  // namespace murv::tool
