@@ -1,3 +1,6 @@
+// ber/binary_parser.cpp - node records, read into a tree.
+//
+// Counts and lengths are believed only as far as the bytes that remain, so that memory stays in proportion to the file.
 #include "ber/binary_parser.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// ber/binary_writer.cpp - a tree as node records.
+//
+// Walks without recursion and writes by pointer into room that was asked for once per record.
 #include "ber/binary_writer.h"
 
 #include <cstring>

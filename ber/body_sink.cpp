@@ -1,3 +1,6 @@
+// ber/body_sink.cpp - the body of a file, enciphered slice by slice.
+//
+// A slice is enciphered while it is in the cache; plain text never exists as a whole.
 #include "ber/body_sink.h"
 
 #include <cstdlib>

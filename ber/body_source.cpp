@@ -1,3 +1,6 @@
+// ber/body_source.cpp - the body of a file, deciphered slice by slice.
+//
+// One window holds what is being read; it is wiped when it held what a password protects.
 #include "ber/body_source.h"
 
 #include <cstring>
@@ -11,14 +14,15 @@ CBodySource::CBodySource(std::string_view body, E_CipherType cipher)
     : m_pText(body.data()), m_pTextEnd(body.data() + body.size()), m_eCipher(cipher)
 {
     // Deciphering never gives more bytes than it takes.
-    m_pWindow.reset(new char[s_cnAhead + std::min(body.size(), s_cnTextSlice)]);
+    m_nRoom = s_cnAhead + std::min(body.size(), s_cnTextSlice);
+    m_pWindow.reset(new char[m_nRoom]);
     m_pCursor = m_pWindowEnd = m_pWindow.get();
 }
 
 CBodySource::~CBodySource()
 {
     if (isCipherKeyNeeded(m_eCipher))
-        wipe(m_pWindow.get(), static_cast<std::size_t>(m_pWindowEnd - m_pWindow.get()));
+        wipe(m_pWindow.get(), m_nRoom);  // also what lies behind a last, shorter slice
 }
 
 bool CBodySource::setKey(std::string_view key)

@@ -77,6 +77,7 @@ private:
     const char* m_pTextEnd;
     const E_CipherType m_eCipher;
     bool m_bEnded = false;  // everything that can be deciphered is
+    std::size_t m_nRoom;    // of the window
     std::unique_ptr<char[]> m_pWindow;
     char* m_pCursor;
     char* m_pWindowEnd;

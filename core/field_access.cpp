@@ -1,3 +1,6 @@
+// core/field_access.cpp - copying, moving and releasing the parts of a node.
+//
+// What may fail comes first in each step, so that a node is whole at every moment; trees are copied without recursion.
 #include "core/field_access.h"
 
 #include <cstring>
@@ -83,7 +86,11 @@ tSlot tFieldAccess::copySecond(const CFields& node)
         return second.m_eType == DT_codelist ? copySlot(second) : tSlot{DT_codelist, false, {}};
     tSlot copy{held, false, second.m_uValue};
     if (held == DT_bool)
-        copy.m_uValue.m_ullValue = second.m_uValue.m_ullValue & 0xFF ? 1 : 0;
+    {
+        unsigned char first = 0;
+        std::memcpy(&first, &second.m_uValue, sizeof first);
+        copy.m_uValue = boolValue(first != 0);
+    }
     return copy;
 }
 
@@ -220,6 +227,8 @@ void tFieldAccess::take(CFields& to, CFields& from) noexcept
     setMember(from, fromMember);
     if (aside(to) == nullptr)
         to.m_uiAside = 0;
+    if (tNodeAside* const record = aside(to))
+        record->m_tISA = {};  // of a callback that runs for the place, not for what moved on
     setOwner(to, toSet);
     setOwner(from, fromSet);
     if (fromSet != nullptr)

@@ -215,6 +215,7 @@ bool CFields::toSint64(long long& out, E_ValueKind vk) const
 bool CFields::toSint64(long& out, E_ValueKind vk) const
 {
     static_assert(sizeof(long) <= sizeof(long long));
+    out = 0;
     long long wide = 0;
     const bool done = toSint64(wide, vk);
     out = static_cast<long>(wide);
@@ -236,6 +237,7 @@ bool CFields::toUint64(unsigned long long& out, E_ValueKind vk) const
 
 bool CFields::toUint64(unsigned long& out, E_ValueKind vk) const
 {
+    out = 0;
     unsigned long long wide = 0;
     const bool done = toUint64(wide, vk);
     out = static_cast<unsigned long>(wide);

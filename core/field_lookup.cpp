@@ -42,11 +42,11 @@ const CFields* findNamed(const CFields& node, std::string_view name)
     return position == CNameIndex::s_cuiNone ? nullptr : &members->at(position);
 }
 
-/// Position of the first direct member of that name; elements of an array may have names, too.
+/// Position of the first direct member of that name, in field sets only.
 int position4Name(const CFields& node, std::string_view name)
 {
     const CFieldVector* const members = tFieldAccess::members(node);
-    if (members == nullptr || !isSearchable(name))
+    if (members == nullptr || !node.isField() || !isSearchable(name))
         return -1;
     const std::uint32_t position = members->find(name.data(), static_cast<unsigned int>(name.size()));
     return position == CNameIndex::s_cuiNone ? -1 : static_cast<int>(position);
@@ -240,6 +240,11 @@ bool CFields::removeChildAt(const char* name, unsigned int len, CFields* out)
     return removeChildAt(view(name, len), out);
 }
 
+bool CFields::removeChildAt(const char* name, int len, CFields* out)
+{
+    return len > 0 && removeChildAt(view(name, static_cast<unsigned int>(len)), out);
+}
+
 bool CFields::removeChildAt(const char* name, CFields* out)
 {
     return removeChildAt(view(name), out);
@@ -252,7 +257,7 @@ bool CFields::removeChildAt(const std::string& name, CFields* out)
 
 bool CFields::removeChildAt(std::string_view name, CFields* out)
 {
-    const int position = isField() ? position4Name(*this, name) : -1;
+    const int position = position4Name(*this, name);
     return position >= 0 && removeChildAt(position, out);
 }
 

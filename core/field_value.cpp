@@ -217,8 +217,7 @@ bool CFields::setValue(E_DataType dt, E_ValueKind vk)
 
 bool CFields::setValue(bool value, E_ValueKind vk)
 {
-    // All eight bytes are set, so that a copy under another type is well defined.
-    return setScalar(*this, vk, DT_bool, &uMultiValue::m_ullValue, value ? 1ULL : 0ULL);
+    return setScalar(*this, vk, DT_bool, &uMultiValue::m_ullValue, detail::boolValue(value).m_ullValue);
 }
 
 bool CFields::setValue(int value, E_ValueKind vk)
@@ -312,6 +311,12 @@ CFields& CFields::operator=(CFields source)
         tFieldAccess::takeValues(*this, source);
     else
         tFieldAccess::takeField(*this, source);
+    return *this;
+}
+
+CFields& CFields::operator=(E_DataType dt)
+{
+    setValue(dt);
     return *this;
 }
 

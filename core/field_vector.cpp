@@ -1,3 +1,6 @@
+// core/field_vector.cpp - members in blocks that never move.
+//
+// The head of a vector may be replaced when it grows; the nodes stay, and with them every reference to a member.
 #include "core/field_vector.h"
 
 #include <algorithm>
@@ -233,7 +236,7 @@ void CFieldVector::erase(CFieldVector*& self, std::uint32_t first, std::uint32_t
         self->dropIndex();
         indexNames(self);
     }
-    else if (index != nullptr)
+    else if (index != nullptr && first < self->m_uiCount)
         index->shiftBehind(first);
 }
 

@@ -1,3 +1,6 @@
+// core/fields.cpp - making nodes, and their ID, name and packet expression.
+//
+// The static nodes are made by the compiler, so that static initialisers of other files may use them.
 #include "murv/fields.h"
 
 #include <cstring>
@@ -46,7 +49,7 @@ CFields::CFields(E_DataType dt)
 
 CFields::CFields(bool value) noexcept
 {
-    tFieldAccess::setType(*this, DT_bool).m_ullValue = value ? 1 : 0;
+    tFieldAccess::setType(*this, DT_bool) = detail::boolValue(value);
 }
 
 CFields::CFields(int value) noexcept : CFields(static_cast<long long>(value))

@@ -1,3 +1,6 @@
+// core/heap_text.cpp - heap blocks of names, comments and string values.
+//
+// The one place that calls malloc and realloc for texts, with the messages for when there is no memory.
 #include "core/heap_text.h"
 
 #include <algorithm>

@@ -5,6 +5,8 @@
 // name index, a plain member's word names the set instead (lowest bit 1), and a side record carries the set's address.
 #pragma once
 
+#include <cstring>
+
 #include "core/heap_text.h"
 #include "murv/packet_expression.h"
 #include "murv/types.h"
@@ -19,6 +21,15 @@ struct tSlot
     bool m_bOwned = false;  // DT_codelist: the data is an owned block
     uMultiValue m_uValue;
 };
+
+/// A bool with all eight bytes set, so that a copy under another type is well defined.
+inline uMultiValue boolValue(bool value)
+{
+    uMultiValue bytes;
+    bytes.m_ullValue = 0;
+    std::memcpy(&bytes.m_ullValue, &value, sizeof value);
+    return bytes;
+}
 
 inline constexpr unsigned int s_cuiCommentCount = 3;
 

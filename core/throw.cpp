@@ -1,3 +1,6 @@
+// core/throw.cpp - misuse of the tree as exceptions.
+//
+// The text is made in a buffer of fixed size: what is thrown stays short whatever it quotes.
 #include "core/throw.h"
 
 #include <cstdio>

@@ -1,3 +1,6 @@
+// packet/clock.cpp - the one clock of the time keywords.
+//
+// Tests set the reading through the seam; the library reads the local time nowhere else.
 #include "packet/clock.h"
 
 #include <cerrno>

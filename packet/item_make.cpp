@@ -1,3 +1,6 @@
+// packet/item_make.cpp - value bytes of an item, and their fit.
+//
+// The kinds differ in two small steps, which are combined here instead of being written out eight times.
 #include "packet/item_make.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// packet/item_read.cpp - an item of a packet as a value.
+//
+// Every length is compared with the bytes that are left before it is believed.
 #include "packet/item_read.h"
 
 #include <algorithm>

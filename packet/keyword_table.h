@@ -112,15 +112,13 @@ constexpr const tKeywordRow* findKeyword(std::string_view name)
     return nullptr;
 }
 
-/// The part of the time that a name begins with, or null.
-constexpr const tTimePart* firstTimePart(std::string_view name)
+/// Row of the part of the time that a name begins with; behind the last row for none.
+constexpr std::size_t firstTimePart(std::string_view name)
 {
-    for (const tTimePart& part : s_ctTimeParts)
-    {
-        if (name.starts_with(part.m_strvLetters))
-            return &part;
-    }
-    return nullptr;
+    std::size_t row = 0;
+    while (row < std::size(s_ctTimeParts) && !name.starts_with(s_ctTimeParts[row].m_strvLetters))
+        ++row;
+    return row;
 }
 
 inline constexpr std::size_t s_cnMostTimeParts = 7;
@@ -135,10 +133,10 @@ struct tTimeParts
 constexpr tTimeParts splitTimeName(std::string_view name)
 {
     tTimeParts parts;
-    while (const tTimePart* const part = name.empty() ? nullptr : firstTimePart(name))
+    for (std::size_t row = 0; !name.empty() && (row = firstTimePart(name)) < std::size(s_ctTimeParts);)
     {
-        parts.m_pPart[parts.m_nCount++] = part;
-        name.remove_prefix(part->m_strvLetters.size());
+        parts.m_pPart[parts.m_nCount++] = &s_ctTimeParts[row];
+        name.remove_prefix(s_ctTimeParts[row].m_strvLetters.size());
     }
     return parts;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/field_access.h"
+#include "core/integer_text.h"
 #include "core/throw.h"
 #include "core/tree_walk.h"
 #include "murv/fields.h"
@@ -88,11 +89,15 @@ void setNumber(CFields& leaf, unsigned long long number)
     tFieldAccess::replaceValue(leaf, fresh);
 }
 
-/// Whether a fixed item of that length can show the size; a variable one always can.
+/// Whether a size item can show the size: a fixed one in its length, a variable one when its prefix is not cut.
 bool fitsSizeItem(const tPacketExpInfo& pei, unsigned int size)
 {
     if (pei.m_eLengthExp == LEC_V)
-        return true;
+    {
+        const int total = pei.m_ucPrefixSize - pei.m_cCalibration + static_cast<int>(detail::digits4Unsigned(size));
+        return pei.m_ePacketExp != PEC_A ||
+               (total >= 0 && detail::digits4Unsigned(static_cast<unsigned int>(total)) <= pei.m_ucPrefixSize);
+    }
     unsigned long long limit = 1;
     const unsigned long long base = pei.m_ePacketExp == PEC_A ? 10 : 256;
     for (unsigned int place = 0; place < pei.m_uiLength && limit <= size; ++place)

@@ -1,3 +1,6 @@
+// packet/pei_rules.cpp - which packet expressions from outside are valid.
+//
+// One order of tests for files and text, so that both refuse the same with the same words.
 #include "packet/pei_rules.h"
 
 #include "murv/fields.h"

@@ -1,3 +1,6 @@
+// packet/time_value.cpp - date and time keywords as numbers and back.
+//
+// Composite keywords are sequences of parts from the keyword table; ranges are tested part by part.
 #include "packet/time_value.h"
 
 namespace murv::detail

@@ -1,3 +1,6 @@
+// ser/pei_reader.cpp - the notation of packet expressions, read.
+//
+// Letters and keyword names come from the tables that the writer uses.
 #include "ser/pei_reader.h"
 
 #include <algorithm>

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "core/error_table.h"
 #include "core/field_access.h"
 #include "core/integer_text.h"
 #include "core/type_names.h"
@@ -20,7 +21,6 @@ namespace
 {
 
 constexpr const char* s_cpMakePEI = "murv::ISaver::makePEI";
-constexpr int s_cnInvalidParameter = -991;
 
 /// Writes texts and numbers one behind the other; the caller knows that there is room.
 class CPeiText
@@ -109,7 +109,7 @@ const char* ISaver::makePEI(E_DataType type, const tPacketExpInfo& pei, unsigned
     m_cPEI[0] = '\0';
     if (detail::tFieldAccess::isContainer(type))
     {
-        setUserError(s_cnInvalidParameter, "[%s#%d] '%s' data type was not supported", s_cpMakePEI, __LINE__,
+        setUserError(detail::s_ciInvalidParameter, "[%s#%d] '%s' data type was not supported", s_cpMakePEI, __LINE__,
                      detail::s_cpTypeNames[type]);
         return m_cPEI;
     }
@@ -125,10 +125,10 @@ const char* ISaver::makePEI(E_DataType type, const tPacketExpInfo& pei, unsigned
         const std::size_t behind = (option == 0 ? 0 : detail::digits4Unsigned(option)) + sizeof ")";
         const auto room = static_cast<std::size_t>(m_cPEI + sizeof m_cPEI - text.end());
         if (name == nullptr && pei.m_ucSkKind == 0)
-            setUserError(s_cnInvalidParameter, "[%s#%d] '%u' was invalid index of internal keyword", s_cpMakePEI,
+            setUserError(detail::s_ciInvalidParameter, "[%s#%d] '%u' was invalid index of internal keyword", s_cpMakePEI,
                          __LINE__, static_cast<unsigned int>(pei.m_usSkIndex));
         else if (length > room - behind)
-            setUserError(s_cnInvalidParameter, "[%s#%d] Too long keyword text(%u)", s_cpMakePEI, __LINE__,
+            setUserError(detail::s_ciInvalidParameter, "[%s#%d] Too long keyword text(%u)", s_cpMakePEI, __LINE__,
                          static_cast<unsigned int>(length));
         else if (name != nullptr)
         {

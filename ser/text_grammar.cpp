@@ -99,7 +99,7 @@ bool CTextParser::loadScalar(CFields& node, const tTokenInfo& token)
     case TT_true:
     case TT_false:
         slot.m_eType = DT_bool;
-        slot.m_uValue.m_ullValue = token.m_eType == TT_true ? 1 : 0;
+        slot.m_uValue = boolValue(token.m_eType == TT_true);
         return setSimple(node, token, slot);
     case TT_null: return setSimple(node, token, slot);
     default:

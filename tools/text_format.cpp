@@ -5,6 +5,7 @@
 #include "tools/text_format.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <sstream>
 #include <unordered_map>
@@ -222,6 +223,8 @@ bool isSameNode(const CFields& a, const CFields& b)
         return false;
     if (a.isField() || a.isArray())
         return a.getChildCount() == b.getChildCount();
+    if (a.getDT() == DT_double && std::isnan(a.asDouble()))
+        return std::isnan(b.asDouble());
     return a == b;
 }
 

@@ -36,10 +36,10 @@ public:
 
     /// Sets the code and a message of at most 511 characters, formatted as by printf.
     /// \return false, with nothing changed, when the text is empty, too long or not formattable.
-    bool setUserError(int code, const char* format, ...) MURV_PRINTF(3, 4);
+    bool setUserError(int code, const char* format, ...);
 
     /// As setUserError, but leaves the code alone.
-    bool setErrMsg(const char* format, ...) MURV_PRINTF(2, 3);
+    bool setErrMsg(const char* format, ...);
 
     /// The core of the two above; `args` is used up.
     bool setErrMsgVA(const char* format, va_list& args) MURV_PRINTF(2, 0);

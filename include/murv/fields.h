@@ -59,7 +59,7 @@ using tForeignPointer = std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, ch
 
 /// Walks the direct members of a node in order; made by CFields::begin and end.
 ///
-/// Stays valid while members are appended; ends with the removal of members or of the parent's value.
+/// Stays valid while members are appended, unless it stands at the end; ends with the removal of members or of the parent's value.
 template <typename T>
 class CMemberIterator
 {
@@ -71,6 +71,12 @@ public:
     using reference = T&;
 
     CMemberIterator() = default;
+    /// An iterator that may change members serves where one may not.
+    template <typename U, std::enable_if_t<std::is_same_v<T, const U>, int> = 0>
+    CMemberIterator(const CMemberIterator<U>& other)
+        : m_pParent(other.m_pParent), m_pCurrent(other.m_pCurrent), m_pRunEnd(other.m_pRunEnd), m_iIndex(other.m_iIndex)
+    {
+    }
     CMemberIterator(const CFields& parent, difference_type index);
 
     reference operator*() const
@@ -160,6 +166,9 @@ public:
     }
 
 private:
+    template <typename>
+    friend class CMemberIterator;
+
     void seek();
 
     const CFields* m_pParent = nullptr;  // not owned; its vector may be replaced by a larger one
@@ -440,7 +449,8 @@ public:
     {
         return !detail::isNegativeIndex(index) && removeChildAt(detail::narrowIndex(index), out);
     }
-    bool removeChildAt(const char* name, unsigned int len, CFields* out);
+    bool removeChildAt(const char* name, unsigned int len, CFields* out = nullptr);
+    bool removeChildAt(const char* name, int len, CFields* out = nullptr);
     bool removeChildAt(const char* name, CFields* out = nullptr);
     bool removeChildAt(const std::string& name, CFields* out = nullptr);
     bool removeChildAt(std::string_view name, CFields* out = nullptr);
@@ -502,6 +512,7 @@ public:
     /// A bare value (no ID, name, packet length, user pointer or offsets) replaces the values only; any other node is
     /// taken whole.
     CFields& operator=(CFields source);
+    CFields& operator=(E_DataType dt);
     CFields& operator=(bool value);
     CFields& operator=(int value);
     CFields& operator=(unsigned int value);
@@ -663,7 +674,7 @@ public:
     /// \param encodingRule  0 indented text, 1 one-line text, 2 binary
     /// \param style         bits of E_SaveStyle
     /// \param password      binary only; null or empty for none
-    std::string toMURV(unsigned char encodingRule, unsigned char style = 63, const char* password = nullptr) const;
+    std::string toMURV(unsigned char encodingRule = 0, unsigned char style = 63, const char* password = nullptr) const;
 
 private:
     friend struct detail::tFieldAccess;

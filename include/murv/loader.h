@@ -84,12 +84,13 @@ public:
     /// What the document does not state (name, ID, packet expression, comments of the target) is left as it is. When
     /// loading text fails, a target that is a container loses its members; of binary data what was read stays. Cost:
     /// linear in `size`.
-    /// \param data      not kept beyond the call
+    /// \param data      not kept beyond the call; must not lie in `target`
     /// \param size      in bytes; at most 2147483647
     /// \param password  binary only; null or empty for none
     /// \param comments  keep comments in the tree (needs LCBC_COMMENT too)
     /// \return false on failure: see getLastErrMsg and getErrorRanges
-    /// Throws CLogicError when the document nests deeper than 1000 levels, and std::bad_alloc; nothing else.
+    /// Throws CLogicError when the document nests deeper than 1000 levels, std::bad_alloc, and what keyword callbacks
+    /// of the application throw; nothing else because of what the document says.
     virtual bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,
                         bool comments = true) = 0;
     /// True when the last load left no error.

@@ -50,10 +50,10 @@ struct tPacketExpInfo
     unsigned int m_uiLength;             ///< length in bytes; of a variable item the total last made or parsed
 };
 
+#pragma pack(pop)
+
 /// One entry of the list in which size keywords remember, during one run, what later items need.
 struct tMemoFieldInfo;
-
-#pragma pack(pop)
 
 static_assert(sizeof(tPacketExpInfo) == 10, "a packet expression is ten bytes");
 

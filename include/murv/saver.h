@@ -31,7 +31,7 @@ struct tKeptBlock
     tKeptBlock(const tKeptBlock&) noexcept
     {
     }
-    tKeptBlock& operator=(const tKeptBlock&) noexcept
+    tKeptBlock& operator=(const tKeptBlock&) noexcept  // NOLINT(bugprone-unhandled-self-assignment): keeps its own
     {
         return *this;
     }

@@ -14,7 +14,7 @@ class CStaticString
 {
 public:
     /// \param text  borrowed for ever; not copied
-    constexpr explicit CStaticString(const char* text) : m_pText(text)
+    constexpr CStaticString(const char* text) : m_pText(text)
     {
     }
     constexpr const char* c_str() const
@@ -46,7 +46,7 @@ public:
 
     CAllotString() = default;
     /// Copies a text of 1 to 255 bytes; null or any other length leaves the string empty.
-    explicit CAllotString(const char* text);
+    CAllotString(const char* text);
     /// Takes `length` bytes (1 to 255) under `policy`; anything invalid leaves the string empty.
     CAllotString(const char* text, unsigned int length, E_DuplicationPolicy policy);
     CAllotString(const CAllotString& other);

@@ -1,3 +1,6 @@
+// io/base/id_index.cpp - the nodes of a document by ID, in document order.
+//
+// Order is told by places, not by when nodes were made; common documents never need more than the newest entry.
 #include "io/base/id_index.h"
 
 #include <algorithm>
@@ -105,7 +108,13 @@ void CIdIndex::enter(unsigned int id, CFields& node, tPlace place, std::uint64_t
         if (many.m_pSorted == nullptr && isBefore(m_vSeen[many.m_vRow.back()].m_tPlace, place))
             many.m_vRow.push_back(seen);
         else
-            sort(many).insert(seen);
+        {
+            tSorted& sorted = sort(many);
+            if (!sorted.empty() && isBefore(m_vSeen[*sorted.rbegin()].m_tPlace, place))
+                sorted.insert(sorted.end(), seen);  // the most: it comes last
+            else
+                sorted.insert(seen);
+        }
     }
     same.m_ullNewest = order;
 }

@@ -1,3 +1,6 @@
+// io/base/loader_base.cpp - what all loaders share: configuration, and reading strings and streams.
+//
+// Sizes are tested before they are narrowed to the 32 bits that loaders work with.
 #include <cstring>
 #include <istream>
 #include <string>

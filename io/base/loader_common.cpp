@@ -1,3 +1,6 @@
+// io/base/loader_common.cpp - parse stack, error records and members by name and ID.
+//
+// Both loaders add members through here, so that repeated names and IDs mean the same in text and in binary data.
 #include <cstring>
 #include <string>
 

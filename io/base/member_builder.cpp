@@ -1,3 +1,6 @@
+// io/base/member_builder.cpp - members of a container that is being read.
+//
+// Few names are compared, some are filtered by their hash, many are indexed: no document makes a search quadratic.
 #include "io/base/member_builder.h"
 
 #include <algorithm>
@@ -44,7 +47,9 @@ std::uint32_t CMemberBuilder::makeSet(CIdIndex& index)
     if (place.m_uiSet == CIdIndex::s_cuiNone && m_pOuter != nullptr)
     {
         place.m_uiSet = m_pOuter->makeSet(index);
-        element = tFieldAccess::type(m_pOuter->node()) == DT_array;
+        // What has neither name nor ID cannot be read again, as elements of arrays cannot.
+        element = tFieldAccess::type(m_pOuter->node()) == DT_array ||
+                  (tFieldAccess::name(m_tNode).empty() && tFieldAccess::id(m_tNode) == 0);
     }
     m_uiSet = index.addSet(place, element);
     return m_uiSet;

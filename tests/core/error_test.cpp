@@ -172,7 +172,7 @@ TEST(ErrorBase, codeAloneIsAnError)
 TEST(ErrorBase, emptyMessageIsRefused)
 {
     CErrorBase error;
-    EXPECT_FALSE(error.setUserError(-991, "%s", ""));
+    EXPECT_FALSE(error.setUserError(-991, ""));
     EXPECT_FALSE(error.isError());
     error.setUserError(-987, "before");
     EXPECT_FALSE(error.setUserError(-991, "%s", ""));

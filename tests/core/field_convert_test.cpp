@@ -431,4 +431,12 @@ TEST(ResizeCodes, refusesAnythingElse)
     EXPECT_FALSE(text.resizeCodes(5, ' ', VK_fix)) << "the second value is null";
 }
 
+TEST(ToInteger, setsTheLongToZeroBeforeItThrows)
+{
+    const CFields node(CFields::maxUint64);
+    long out = 77;
+    EXPECT_THROW(node.toSint64(out), murv::CLogicError);
+    EXPECT_EQ(0, out);
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 //
 // Times are compared with each other, with room for noise: what must fail is a cost that grows with the size.
 #include <gtest/gtest.h>
+#include <ctime>
 
 #include <algorithm>
 #include <chrono>
@@ -124,6 +125,20 @@ TEST(Growth, aLookUpIsNotMadeSlowByMissing)
             ASSERT_EQ(&CFields::nullRef, &constant["missing" + std::to_string(i)]);
     });
     EXPECT_LT(time, 20.0) << "a scan for each would take hours";
+}
+
+TEST(Growth, aLargeSetIsEmptiedFromTheBackAtTheSameCostPerMember)
+{
+    const auto seconds = [](unsigned int count) {
+        CFields tree(DT_fields);
+        for (unsigned int i = 0; i < count; ++i)
+            tree.addChildRef("n" + std::to_string(i)) = 1;
+        const std::clock_t begin = std::clock();
+        while (tree.getChildCount() != 0)
+            tree.removeChildAt(tree.getChildCount() - 1);
+        return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+    };
+    EXPECT_LT(seconds(64000), std::max(seconds(4000), 0.001) * 80);
 }
 
 }  // namespace

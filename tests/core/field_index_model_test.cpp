@@ -387,7 +387,7 @@ TEST(NameIndex, swappingASetWithAnArrayKeepsBothRight)
     EXPECT_EQ(7, b["seven"].asSint32());
     EXPECT_EQ(7, a[7].asSint32());
     EXPECT_TRUE(a[7].setName("seven"));
-    EXPECT_EQ(7, a.getChildIdx4Name("seven"));
+    EXPECT_EQ(-1, a.getChildIdx4Name("seven")) << "elements of arrays are not found by name";
 }
 
 }  // namespace

@@ -203,4 +203,39 @@ TEST(Interface, valuesArePassedWithoutSpellingTheNode)
     EXPECT_EQ("text", tree["a"][1].asString());
 }
 
+TEST(Interface, savingNeedsNoArguments)
+{
+    EXPECT_EQ("{\n  \"a\" = 1\n}", [] {
+        CFields tree;
+        tree.addChildRef("a") = 1;
+        return tree.toMURV();
+    }());
+}
+
+TEST(Interface, removingByNameAndLengthNeedsNoOut)
+{
+    CFields tree;
+    tree.addChildRef("abc") = 1;
+    EXPECT_FALSE(tree.removeChildAt("abc", 0));
+    EXPECT_FALSE(tree.removeChildAt("abc", -1));
+    EXPECT_TRUE(tree.removeChildAt("abcdef", 3));
+    EXPECT_EQ(0u, tree.getChildCount());
+}
+
+TEST(Interface, aTypeIsAssignedAsAType)
+{
+    CFields node(5);
+    node = DT_array;
+    EXPECT_TRUE(node.isArray());
+}
+
+TEST(Interface, anIteratorServesWhereMembersMayNotBeChanged)
+{
+    CFields array;
+    array.addArrayAt(7);
+    CFields::const_iterator at = array.begin();
+    EXPECT_EQ(7, at->asSint32());
+    EXPECT_TRUE(++at == array.end());
+}
+
 }  // namespace

@@ -470,4 +470,24 @@ TEST(PacketMemory, everyAllocationMayFail)
     });
 }
 
+TEST_F(PacketCallback, aNodeThatIsMovedAwayDoesNotTakeTheViewOfThePacketAlong)
+{
+    const tCleanRegistries clean;
+    CFields::setAllotPktFP4ESK(3, [](unsigned short, unsigned char, CFields& node) {
+        CFields taken(std::move(node));
+        EXPECT_EQ(nullptr, taken.pkt_GetISA4ESK().m_pPacket);
+        node = "z";
+        return 1;
+    });
+    CFields leaf("a");
+    tPacketExpInfo pei = pei4("ACF", 1);
+    pei.m_uiLength = 1;
+    pei.m_ucPrefixSize = 0;
+    pei.m_ucSkKind = 3;
+    pei.m_usSkIndex = 1;
+    leaf.pkt_SetExp(pei);
+    leaf.pkt_Make4OneSelf(true);
+    EXPECT_EQ(nullptr, leaf.pkt_GetISA4ESK().m_pPacket);
+}
+
 }  // namespace

@@ -352,4 +352,20 @@ TEST(PacketSize, manySizeItemsCostLinearTime)
     EXPECT_EQ(tree.pkt_Make4Children(true), expected);
 }
 
+TEST(SizeKeyword, aSizeThatTheVariablePrefixWouldCutIsRefused)
+{
+    CFields tree(DT_fields);
+    addSize(tree, "", 1);
+    CFields& size = tree[0];
+    tPacketExpInfo pei = size.pkt_GetExp();
+    pei.m_eLengthExp = LEC_V;
+    pei.m_ucPrefixSize = 1;
+    pei.m_cCalibration = -5;
+    pei.m_uiLength = 0;
+    size.pkt_SetExp(pei);
+    addSized(tree, "", std::string(1000, 'x'), 1);
+    EXPECT_EQ(thrown([&] { tree.pkt_Make4Children(true); }),
+              "[murv::CFields::pkt_allotValue4SKI#0] Size(1000) does not fit its size item");
+}
+
 }  // namespace

@@ -59,6 +59,28 @@ std::string name(unsigned int i)
 {
     return "\"n" + std::to_string(i) + "\"=";
 }
+double seconds4Byte(const std::string& text)
+{
+    return seconds4Load(text, true) / static_cast<double>(text.size());
+}
+
+TEST(Growth, documentsMadeToBeSlowCostLittleMoreThanOrdinaryOnes)
+{
+    const auto repeated = [](const std::string& text, unsigned int count) {
+        std::string all;
+        for (unsigned int i = 0; i < count; ++i)
+            all += text;
+        return all;
+    };
+    const double ordinary = seconds4Byte(
+        "[" + repeated("{\"id\"=17,\"name\"=\"somebody\",\"amount\"=12.5,\"tags\"=[1,2,3]},", 20000) + "1]");
+    const std::string chain = repeated("{#5,", 900) + repeated("},", 900);
+    const double bound = 40 * ordinary;  // ten is the aim; a noisy machine is allowed for
+    EXPECT_LT(seconds4Byte("{" + repeated("{#5},", 200000) + "1}"), bound);
+    EXPECT_LT(seconds4Byte("{\"a\"={#5},\"b\"={#5},\"a\"=1," + repeated(chain, 200) + "1}"), bound);
+    EXPECT_LT(seconds4Byte("{" + repeated(",", 400000) + "}"), bound);
+}
+
 }  // namespace
 
 TEST(GrowthOfLoad, members)
