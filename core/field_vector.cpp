@@ -10,6 +10,8 @@
 #include <memory>
 #include <new>
 
+#include "core/heap_block.h"
+
 namespace murv
 {
 
@@ -23,7 +25,7 @@ constexpr std::uint32_t s_cuiShortestShift = 3;
 
 void* allot(std::uint64_t size)
 {
-    void* const block = std::malloc(size);
+    void* const block = detail::allotBlock(size);
     if (block == nullptr)
         throw std::bad_alloc();
     return block;

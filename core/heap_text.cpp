@@ -8,6 +8,7 @@
 #include <memory>
 #include <utility>
 
+#include "core/heap_block.h"
 #include "core/throw.h"
 
 namespace murv::detail
@@ -30,7 +31,7 @@ void finishPrefixed(char* block, unsigned int length)
 char* duplicateStream(const char* source, unsigned int length)
 {
     length = std::min(length, s_cuiTextLimit);
-    char* const block = static_cast<char*>(std::malloc(std::size_t{length} + 1));
+    char* const block = static_cast<char*>(allotBlock(std::size_t{length} + 1));
     if (block == nullptr)
         throwAt("murv::duplicateStream", "Failed to allocate string a_cpSrc buffer");
     if (length != 0)
@@ -43,7 +44,7 @@ char* allotPrefixed(unsigned int length)
 {
     if (length > s_cuiPrefixedLimit)
         throwAt("murv::duplicatePrefixedStream", "a_uiSrcLen too big for prefixing");
-    char* const block = static_cast<char*>(std::malloc(length + s_cnPrefixedExtra));
+    char* const block = static_cast<char*>(allotBlock(length + s_cnPrefixedExtra));
     if (block == nullptr)
         throwAt("murv::duplicatePrefixedStream", "Failed to allocate string a_cpSrc buffer");
     finishPrefixed(block, length);
@@ -65,7 +66,7 @@ char* resizePrefixed(char* block, unsigned int length, unsigned char fill)
     const auto before = static_cast<unsigned int>(view4Prefixed(block).size());
     if (before == length)
         return block;
-    char* const resized = static_cast<char*>(std::realloc(block, length + s_cnPrefixedExtra));
+    char* const resized = static_cast<char*>(resizeBlock(block, length + s_cnPrefixedExtra));
     if (resized == nullptr)
         return block;
     if (length > before)

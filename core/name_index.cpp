@@ -9,6 +9,7 @@
 
 #include "core/field_access.h"
 #include "core/field_vector.h"
+#include "core/heap_block.h"
 #include "core/wide_math.h"
 
 namespace murv::detail
@@ -48,7 +49,7 @@ std::uint32_t hash4Name(const char* name, unsigned int length) noexcept
     for (; length >= 8; name += 8, length -= 8)
         state = mix(state ^ load(name, 8), s_cullMixB);
     state = mix(state ^ load(name, length), s_cullMixA);
-    return static_cast<std::uint32_t>(state ^ (state >> 32));
+    return static_cast<std::uint32_t>(state ^ (state >> 32)) >> 1;  // 31 bits: the index keeps a flag in the top one
 }
 
 CNameIndex::~CNameIndex()
@@ -60,7 +61,7 @@ void CNameIndex::clear() noexcept
 {
     std::free(m_pTable);
     m_pTable = nullptr;
-    m_uiMask = m_uiUsed = m_uiShadowed = 0;
+    m_uiMask = m_uiUsed = 0;
 }
 
 bool CNameIndex::build(const CFieldVector& members) noexcept
@@ -88,7 +89,8 @@ std::uint32_t CNameIndex::find(const CFieldVector& members, const char* name, un
         const tEntry& entry = m_pTable[at];
         if (entry.m_uiPosition == s_cuiNone)
             return s_cuiNone;
-        if (entry.m_uiHash == hash && tFieldAccess::isNamed(members.at(entry.m_uiPosition), name, length))
+        if ((entry.m_uiHash & ~s_cuiShared) == hash &&
+            tFieldAccess::isNamed(members.at(entry.m_uiPosition), name, length))
             return entry.m_uiPosition;
     }
 }
@@ -99,11 +101,11 @@ bool CNameIndex::insert(const CFieldVector& members, std::uint32_t position, std
     for (std::uint32_t at = hash & m_uiMask; m_pTable[at].m_uiPosition != s_cuiNone; at = (at + 1) & m_uiMask)
     {
         tEntry& entry = m_pTable[at];
-        if (entry.m_uiHash != hash || tFieldAccess::name(members.at(entry.m_uiPosition)) != name)
+        if ((entry.m_uiHash & ~s_cuiShared) != hash || tFieldAccess::name(members.at(entry.m_uiPosition)) != name)
             continue;
         if (position == entry.m_uiPosition)
             return true;
-        ++m_uiShadowed;
+        entry.m_uiHash |= s_cuiShared;
         if (position < entry.m_uiPosition)
             entry.m_uiPosition = position;
         return true;
@@ -122,12 +124,11 @@ bool CNameIndex::remove(std::uint32_t position, std::uint32_t hash) noexcept
     {
         if (m_pTable[hole].m_uiPosition == s_cuiNone)
         {
-            --m_uiShadowed;  // not entered: an earlier member has this name
-            return true;
+            return true;  // not entered: an earlier member has this name
         }
         hole = (hole + 1) & m_uiMask;
     }
-    if (m_uiShadowed != 0)
+    if ((m_pTable[hole].m_uiHash & s_cuiShared) != 0)
         return false;
     --m_uiUsed;
     // Close the gap, so that no probing stops short: an entry moves back unless its own place lies behind the hole.
@@ -155,7 +156,12 @@ void CNameIndex::shiftBehind(std::uint32_t position) noexcept
 
 bool CNameIndex::resize(std::uint64_t room) noexcept
 {
-    tEntry* const table = static_cast<tEntry*>(std::malloc(room * sizeof(tEntry)));
+    if (room > s_cuiShared)  // places are told by the bits below the flag
+    {
+        clear();
+        return false;
+    }
+    tEntry* const table = static_cast<tEntry*>(allotBlock(room * sizeof(tEntry)));
     if (table == nullptr)
     {
         clear();

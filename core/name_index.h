@@ -1,7 +1,7 @@
 // core/name_index.h - finds members of a large field set by name.
 //
 // A hash table of positions beside the members, made when a set grows large. It holds the first member of each name,
-// and counts the later ones of equal names, so that what it finds is always what a scan from the front finds. The hash
+// and marks the names that later ones have, too, so that what it finds is always what a scan from the front finds. The hash
 // is seeded once per process: a document cannot be written to make all its names collide.
 #pragma once
 
@@ -44,9 +44,10 @@ public:
 private:
     struct tEntry
     {
-        std::uint32_t m_uiHash;
+        std::uint32_t m_uiHash;      // without the top bit, which tells that later members have the name, too
         std::uint32_t m_uiPosition;  // s_cuiNone: free
     };
+    static constexpr std::uint32_t s_cuiShared = 0x80000000;
 
     bool resize(std::uint64_t room) noexcept;
     void place(tEntry entry) noexcept;
@@ -55,7 +56,6 @@ private:
     tEntry* m_pTable = nullptr;  // owned
     std::uint32_t m_uiMask = 0;
     std::uint32_t m_uiUsed = 0;
-    std::uint32_t m_uiShadowed = 0;  // members behind another of the same name
 };
 
 }  // namespace detail

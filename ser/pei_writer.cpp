@@ -125,8 +125,8 @@ const char* ISaver::makePEI(E_DataType type, const tPacketExpInfo& pei, unsigned
         const std::size_t behind = (option == 0 ? 0 : detail::digits4Unsigned(option)) + sizeof ")";
         const auto room = static_cast<std::size_t>(m_cPEI + sizeof m_cPEI - text.end());
         if (name == nullptr && pei.m_ucSkKind == 0)
-            setUserError(detail::s_ciInvalidParameter, "[%s#%d] '%u' was invalid index of internal keyword", s_cpMakePEI,
-                         __LINE__, static_cast<unsigned int>(pei.m_usSkIndex));
+            setUserError(detail::s_ciInvalidParameter, "[%s#%d] '%u' was invalid index of internal keyword",
+                         s_cpMakePEI, __LINE__, static_cast<unsigned int>(pei.m_usSkIndex));
         else if (length > room - behind)
             setUserError(detail::s_ciInvalidParameter, "[%s#%d] Too long keyword text(%u)", s_cpMakePEI, __LINE__,
                          static_cast<unsigned int>(length));
