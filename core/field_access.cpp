@@ -139,8 +139,11 @@ void tFieldAccess::copyParts(CFields& to, const CFields& from)
     to.m_tPEI = from.m_tPEI;
     to.m_iOffsetStart = from.m_iOffsetStart;
     to.m_iOffsetEnd = from.m_iOffsetEnd;
-    if (from.m_pName != nullptr)
-        setFirstName(to, from.m_pName, from.m_ucNameLen);
+    if (hasLongName(from))
+        setLongName(to, longName(from), from.m_ucNameLen);
+    else
+        std::memcpy(to.m_acName, from.m_acName, sizeof to.m_acName);
+    to.m_ucNameLen = from.m_ucNameLen;
     const tNodeAside* const record = aside(from);
     if (record == nullptr || (record->m_pOSA == nullptr && !record->m_bComment))
         return;
@@ -200,15 +203,21 @@ CFieldVector* tFieldAccess::copyMembers(const CFieldVector* members, bool asFiel
     return outermost;
 }
 
+void tFieldAccess::setLongName(CFields& node, const char* name, unsigned int length)
+{
+    char* const block = duplicateStream(name, length);
+    std::memcpy(node.m_acName, &block, sizeof block);
+}
+
 void tFieldAccess::rename(CFields& node, const char* name, unsigned int length)
 {
-    char* const fresh = name == nullptr ? nullptr : duplicateStream(name, length);
+    CFields holder;  // what the node had goes last: the new name may lie in it
+    if (name != nullptr && length != 0)
+        setFirstName(holder, name, length);
     CFieldVector* const set = owner(node);
     if (set != nullptr)
         set->beforeRename(node);
-    std::free(node.m_pName);
-    node.m_pName = fresh;
-    node.m_ucNameLen = static_cast<unsigned char>(fresh == nullptr ? 0 : length);
+    swapNameParts(node, holder);
     if (set != nullptr)
         set->afterRename(node);
 }
@@ -256,8 +265,7 @@ void tFieldAccess::swapNames(CFields& a, CFields& b) noexcept
         aSet->beforeRename(a);
     if (bSet != nullptr)
         bSet->beforeRename(b);
-    std::swap(a.m_pName, b.m_pName);
-    std::swap(a.m_ucNameLen, b.m_ucNameLen);
+    swapNameParts(a, b);
     if (aSet != nullptr)
         aSet->afterRename(a);
     if (bSet != nullptr)
@@ -314,8 +322,7 @@ bool tFieldAccess::takeField(CFields& to, CFields& from)
     CFieldVector* const set = owner(to);
     if (set != nullptr)
         set->beforeRename(to);
-    std::swap(to.m_pName, from.m_pName);
-    std::swap(to.m_ucNameLen, from.m_ucNameLen);
+    swapNameParts(to, from);
     if (set != nullptr)
         set->afterRename(to);
     return true;

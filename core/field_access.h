@@ -5,10 +5,13 @@
 #pragma once
 
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "core/heap_text.h"
 #include "core/node_aside.h"
+#include "core/word_bytes.h"
 #include "murv/fields.h"
 
 namespace murv::detail
@@ -103,18 +106,26 @@ struct tFieldAccess
 
     // Name and ID.
 
+    /// A NUL follows the name, also when there is none.
     static std::string_view name(const CFields& node)
     {
-        return {node.m_pName, node.m_ucNameLen};
+        return {hasLongName(node) ? longName(node) : node.m_acName, node.m_ucNameLen};
     }
-    static bool isNamed(const CFields& node, const char* name, unsigned int length)
+    static bool isNamed(const CFields& node, const char* text, unsigned int length)
     {
-        return node.m_ucNameLen == length && std::memcmp(node.m_pName, name, length) == 0;
+        if (node.m_ucNameLen != length)
+            return false;
+        if (hasLongName(node))
+            return std::memcmp(longName(node), text, length) == 0;
+        return equalShort(node.m_acName, text, length);
     }
     /// Gives a node that has no name yet, and that no index knows, a name of 1 to 255 bytes.
     static void setFirstName(CFields& node, const char* name, unsigned int length)
     {
-        node.m_pName = duplicateStream(name, length);
+        if (length < CFields::s_cuiNameRoom)
+            copyShort(node.m_acName, name, length);
+        else
+            setLongName(node, name, length);
         node.m_ucNameLen = static_cast<unsigned char>(length);
     }
     static unsigned int id(const CFields& node)
@@ -135,6 +146,14 @@ struct tFieldAccess
     static const tPacketExpInfo& pei(const CFields& node)
     {
         return node.m_tPEI;
+    }
+    static void setOffsetStart(CFields& node, int start)
+    {
+        node.m_iOffsetStart = start;
+    }
+    static void setOffsetEnd(CFields& node, int end)
+    {
+        node.m_iOffsetEnd = end;
     }
     static void setOffsets(CFields& node, int start, int end)
     {
@@ -180,7 +199,8 @@ struct tFieldAccess
     /// Frees name, side record and a string value, and hands the members out unreleased. The node is then raw memory.
     static CFieldVector* release(CFields& node)
     {
-        std::free(node.m_pName);
+        if (hasLongName(node))
+            std::free(longName(node));
         if (node.m_uiAside != 0)
             releaseAside(node);
         const E_DataType held = type(node);
@@ -237,6 +257,23 @@ struct tFieldAccess
     static constexpr std::uintptr_t s_cuiOwnerTag = 1;
 
 private:
+    static bool hasLongName(const CFields& node)
+    {
+        return node.m_ucNameLen >= CFields::s_cuiNameRoom;
+    }
+    static char* longName(const CFields& node)
+    {
+        char* block = nullptr;
+        std::memcpy(&block, node.m_acName, sizeof block);
+        return block;
+    }
+    static void setLongName(CFields& node, const char* name, unsigned int length);
+    /// Without telling an index.
+    static void swapNameParts(CFields& a, CFields& b) noexcept
+    {
+        std::swap(a.m_acName, b.m_acName);
+        std::swap(a.m_ucNameLen, b.m_ucNameLen);
+    }
     static void releaseAside(CFields& node) noexcept;
     /// Values and the other parts, except members: a container copies as an empty one.
     static void copyParts(CFields& to, const CFields& from);

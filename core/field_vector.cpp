@@ -84,19 +84,8 @@ CFieldVector::tRun CFieldVector::run(std::uint32_t index) const noexcept
     return {begin + place.m_uiOffset, begin + end};
 }
 
-std::uint32_t CFieldVector::find(const char* name, unsigned int length) const noexcept
+std::uint32_t CFieldVector::findInLarge(const char* name, unsigned int length) const noexcept
 {
-    if (isSmall())
-    {
-        const CFields* const begin = first();
-        const CFields* const end = begin + m_uiCount;
-        for (const CFields* node = begin; node != end; ++node)
-        {
-            if (tFieldAccess::isNamed(*node, name, length))
-                return static_cast<std::uint32_t>(node - begin);
-        }
-        return CNameIndex::s_cuiNone;
-    }
     if (large().m_pIndex != nullptr)
         return large().m_pIndex->find(*this, name, length, hash4Name(name, length));
     for (std::uint32_t i = 0; i < m_uiCount;)

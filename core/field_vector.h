@@ -74,7 +74,17 @@ public:
     }
 
     /// Position of the first member of that name, or CNameIndex::s_cuiNone.
-    std::uint32_t find(const char* name, unsigned int length) const noexcept;
+    std::uint32_t find(const char* name, unsigned int length) const noexcept
+    {
+        if (!isSmall())
+            return findInLarge(name, length);
+        for (std::uint32_t i = 0; i < m_uiCount; ++i)
+        {
+            if (detail::tFieldAccess::isNamed(first()[i], name, length))
+                return i;
+        }
+        return detail::CNameIndex::s_cuiNone;
+    }
 
     /// Appends a node in the basic state. `self` may be replaced. Throws std::bad_alloc.
     static CFields& append(CFieldVector*& self);
@@ -117,6 +127,7 @@ private:
     }
     tLarge& large() const noexcept;
     std::uint32_t position(const CFields& member) const noexcept;
+    std::uint32_t findInLarge(const char* name, unsigned int length) const noexcept;
     static tLarge* grow(CFieldVector* self);
     static void freeBlocks(CFieldVector* self) noexcept;
     std::unique_ptr<detail::CNameIndex> makeIndex() const noexcept;

@@ -140,7 +140,7 @@ bool CFields::setID(unsigned int id)
 
 const char* CFields::getName() const
 {
-    return m_pName == nullptr ? "" : m_pName;
+    return tFieldAccess::name(*this).data();
 }
 
 unsigned int CFields::getNameLen() const

@@ -11,6 +11,7 @@
 #include "core/field_vector.h"
 #include "core/heap_block.h"
 #include "core/wide_math.h"
+#include "core/word_bytes.h"
 
 namespace murv::detail
 {
@@ -33,22 +34,15 @@ std::uint64_t makeSeed() noexcept
     return mix(reinterpret_cast<std::uintptr_t>(&now) ^ s_cullMixA, now ^ s_cullMixB) ^
            reinterpret_cast<std::uintptr_t>(&makeSeed);
 }
-
-std::uint64_t load(const char* bytes, std::size_t count) noexcept
-{
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes, count);
-    return word;
-}
 }  // namespace
 
 std::uint32_t hash4Name(const char* name, unsigned int length) noexcept
 {
     static const std::uint64_t seed = makeSeed();
     std::uint64_t state = seed ^ length;
-    for (; length >= 8; name += 8, length -= 8)
-        state = mix(state ^ load(name, 8), s_cullMixB);
-    state = mix(state ^ load(name, length), s_cullMixA);
+    for (; length > 8; name += 8, length -= 8)
+        state = mix(state ^ loadWord(name), s_cullMixB);
+    state = mix(state ^ pack4Short(name, length), s_cullMixA);
     return static_cast<std::uint32_t>(state ^ (state >> 32)) >> 1;  // 31 bits: the index keeps a flag in the top one
 }
 

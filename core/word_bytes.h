@@ -6,6 +6,7 @@
 #define MURV_CORE_WORD_BYTES_H
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -40,6 +41,75 @@ inline void storeWord(char* to, std::uint64_t word) noexcept
     std::memcpy(to, &word, sizeof word);
 }
 
+/// Copies fewer than 32 bytes that do not overlap, without a call.
+inline void copyShort(char* to, const char* from, std::size_t count) noexcept
+{
+    // Two pieces that may overlap each other: from the front and up to the end.
+    const auto copyEnds = [=](auto piece) {
+        std::memcpy(&piece, from, sizeof piece);
+        auto last = piece;
+        std::memcpy(&last, from + count - sizeof last, sizeof last);
+        std::memcpy(to, &piece, sizeof piece);
+        std::memcpy(to + count - sizeof last, &last, sizeof last);
+    };
+    struct tSixteen
+    {
+        std::uint64_t m_ullHalf[2];
+    };
+    if (count >= sizeof(tSixteen))
+        copyEnds(tSixteen{});
+    else if (count >= 8)
+        copyEnds(std::uint64_t{0});
+    else if (count >= 4)
+        copyEnds(std::uint32_t{0});
+    else if (count >= 2)
+        copyEnds(std::uint16_t{0});
+    else if (count == 1)
+        *to = *from;
+}
+
+/// Whether fewer than 32 bytes are the same, without a call.
+inline bool equalShort(const char* a, const char* b, std::size_t count) noexcept
+{
+    // Two pieces that may overlap each other: from the front and up to the end.
+    const auto equalPieces = [=](auto piece, std::size_t at) {
+        auto other = piece;
+        std::memcpy(&piece, a + at, sizeof piece);
+        std::memcpy(&other, b + at, sizeof other);
+        return piece == other;
+    };
+    const auto equalEnds = [=](auto piece) {
+        return equalPieces(piece, 0) && equalPieces(piece, count - sizeof piece);
+    };
+    if (count > 16)
+        return equalEnds(std::uint64_t{0}) && equalPieces(std::uint64_t{0}, 8) &&
+               equalPieces(std::uint64_t{0}, count - 16);
+    if (count >= 8)
+        return equalEnds(std::uint64_t{0});
+    if (count >= 4)
+        return equalEnds(std::uint32_t{0});
+    if (count >= 2)
+        return equalEnds(std::uint16_t{0});
+    return count == 0 || *a == *b;
+}
+
+/// Up to 8 bytes as one number that tells texts of one length apart, whatever the byte order.
+inline std::uint64_t pack4Short(const char* from, std::size_t count) noexcept
+{
+    if (count >= 4)
+    {
+        std::uint32_t first;
+        std::uint32_t last;
+        std::memcpy(&first, from, sizeof first);
+        std::memcpy(&last, from + count - sizeof last, sizeof last);
+        return std::uint64_t{first} << 32 | last;
+    }
+    if (count == 0)
+        return 0;
+    const auto byte = [=](std::size_t at) { return std::uint64_t{static_cast<unsigned char>(from[at])}; };
+    return byte(0) << 16 | byte(count / 2) << 8 | byte(count - 1);
+}
+
 /// Whether any byte is zero.
 constexpr bool hasZero(std::uint64_t word) noexcept
 {
@@ -67,15 +137,20 @@ constexpr bool allDigits(std::uint64_t word) noexcept
     return (((value + s_cullOnes * (127 - 9)) | value) & s_cullHighs) == 0;
 }
 
-/// The number that eight digits write, the first (lowest) byte being the most significant digit.
-constexpr std::uint64_t number4Digits(std::uint64_t word) noexcept
+/// The number that eight digit values (0 to 9) write, the first (lowest) byte being the most significant.
+constexpr std::uint64_t number4Values(std::uint64_t word) noexcept
 {
-    word -= s_cullOnes * '0';
     word = word * 10 + (word >> 8);  // pairs, in every other byte
     constexpr std::uint64_t pairs = 0x000000FF000000FFU;
     constexpr std::uint64_t first = 100 + (std::uint64_t{1000000} << 32);
     constexpr std::uint64_t second = 1 + (std::uint64_t{10000} << 32);
     return ((word & pairs) * first + ((word >> 16) & pairs) * second) >> 32;
+}
+
+/// The number that eight digits write.
+constexpr std::uint64_t number4Digits(std::uint64_t word) noexcept
+{
+    return number4Values(word - s_cullOnes * '0');
 }
 
 /// The eight digit values (0 to 9, no text yet) of a number below 100000000, the most significant in the lowest byte.

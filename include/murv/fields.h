@@ -1,6 +1,6 @@
 // murv/fields.h - the node of a data tree.
 //
-// Every node is at once a value and a named member of its parent. A plain node is 48 bytes; what few nodes need (second
+// Every node is at once a value and a named member of its parent. A plain node is 64 bytes; what few nodes need (second
 // value, comments, user pointer, callback arguments) lives in a side record made when it is first used.
 #ifndef MURV_FIELDS_H
 #define MURV_FIELDS_H
@@ -693,8 +693,11 @@ private:
     CFields& child_AddRef(const char* name, unsigned int nameLen, unsigned int id, bool allowDuplicate);
     CFields* child_AddPtr(const char* name, unsigned int nameLen, unsigned int id, bool allowDuplicate);
 
-    uMultiValue m_uActValue;       // first value
-    char* m_pName = nullptr;       // owned, NUL-terminated; null when there is no name
+    static constexpr unsigned int s_cuiNameRoom = 24;
+
+    uMultiValue m_uActValue;  // first value
+    // A name of up to 23 bytes, zeros behind it; or the address of a longer one, an owned block that ends in NUL.
+    alignas(char*) char m_acName[s_cuiNameRoom] = {};
     std::uintptr_t m_uiAside = 0;  // side record or index owner, see core/node_aside.h
     unsigned int m_uiID = 0;       // 0 for none
     int m_iOffsetStart = 0;
@@ -704,7 +707,7 @@ private:
     unsigned char m_ucNameLen = 0;
 };
 
-static_assert(sizeof(CFields) == 48, "a plain node is 48 bytes");
+static_assert(sizeof(CFields) == 64, "a plain node is 64 bytes");
 
 }  // namespace murv
 

@@ -345,7 +345,7 @@ TEST(Failure, messages)
     CFields node(1);
     node.setComment("//", CP_before);
     EXPECT_EQ(s_cpPrefixed, failing([&] { node = "text"; }));
-    EXPECT_EQ(s_cpStream, failing([&] { node.setName("name"); }));
+    EXPECT_EQ(s_cpStream, failing([&] { node.setName("a name that has a block of its own"); }));
     EXPECT_EQ(s_cpStream, failing([&] { node.setComment("// text", CP_before); }));
     EXPECT_FALSE(node.hasComment(CP_before));
     EXPECT_EQ(s_cpStream, failing([] { const CAllotString name("name"); }));

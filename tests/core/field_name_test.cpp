@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "murv/fields.h"
 
@@ -9,6 +10,11 @@ namespace
 {
 
 using namespace murv;
+
+const CFields* find(const CFields& tree, const std::string& name)
+{
+    return tree.findChildAt(name.data(), static_cast<unsigned int>(name.size()));
+}
 
 TEST(FieldName, aNewNodeHasNone)
 {
@@ -77,6 +83,83 @@ TEST(FieldName, mayBeSetFromItself)
     EXPECT_STREQ("cdef", node.getName());
     EXPECT_TRUE(node.setName(node.getName()));
     EXPECT_STREQ("cdef", node.getName());
+}
+
+// Names of up to 23 bytes lie in the node itself, longer ones do not: nothing else tells them apart.
+TEST(FieldName, everyLengthIsKeptChangedAndCopiedAlike)
+{
+    for (const unsigned int before : {1u, 7u, 8u, 15u, 16u, 17u, 22u, 23u, 24u, 25u, 255u})
+    {
+        for (unsigned int length = 1; length <= 255; length += length < 40 ? 1 : 43)
+        {
+            std::string name;
+            for (unsigned int i = 0; i < length; ++i)
+                name += static_cast<char>(i);  // NULs included
+            CFields node;
+            ASSERT_TRUE(node.setName(std::string(before, 'b')));
+            ASSERT_TRUE(node.setName(name));
+            const CFields copy(node);
+            CFields moved(std::move(node));
+            CFields assigned(1);
+            assigned.setID(1);
+            assigned = copy;
+            for (const CFields* const holder : {&copy, &std::as_const(moved), &std::as_const(assigned)})
+            {
+                ASSERT_EQ(length, holder->getNameLen());
+                ASSERT_EQ(name, std::string(holder->getName(), length));
+                ASSERT_EQ('\0', holder->getName()[length]);
+            }
+            ASSERT_STREQ("", node.getName());
+            ASSERT_EQ(0u, node.getNameLen());
+            moved.clearName();
+            ASSERT_STREQ("", moved.getName());
+        }
+    }
+}
+
+TEST(FieldName, longAndShortOnesChangePlaces)
+{
+    const std::string brief(23, 'b');
+    const std::string wide(24, 'w');
+    CFields tree;
+    tree.addChildRef(brief) = 1;
+    tree.addChildRef(wide) = 2;
+    tree[0].swapField(tree[1], true);
+    EXPECT_EQ(wide, tree[0].getName());
+    EXPECT_EQ(2, tree[0].asSint32());
+    EXPECT_EQ(brief, tree[1].getName());
+    EXPECT_EQ(1, tree[1].asSint32());
+    EXPECT_EQ(&tree[0], find(tree, wide));
+    EXPECT_EQ(&tree[1], find(tree, brief));
+}
+
+// The ends of names are compared in pieces that overlap.
+TEST(FieldName, differsByAnyByte)
+{
+    for (unsigned int length = 1; length <= 26; ++length)
+    {
+        CFields tree;
+        const std::string name(length, 'n');
+        tree.addChildRef(name) = 1;
+        for (unsigned int i = 0; i < length; ++i)
+        {
+            std::string other = name;
+            other[i] = 'm';
+            ASSERT_EQ(nullptr, find(tree, other)) << length << ' ' << i;
+        }
+        ASSERT_EQ(&tree[0], find(tree, name)) << length;
+        ASSERT_EQ(nullptr, find(tree, name + 'n')) << length;
+    }
+}
+
+TEST(FieldName, mayBeSetFromItselfAcrossTheLengths)
+{
+    CFields node;
+    node.setName(std::string(10, 'a') + std::string(20, 'b'));
+    EXPECT_TRUE(node.setName(node.getName() + 10));
+    EXPECT_EQ(std::string(20, 'b'), node.getName());
+    EXPECT_TRUE(node.setName(node.getName() + 1, 18));
+    EXPECT_EQ(std::string(18, 'b'), node.getName());
 }
 
 TEST(FieldName, isClearedByClearName)

@@ -22,7 +22,7 @@ std::string document()
         "/* head */ #5 \"root\" = { // t\n\"a\"=\"text\",\n// c\n\"b\\n\"=\"x\\ny\", #7 \"c\"=[1,2.5,[true]],"
         "\"d\"=(ACF8fix) \"f\", #8 {#9 \"in\"=5}, #7 {#10 6}, \"a\"={\"x\"=\"y\"}, #9 7 /*z*/,\n";
     for (int i = 0; i < 80; ++i)
-        text += "\"name" + std::to_string(i) + "\"=" + std::to_string(i) + ",";
+        text += "\"a name that has a block of its own " + std::to_string(i) + "\"=" + std::to_string(i) + ",";
     return text + "\"a\"=[\"end\"]}\n// tail";
 }
 
