@@ -33,11 +33,6 @@ bool CBitCombi32::operator==(int bits) const
     return m_uiBits == static_cast<unsigned int>(bits);
 }
 
-unsigned int CBitCombi32::BC32_Get() const
-{
-    return m_uiBits;
-}
-
 unsigned int CBitCombi32::BC32_Set(unsigned int bits)
 {
     return m_uiBits = bits;
@@ -51,11 +46,6 @@ unsigned int CBitCombi32::BC32_Or(unsigned int mask)
 unsigned int CBitCombi32::BC32_Nand(unsigned int mask)
 {
     return m_uiBits &= ~mask;
-}
-
-bool CBitCombi32::BC32_Check(unsigned int mask) const
-{
-    return (m_uiBits & mask) != 0;
 }
 
 bool CBitCombi32::BC32_ChecknSet(unsigned int mask, unsigned int bits)

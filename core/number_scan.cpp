@@ -27,6 +27,9 @@ constexpr std::uint64_t s_cullMantissaLimit = 1844674407370955160;  // one more 
 constexpr std::uint64_t s_cullEightDigitLimit = 100000000000;       // eight more digits fit 64 bits
 constexpr std::int64_t s_cllExponentLimit = 100000000000;           // more than any text has digits
 
+constexpr std::size_t s_cnSurelyExact = 19;                // digits that fit 64 bits whatever they are
+constexpr std::ptrdiff_t s_cnPlainRoom = 16 + 1 + 16 + 1;  // digits, point, digits, and what stops them
+
 constexpr std::uint64_t s_ctPowersOfTen[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
 
 constexpr bool isDigit(char c) noexcept
@@ -37,6 +40,11 @@ constexpr bool isDigit(char c) noexcept
 constexpr std::uint64_t digitOf(char c) noexcept
 {
     return static_cast<std::uint64_t>(c - '0');
+}
+
+constexpr bool isExponent(char c) noexcept
+{
+    return c == 'e' || c == 'E';
 }
 
 constexpr bool isBlank(char c) noexcept
@@ -128,26 +136,31 @@ const char* readLastDigits(const char* p, const char* end, tDecimal& decimal) no
     return end;
 }
 
-/// Takes the up to eight digits that the next eight bytes begin with. \return behind them
-const char* readNextDigits(const char* p, tDecimal& decimal) noexcept
+/// The digits, up to eight, that eight bytes begin with.
+class CLeadingDigits
 {
-    const std::uint64_t word = loadWord(p);
-    const std::uint64_t value = word ^ (s_cullOnes * '0');
-    // What a byte that is no digit carries over reaches only bytes behind it, which do not count any more.
-    const std::uint64_t others = ((value + s_cullOnes * (127 - 9)) | value) & s_cullHighs;
-    if (others == 0)
+public:
+    explicit CLeadingDigits(const char* bytes) noexcept : m_ullValues(loadWord(bytes) ^ (s_cullOnes * '0'))
     {
-        decimal.m_ullMantissa = decimal.m_ullMantissa * 100000000 + number4Digits(word);
-        return p + 8;
+        // What a byte that is no digit carries over reaches only bytes behind it, which do not count any more.
+        const std::uint64_t others = ((m_ullValues + s_cullOnes * (127 - 9)) | m_ullValues) & s_cullHighs;
+        m_nCount = static_cast<std::size_t>(std::countr_zero(others)) / 8;
     }
-    const auto count = static_cast<std::size_t>(std::countr_zero(others)) / 8;
-    if (count == 0)
-        return p;
-    const std::size_t spare = 64 - 8 * count;
-    const std::uint64_t zeros = (s_cullOnes * '0') & ~(~std::uint64_t{0} << spare);
-    decimal.m_ullMantissa = decimal.m_ullMantissa * s_ctPowersOfTen[count] + number4Digits((word << spare) | zeros);
-    return p + count;
-}
+    std::size_t count() const noexcept
+    {
+        return m_nCount;
+    }
+    /// The number that the digits write behind those of `before`; there must be one at least.
+    std::uint64_t appendTo(std::uint64_t before) const noexcept
+    {
+        // Zeros go in front of them, and push out what is behind them.
+        return before * s_ctPowersOfTen[m_nCount] + number4Values(m_ullValues << (64 - 8 * m_nCount));
+    }
+
+private:
+    std::uint64_t m_ullValues;
+    std::size_t m_nCount;
+};
 
 /// Reads digits behind the point, in a text that may go on behind the number.
 const char* readOpenFraction(const char* p, const char* end, tDecimal& decimal) noexcept
@@ -155,10 +168,11 @@ const char* readOpenFraction(const char* p, const char* end, tDecimal& decimal) 
     const char* const begin = p;
     while (end - p >= 8 && decimal.m_ullMantissa < s_cullEightDigitLimit)
     {
-        const char* const next = readNextDigits(p, decimal);
-        const bool more = next - p == 8;
-        p = next;
-        if (!more)
+        const CLeadingDigits next(p);
+        if (next.count() != 0)
+            decimal.m_ullMantissa = next.appendTo(decimal.m_ullMantissa);
+        p += next.count();
+        if (next.count() != 8)
             break;
     }
     while (p != end && isDigit(*p) && decimal.m_ullMantissa <= s_cullMantissaLimit)
@@ -279,9 +293,8 @@ const char* readToLimit(const char* p, const char* end, std::uint64_t limit, std
     return p;
 }
 
-}  // namespace
-
-const char* scanNumberToken(const char* text, const char* end, tScannedNumber& number) noexcept
+/// The general form of scanNumberToken.
+const char* scanAnyToken(const char* text, const char* end, tScannedNumber& number) noexcept
 {
     constexpr std::ptrdiff_t surelyInRange = 18;  // digits that cannot pass a limit
     const bool negative = *text == '-';
@@ -319,6 +332,69 @@ const char* scanNumberToken(const char* text, const char* end, tScannedNumber& n
         decimal.m_llExponent += readExponent(++p, end);
     number = makeDouble(nearest4Decimal(digits, p, decimal), negative);
     return p;
+}
+
+/// Reads a number of up to 15 digits, or up to 19 with a point between them, and without exponent. There are at least
+/// s_cnPlainRoom bytes.
+/// \return behind it, or null when the number is another one or cannot be read so
+const char* scanPlainToken(const char* digits, bool negative, tScannedNumber& number) noexcept
+{
+    // Few digits one by one: a loop whose end is foreseen is faster than a count that must be waited for.
+    constexpr std::size_t few = 3;
+    std::uint64_t value = 0;
+    std::size_t count = 0;
+    for (; count < few && isDigit(digits[count]); ++count)
+        value = value * 10 + digitOf(digits[count]);
+    if (count == few && isDigit(digits[few]))
+    {
+        const CLeadingDigits first(digits);
+        value = first.appendTo(0);
+        count = first.count();
+        if (count == 8)
+        {
+            const CLeadingDigits second(digits + 8);
+            if (second.count() != 0)
+                value = second.appendTo(value);
+            count += second.count();
+        }
+    }
+    const char* p = digits + count;
+    if (*p != '.' || count == 0)
+    {
+        if (count == 0 || isDigit(*p) || isExponent(*p))
+            return nullptr;
+        number = makeInteger(value, negative);
+        return p;
+    }
+    const CLeadingDigits third(++p);
+    if (third.count() == 0)
+        return nullptr;
+    value = third.appendTo(value);
+    std::size_t places = third.count();
+    if (places == 8)
+    {
+        const CLeadingDigits fourth(p + 8);
+        if (fourth.count() != 0)
+            value = fourth.appendTo(value);
+        places += fourth.count();
+    }
+    p += places;
+    std::uint64_t bits;
+    if (count + places > s_cnSurelyExact || isDigit(*p) || isExponent(*p) ||
+        !toNearest(value, -static_cast<std::int64_t>(places), bits))
+        return nullptr;
+    number = makeDouble(bits, negative);
+    return p;
+}
+
+}  // namespace
+
+const char* scanNumberToken(const char* text, const char* end, tScannedNumber& number) noexcept
+{
+    const bool negative = *text == '-';
+    const char* const digits = text + (negative ? 1 : 0);
+    const char* const behind = end - digits < s_cnPlainRoom ? nullptr : scanPlainToken(digits, negative, number);
+    return behind != nullptr ? behind : scanAnyToken(text, end, number);
 }
 
 tScannedNumber scanNumber(const char* text, unsigned int length) noexcept

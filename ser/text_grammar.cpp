@@ -46,7 +46,7 @@ bool CTextParser::loadFieldInfo(bool root)
     ++m_tLoader.m_iDepth;
     const bool done = loadValue(root);
     m_tLoader.m_bPeiPending = false;
-    noteValue(top());
+    noteValue(top(), m_pCursor);
     --m_tLoader.m_iDepth;
     return done;
 }
@@ -81,7 +81,7 @@ bool CTextParser::loadValue(bool root)
         case TT_fieldsEnd:
         case TT_arrayEnd:
         case TT_comma:
-            if ((m_tLoader.getLCBC() & LCBC_EMPTY_NULL) != 0)
+            if (m_bEmptyNull)
                 return loadEmptyValue();
             return loadScalar(top(), token);
         default: return loadScalar(top(), token);
@@ -114,7 +114,7 @@ bool CTextParser::loadEmptyValue()
     CFields& node = top();
     startValue(node);
     tFieldAccess::replaceValue(node, {});
-    tFieldAccess::setOffsets(node, offset(m_pCursor) - 1, offset(m_pCursor));
+    setEmptyOffsets(node, m_pCursor);
     finishKind(node);
     return true;
 }
@@ -210,7 +210,7 @@ void CTextParser::startContainer(CFields& node, E_DataType type, const tTokenInf
 {
     startValue(node);
     makeContainer(node, type);
-    node.setOffsetStart(offset(token.m_pBegin));
+    tFieldAccess::setOffsetStart(node, offset(token.m_pBegin));
 }
 
 bool CTextParser::loadChildFields(const tTokenInfo& token)
@@ -218,51 +218,63 @@ bool CTextParser::loadChildFields(const tTokenInfo& token)
     CFields& node = top();
     startContainer(node, DT_fields, token);
     COpenContainer open(m_tLoader, node);
-    tTokenInfo next;
+    bool more = true;
     bool done = true;
-    do
+    const char* p = m_pCursor;
+    while (done && more)
     {
-        loadToken(next);
-        done = loadChildField(next);
-    } while (done && next.m_eType != TT_fieldsEnd);
+        done = loadChildField(p);
+        if (done && !loadPlainSeparator(p, '}', more))
+            done = loadFieldSeparator(p, more);
+    }
+    if (done)
+        m_pCursor = p;
     open.close();
-    node.setOffsetEnd(offset(m_pCursor));
+    tFieldAccess::setOffsetEnd(node, offset(m_pCursor));
     finishKind(node);
     return done;
 }
 
-// One member and the token behind it: "," or "}".
-bool CTextParser::loadChildField(tTokenInfo& token)
+bool CTextParser::loadChildField(const char*& p)
 {
     unsigned int id = 0;
-    skipComments(token);
-    if (!loadHead(token, false, id))
-        return false;
+    tTokenInfo token;
+    p = skipBlanks(p, m_pEnd);
+    if (!loadPlainName(p, token))
+    {
+        m_pCursor = p;
+        loadToken(token);
+        skipComments(token);
+        if (!loadHead(token, false, id))
+            return false;
+        p = m_pCursor;
+    }
     CFields* const member = addChild(id);
     if (member == nullptr)
+    {
+        m_pCursor = p;
         return addError(s_cpNotAdded, token);
-    skipSpaces();
-    if (m_pCursor != m_pEnd && type4Byte(*m_pCursor) == TT_number && !m_tLoader.m_bReread &&
-        m_tLoader.m_strComment.empty() && m_tLoader.m_iDepth < ILoaderCommon::s_cnStackDepthLimit)
-    {
-        m_tLoader.m_bPeiAllowed = false;
-        loadFreshNumber(*member);
     }
-    else if (!loadChildValue(*member, TT_fieldsEnd))
-        return false;
-    skipSpaces();
-    if (m_pCursor != m_pEnd && (*m_pCursor == ',' || *m_pCursor == '}'))
-    {
-        token.m_eType = *m_pCursor++ == ',' ? TT_comma : TT_fieldsEnd;
+    p = skipBlanks(p, m_pEnd);
+    if (!m_tLoader.m_bReread && loadPlainValue(p, *member))
         return true;
-    }
-    loadToken(token);
-    if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma && token.m_eType != TT_comment)
-        return addErrorAndRecover(s_cpNoFieldsEnd, token, TT_fieldsEnd);
-    skipComments(token);
-    if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma)
-        return addError(s_cpNoComma, token);
-    return true;
+    m_pCursor = p;
+    const bool done = loadChildValue(*member, TT_fieldsEnd);
+    p = m_pCursor;
+    return done;
+}
+
+bool CTextParser::loadElement(const char*& p)
+{
+    CFields& member = m_tLoader.m_pBuilder->appendElement();
+    m_tLoader.m_bReread = false;
+    p = skipBlanks(p, m_pEnd);
+    if (loadPlainValue(p, member))
+        return true;
+    m_pCursor = p;
+    const bool done = loadChildValue(member, TT_arrayEnd);
+    p = m_pCursor;
+    return done;
 }
 
 CFields* CTextParser::addChild(unsigned int id)
@@ -283,13 +295,13 @@ bool CTextParser::loadChildValue(CFields& member, E_TokenType closing)
     const E_TokenType type = m_pCursor == m_pEnd ? TT_end : type4Byte(*m_pCursor);
     bool done = false;
     // What begins at once, without comment or packet expression, is the most and takes the short way.
-    const bool isShort = m_tLoader.m_strComment.empty() && m_tLoader.m_iDepth < ILoaderCommon::s_cnStackDepthLimit;
+    const bool isShort = isPlain();
     if (isShort && type >= TT_string && type <= TT_null)
     {
         tTokenInfo token;
         loadToken(token);
         done = loadScalar(member, token);
-        noteValue(member);
+        noteValue(member, m_pCursor);
     }
     else if (isShort && (type == TT_arrayBegin || type == TT_fieldsBegin))
         done = loadChildContainer(member, type);
@@ -310,26 +322,38 @@ bool CTextParser::loadChildContainer(CFields& member, E_TokenType type)
     m_tLoader.m_vStack.push_back(&member);
     ++m_tLoader.m_iDepth;
     const bool done = type == TT_arrayBegin ? loadArray(token) : loadChildFields(token);
-    noteValue(member);
+    noteValue(member, m_pCursor);
     --m_tLoader.m_iDepth;
     m_tLoader.m_vStack.pop_back();
     return done;
 }
 
-bool CTextParser::loadArraySeparator(bool& more)
+// What stands behind a member, also behind comments: "," or the end.
+bool CTextParser::loadFieldSeparator(const char*& p, bool& more)
 {
-    skipSpaces();
-    if (m_pCursor != m_pEnd && (*m_pCursor == ',' || *m_pCursor == ']'))
-    {
-        more = *m_pCursor++ == ',';
-        return true;
-    }
+    m_pCursor = p;
+    tTokenInfo token;
+    loadToken(token);
+    if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma && token.m_eType != TT_comment)
+        return addErrorAndRecover(s_cpNoFieldsEnd, token, TT_fieldsEnd);
+    skipComments(token);
+    if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma)
+        return addError(s_cpNoComma, token);
+    more = token.m_eType == TT_comma;
+    p = m_pCursor;
+    return true;
+}
+
+bool CTextParser::loadArraySeparator(const char*& p, bool& more)
+{
+    m_pCursor = p;
     tTokenInfo token;
     loadToken(token);
     skipComments(token);
     more = token.m_eType == TT_comma;
     if (!more && token.m_eType != TT_arrayEnd)
         return addErrorAndRecover(s_cpNoArrayEnd, token, TT_arrayEnd);
+    p = m_pCursor;
     return true;
 }
 
@@ -340,20 +364,17 @@ bool CTextParser::loadArray(const tTokenInfo& token)
     COpenContainer open(m_tLoader, node);
     bool more = true;
     bool done = true;
+    const char* p = m_pCursor;
     while (done && more)
     {
-        CFields& member = m_tLoader.m_pBuilder->appendElement();
-        m_tLoader.m_bReread = false;
-        skipSpaces();
-        if (m_pCursor != m_pEnd && type4Byte(*m_pCursor) == TT_number && m_tLoader.m_strComment.empty() &&
-            m_tLoader.m_iDepth < ILoaderCommon::s_cnStackDepthLimit)
-            loadFreshNumber(member);
-        else
-            done = loadChildValue(member, TT_arrayEnd);
-        done = done && loadArraySeparator(more);
+        done = loadElement(p);
+        if (done && !loadPlainSeparator(p, ']', more))
+            done = loadArraySeparator(p, more);
     }
+    if (done)
+        m_pCursor = p;
     open.close();
-    node.setOffsetEnd(offset(m_pCursor));
+    tFieldAccess::setOffsetEnd(node, offset(m_pCursor));
     finishKind(node);
     return done;
 }

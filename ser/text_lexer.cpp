@@ -40,6 +40,7 @@ CTextParser::CTextParser(ILoaderCommon& loader)
       m_pEnd(loader.m_pDataEnd),
       m_pCursor(loader.m_pDataBegin),
       m_bTolerant((loader.getLCBC() & LCBC_COMMENT) != 0),
+      m_bEmptyNull((loader.getLCBC() & LCBC_EMPTY_NULL) != 0),
       m_pLineChecked(loader.m_pDataBegin)
 {
 }

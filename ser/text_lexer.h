@@ -174,23 +174,112 @@ inline bool CTextParser::setSimple(CFields& node, const tTokenInfo& token, const
     return finishValue(node, token);
 }
 
-inline void CTextParser::loadFreshNumber(CFields& node)
+// The most frequent tokens are read with the place in the data at hand: what lies in memory would have to be waited for.
+
+inline bool CTextParser::loadFreshNumber(const char*& p, CFields& node)
 {
-    const char* const begin = m_pCursor;
     tScannedNumber number;
-    m_pCursor = scanNumberToken(begin, m_pEnd, number);
+    const char* const end = scanNumberToken(p, m_pEnd, number);
     setNumber(node, number);
-    tFieldAccess::setOffsets(node, offset(begin), offset(m_pCursor));
-    noteValue(node);
+    finishFresh(p, node, end);
+    return true;
+}
+
+inline bool CTextParser::loadFreshString(const char*& p, CFields& node)
+{
+    const char* const begin = p + 1;
+    const char* const end = findStringStop(begin, m_pEnd);
+    if (end == m_pEnd || *end != '"')
+        return false;
+    const char* const codes = duplicatePrefixedStream(begin, static_cast<unsigned int>(end - begin));
+    tFieldAccess::setType(node, DT_codelist, true).m_pData = codes;
+    finishFresh(p, node, end + 1);
+    return true;
+}
+
+inline bool CTextParser::loadFreshWord(const char*& p, CFields& node, std::string_view word, E_DataType type,
+                                       bool value)
+{
+    if (static_cast<std::size_t>(m_pEnd - p) < word.size() || std::memcmp(p, word.data(), word.size()) != 0)
+        return false;
+    tFieldAccess::setType(node, type) = boolValue(value);
+    finishFresh(p, node, p + word.size());
+    return true;
+}
+
+inline bool CTextParser::loadFreshEmpty(const char* p, CFields& node)
+{
+    if (!m_bEmptyNull)
+        return false;
+    finishFresh(p, node, p);
+    setEmptyOffsets(node, p);
+    return true;
+}
+
+inline void CTextParser::finishFresh(const char*& p, CFields& node, const char* end)
+{
+    tFieldAccess::setOffsets(node, offset(p), offset(end));
+    m_tLoader.m_bPeiAllowed = false;
+    noteValue(node, end);
+    p = end;
 }
 
 // A comment that follows on the same line goes to this node.
-inline void CTextParser::noteValue(CFields& node)
+inline void CTextParser::noteValue(CFields& node, const char* end)
 {
     if (!m_tLoader.m_bComment)
         return;
-    m_tLoader.m_pLastValueEnd = m_pCursor;
+    m_tLoader.m_pLastValueEnd = end;
     m_tLoader.m_pLastValueNode = &node;
+}
+
+// The name of most members: no ID, no escape, and "=" at once behind it.
+inline bool CTextParser::loadPlainName(const char*& p, tTokenInfo& token)
+{
+    if (p == m_pEnd || *p != '"')
+        return false;
+    const char* const begin = p + 1;
+    const char* const end = findStringStop(begin, m_pEnd);
+    if (end == m_pEnd || *end != '"')
+        return false;
+    const char* const assign = skipBlanks(end + 1, m_pEnd);
+    if (assign == m_pEnd || *assign != '=')
+        return false;
+    token = {TT_string, p, end + 1};
+    m_strName = {begin, static_cast<std::size_t>(end - begin)};
+    p = assign + 1;
+    return true;
+}
+
+// The value of most members: it begins at once, without comment or packet expression, and needs no look back. `member`
+// was just made.
+inline bool CTextParser::loadPlainValue(const char*& p, CFields& member)
+{
+    if (p == m_pEnd || !isPlain())
+        return false;
+    switch (type4Byte(*p))
+    {
+    case TT_number: return loadFreshNumber(p, member);
+    case TT_string: return loadFreshString(p, member);
+    case TT_true: return loadFreshWord(p, member, "true", DT_bool, true);
+    case TT_false: return loadFreshWord(p, member, "false", DT_bool, false);
+    case TT_null: return loadFreshWord(p, member, "null", DT_null, false);
+    case TT_fieldsEnd:
+    case TT_arrayEnd:
+    case TT_comma: return loadFreshEmpty(p, member);
+    default: return false;
+    }
+}
+
+// "," or the end, when one of them is the next byte that is no blank.
+inline bool CTextParser::loadPlainSeparator(const char*& p, char end, bool& more) const
+{
+    const char* const at = skipBlanks(p, m_pEnd);
+    if (at == m_pEnd || (*at != ',' && *at != end))
+        return false;
+    more = *at == ',';
+    p = at + 1;
+    return true;
 }
 
 }  // namespace murv::detail

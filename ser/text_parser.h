@@ -63,27 +63,41 @@ private:
     bool loadValue(bool root);
     bool loadRootFieldInfo(tTokenInfo& token);
     bool loadChildFields(const tTokenInfo& token);
-    bool loadChildField(tTokenInfo& token);
+    bool loadChildField(const char*& p);
+    bool loadElement(const char*& p);
+    bool loadPlainName(const char*& p, tTokenInfo& token);
+    bool loadPlainValue(const char*& p, CFields& member);
     bool loadArray(const tTokenInfo& token);
     void startContainer(CFields& node, E_DataType type, const tTokenInfo& token);
     CFields* addChild(unsigned int id);
     bool loadChildValue(CFields& member, E_TokenType closing);
     bool loadChildContainer(CFields& member, E_TokenType type);
-    bool loadArraySeparator(bool& more);
+    bool loadPlainSeparator(const char*& p, char end, bool& more) const;
+    bool loadFieldSeparator(const char*& p, bool& more);
+    bool loadArraySeparator(const char*& p, bool& more);
     /// What may stand before a value: ID, name and "=". `m_strName` and `id` are set; the value is the next token.
     bool loadHead(tTokenInfo& token, bool root, unsigned int& id);
     bool loadNameOrStepBack(const tTokenInfo& token, const char* numberRefused);
     bool followedByAssign(const tTokenInfo& token);
     bool loadEmptyValue();
+    /// A value that is not there lies, oddly, in the byte before the place where it is missed.
+    void setEmptyOffsets(CFields& node, const char* at) const
+    {
+        tFieldAccess::setOffsets(node, offset(at) - 1, offset(at));
+    }
 
     // Values: ser/text_values.cpp
 
     /// The second value of the node goes, and what was read of a packet expression is settled.
     void startValue(CFields& node);
     bool finishValue(CFields& node, const tTokenInfo& token);
-    void noteValue(CFields& node);
-    /// A number into a node that was just made.
-    void loadFreshNumber(CFields& node);
+    void noteValue(CFields& node, const char* end);
+    // Into a node that was just made; false, with nothing read, when it is no plain string or not that word.
+    bool loadFreshNumber(const char*& p, CFields& node);
+    bool loadFreshString(const char*& p, CFields& node);
+    bool loadFreshWord(const char*& p, CFields& node, std::string_view word, E_DataType type, bool value);
+    bool loadFreshEmpty(const char* p, CFields& node);
+    void finishFresh(const char*& p, CFields& node, const char* end);
     void finishKind(CFields& node);
     /// A value of one token, or the error that it is none.
     bool loadScalar(CFields& node, const tTokenInfo& token);
@@ -101,6 +115,11 @@ private:
     bool addErrorAndRecover(const char* message, const tTokenInfo& token, E_TokenType until);
     bool recover4Error(E_TokenType until);
 
+    /// Nothing read before belongs to the value to come, and it may nest.
+    bool isPlain() const
+    {
+        return m_tLoader.m_strComment.empty() && m_tLoader.m_iDepth < ILoaderCommon::s_cnStackDepthLimit;
+    }
     int offset(const char* position) const
     {
         return static_cast<int>(position - m_pBegin);
@@ -115,6 +134,7 @@ private:
     const char* const m_pEnd;
     const char* m_pCursor;
     const bool m_bTolerant;        // comments may stand anywhere
+    const bool m_bEmptyNull;       // a missing value is null
     bool m_bClean = false;         // the last string token holds no escape
     const char* m_pLineChecked;    // from here on lines behind the last value are still to be looked for
     std::string_view m_strPei;     // text of the packet expression just found

@@ -23,7 +23,10 @@ public:
     /// Compares the word with the 32 bits of `bits`.
     virtual bool operator==(int bits) const;
 
-    unsigned int BC32_Get() const;
+    unsigned int BC32_Get() const
+    {
+        return m_uiBits;
+    }
     /// Replaces the word and returns it.
     unsigned int BC32_Set(unsigned int bits);
     /// Sets the bits of `mask` and returns the new word.
@@ -31,7 +34,10 @@ public:
     /// Clears the bits of `mask` and returns the new word.
     unsigned int BC32_Nand(unsigned int mask);
     /// True when any bit of `mask` is set; false for a mask of 0.
-    bool BC32_Check(unsigned int mask) const;
+    bool BC32_Check(unsigned int mask) const
+    {
+        return (m_uiBits & mask) != 0;
+    }
     /// When any bit of `mask` is set, replaces the whole word by `bits` and returns true; else changes nothing.
     bool BC32_ChecknSet(unsigned int mask, unsigned int bits);
     /// Counts up; the step from 4294967295 gives 1, never 0.

@@ -106,20 +106,18 @@ CFields* ILoaderCommon::addChild2StackTop(std::string_view name, unsigned int id
     detail::CMemberBuilder& builder = *m_pBuilder;
     if (tFieldAccess::type(builder.node()) == DT_array)
         return &builder.appendElement();
-    const bool allowDuplicate = m_tConfig.BC32_Check(LCBC_DUPLICATE);
-    if (!allowDuplicate)
+    if (m_tConfig.BC32_Check(LCBC_DUPLICATE))
+        return &builder.append(name, id);
+    if (CFields* const known = findKnown(name, id))
     {
-        if (CFields* const known = findKnown(name, id))
-        {
-            if (known == &builder.node())
-                return nullptr;  // a container cannot be its own member
-            m_bReread = true;
-            if (tFieldAccess::isContainer(*known))
-                forgetBelow(*known);
-            return known;
-        }
+        if (known == &builder.node())
+            return nullptr;  // a container cannot be its own member
+        m_bReread = true;
+        if (tFieldAccess::isContainer(*known))
+            forgetBelow(*known);
+        return known;
     }
-    if (id == 0 || allowDuplicate)
+    if (id == 0)
         return &builder.append(name, id);
     builder.pin();
     CFields& member = builder.append(name, id);

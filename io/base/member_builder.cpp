@@ -4,9 +4,12 @@
 #include "io/base/member_builder.h"
 
 #include <algorithm>
+#include <bit>
 #include <functional>
 #include <new>
 #include <utility>
+
+#include "core/word_bytes.h"
 
 namespace murv::detail
 {
@@ -55,7 +58,7 @@ std::uint32_t CMemberBuilder::makeSet(CIdIndex& index)
     return m_uiSet;
 }
 
-std::uint32_t CMemberBuilder::find(std::string_view name)
+std::uint32_t CMemberBuilder::findInMany(std::string_view name)
 {
     CFieldVector& known = *members();
     if (name.size() > s_cuiLongestName)
@@ -65,7 +68,7 @@ std::uint32_t CMemberBuilder::find(std::string_view name)
     const auto length = static_cast<unsigned int>(name.size());
     if (m_pIndex != nullptr)
         return m_pIndex->find(known, name.data(), length, hash4Name(name.data(), length));
-    if (m_bFiltered && !mayKnow(hash4Name(name.data(), length)))
+    if (m_bFiltered && !mayKnow(name))
         return CNameIndex::s_cuiNone;
     return known.find(name.data(), length);
 }
@@ -109,21 +112,29 @@ void CMemberBuilder::makeIndex()
 
 void CMemberBuilder::filter(std::string_view name) noexcept
 {
-    if (name.empty())
-        return;
-    const std::uint32_t hash = hash4Name(name.data(), static_cast<unsigned int>(name.size()));
-    m_ullFilter[(hash >> 6) % s_cuiFilterWords] |= std::uint64_t{1} << (hash & 63);
+    const std::uint32_t bit = bit4Name(name);
+    m_ullFilter[bit / 64] |= std::uint64_t{1} << (bit % 64);
 }
 
-bool CMemberBuilder::mayKnow(std::uint32_t hash) const noexcept
+bool CMemberBuilder::mayKnow(std::string_view name) const noexcept
 {
-    return (m_ullFilter[(hash >> 6) % s_cuiFilterWords] >> (hash & 63) & 1) != 0;
+    const std::uint32_t bit = bit4Name(name);
+    return (m_ullFilter[bit / 64] >> (bit % 64) & 1) != 0;
 }
 
-void CMemberBuilder::pin()
+// Names often begin or end alike: both ends count.
+std::uint32_t CMemberBuilder::bit4Name(std::string_view name) noexcept
 {
-    if (m_pBegin == nullptr)
-        return;
+    constexpr std::uint64_t mixer = 0x9E3779B97F4A7C15;  // 2^64 divided by the golden ratio
+    constexpr int spare = 64 - std::bit_width(s_cuiFilterWords * 64 - 1);
+    const std::size_t size = name.size();
+    const std::uint64_t ends =
+        size < 8 ? pack4Short(name.data(), size) : loadWord(name.data()) + loadWord(name.data() + size - 8) * 3;
+    return static_cast<std::uint32_t>(((ends ^ size) * mixer) >> spare);
+}
+
+void CMemberBuilder::moveToHeap()
+{
     CFieldVector& before = *members();
     const std::uint32_t count = before.count();
     CFieldVector* const own = before.moveOut();
@@ -136,11 +147,9 @@ void CMemberBuilder::pin()
     m_pBegin = nullptr;
 }
 
-void CMemberBuilder::close()
+void CMemberBuilder::closeLarge()
 {
-    pin();
-    m_bOpen = false;
-    if (members()->count() >= CFieldVector::s_cuiIndexFrom && tFieldAccess::type(m_tNode) == DT_fields)
+    if (tFieldAccess::type(m_tNode) == DT_fields)
         CFieldVector::indexNames(members(), std::move(m_pIndex));
 }
 

@@ -68,7 +68,13 @@ public:
         return members()->at(position);
     }
     /// Position of the first member of that name (not empty), or CNameIndex::s_cuiNone. O(1) on average.
-    std::uint32_t find(std::string_view name);
+    std::uint32_t find(std::string_view name)
+    {
+        const CFieldVector& known = *members();
+        if (known.count() > s_cuiScan)
+            return findInMany(name);
+        return known.find(name.data(), static_cast<unsigned int>(name.size()));
+    }
     /// Appends a member; a name of more than 255 bytes is left out.
     CFields& append(std::string_view name, unsigned int id)
     {
@@ -91,9 +97,19 @@ public:
         return appendBeyond();
     }
     /// From here on members stay where they are even when the container ends.
-    void pin();
+    void pin()
+    {
+        if (m_pBegin != nullptr)
+            moveToHeap();
+    }
     /// Puts the members into their final place.
-    void close();
+    void close()
+    {
+        pin();
+        m_bOpen = false;
+        if (members()->count() >= CFieldVector::s_cuiIndexFrom)
+            closeLarge();
+    }
 
 private:
     static constexpr std::uint32_t s_cuiOnStack = 4096;  // more members than this go to blocks of their own
@@ -107,10 +123,16 @@ private:
     }
     void abandon() noexcept;
     CFields& appendBeyond();
+    std::uint32_t findInMany(std::string_view name);
+    void moveToHeap();
     void enter(std::string_view name);
     void makeIndex();
+    void closeLarge();
+    // The filter: one bit for each name that is known. Several names may share one, as it only saves scans that are
+    // short whatever the names are.
+    static std::uint32_t bit4Name(std::string_view name) noexcept;
     void filter(std::string_view name) noexcept;
-    bool mayKnow(std::uint32_t hash) const noexcept;
+    bool mayKnow(std::string_view name) const noexcept;
 
     CNodeStack& m_tStack;
     CFields& m_tNode;
@@ -122,7 +144,7 @@ private:
     std::uint32_t m_uiSet = CIdIndex::s_cuiNone;
     bool m_bOpen = true;
     bool m_bFiltered = false;                     // the filter knows all names
-    std::uint64_t m_ullFilter[s_cuiFilterWords];  // one bit for each name, by its hash; set once m_bFiltered
+    std::uint64_t m_ullFilter[s_cuiFilterWords];  // set once m_bFiltered
     std::unique_ptr<CNameIndex> m_pIndex;
 };
 

@@ -355,6 +355,44 @@ TEST(NumberScan, thousandDigitsReadLikeStrtod)
     }
 }
 
+/// Reads a token with and without something behind it, where the short and the long way of reading part.
+void expectTokenLikeText(const std::string& token, const std::string& behind)
+{
+    const CExactText exact(token + behind);
+    tScannedNumber number{};
+    const char* const end = scanNumberToken(exact.begin(), exact.begin() + exact.size(), number);
+    const tScannedNumber alone = scan(token);
+    ASSERT_EQ(token.size(), static_cast<std::size_t>(end - exact.begin())) << token << behind;
+    ASSERT_EQ(alone.m_eType, number.m_eType) << token << behind;
+    ASSERT_EQ(alone.m_uValue.m_ullValue, number.m_uValue.m_ullValue) << token << behind;
+}
+
+TEST(NumberScan, tokensReadLikeTheirTextAlone)
+{
+    const std::string digits = "92233720368547758079";
+    for (const char* const sign : {"", "-"})
+    {
+        for (std::size_t whole = 0; whole <= digits.size(); ++whole)
+        {
+            for (std::size_t places = 0; places <= digits.size() + 1; ++places)
+            {
+                for (const char* const exponent : {"", "e", "E5", "e-7", "e+"})
+                {
+                    std::string token = sign + digits.substr(0, whole);
+                    if (places != 0)
+                        token += "." + digits.substr(0, places - 1);
+                    token += exponent;
+                    if (token.empty() || token[0] == '.' || token[0] == 'e' || token[0] == 'E')
+                        continue;
+                    for (const std::size_t room : {0, 1, 20, 33, 34, 35, 60})
+                        expectTokenLikeText(token, std::string(room, ' '));
+                    expectTokenLikeText(token, ",1234567890123456789012345678901234567890");
+                }
+            }
+        }
+    }
+}
+
 TEST(NumberScan, errnoIsLeftAlone)
 {
     errno = 17;
