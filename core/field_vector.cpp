@@ -51,17 +51,6 @@ CFieldVector* CFieldVector::make(std::uint32_t room)
     return new (allot(s_cnHeadSize + std::uint64_t{room} * sizeof(CFields))) CFieldVector(0, room);
 }
 
-CFieldVector* CFieldVector::moveOut()
-{
-    if (m_uiCount == 0)
-        return empty();
-    CFieldVector* const own = make(m_uiCount);
-    relocate(own->first(), first(), m_uiCount);
-    own->m_uiCount = m_uiCount;
-    m_uiCount = 0;
-    return own;
-}
-
 void CFieldVector::releaseInPlace() noexcept
 {
     for (std::uint32_t i = 0; i < m_uiCount; ++i)

@@ -8,6 +8,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -56,7 +57,18 @@ public:
         return *node;
     }
     /// Moves the members into a block of their own, leaving this one without any. Throws std::bad_alloc.
-    CFieldVector* moveOut();
+    CFieldVector* moveOut()
+    {
+        if (m_uiCount == 0)
+            return empty();
+        CFieldVector* const own = make(m_uiCount);
+        // Nodes are relocated as bytes, one by one: mostly they are few.
+        for (std::uint32_t i = 0; i < m_uiCount; ++i)
+            std::memcpy(static_cast<void*>(own->first() + i), static_cast<const void*>(first() + i), sizeof(CFields));
+        own->m_uiCount = m_uiCount;
+        m_uiCount = 0;
+        return own;
+    }
     /// Releases the members, but not the block.
     void releaseInPlace() noexcept;
     /// @}

@@ -98,6 +98,23 @@ bool toNearest(std::uint64_t mantissa, std::int64_t exponent, std::uint64_t& bit
     return true;
 }
 
+/// As above for mantissa / 10^places, neither of them 0, where the mantissa has 64 bits and the places are few: one
+/// product, as long as what it leaves out cannot matter.
+bool toNearestFraction(std::uint64_t mantissa, int places, std::uint64_t& bits) noexcept
+{
+    const int zeros = std::countl_zero(mantissa);
+    const std::uint64_t top = multiplyWide(mantissa << zeros, s_ctPowers[-places].m_ullHigh).m_ullHigh;
+    const int extra = static_cast<int>(top >> 63);
+    const int shift = 10 + extra;
+    // The power is cut, and so is the product: the true one is larger, by one in the last bit at most. It is never just
+    // half, as a half would show as one less in all bits.
+    const std::uint64_t below = (std::uint64_t{1} << (shift - 1)) - 1;
+    const std::uint64_t rounded = (top >> shift) + ((top >> (shift - 1)) & 1);
+    const int field = log2OfPower(-places) - places - zeros + extra + 63 + 1023;
+    bits = (static_cast<std::uint64_t>(field - 1) << 52) + rounded;
+    return (top & below) != below;
+}
+
 /// The slow exact way. `text` begins with a digit, or a point and a digit.
 std::uint64_t readExactly(const char* text, const char* end, const tDecimal& decimal) noexcept
 {
@@ -380,8 +397,8 @@ const char* scanPlainToken(const char* digits, bool negative, tScannedNumber& nu
     }
     p += places;
     std::uint64_t bits;
-    if (count + places > s_cnSurelyExact || isDigit(*p) || isExponent(*p) ||
-        !toNearest(value, -static_cast<std::int64_t>(places), bits))
+    if (count + places > s_cnSurelyExact || value == 0 || isDigit(*p) || isExponent(*p) ||
+        !toNearestFraction(value, static_cast<int>(places), bits))
         return nullptr;
     number = makeDouble(bits, negative);
     return p;

@@ -206,13 +206,6 @@ bool CTextParser::followedByAssign(const tTokenInfo& token)
     return true;
 }
 
-void CTextParser::startContainer(CFields& node, E_DataType type, const tTokenInfo& token)
-{
-    startValue(node);
-    makeContainer(node, type);
-    tFieldAccess::setOffsetStart(node, offset(token.m_pBegin));
-}
-
 bool CTextParser::loadChildFields(const tTokenInfo& token)
 {
     CFields& node = top();
@@ -255,24 +248,13 @@ bool CTextParser::loadChildField(const char*& p)
         m_pCursor = p;
         return addError(s_cpNotAdded, token);
     }
-    p = skipBlanks(p, m_pEnd);
-    if (!m_tLoader.m_bReread && loadPlainValue(p, *member))
-        return true;
-    m_pCursor = p;
-    const bool done = loadChildValue(*member, TT_fieldsEnd);
-    p = m_pCursor;
-    return done;
+    return loadMemberValue(p, *member, TT_fieldsEnd);
 }
 
-bool CTextParser::loadElement(const char*& p)
+bool CTextParser::loadOtherValue(const char*& p, CFields& member, E_TokenType closing)
 {
-    CFields& member = m_tLoader.m_pBuilder->appendElement();
-    m_tLoader.m_bReread = false;
-    p = skipBlanks(p, m_pEnd);
-    if (loadPlainValue(p, member))
-        return true;
     m_pCursor = p;
-    const bool done = loadChildValue(member, TT_arrayEnd);
+    const bool done = loadChildValue(member) || recover4Error(closing);
     p = m_pCursor;
     return done;
 }
@@ -289,30 +271,26 @@ CFields* CTextParser::addChild(unsigned int id)
     }
 }
 
-bool CTextParser::loadChildValue(CFields& member, E_TokenType closing)
+// `member` is the last one added, or one that is read again.
+bool CTextParser::loadChildValue(CFields& member)
 {
-    skipSpaces();
     const E_TokenType type = m_pCursor == m_pEnd ? TT_end : type4Byte(*m_pCursor);
-    bool done = false;
-    // What begins at once, without comment or packet expression, is the most and takes the short way.
-    const bool isShort = isPlain();
-    if (isShort && type >= TT_string && type <= TT_null)
+    const bool plain = isPlain();
+    if (plain && (type == TT_arrayBegin || type == TT_fieldsBegin))
+        return loadChildContainer(member, type);
+    if (plain && type >= TT_string && type <= TT_null)
     {
         tTokenInfo token;
         loadToken(token);
-        done = loadScalar(member, token);
+        const bool done = loadScalar(member, token);
         noteValue(member, m_pCursor);
+        return done;
     }
-    else if (isShort && (type == TT_arrayBegin || type == TT_fieldsBegin))
-        done = loadChildContainer(member, type);
-    else
-    {
-        m_tLoader.m_bPeiAllowed = true;
-        m_tLoader.m_vStack.push_back(&member);
-        done = loadFieldInfo(false);
-        m_tLoader.m_vStack.pop_back();
-    }
-    return done || recover4Error(closing);
+    m_tLoader.m_bPeiAllowed = true;
+    m_tLoader.m_vStack.push_back(&member);
+    const bool done = loadFieldInfo(false);
+    m_tLoader.m_vStack.pop_back();
+    return done;
 }
 
 bool CTextParser::loadChildContainer(CFields& member, E_TokenType type)
@@ -367,7 +345,9 @@ bool CTextParser::loadArray(const tTokenInfo& token)
     const char* p = m_pCursor;
     while (done && more)
     {
-        done = loadElement(p);
+        CFields& member = m_tLoader.m_pBuilder->appendElement();
+        m_tLoader.m_bReread = false;
+        done = loadMemberValue(p, member, TT_arrayEnd);
         if (done && !loadPlainSeparator(p, ']', more))
             done = loadArraySeparator(p, more);
     }

@@ -9,6 +9,7 @@
 
 #include "core/byte_scan.h"
 #include "core/field_access.h"
+#include "core/field_vector.h"
 #include "core/number_scan.h"
 #include "ser/text_parser.h"
 
@@ -152,6 +153,13 @@ inline void CTextParser::startValue(CFields& node)
         tFieldAccess::dropSecond(node);
 }
 
+inline void CTextParser::startContainer(CFields& node, E_DataType type, const tTokenInfo& token)
+{
+    startValue(node);
+    makeContainer(node, type);
+    tFieldAccess::setOffsetStart(node, offset(token.m_pBegin));
+}
+
 inline bool CTextParser::finishValue(CFields& node, const tTokenInfo& token)
 {
     tFieldAccess::setOffsets(node, offset(token.m_pBegin), offset(token.m_pEnd));
@@ -269,6 +277,12 @@ inline bool CTextParser::loadPlainValue(const char*& p, CFields& member)
     case TT_comma: return loadFreshEmpty(p, member);
     default: return false;
     }
+}
+
+inline bool CTextParser::loadMemberValue(const char*& p, CFields& member, E_TokenType closing)
+{
+    p = skipBlanks(p, m_pEnd);
+    return (!m_tLoader.m_bReread && loadPlainValue(p, member)) || loadOtherValue(p, member, closing);
 }
 
 // "," or the end, when one of them is the next byte that is no blank.

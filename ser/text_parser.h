@@ -64,13 +64,14 @@ private:
     bool loadRootFieldInfo(tTokenInfo& token);
     bool loadChildFields(const tTokenInfo& token);
     bool loadChildField(const char*& p);
-    bool loadElement(const char*& p);
+    bool loadMemberValue(const char*& p, CFields& member, E_TokenType closing);
+    bool loadOtherValue(const char*& p, CFields& member, E_TokenType closing);
     bool loadPlainName(const char*& p, tTokenInfo& token);
     bool loadPlainValue(const char*& p, CFields& member);
     bool loadArray(const tTokenInfo& token);
     void startContainer(CFields& node, E_DataType type, const tTokenInfo& token);
     CFields* addChild(unsigned int id);
-    bool loadChildValue(CFields& member, E_TokenType closing);
+    bool loadChildValue(CFields& member);
     bool loadChildContainer(CFields& member, E_TokenType type);
     bool loadPlainSeparator(const char*& p, char end, bool& more) const;
     bool loadFieldSeparator(const char*& p, bool& more);
