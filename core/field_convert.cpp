@@ -7,6 +7,7 @@
 #include <limits>
 #include <string_view>
 
+#include "core/double_limits.h"
 #include "core/field_access.h"
 #include "core/throw.h"
 #include "murv/fields.h"
@@ -15,15 +16,14 @@
 namespace murv
 {
 
+using detail::s_cdTwoTo63;
+using detail::s_cdTwoTo64;
 using detail::tFieldAccess;
 using detail::throwAt;
 using detail::tSlot;
 
 namespace
 {
-constexpr double s_cdTwoTo63 = 9223372036854775808.0;
-constexpr double s_cdTwoTo64 = 18446744073709551616.0;
-
 float narrow(double value)
 {
     // Halfway between the greatest float and the next power of two, where rounding turns to infinity.

@@ -73,11 +73,9 @@ CFields& appendElement(CFields& node)
 }
 
 /// Whether replacing the value of `holder` would destroy `node`.
-bool holds(const CFields& holder, const CFields& node)
+bool owns(const CFields& holder, const CFields& node)
 {
-    if (&holder == &node)
-        return true;
-    return tFieldAccess::isMember(node) && detail::memberCount(holder) != 0 && detail::isBelow(holder, node);
+    return &holder == &node || detail::holds(holder, node);
 }
 }  // namespace
 
@@ -178,7 +176,7 @@ CFields& CFields::addArrayAt(const CFields& value, bool valueOnly)
 
 CFields& CFields::addArrayAt(CFields&& value)
 {
-    if (holds(value, *this))  // an array cannot move into itself; its copy can
+    if (owns(value, *this))  // an array cannot move into itself; its copy can
         return addArrayAt(static_cast<const CFields&>(value));
     CFields& member = appendElement(*this);
     tFieldAccess::take(member, value);
@@ -257,7 +255,7 @@ bool CFields::removeChildAt(unsigned int index, CFields* out)
         return false;
     if (out != nullptr)
     {
-        const bool replaced = holds(*out, *this);
+        const bool replaced = owns(*out, *this);
         out->setField(m_uActValue.m_pFV->at(index));
         if (replaced)
             return true;  // this container went with what `out` held before
@@ -290,7 +288,7 @@ void CFields::removeAll(E_DataType dt)
     if (!isValidDT(dt))
         throwAt("murv::CFields::clearValue", "Unknown data type(%d)", static_cast<int>(dt));
     removeChildAll();
-    clearValue(dt, dt == DT_null || tFieldAccess::isContainer(dt) ? VK_actual : static_cast<E_ValueKind>(3), false);
+    clearValue(dt, dt == DT_null || tFieldAccess::isContainer(dt) ? VK_actual : detail::s_ceBothKinds, false);
     if (dt == DT_null || tFieldAccess::isContainer(dt))
         tFieldAccess::dropSecond(*this);
 }

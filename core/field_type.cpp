@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/double_limits.h"
 #include "core/field_access.h"
 #include "core/field_vector.h"
 #include "core/throw.h"
@@ -10,14 +11,13 @@
 namespace murv
 {
 
+using detail::s_cdTwoTo63;
+using detail::s_cdTwoTo64;
 using detail::tFieldAccess;
 using detail::tSlot;
 
 namespace
 {
-constexpr double s_cdTwoTo63 = 9223372036854775808.0;
-constexpr double s_cdTwoTo64 = 18446744073709551616.0;
-
 bool isWhole(double value)
 {
     double whole = 0;

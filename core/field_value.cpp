@@ -48,16 +48,10 @@ bool setCodes(CFields& node, E_ValueKind vk, const char* text, std::size_t lengt
     return true;
 }
 
-/// Whether `root` holds `node` somewhere; a node that is no member is held by none, which costs no walk.
-bool holds(const CFields& root, const CFields& node)
-{
-    return tFieldAccess::isMember(node) && detail::memberCount(root) != 0 && detail::isBelow(root, node);
-}
-
 /// A node cannot change places with one that it holds.
 void requireApart(const CFields& a, const CFields& b)
 {
-    if (holds(a, b) || holds(b, a))
+    if (detail::holds(a, b) || detail::holds(b, a))
         detail::throwMismatch();
 }
 
@@ -184,11 +178,10 @@ bool CFields::isEqualDualValue() const
 
 void CFields::clearValue(E_DataType dt, E_ValueKind vk, bool owned)
 {
-    const auto both = static_cast<E_ValueKind>(3);
     const tSlot blank{dt, owned, {}};
     if (vk != VK_actual)
         tFieldAccess::replaceSlot(*this, VK_fix, blank);
-    if (vk == VK_actual || vk == both)
+    if (vk == VK_actual || vk == detail::s_ceBothKinds)
         tFieldAccess::replaceValue(*this, blank);
 }
 

@@ -14,6 +14,9 @@
 namespace murv::detail
 {
 
+/// Clears both values at once; the bits of VK_fix and VK_valid together.
+inline constexpr auto s_ceBothKinds = static_cast<E_ValueKind>(VK_fix | VK_valid);
+
 /// A value with its type; the node keeps its first one in its own words.
 struct tSlot
 {

@@ -81,4 +81,10 @@ inline bool isBelow(const CFields& root, const CFields& node)
     return false;
 }
 
+/// The same, at no cost for most nodes: one that is no member lies below no other.
+inline bool holds(const CFields& root, const CFields& node)
+{
+    return tFieldAccess::isMember(node) && memberCount(root) != 0 && isBelow(root, node);
+}
+
 }  // namespace murv::detail

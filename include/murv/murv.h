@@ -9,6 +9,7 @@
 #include "murv/fields.h"
 #include "murv/flags.h"
 #include "murv/loader.h"
+#include "murv/member_iterator.h"
 #include "murv/packet_expression.h"
 #include "murv/saver.h"
 #include "murv/strings.h"
