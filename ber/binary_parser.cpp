@@ -91,14 +91,19 @@ bool CBinaryParser::loadFTI(tMURF_Node& record, CFields* target)
 
     if (tFieldAccess::aside(*node) != nullptr)
         tFieldAccess::dropSecond(*node);
-    tSlot value{record.m_eType, false, {}};
-    value.m_uValue.m_pFV = makeMembers(count);
-    tFieldAccess::replaceValue(*node, value);
-    node->setOffsetStart(static_cast<int>(record.m_nStart));
     if (record.m_bComment)
         giveComments(*node);
-    const bool done = loadMembers(*node, count);
-    node->setOffsetEnd(static_cast<int>(m_tSource.offset()));
+    return fillContainer(*node, record.m_eType, count, record.m_nStart);
+}
+
+bool CBinaryParser::fillContainer(CFields& node, E_DataType type, std::uint32_t count, std::size_t start)
+{
+    tSlot value{type, false, {}};
+    value.m_uValue.m_pFV = makeMembers(count);
+    tFieldAccess::replaceValue(node, value);
+    tFieldAccess::setOffsetStart(node, static_cast<int>(start));
+    const bool done = loadMembers(node, count);
+    tFieldAccess::setOffsetEnd(node, static_cast<int>(m_tSource.offset()));
     return done;
 }
 
@@ -111,7 +116,7 @@ bool CBinaryParser::loadMembers(CFields& container, std::uint32_t count)
     if (tFieldAccess::type(container) == DT_array)
     {
         for (std::uint32_t i = 0; i < count && done; ++i, --m_ullAwaited)
-            done = loadPlainLeaf(container) || loadFieldInfo(nullptr);
+            done = loadMember(container);
     }
     else
     {
@@ -119,7 +124,7 @@ bool CBinaryParser::loadMembers(CFields& container, std::uint32_t count)
         CMemberBuilder builder(m_tNoStack, container, m_tLoader.m_pLastValueNode, 0);
         m_pBuilder = &builder;
         for (std::uint32_t i = 0; i < count && done; ++i, --m_ullAwaited)
-            done = loadPlainLeaf(builder) || loadFieldInfo(nullptr);
+            done = loadMember(builder);
         builder.close();
         m_pBuilder = outer;
     }
@@ -128,17 +133,73 @@ bool CBinaryParser::loadMembers(CFields& container, std::uint32_t count)
     return done;
 }
 
-bool CBinaryParser::lookAtPlainLeaf(tPlainLeaf& leaf) const
+template <typename tParent>
+bool CBinaryParser::loadMember(tParent& parent)
+{
+    m_tSource.lookAhead();
+    const bool isNear = m_bLittleEndian && m_tSource.inWindow() >= CBodySource::s_cnAhead &&
+                        m_tLoader.m_iDepth < ILoaderCommon::s_cnStackDepthLimit;
+    if (!isNear)
+        return loadFieldInfo(nullptr);
+    tPlainLeaf leaf;
+    if (lookAtPlainLeaf(leaf))
+    {
+        if (CFields* const node = appendPlain(parent, leaf.m_strvName))
+        {
+            setPlainLeaf(*node, leaf);
+            return true;
+        }
+    }
+    tPlainContainer container;
+    if (lookAtPlainContainer(container))
+    {
+        if (CFields* const node = appendPlain(parent, container.m_strvName))
+        {
+            const std::size_t start = m_tSource.offset();
+            m_tSource.advance(container.m_nSize);
+            return fillContainer(*node, container.m_eType, container.m_uiCount, start);
+        }
+    }
+    return loadFieldInfo(nullptr);
+}
+
+/// A new element, or null when the record has a name.
+inline CFields* CBinaryParser::appendPlain(CFields& array, std::string_view name)
+{
+    return name.empty() ? &CFieldVector::append(tFieldAccess::value(array).m_pFV) : nullptr;
+}
+
+/// A new member, or null when its name is taken.
+inline CFields* CBinaryParser::appendPlain(CMemberBuilder& set, std::string_view name)
+{
+    if (!m_bDuplicate && !name.empty() && set.find(name) != CNameIndex::s_cuiNone)
+        return nullptr;
+    return &set.append(name, 0);
+}
+
+inline bool CBinaryParser::lookAtPlainContainer(tPlainContainer& container) const
+{
+    const char* const start = m_tSource.cursor();
+    const auto type = static_cast<unsigned char>(*start);
+    if ((type != DT_fields && type != DT_array) || readNumber<std::uint32_t>(start + s_cnTypeSize, true) != 0)
+        return false;
+    const char* const name = start + s_cnHeadSize + s_cnCountSize + s_cnNameLengthSize;
+    container.m_eType = static_cast<E_DataType>(type);
+    container.m_uiCount = readNumber<std::uint32_t>(start + s_cnHeadSize, true);
+    container.m_strvName = {name, static_cast<unsigned char>(name[-1])};
+    container.m_nSize = s_cnEmptyContainer + container.m_strvName.size();
+    return container.m_uiCount != 0 && isZero(name + container.m_strvName.size(), s_cnNoComments);
+}
+
+inline bool CBinaryParser::lookAtPlainLeaf(tPlainLeaf& leaf) const
 {
     // For each type the length of its value; others, and the values of strings, are looked at behind.
     static constexpr std::uint32_t s_cuiOther = 0xFFFFFFFF;
     static constexpr std::uint32_t lengths[] = {
         0, s_cuiOther, s_cuiOther, 1, s_cnNumberSize, s_cnNumberSize, s_cnNumberSize, s_cuiOther};
     const char* const start = m_tSource.cursor();
-    if (m_tSource.inWindow() < CBodySource::s_cnAhead || m_tLoader.m_iDepth >= ILoaderCommon::s_cnStackDepthLimit)
-        return false;
     const auto type = static_cast<unsigned char>(*start);
-    if (!m_bLittleEndian || type > DT_codelist || !isZero(start + s_cnTypeSize, s_cnIdSize + s_cnExpressionSize))
+    if (type > DT_codelist || !isZero(start + s_cnTypeSize, s_cnIdSize + s_cnExpressionSize))
         return false;
     const char* const name = start + s_cnHeadSize + s_cnExpressionSize + s_cnNameLengthSize;
     leaf.m_strvName = {name, static_cast<unsigned char>(name[-1])};
@@ -170,28 +231,6 @@ inline void CBinaryParser::setPlainLeaf(CFields& node, const tPlainLeaf& leaf)
         value.m_ullValue = readNumber<std::uint64_t>(leaf.m_pValue, true);
     else if (leaf.m_eType == DT_bool)
         value.m_bValue = *leaf.m_pValue != 0;
-}
-
-bool CBinaryParser::loadPlainLeaf(CFields& array)
-{
-    tPlainLeaf leaf;
-    m_tSource.lookAhead();
-    if (!lookAtPlainLeaf(leaf) || !leaf.m_strvName.empty())
-        return false;
-    setPlainLeaf(tFieldAccess::append(array), leaf);
-    return true;
-}
-
-bool CBinaryParser::loadPlainLeaf(CMemberBuilder& set)
-{
-    tPlainLeaf leaf;
-    m_tSource.lookAhead();
-    if (!lookAtPlainLeaf(leaf))
-        return false;
-    if (!m_bDuplicate && !leaf.m_strvName.empty() && set.find(leaf.m_strvName) != CNameIndex::s_cuiNone)
-        return false;
-    setPlainLeaf(set.append(leaf.m_strvName, 0), leaf);
-    return true;
 }
 
 /// Room for all members when they can be there, beside those that outer containers wait for. A count that cannot be true

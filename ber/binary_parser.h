@@ -40,6 +40,15 @@ struct tPlainLeaf
     const char* m_pValue;
 };
 
+/// The head of an ordinary container, in the window.
+struct tPlainContainer
+{
+    E_DataType m_eType;
+    std::uint32_t m_uiCount;
+    std::string_view m_strvName;
+    std::size_t m_nSize;  // of all that stands before the members
+};
+
 /// Reads the body of one load that was started. Nests at most as deep as loaders go, and recurses as deep.
 class CBinaryParser
 {
@@ -58,10 +67,15 @@ private:
     bool loadFTI(tMURF_Node& record, CFields* target);
     bool loadETI(tMURF_Node& record, CFields* target);
     bool loadMembers(CFields& container, std::uint32_t count);
-    /// Reads an ordinary leaf at one look: little-endian, with no ID, expression or comments, and well before the end of
-    /// the window. \return false, with nothing read, for all other records and for whatever is wrong
-    bool loadPlainLeaf(CFields& array);
-    bool loadPlainLeaf(CMemberBuilder& set);
+    bool fillContainer(CFields& node, E_DataType type, std::uint32_t count, std::size_t start);
+    /// Reads the next record. The ordinary one takes one look: little-endian, with no ID, expression or comments, and well
+    /// before the end of the window; all others, and whatever is wrong, go the general way.
+    /// \param parent  an array, or the builder of a field set
+    template <typename tParent>
+    bool loadMember(tParent& parent);
+    CFields* appendPlain(CFields& array, std::string_view name);
+    CFields* appendPlain(CMemberBuilder& set, std::string_view name);
+    bool lookAtPlainContainer(tPlainContainer& container) const;
     bool lookAtPlainLeaf(tPlainLeaf& leaf) const;
     void setPlainLeaf(CFields& node, const tPlainLeaf& leaf);
 

@@ -80,10 +80,20 @@ void forEachRecord(const CFields& root, tVisit&& visit)
         visit(node);
         if (memberCount(node) == 0)
             continue;
+        // Many a container holds leaves alone, and needs no walk of its own.
+        const CFieldVector* const below = tFieldAccess::members(node);
+        const CFieldVector::tRun run = below->run(0);
+        const CFields* first = run.m_pBegin;
+        for (; first != run.m_pEnd && !tFieldAccess::isContainer(*first); ++first)
+            visit(*first);
+        const auto count = static_cast<std::uint32_t>(run.m_pEnd - run.m_pBegin);
+        if (first == run.m_pEnd && count == below->count())
+            continue;
         outer.push({members, next, end, behind});
-        members = tFieldAccess::members(node);
-        next = end;
-        behind = 0;
+        members = below;
+        next = first;
+        end = run.m_pEnd;
+        behind = count;
     }
 }
 

@@ -122,14 +122,15 @@ CFieldVector::tLarge* CFieldVector::grow(CFieldVector* self)
     return self->isSmall() ? new tLarge(self) : &self->large();
 }
 
-CFields& CFieldVector::append(CFieldVector*& self)
+CFields& CFieldVector::appendBeyond(CFieldVector*& self)
 {
     if (self->m_uiCount >= s_cuiCountLimit)
         throw std::bad_alloc();
     if (self->m_uiRoom == 0)
+    {
         self = make(s_cuiFirstRoom);
-    if (self->isSmall() && self->m_uiCount < self->m_uiRoom)
         return self->appendInPlace();
+    }
     tLarge* const head = grow(self);
     self = head;
     if (head->m_uiCount == head->room())

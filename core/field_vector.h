@@ -99,7 +99,10 @@ public:
     }
 
     /// Appends a node in the basic state. `self` may be replaced. Throws std::bad_alloc.
-    static CFields& append(CFieldVector*& self);
+    static CFields& append(CFieldVector*& self)
+    {
+        return self->isSmall() && self->m_uiCount < self->m_uiRoom ? self->appendInPlace() : appendBeyond(self);
+    }
     /// To be called when the last member was appended to a field set and has its name. `self` may be replaced. Throws
     /// nothing: without memory there is no index, and look-ups scan.
     static void enterLast(CFieldVector*& self) noexcept;
@@ -140,6 +143,7 @@ private:
     tLarge& large() const noexcept;
     std::uint32_t position(const CFields& member) const noexcept;
     std::uint32_t findInLarge(const char* name, unsigned int length) const noexcept;
+    static CFields& appendBeyond(CFieldVector*& self);
     static tLarge* grow(CFieldVector* self);
     static void freeBlocks(CFieldVector* self) noexcept;
     std::unique_ptr<detail::CNameIndex> makeIndex() const noexcept;
