@@ -9,6 +9,7 @@
 #include "ber/binary_writer.h"
 #include "ber/layout.h"
 #include "ber/vernam.h"
+#include "ber/wipe.h"
 #include "core/error_table.h"
 #include "murv/saver.h"
 
@@ -33,12 +34,12 @@ struct tFileHead
 {
     E_CipherType m_eCipher = CT_vernam;
     std::size_t m_nSize = 0;
-    char m_acBytes[s_cnHeaderSize + s_cnPasswordBlockLimit + 1];
+    detail::CWipedArea<char, s_cnHeaderSize + s_cnPasswordBlockLimit + 1> m_tBytes;
 };
 
 void makeHeader(tFileHead& head, std::size_t passwordBlockSize)
 {
-    char* const to = head.m_acBytes;
+    char* const to = head.m_tBytes.data();
     std::memcpy(to, detail::s_cMagic, detail::s_cuiMagicSize);
     detail::writeNumber<std::uint32_t>(to + detail::s_cnVersionOffset, detail::s_cuiFileVersion);
     detail::writeNumber<std::uint16_t>(to + detail::s_cnHeaderSizeOffset, s_cnHeaderSize);
@@ -51,7 +52,7 @@ void makeHeader(tFileHead& head, std::size_t passwordBlockSize)
 /// \pre the text of the password fits
 std::size_t makePasswordBlock(tFileHead& head, std::string_view password)
 {
-    auto* const to = reinterpret_cast<unsigned char*>(head.m_acBytes + s_cnHeaderSize);
+    auto* const to = reinterpret_cast<unsigned char*>(head.m_tBytes.data() + s_cnHeaderSize);
     return detail::vernamEncodeTo(to, reinterpret_cast<const unsigned char*>(password.data()), password.size());
 }
 
@@ -65,7 +66,7 @@ bool makeFile(std::string& file, detail::tKeptBlock& block, const tFileHead& hea
     try
     {
         file.reserve(head.m_nSize + size);
-        file.append(head.m_acBytes, head.m_nSize);
+        file.append(head.m_tBytes.data(), head.m_nSize);
         detail::CBodySink sink(block, file, head.m_eCipher);
         if (detail::isCipherKeyNeeded(head.m_eCipher) && !sink.setKey(password))
         {
@@ -115,7 +116,6 @@ std::string CSaver4BER_BASIC::saving(const CFields& root, unsigned char style, c
         setUserError(detail::s_ciEncryptionFailed, "[%s#%d] Failed to the field encryption(ber_size=%u, retval=%u)",
                      s_cpWriteField, __LINE__,
                      static_cast<unsigned int>(bodySize > s_cullLongestLength ? s_cullLongestLength : bodySize), 0U);
-    detail::wipe(head.m_acBytes, sizeof head.m_acBytes);
     return file;
 }
 

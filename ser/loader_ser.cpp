@@ -13,10 +13,7 @@ CLoader4SER::CLoader4SER(unsigned int flags) : ILoaderCommon(flags)
 bool CLoader4SER::loadit(const char* data, unsigned int size, CFields& target, const char* /*password*/, bool comments)
 {
     if (isTooBig(size, "murv::CLoader4SER::loadit", __LINE__))
-    {
-        m_vError.clear();
         return false;
-    }
     try
     {
         startLoad(data == nullptr ? "" : data, data == nullptr ? 0 : size, target, comments);

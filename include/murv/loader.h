@@ -106,7 +106,10 @@ public:
     static int getER(const char* data, unsigned int size);
 
 protected:
+    /// Refuses data of more bytes than offsets can count.
     bool isTooBig(unsigned long long size, const char* function, int line);
+    /// Forgets all errors of the last load.
+    virtual void forgetErrors();
 
     CLoaderConfig m_tConfig;
     bool m_bComment = false;  // comments are kept in this load
@@ -139,6 +142,7 @@ protected:
 
     static constexpr int s_cnStackDepthLimit = 1000;
 
+    void forgetErrors() override;
     /// Empties all state of the last load and pushes the target.
     void startLoad(const char* data, unsigned int size, CFields& target, bool comments);
     /// Empties the stack; after a failure also empties a target that is a container.
@@ -222,6 +226,9 @@ public:
                 bool comments = true) override;
     bool getStatus() const override;
     std::vector<tErrorRange> getErrorRanges() const;
+
+protected:
+    void forgetErrors() override;
 
 private:
     void follow(const CLoaders& other);

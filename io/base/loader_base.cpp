@@ -64,9 +64,14 @@ bool ILoaderBase::isTooBig(unsigned long long size, const char* function, int li
 {
     if (size <= static_cast<unsigned int>(CFields::maxSint32))
         return false;
-    clearError();
+    forgetErrors();
     setUserError(detail::s_ciInvalidParameter, "[%s#%d] Too big data size(%llu)", function, line, size);
     return true;
+}
+
+void ILoaderBase::forgetErrors()
+{
+    clearError();
 }
 
 int ILoaderBase::getER(const char* data, unsigned int size)

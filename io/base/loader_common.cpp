@@ -60,16 +60,21 @@ std::vector<tErrorRange> ILoaderCommon::getErrorRanges() const
     return getLoadErrors();
 }
 
-void ILoaderCommon::startLoad(const char* data, unsigned int size, CFields& target, bool comments)
+void ILoaderCommon::forgetErrors()
 {
     clearError();
+    m_vError.clear();
+}
+
+void ILoaderCommon::startLoad(const char* data, unsigned int size, CFields& target, bool comments)
+{
+    forgetErrors();
     m_bComment = comments && m_tConfig.BC32_Check(LCBC_COMMENT);
     m_pDataBegin = m_pCursor = data;
     m_pDataEnd = data + size;
     m_pLastValueEnd = nullptr;
     m_pLastValueNode = nullptr;
     m_strComment.clear();
-    m_vError.clear();
     m_vStack.clear();
     m_vStack.push_back(&target);
     m_iDepth = 0;

@@ -43,8 +43,7 @@ bool CLoaders::loadit(const char* data, unsigned int size, CFields& target, cons
 {
     if (data == nullptr || size == 0)
         return false;
-    clearError();
-    m_pLast = nullptr;
+    forgetErrors();
     m_bComment = comments && m_tConfig.BC32_Check(LCBC_COMMENT);
     if (isTooBig(size, "murv::CLoaders::loadit", __LINE__))
         return false;
@@ -56,6 +55,12 @@ bool CLoaders::loadit(const char* data, unsigned int size, CFields& target, cons
                false;
     return rule == 2 ? loadBy(m_tBinary, data, size, target, password, comments)
                      : loadBy(m_tText, data, size, target, password, comments);
+}
+
+void CLoaders::forgetErrors()
+{
+    clearError();
+    m_pLast = nullptr;
 }
 
 bool CLoaders::loadBy(ILoaderCommon& loader, const char* data, unsigned int size, CFields& target, const char* password,

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "murv/loader.h"
+#include "murv/saver.h"
 #include "tests/ser/load_helpers.h"
 #include "tests/support/thrown.h"
 
@@ -238,6 +239,27 @@ TEST(Loaders, refuseTooMuchData)
     EXPECT_EQ(loader.getLastErrCode(), -991);
     EXPECT_EQ(withoutLine(loader.getLastErrMsg()), "[murv::CLoaders::loadit#0] Too big data size(2147483648)");
     EXPECT_EQ(show(tree), "7");
+}
+
+TEST(Loaders, forgetOlderErrorsWhenTheyRefuseTooMuchData)
+{
+    CLoaders front;
+    CLoader4SER text;
+    CLoader4BER binary;
+    const std::string file = CSaver4BER_BASIC().saving(CFields("text"), SAVE_ALL).substr(0, 40);
+    CFields tree;
+    ASSERT_FALSE(front.loading("[1 2]", tree));
+    ASSERT_FALSE(text.loading("[1 2]", tree));
+    ASSERT_FALSE(binary.loading(file, tree));
+    for (ILoaderBase* const loader :
+         {static_cast<ILoaderBase*>(&front), static_cast<ILoaderBase*>(&text), static_cast<ILoaderBase*>(&binary)})
+    {
+        EXPECT_FALSE(loader->loading(std::string_view("[1]", 2147483648u), tree));
+        EXPECT_EQ(withoutLine(loader->getLastErrMsg()), "[murv::ILoaderBase::loading#0] Too big data size(2147483648)");
+    }
+    EXPECT_TRUE(front.getErrorRanges().empty());
+    EXPECT_TRUE(text.getErrorRanges().empty());
+    EXPECT_TRUE(binary.getErrorRanges().empty());
 }
 
 TEST(Loaders, letTheDepthExceptionPass)
