@@ -6,7 +6,7 @@
 
 #include "murv/murv.h"
 #include "tests/ber/murf_bytes.h"
-#include "tests/ber/random_tree.h"
+#include "tests/ber/random_file_tree.h"
 #include "tests/support/same_tree.h"
 
 namespace murv::tests
@@ -124,7 +124,7 @@ TEST(BigEndian, shortDoubleIsASingle)
 
 TEST(BigEndian, randomTreesAreRead)
 {
-    CRandomTree trees(6);
+    CRandomFileTree trees(6);
     for (int i = 0; i < 500; ++i)
     {
         const CFields tree = trees.make();

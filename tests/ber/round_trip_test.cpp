@@ -6,7 +6,7 @@
 #include "murv/murv.h"
 #include "tests/ber/independent_decoder.h"
 #include "tests/ber/murf_bytes.h"
-#include "tests/ber/random_tree.h"
+#include "tests/ber/random_file_tree.h"
 #include "tests/support/same_tree.h"
 
 namespace murv::tests
@@ -14,7 +14,7 @@ namespace murv::tests
 
 TEST(RoundTrip, tenThousandRandomTreesComeBackEqual)
 {
-    CRandomTree trees(1);
+    CRandomFileTree trees(1);
     CSaver4BER_BASIC saver;
     CLoader4BER loader;
     for (int i = 0; i < 10000; ++i)
@@ -29,7 +29,7 @@ TEST(RoundTrip, tenThousandRandomTreesComeBackEqual)
 
 TEST(RoundTrip, independentDecoderReadsWhatTheSaverWrites)
 {
-    CRandomTree trees(2);
+    CRandomFileTree trees(2);
     for (int i = 0; i < 500; ++i)
     {
         const CFields tree = trees.make();
@@ -41,7 +41,7 @@ TEST(RoundTrip, independentDecoderReadsFilesWithPasswords)
 {
     if (!CIndependentDecoder::isSeedThere())
         GTEST_SKIP() << "OpenSSL's legacy provider is not installed";
-    CRandomTree trees(3);
+    CRandomFileTree trees(3);
     for (const char* password : {"p", "sixteen byte key", "a password of more than sixteen bytes"})
         for (int i = 0; i < 200; ++i)
         {
@@ -53,7 +53,7 @@ TEST(RoundTrip, independentDecoderReadsFilesWithPasswords)
 
 TEST(RoundTrip, textAndBinaryGiveTheSameTree)
 {
-    CRandomTree trees(4, true);
+    CRandomFileTree trees(4, true);
     for (int i = 0; i < 1000; ++i)
     {
         const CFields tree = trees.make();
@@ -72,7 +72,7 @@ TEST(RoundTrip, textAndBinaryGiveTheSameTree)
 
 TEST(RoundTrip, whatWasLoadedIsSavedTheSame)
 {
-    CRandomTree trees(5);
+    CRandomFileTree trees(5);
     for (int i = 0; i < 200; ++i)
     {
         const std::string file = save(trees.make());

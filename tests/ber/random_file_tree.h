@@ -1,4 +1,6 @@
-// tests/ber/random_tree.h - random trees with everything that a binary file keeps.
+// tests/ber/random_file_tree.h - random trees with what a binary file gives back equal.
+//
+// Text keeps other things: its trees are made in tests/support/random_tree.h.
 #pragma once
 
 #include <cmath>
@@ -13,11 +15,11 @@ namespace murv::tests
 
 /// Trees that a file gives back equal: no empty containers, names and IDs that do not repeat, comments that are not
 /// empty, and second values that equal the first.
-class CRandomTree
+class CRandomFileTree
 {
 public:
     /// \param forText  only what the text notation can say too, where an empty string is null
-    explicit CRandomTree(unsigned int seed, bool forText = false) : m_tRandom(seed), m_bForText(forText)
+    explicit CRandomFileTree(unsigned int seed, bool forText = false) : m_tRandom(seed), m_bForText(forText)
     {
     }
 
