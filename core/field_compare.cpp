@@ -67,6 +67,12 @@ tOrder orderNodes(const CFields& a, const CFields& b)
     }
 }
 
+/// Of nodes found equal so far, which have as many members each.
+bool haveMembers(const CFields& a, const CFields& b)
+{
+    return detail::memberCount(a) != 0 && detail::memberCount(b) != 0;
+}
+
 /// \param stopAtNaN  for equality: a NaN is a difference; for order it is not
 tOrder orderTrees(const CFields& a, const CFields& b, bool stopAtNaN)
 {
@@ -81,7 +87,7 @@ tOrder orderTrees(const CFields& a, const CFields& b, bool stopAtNaN)
     };
 
     tOrder found = orderNodes(a, b);
-    if (decides(found) || detail::memberCount(a) == 0)
+    if (decides(found) || !haveMembers(a, b))
         return found;
     detail::CWalkStack<tFrame> stack;
     stack.push({tFieldAccess::members(a), tFieldAccess::members(b), 0});
@@ -99,7 +105,7 @@ tOrder orderTrees(const CFields& a, const CFields& b, bool stopAtNaN)
         found = orderNodes(aMember, bMember);
         if (decides(found))
             return found;
-        if (detail::memberCount(aMember) != 0)
+        if (haveMembers(aMember, bMember))
             stack.push({tFieldAccess::members(aMember), tFieldAccess::members(bMember), 0});
     }
     return {0, false};

@@ -19,7 +19,7 @@
 namespace murv
 {
 
-class CFieldVector
+class alignas(CFields) CFieldVector
 {
 public:
     /// From so many members on, a field set has a name index.

@@ -23,6 +23,8 @@ CLoaders::CLoaders(const CLoaders& other) : ILoaderBase(other), m_tText(other.m_
 
 CLoaders& CLoaders::operator=(const CLoaders& other)
 {
+    if (this == &other)
+        return *this;
     ILoaderBase::operator=(other);
     m_tText = other.m_tText;
     m_tBinary = other.m_tBinary;
@@ -50,9 +52,11 @@ bool CLoaders::loadit(const char* data, unsigned int size, CFields& target, cons
     // A file of the reserved rule 1, or one that names rule 0, goes to the text loader, which will say what it meets.
     const int rule = getER(data, size);
     if (rule < 0)
-        return setUserError(detail::s_ciInvalidParameter, "[%s#%d] Unknown encoding rule(%d)", "murv::CLoaders::loadit",
-                            __LINE__, rule) &&
-               false;
+    {
+        setUserError(detail::s_ciInvalidParameter, "[%s#%d] Unknown encoding rule(%d)", "murv::CLoaders::loadit",
+                     __LINE__, rule);
+        return false;
+    }
     return rule == 2 ? loadBy(m_tBinary, data, size, target, password, comments)
                      : loadBy(m_tText, data, size, target, password, comments);
 }

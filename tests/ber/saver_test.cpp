@@ -324,7 +324,7 @@ TEST(BinarySaver, depthCostsNoStack)
 // 33 times the same borrowed text: the body would fit 32 bits, but not its encoded form.
 TEST(BinarySaver, bodyBeyondItsLengthFieldsIsRefusedBeforeAnythingIsWritten)
 {
-    const std::string text(100000000, 't');
+    const std::string text(100000000, 't');  // NOLINT(bugprone-string-constructor): as long as that
     CFields tree(DT_array);
     for (int i = 0; i < 33; ++i)
         tree.addChildRef(nullptr).setValue(CStaticString(text.c_str()));

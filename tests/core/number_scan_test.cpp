@@ -384,7 +384,7 @@ TEST(NumberScan, tokensReadLikeTheirTextAlone)
                     token += exponent;
                     if (token.empty() || token[0] == '.' || token[0] == 'e' || token[0] == 'E')
                         continue;
-                    for (const std::size_t room : {0, 1, 20, 33, 34, 35, 60})
+                    for (const std::size_t room : {0u, 1u, 20u, 33u, 34u, 35u, 60u})
                         expectTokenLikeText(token, std::string(room, ' '));
                     expectTokenLikeText(token, ",1234567890123456789012345678901234567890");
                 }

@@ -254,6 +254,7 @@ TEST(Loaders, forgetOlderErrorsWhenTheyRefuseTooMuchData)
     for (ILoaderBase* const loader :
          {static_cast<ILoaderBase*>(&front), static_cast<ILoaderBase*>(&text), static_cast<ILoaderBase*>(&binary)})
     {
+        // NOLINTNEXTLINE(bugprone-string-constructor): never read
         EXPECT_FALSE(loader->loading(std::string_view("[1]", 2147483648u), tree));
         EXPECT_EQ(withoutLine(loader->getLastErrMsg()), "[murv::ILoaderBase::loading#0] Too big data size(2147483648)");
     }
