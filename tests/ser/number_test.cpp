@@ -15,7 +15,7 @@ namespace
 std::string everywhere(std::string_view number)
 {
     const std::string text(number);
-    const std::string value = loaded(text);
+    std::string value = loaded(text);
     EXPECT_EQ(loaded("[" + text + "]"), "[" + value + "]");
     EXPECT_EQ(loaded("{\"a\"=" + text + "}"), "{a=" + value + "}");
     EXPECT_EQ(loaded("{" + text + "}"), "{" + value + "}");
