@@ -67,12 +67,6 @@ tOrder orderNodes(const CFields& a, const CFields& b)
     }
 }
 
-/// Of nodes found equal so far, which have as many members each.
-bool haveMembers(const CFields& a, const CFields& b)
-{
-    return detail::memberCount(a) != 0 && detail::memberCount(b) != 0;
-}
-
 /// \param stopAtNaN  for equality: a NaN is a difference; for order it is not
 tOrder orderTrees(const CFields& a, const CFields& b, bool stopAtNaN)
 {
@@ -86,11 +80,17 @@ tOrder orderTrees(const CFields& a, const CFields& b, bool stopAtNaN)
         return found.m_iOrder != 0 || (stopAtNaN && found.m_bUnordered);
     };
 
-    tOrder found = orderNodes(a, b);
-    if (decides(found) || !haveMembers(a, b))
-        return found;
     detail::CWalkStack<tFrame> stack;
-    stack.push({tFieldAccess::members(a), tFieldAccess::members(b), 0});
+    // To be called for nodes found equal so far, which have as many members each.
+    const auto enter = [&stack](const CFieldVector* aMembers, const CFieldVector* bMembers) {
+        if (aMembers != nullptr && bMembers != nullptr && aMembers->count() != 0)
+            stack.push({aMembers, bMembers, 0});
+    };
+
+    tOrder found = orderNodes(a, b);
+    if (decides(found))
+        return found;
+    enter(tFieldAccess::members(a), tFieldAccess::members(b));
     while (!stack.empty())
     {
         tFrame& frame = stack.top();
@@ -105,8 +105,7 @@ tOrder orderTrees(const CFields& a, const CFields& b, bool stopAtNaN)
         found = orderNodes(aMember, bMember);
         if (decides(found))
             return found;
-        if (haveMembers(aMember, bMember))
-            stack.push({tFieldAccess::members(aMember), tFieldAccess::members(bMember), 0});
+        enter(tFieldAccess::members(aMember), tFieldAccess::members(bMember));
     }
     return {0, false};
 }
