@@ -37,4 +37,21 @@ private:
     mutable std::string m_strPassword;
 };
 
+/// The password that a binary result gets: that of the document, another, or none.
+class COutputPassword
+{
+public:
+    void declare(CLI::App& verb);
+    bool isGiven() const
+    {
+        return m_bNone || !m_strFile.empty();
+    }
+    /// \param password  that of the document; replaced when another is asked for
+    E_ExitCode choose(CDiagnostics& diagnostics, std::string& password) const;
+
+private:
+    std::string m_strFile;
+    bool m_bNone = false;
+};
+
 }  // namespace murv::tool

@@ -30,7 +30,8 @@ public:
             ->type_name("FILE");
         verb.add_flag("--json", m_bJson, "Diagnostics as JSON lines");
         m_tLoad.declare(verb);
-        verb.footer("A password opens a binary FILE, and is put on a binary result.\n");
+        m_tOutputPassword.declare(verb);
+        verb.footer("A password opens a binary FILE, and is put on a binary result unless told otherwise.\n");
     }
 
     E_ExitCode run(tSession& session) override
@@ -39,6 +40,8 @@ public:
         if (isBinary() && m_strOutput.empty() && isatty(STDOUT_FILENO) == 1)
             return session.m_tDiagnostics.error("", "a binary result is not for a terminal; use --output"),
                    EC_wrongCall;
+        if (!isBinary() && m_tOutputPassword.isGiven())
+            return session.m_tDiagnostics.error("", "only a binary result has a password"), EC_wrongCall;
         tInput input;
         std::string result;
         if (const E_ExitCode code = readInput(m_strFile, session.m_tDiagnostics, input))
@@ -65,8 +68,11 @@ private:
         std::string password;
         if (const E_ExitCode code = m_tLoad.m_tPassword.read(input, diagnostics, password))
             return code;
-        return isBinary() ? toBinary(input, tree, password, diagnostics, result)
-                          : toText(input, tree, diagnostics, result);
+        if (!isBinary())
+            return toText(input, tree, diagnostics, result);
+        if (const E_ExitCode code = m_tOutputPassword.choose(diagnostics, password))
+            return code;
+        return toBinary(input, tree, password, diagnostics, result);
     }
 
     E_ExitCode toBinary(const tInput& input, const CFields& tree, const std::string& password,
@@ -109,6 +115,7 @@ private:
     std::string m_strTo;
     std::string m_strOutput;
     tLoadOptions m_tLoad;
+    COutputPassword m_tOutputPassword;
     bool m_bJson = false;
 };
 }  // namespace

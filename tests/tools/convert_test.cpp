@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "tests/tools/tool.h"
 
@@ -53,6 +55,72 @@ TEST(Convert, passwordComesFromAFile)
     EXPECT_EQ(files.read("a.bin")[11], 1);
     EXPECT_EQ(murv(files, {"convert", "--to", "text", "--password-file", "password", "a.bin"}).m_strOutput,
               s_cpDocument);
+}
+
+TEST(Convert, passwordOfTheDocumentIsKeptChangedOrTakenAway)
+{
+    struct tCase
+    {
+        std::vector<std::string> m_vOptions;
+        const char* m_pOpens;  // the password of the result; null for none
+    };
+    const tCase cases[] = {
+        {{}, "old"},
+        {{"--output-password-file", "new"}, "new"},
+        {{"--no-output-password"}, nullptr},
+    };
+    const CTemporaryDirectory files;
+    files.write("a.murv", s_cpDocument);
+    files.write("old", "old\n");
+    files.write("new", "new\n");
+    murv(files, {"convert", "--to", "binary", "--password-file", "old", "-o", "a.bin", "a.murv"});
+    for (const tCase& row : cases)
+    {
+        std::vector<std::string> words{"convert", "--to", "binary", "--password-file", "old", "-o", "b.bin", "a.bin"};
+        words.insert(words.end(), row.m_vOptions.begin(), row.m_vOptions.end());
+        const tRun run = murv(files, words);
+        EXPECT_EQ(run.m_iExit, 0) << run.m_strError;
+        EXPECT_EQ(murv(files, {"fmt", "b.bin"}).m_iExit, row.m_pOpens == nullptr ? 0 : 6);
+        for (const char* const password : {"old", "new"})
+        {
+            const bool opens = row.m_pOpens == nullptr || std::string(password) == row.m_pOpens;
+            const tRun opened = murv(files, {"fmt", "--password-file", password, "b.bin"});
+            EXPECT_EQ(opened.m_iExit, opens ? 0 : 6) << password;
+            EXPECT_EQ(opened.m_strOutput, opens ? s_cpDocument : "") << password;
+        }
+    }
+}
+
+TEST(Convert, outputPasswordIsPutOnADocumentWithoutOne)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", s_cpDocument);
+    files.write("new", "new\n");
+    EXPECT_EQ(
+        murv(files, {"convert", "--to", "binary", "--output-password-file", "new", "-o", "a.bin", "a.murv"}).m_iExit,
+        0);
+    EXPECT_EQ(murv(files, {"fmt", "a.bin"}).m_iExit, 6);
+    EXPECT_EQ(murv(files, {"fmt", "--password-file", "new", "a.bin"}).m_strOutput, s_cpDocument);
+}
+
+TEST(Convert, outputPasswordIsForBinaryResultsAndOneAtATime)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", s_cpDocument);
+    files.write("new", "new\n");
+    files.write("empty", "\n");
+    const tRun text = murv(files, {"convert", "--to", "text", "--output-password-file", "new", "a.murv"});
+    EXPECT_EQ(text.m_iExit, 2);
+    EXPECT_EQ(text.m_strError, "murv: error: only a binary result has a password\n");
+    EXPECT_EQ(murv(files, {"convert", "--to", "binary", "--output-password-file", "new", "--no-output-password", "-o",
+                           "a.bin", "a.murv"})
+                  .m_iExit,
+              2);
+    const tRun empty =
+        murv(files, {"convert", "--to", "binary", "--output-password-file", "empty", "-o", "a.bin", "a.murv"});
+    EXPECT_EQ(empty.m_iExit, 6);
+    EXPECT_EQ(empty.m_strError, "empty: error: holds no password\n");
+    EXPECT_FALSE(std::filesystem::exists(files.path() + "/a.bin"));
 }
 
 TEST(Convert, passwordComesFromTheStandardInput)

@@ -305,7 +305,7 @@ TEST(Fmt, checkAndInPlaceExcludeEachOther)
 TEST(Fmt, examplesAreLaidOutAlready)
 {
     std::size_t seen = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(MURV_SOURCE_DIR "/examples"))
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(MURV_SOURCE_DIR "/examples"))
     {
         if (entry.path().extension() != ".murv")
             continue;
@@ -313,7 +313,7 @@ TEST(Fmt, examplesAreLaidOutAlready)
         const tRun run = murvOn("", {"fmt", "--check", entry.path().string()});
         EXPECT_EQ(run.m_iExit, 0) << run.m_strOutput << run.m_strError;
     }
-    EXPECT_GE(seen, 3U);
+    EXPECT_GE(seen, 7U);
 }
 
 }  // namespace murv::tests
