@@ -1,37 +1,25 @@
 // tools/verb_check.cpp - murv check: accepts documents, or shows every error.
 #include <CLI/CLI.hpp>
 
-#include "tools/input.h"
+#include "tools/files_verb.h"
 #include "tools/json_text.h"
-#include "tools/verb.h"
 
 namespace murv::tool
 {
 
 namespace
 {
-class CCheckVerb : public IVerb
+class CCheckVerb : public CFilesVerb
 {
 public:
     void declare(CLI::App& verb) override
     {
-        verb.add_option("FILE", m_vFile, "Documents; - for the standard input")->required();
         verb.add_flag("-q,--quiet", m_bQuiet, "Say nothing about documents that are accepted");
-        verb.add_flag("--json", m_bJson, "Results and diagnostics as JSON lines");
-        m_tLoad.declare(verb);
-    }
-
-    E_ExitCode run(tSession& session) override
-    {
-        session.m_tDiagnostics.setJson(m_bJson);
-        E_ExitCode code = EC_done;
-        for (const std::string& file : m_vFile)
-            code = graver(code, runFile(file, session));
-        return graver(code, session.m_tOutput.finish(session.m_tDiagnostics));
+        declareFiles(verb, "Documents; - for the standard input", "Results and diagnostics as JSON lines");
     }
 
 private:
-    E_ExitCode runFile(const std::string& path, tSession& session) const
+    E_ExitCode runFile(const std::string& path, tSession& session) const override
     {
         tInput input;
         if (const E_ExitCode code = readInput(path, session.m_tDiagnostics, input))
@@ -46,10 +34,7 @@ private:
         return code;
     }
 
-    std::vector<std::string> m_vFile;
-    tLoadOptions m_tLoad;
     bool m_bQuiet = false;
-    bool m_bJson = false;
 };
 }  // namespace
 

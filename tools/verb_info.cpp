@@ -7,9 +7,8 @@
 #include "ber/cipher.h"
 #include "ber/layout.h"
 #include "murv/flags.h"
-#include "tools/input.h"
+#include "tools/files_verb.h"
 #include "tools/json_text.h"
-#include "tools/verb.h"
 
 namespace murv::tool
 {
@@ -68,27 +67,17 @@ std::vector<tFact> facts4Tree(const CFields& root)
             number("depth", depth)};
 }
 
-class CInfoVerb : public IVerb
+class CInfoVerb : public CFilesVerb
 {
 public:
     void declare(CLI::App& verb) override
     {
-        verb.add_option("FILE", m_vFile, "Binary files; - for the standard input")->required();
-        verb.add_flag("--json", m_bJson, "One JSON object for each file, diagnostics as JSON lines");
-        m_tLoad.declare(verb);
-    }
-
-    E_ExitCode run(tSession& session) override
-    {
-        session.m_tDiagnostics.setJson(m_bJson);
-        E_ExitCode code = EC_done;
-        for (const std::string& file : m_vFile)
-            code = graver(code, runFile(file, session));
-        return graver(code, session.m_tOutput.finish(session.m_tDiagnostics));
+        declareFiles(verb, "Binary files; - for the standard input",
+                     "One JSON object for each file, diagnostics as JSON lines");
     }
 
 private:
-    E_ExitCode runFile(const std::string& path, tSession& session) const
+    E_ExitCode runFile(const std::string& path, tSession& session) const override
     {
         tInput input;
         if (const E_ExitCode code = readInput(path, session.m_tDiagnostics, input))
@@ -127,10 +116,6 @@ private:
         line.append(width > line.size() ? width - line.size() : 1, ' ');
         return line + fact.m_strValue + "\n";
     }
-
-    std::vector<std::string> m_vFile;
-    tLoadOptions m_tLoad;
-    bool m_bJson = false;
 };
 }  // namespace
 

@@ -2,9 +2,8 @@
 #include <CLI/CLI.hpp>
 #include <array>
 
-#include "tools/input.h"
+#include "tools/files_verb.h"
 #include "tools/json_text.h"
-#include "tools/verb.h"
 
 namespace murv::tool
 {
@@ -91,27 +90,17 @@ std::string shown4Row(const tStatRow& row)
     return line + number + "\n";
 }
 
-class CStatVerb : public IVerb
+class CStatVerb : public CFilesVerb
 {
 public:
     void declare(CLI::App& verb) override
     {
-        verb.add_option("FILE", m_vFile, "Documents; - for the standard input")->required();
-        verb.add_flag("--json", m_bJson, "One JSON object for each file, diagnostics as JSON lines");
-        m_tLoad.declare(verb);
-    }
-
-    E_ExitCode run(tSession& session) override
-    {
-        session.m_tDiagnostics.setJson(m_bJson);
-        E_ExitCode code = EC_done;
-        for (const std::string& file : m_vFile)
-            code = graver(code, runFile(file, session));
-        return graver(code, session.m_tOutput.finish(session.m_tDiagnostics));
+        declareFiles(verb, "Documents; - for the standard input",
+                     "One JSON object for each file, diagnostics as JSON lines");
     }
 
 private:
-    E_ExitCode runFile(const std::string& path, tSession& session) const
+    E_ExitCode runFile(const std::string& path, tSession& session) const override
     {
         tInput input;
         if (const E_ExitCode code = readInput(path, session.m_tDiagnostics, input))
@@ -132,10 +121,6 @@ private:
             out += m_bJson ? "," + json4Text(row.m_pLabel) + ":" + std::to_string(row.m_nCount) : shown4Row(row);
         output.put(out + (m_bJson ? "}\n" : ""));
     }
-
-    std::vector<std::string> m_vFile;
-    tLoadOptions m_tLoad;
-    bool m_bJson = false;
 };
 }  // namespace
 
