@@ -393,6 +393,26 @@ TEST(NumberScan, tokensReadLikeTheirTextAlone)
     }
 }
 
+// Numbers without exponent and of at most 19 digits have a way of their own: here beside the tie, or on it.
+TEST(NumberScan, plainTokensNearTheMiddleOfTwoDoublesReadLikeStrtod)
+{
+    std::mt19937_64 random(12);
+    for (int i = 0; i < 500000; ++i)
+    {
+        const int places = 1 + static_cast<int>(random() % 16);
+        const double value = std::ldexp(static_cast<double>(random() >> 11 | 1), -static_cast<int>(random() % 106));
+        const double next = std::nextafter(value, HUGE_VAL);
+        char text[160];
+        const long double middle = (static_cast<long double>(value) + static_cast<long double>(next)) / 2;
+        const int size = std::snprintf(text, sizeof text, "%.*Lf%40s", places, middle, "");
+        tScannedNumber number{};
+        const char* const end = scanNumberToken(text, text + size, number);
+        ASSERT_EQ(end, text + size - 40) << text;
+        ASSERT_EQ(number.m_eType, DT_double) << text;
+        ASSERT_EQ(number.m_uValue.m_dValue, std::strtod(text, nullptr)) << text;
+    }
+}
+
 TEST(NumberScan, errnoIsLeftAlone)
 {
     errno = 17;
