@@ -1,6 +1,7 @@
-// tools/files_verb.h - a verb that does the same with each of several documents.
+// tools/files_verb.h - what the verbs that take several files have in common.
 //
-// One file that fails does not keep the others from being looked at; the gravest exit code is that of the run.
+// The list of files, --json and the options of loading are declared here, and the loop stands here, so that each of
+// these verbs goes on behind a file that fails and ends with the gravest code. A verb says what is done with one file.
 #pragma once
 
 #include <string>
@@ -15,18 +16,40 @@ namespace murv::tool
 class CFilesVerb : public IVerb
 {
 public:
-    E_ExitCode run(tSession& session) override;
+    void declare(CLI::App& verb) final;
+    E_ExitCode run(tSession& session) final;
 
 protected:
-    /// The options of all such verbs: files, --json, and those for loading.
-    void declareFiles(CLI::App& verb, const char* aboutFiles, const char* aboutJson);
-    virtual E_ExitCode runFile(const std::string& path, tSession& session) const = 0;
+    /// \param jsonHelp, filesHelp  what the help says of --json and of FILE; the texts are not copied
+    explicit CFilesVerb(const char* jsonHelp, const char* filesHelp = "Documents; - for the standard input");
 
-    tLoadOptions m_tLoad;
-    bool m_bJson = false;
+    const std::vector<std::string>& files() const
+    {
+        return m_vFile;
+    }
+    const tLoadOptions& loadOptions() const
+    {
+        return m_tLoad;
+    }
+    bool isJson() const
+    {
+        return m_bJson;
+    }
 
 private:
+    /// Declares the verb's own options; the help shows them behind FILE and before the common ones.
+    virtual void declareOwn(CLI::App& verb);
+    /// Runs once, before the first file is read. \return EC_done to go on
+    virtual E_ExitCode begin(CDiagnostics& diagnostics);
+    virtual E_ExitCode runInput(const tInput& input, tSession& session) const = 0;
+
+    E_ExitCode runFile(const std::string& path, tSession& session) const;
+
+    const char* m_pJsonHelp;
+    const char* m_pFilesHelp;
     std::vector<std::string> m_vFile;
+    tLoadOptions m_tLoad;
+    bool m_bJson = false;
 };
 
 }  // namespace murv::tool

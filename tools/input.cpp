@@ -234,7 +234,7 @@ bool checkTextBehind(const tInput& input, const CFields& tree, E_Severity severi
 void tLoadOptions::declare(CLI::App& verb)
 {
     verb.add_flag("--utf8", m_bUtf8, "Read \\u escapes as UTF-8 instead of two bytes");
-    m_tPassword.declare(verb);
+    m_tPassword.declare(verb, "", "the password");
     verb.add_flag("--number-names", m_bNumberNames, "Accept numbers as member names");
 }
 

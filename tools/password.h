@@ -11,7 +11,8 @@
 namespace CLI
 {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace murv::tool
 {
@@ -21,10 +22,18 @@ struct tInput;
 class CPasswordSource
 {
 public:
-    void declare(CLI::App& verb);
+    /// Declares --password-file and --password-stdin, which exclude each other.
+    /// \param prefix   stands before "password" in the names
+    /// \param whose    names the password in the help
+    /// \param instead  one more option that excludes both, or null
+    void declare(CLI::App& verb, const std::string& prefix, const std::string& whose, CLI::Option* instead = nullptr);
     bool isGiven() const
     {
-        return m_bStandardInput || !m_strFile.empty();
+        return isStandardInput() || !m_strFile.empty();
+    }
+    bool isStandardInput() const
+    {
+        return m_bStandardInput || m_strFile == "-";
     }
     /// Reads the password once; a line end behind it is not part of it. It stays empty when none is given. Reports
     /// failures: a file that cannot be read, content that cannot be a password, a document on the same input.
@@ -35,23 +44,6 @@ private:
     bool m_bStandardInput = false;
     mutable bool m_bRead = false;
     mutable std::string m_strPassword;
-};
-
-/// The password that a binary result gets: that of the document, another, or none.
-class COutputPassword
-{
-public:
-    void declare(CLI::App& verb);
-    bool isGiven() const
-    {
-        return m_bNone || !m_strFile.empty();
-    }
-    /// \param password  that of the document; replaced when another is asked for
-    E_ExitCode choose(CDiagnostics& diagnostics, std::string& password) const;
-
-private:
-    std::string m_strFile;
-    bool m_bNone = false;
 };
 
 }  // namespace murv::tool

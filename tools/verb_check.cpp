@@ -1,4 +1,6 @@
 // tools/verb_check.cpp - murv check: accepts documents, or shows every error.
+#include "tools/verb.h"
+
 #include <CLI/CLI.hpp>
 
 #include "tools/files_verb.h"
@@ -12,21 +14,21 @@ namespace
 class CCheckVerb : public CFilesVerb
 {
 public:
-    void declare(CLI::App& verb) override
+    CCheckVerb() : CFilesVerb("Results and diagnostics as JSON lines")
     {
-        verb.add_flag("-q,--quiet", m_bQuiet, "Say nothing about documents that are accepted");
-        declareFiles(verb, "Documents; - for the standard input", "Results and diagnostics as JSON lines");
     }
 
 private:
-    E_ExitCode runFile(const std::string& path, tSession& session) const override
+    void declareOwn(CLI::App& verb) override
     {
-        tInput input;
-        if (const E_ExitCode code = readInput(path, session.m_tDiagnostics, input))
-            return code;
+        verb.add_flag("-q,--quiet", m_bQuiet, "Say nothing about documents that are accepted");
+    }
+
+    E_ExitCode runInput(const tInput& input, tSession& session) const override
+    {
         CFields tree;
-        const E_ExitCode code = loadInput(input, m_tLoad, 0, SV_warning, session.m_tDiagnostics, tree);
-        if (m_bJson)
+        const E_ExitCode code = loadInput(input, loadOptions(), 0, SV_warning, session.m_tDiagnostics, tree);
+        if (isJson())
             session.m_tOutput.put("{\"file\":" + json4Text(input.m_strName) +
                                   ",\"accepted\":" + (code == EC_done ? "true" : "false") + "}\n");
         else if (code == EC_done && !m_bQuiet)

@@ -2,6 +2,8 @@
 //
 // A result is written only after it has been read back and holds the same tree: there are trees that text or a binary
 // file cannot hold, such as, in a binary file, a container without members.
+#include "tools/verb.h"
+
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -10,7 +12,6 @@
 #include "murv/saver.h"
 #include "tools/input.h"
 #include "tools/text_format.h"
-#include "tools/verb.h"
 
 namespace murv::tool
 {
@@ -30,18 +31,19 @@ public:
             ->type_name("FILE");
         verb.add_flag("--json", m_bJson, "Diagnostics as JSON lines");
         m_tLoad.declare(verb);
-        m_tOutputPassword.declare(verb);
-        verb.footer("A password opens a binary FILE, and is put on a binary result unless told otherwise.\n");
+        CLI::Option* const without =
+            verb.add_flag("--no-output-password", m_bNoOutputPassword, "Put no password on the result");
+        m_tOutputPassword.declare(verb, "output-", "the new password", without);
+        verb.footer(
+            "A password opens a binary FILE, and is put on a binary result unless that is to have\n"
+            "another one, or none.\n");
     }
 
     E_ExitCode run(tSession& session) override
     {
         session.m_tDiagnostics.setJson(m_bJson);
-        if (isBinary() && m_strOutput.empty() && isatty(STDOUT_FILENO) == 1)
-            return session.m_tDiagnostics.error("", "a binary result is not for a terminal; use --output"),
-                   EC_wrongCall;
-        if (!isBinary() && m_tOutputPassword.isGiven())
-            return session.m_tDiagnostics.error("", "only a binary result has a password"), EC_wrongCall;
+        if (const char* const fault = callFault())
+            return session.m_tDiagnostics.error("", fault), EC_wrongCall;
         tInput input;
         std::string result;
         if (const E_ExitCode code = readInput(m_strFile, session.m_tDiagnostics, input))
@@ -60,19 +62,39 @@ private:
         return m_strTo == "binary";
     }
 
+    /// What is wrong with the call, as far as the options alone tell; or null.
+    const char* callFault() const
+    {
+        if (isBinary() && m_strOutput.empty() && isatty(STDOUT_FILENO) == 1)
+            return "a binary result is not for a terminal; use --output";
+        // Whoever asks for a password would take the text for protected.
+        if (!isBinary() && m_tOutputPassword.isGiven())
+            return "a password can be put on a binary result only";
+        if (m_tLoad.m_tPassword.isStandardInput() && m_tOutputPassword.isStandardInput())
+            return "the standard input cannot hold both passwords";
+        return nullptr;
+    }
+
+    /// The password for the result: that of FILE, unless the options say otherwise.
+    E_ExitCode readOutputPassword(const tInput& input, CDiagnostics& diagnostics, std::string& password) const
+    {
+        if (const E_ExitCode code = m_tLoad.m_tPassword.read(input, diagnostics, password))
+            return code;
+        if (m_bNoOutputPassword)
+            password.clear();
+        return m_tOutputPassword.isGiven() ? m_tOutputPassword.read(input, diagnostics, password) : EC_done;
+    }
+
     E_ExitCode convert(const tInput& input, CDiagnostics& diagnostics, std::string& result) const
     {
         CFields tree;
         if (const E_ExitCode code = loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, tree))
             return code;
         std::string password;
-        if (const E_ExitCode code = m_tLoad.m_tPassword.read(input, diagnostics, password))
+        if (const E_ExitCode code = readOutputPassword(input, diagnostics, password))
             return code;
-        if (!isBinary())
-            return toText(input, tree, diagnostics, result);
-        if (const E_ExitCode code = m_tOutputPassword.choose(diagnostics, password))
-            return code;
-        return toBinary(input, tree, password, diagnostics, result);
+        return isBinary() ? toBinary(input, tree, password, diagnostics, result)
+                          : toText(input, tree, diagnostics, result);
     }
 
     E_ExitCode toBinary(const tInput& input, const CFields& tree, const std::string& password,
@@ -115,7 +137,8 @@ private:
     std::string m_strTo;
     std::string m_strOutput;
     tLoadOptions m_tLoad;
-    COutputPassword m_tOutputPassword;
+    CPasswordSource m_tOutputPassword;
+    bool m_bNoOutputPassword = false;
     bool m_bJson = false;
 };
 }  // namespace

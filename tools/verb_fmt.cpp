@@ -2,12 +2,14 @@
 //
 // It never loses what a document says: a comment or a text that the result would lack is an error, and a file is
 // replaced only after the new text has been read back and holds the same tree.
+#include "tools/verb.h"
+
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "murv/flags.h"
-#include "tools/input.h"
+#include "tools/files_verb.h"
 #include "tools/text_format.h"
-#include "tools/verb.h"
 
 namespace murv::tool
 {
@@ -26,12 +28,16 @@ std::string unit4Option(const std::string& option)
     return width <= most ? std::string(width, ' ') : std::string();
 }
 
-class CFmtVerb : public IVerb
+class CFmtVerb : public CFilesVerb
 {
 public:
-    void declare(CLI::App& verb) override
+    CFmtVerb() : CFilesVerb("Diagnostics as JSON lines")
     {
-        verb.add_option("FILE", m_vFile, "Documents; - for the standard input")->required();
+    }
+
+private:
+    void declareOwn(CLI::App& verb) override
+    {
         CLI::Option* const inPlace =
             verb.add_flag("-i,--in-place", m_bInPlace, "Replace each file, safely, when its layout differs");
         verb.add_flag("-c,--check", m_bCheck, "Only name the files whose layout differs; exit 1 when any does")
@@ -46,41 +52,29 @@ public:
         verb.add_flag("--no-one-line-arrays", m_bNoOneLineArrays, "Every element on a line of its own");
         verb.add_flag("--no-null-word", m_bNoNullWord, "Write null as nothing instead of \"null\"");
         verb.add_flag("--no-final-newline", m_bNoFinalNewline, "Do not end with a line feed");
-        verb.add_flag("--json", m_bJson, "Diagnostics as JSON lines");
-        m_tLoad.declare(verb);
     }
 
-    E_ExitCode run(tSession& session) override
+    E_ExitCode begin(CDiagnostics& diagnostics) override
     {
-        session.m_tDiagnostics.setJson(m_bJson);
         m_tFormat.m_strIndentUnit = unit4Option(m_strIndent);
         m_tFormat.m_bOneLineArrays = !m_bNoOneLineArrays;
         m_tFormat.m_bNullWord = !m_bNoNullWord;
         m_tFormat.m_bFinalNewline = !m_bNoFinalNewline;
-        if (!isPossible(session.m_tDiagnostics))
-            return EC_wrongCall;
-        E_ExitCode code = EC_done;
-        for (const std::string& file : m_vFile)
-            code = graver(code, runFile(file, session));
-        return graver(code, session.m_tOutput.finish(session.m_tDiagnostics));
+        return isPossible(diagnostics) ? EC_done : EC_wrongCall;
     }
 
-private:
     bool isPossible(CDiagnostics& diagnostics) const
     {
         const bool toOutput = !m_bInPlace && !m_bCheck;
-        if (toOutput && m_vFile.size() > 1)
+        if (toOutput && files().size() > 1)
             return diagnostics.error("", "several files need --in-place or --check"), false;
-        if (m_bInPlace && std::count(m_vFile.begin(), m_vFile.end(), "-") != 0)
+        if (m_bInPlace && std::count(files().begin(), files().end(), "-") != 0)
             return diagnostics.error("", "the standard input cannot be replaced: --in-place needs files"), false;
         return true;
     }
 
-    E_ExitCode runFile(const std::string& path, tSession& session) const
+    E_ExitCode runInput(const tInput& input, tSession& session) const override
     {
-        tInput input;
-        if (const E_ExitCode code = readInput(path, session.m_tDiagnostics, input))
-            return code;
         std::string text;
         if (const E_ExitCode code = layOut(input, session.m_tDiagnostics, text))
             return code;
@@ -101,7 +95,7 @@ private:
     {
         CFields tree;
         // Members of equal names all stay: choosing among them is the business of who loads the document.
-        if (const E_ExitCode code = loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, tree))
+        if (const E_ExitCode code = loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_error, diagnostics, tree))
             return code;
         tLoss loss;
         text = text4Tree(tree, input.isText() ? input.text() : std::string_view(), m_tFormat, &loss);
@@ -154,21 +148,18 @@ private:
         again.m_nSize = text.copy(again.m_pBytes.get(), text.size());
         CFields before;
         CFields after;
-        return loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, before) == EC_done &&
-               loadInput(again, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, after) == EC_done &&
+        return loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_error, diagnostics, before) == EC_done &&
+               loadInput(again, loadOptions(), LCBC_DUPLICATE, SV_error, diagnostics, after) == EC_done &&
                isSameDocument(before, after);
     }
 
-    std::vector<std::string> m_vFile;
     tFormat m_tFormat;
-    tLoadOptions m_tLoad;
     std::string m_strIndent = "2";
     bool m_bInPlace = false;
     bool m_bCheck = false;
     bool m_bNoOneLineArrays = false;
     bool m_bNoNullWord = false;
     bool m_bNoFinalNewline = false;
-    bool m_bJson = false;
 };
 }  // namespace
 

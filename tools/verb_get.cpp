@@ -1,11 +1,12 @@
 // tools/verb_get.cpp - murv get: prints one value.
+#include "tools/verb.h"
+
 #include <CLI/CLI.hpp>
 
 #include "tools/input.h"
 #include "tools/json_text.h"
 #include "tools/node_path.h"
 #include "tools/text_format.h"
-#include "tools/verb.h"
 
 namespace murv::tool
 {

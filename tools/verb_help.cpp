@@ -1,7 +1,7 @@
 // tools/verb_help.cpp - murv help: the same text as --help, also for a verb that is named.
-#include <CLI/CLI.hpp>
-
 #include "tools/verb.h"
+
+#include <CLI/CLI.hpp>
 
 namespace murv::tool
 {

@@ -1,8 +1,10 @@
 // tools/verb_info.cpp - murv info: what a binary file says about itself, and what is in it.
 //
 // The header is shown even when the rest cannot be opened.
-#include <CLI/CLI.hpp>
+#include "tools/verb.h"
+
 #include <algorithm>
+#include <cstdio>
 
 #include "ber/cipher.h"
 #include "ber/layout.h"
@@ -70,25 +72,22 @@ std::vector<tFact> facts4Tree(const CFields& root)
 class CInfoVerb : public CFilesVerb
 {
 public:
-    void declare(CLI::App& verb) override
+    CInfoVerb()
+        : CFilesVerb("One JSON object for each file, diagnostics as JSON lines",
+                     "Binary files; - for the standard input")
     {
-        declareFiles(verb, "Binary files; - for the standard input",
-                     "One JSON object for each file, diagnostics as JSON lines");
     }
 
 private:
-    E_ExitCode runFile(const std::string& path, tSession& session) const override
+    E_ExitCode runInput(const tInput& input, tSession& session) const override
     {
-        tInput input;
-        if (const E_ExitCode code = readInput(path, session.m_tDiagnostics, input))
-            return code;
         const std::string_view file = input.text();
         if (file.size() < detail::s_cnHeaderSize ||
             !detail::hasMurfMagic(file.data(), static_cast<unsigned int>(file.size())))
             return session.m_tDiagnostics.error(input.m_strName, "is not a binary file"), EC_malformed;
         std::vector<tFact> facts = facts4Header(file);
         CFields tree;
-        const E_ExitCode code = loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, session.m_tDiagnostics, tree);
+        const E_ExitCode code = loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_error, session.m_tDiagnostics, tree);
         if (code == EC_done)
         {
             for (tFact& fact : facts4Tree(tree))
@@ -100,12 +99,12 @@ private:
 
     void put(const tInput& input, const std::vector<tFact>& facts, CStandardOutput& output) const
     {
-        std::string out = m_bJson ? "{\"file\":" + json4Text(input.m_strName) : input.m_strName + "\n";
+        std::string out = isJson() ? "{\"file\":" + json4Text(input.m_strName) : input.m_strName + "\n";
         for (const tFact& fact : facts)
-            out += m_bJson ? "," + json4Text(fact.m_pLabel) + ":" +
-                                 (fact.m_bNumber ? fact.m_strValue : json4Text(fact.m_strValue))
-                           : shown4Fact(fact);
-        output.put(out + (m_bJson ? "}\n" : ""));
+            out += isJson() ? "," + json4Text(fact.m_pLabel) + ":" +
+                                  (fact.m_bNumber ? fact.m_strValue : json4Text(fact.m_strValue))
+                            : shown4Fact(fact);
+        output.put(out + (isJson() ? "}\n" : ""));
     }
 
     static std::string shown4Fact(const tFact& fact)

@@ -1,5 +1,7 @@
 // tools/verb_stat.cpp - murv stat: counts what documents hold.
-#include <CLI/CLI.hpp>
+#include "tools/verb.h"
+
+#include <algorithm>
 #include <array>
 
 #include "tools/files_verb.h"
@@ -93,20 +95,15 @@ std::string shown4Row(const tStatRow& row)
 class CStatVerb : public CFilesVerb
 {
 public:
-    void declare(CLI::App& verb) override
+    CStatVerb() : CFilesVerb("One JSON object for each file, diagnostics as JSON lines")
     {
-        declareFiles(verb, "Documents; - for the standard input",
-                     "One JSON object for each file, diagnostics as JSON lines");
     }
 
 private:
-    E_ExitCode runFile(const std::string& path, tSession& session) const override
+    E_ExitCode runInput(const tInput& input, tSession& session) const override
     {
-        tInput input;
-        if (const E_ExitCode code = readInput(path, session.m_tDiagnostics, input))
-            return code;
         CFields tree;
-        if (const E_ExitCode code = loadInput(input, m_tLoad, 0, SV_warning, session.m_tDiagnostics, tree))
+        if (const E_ExitCode code = loadInput(input, loadOptions(), 0, SV_warning, session.m_tDiagnostics, tree))
             return code;
         put(input, rows4Counts(countTree(tree), input.m_nSize), session.m_tOutput);
         return EC_done;
@@ -115,11 +112,11 @@ private:
     void put(const tInput& input, const std::vector<tStatRow>& rows, CStandardOutput& output) const
     {
         const std::string encoding = input.isText() ? "text" : "binary";
-        std::string out = m_bJson ? "{\"file\":" + json4Text(input.m_strName) + ",\"encoding\":\"" + encoding + "\""
-                                  : input.m_strName + " (" + encoding + ")\n";
+        std::string out = isJson() ? "{\"file\":" + json4Text(input.m_strName) + ",\"encoding\":\"" + encoding + "\""
+                                   : input.m_strName + " (" + encoding + ")\n";
         for (const tStatRow& row : rows)
-            out += m_bJson ? "," + json4Text(row.m_pLabel) + ":" + std::to_string(row.m_nCount) : shown4Row(row);
-        output.put(out + (m_bJson ? "}\n" : ""));
+            out += isJson() ? "," + json4Text(row.m_pLabel) + ":" + std::to_string(row.m_nCount) : shown4Row(row);
+        output.put(out + (isJson() ? "}\n" : ""));
     }
 };
 }  // namespace

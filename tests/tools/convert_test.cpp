@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <string>
-#include <vector>
 
 #include "tests/tools/tool.h"
 
@@ -18,7 +16,38 @@ constexpr const char* s_cpDocument =
     "  \"date\" = (ACF8YYYYMMDD) 20240101,\n"
     "  \"host\" = \"db\"\n"
     "}\n";
+
+/// The document as binary files, with the password "old" and without one; and both passwords.
+void writePasswordFiles(const CTemporaryDirectory& files)
+{
+    files.write("a.murv", s_cpDocument);
+    files.write("old", "old\n");
+    files.write("new", "new\n");
+    murv(files, {"convert", "--to", "binary", "-o", "plain.bin", "a.murv"});
+    murv(files, {"convert", "--to", "binary", "--password-file", "old", "-o", "old.bin", "a.murv"});
 }
+
+/// Converts to out.bin.
+tRun toBinary(const CTemporaryDirectory& files, std::vector<std::string> arguments, const tSurroundings& around = {})
+{
+    arguments.insert(arguments.begin(), {"convert", "--to", "binary", "-o", "out.bin"});
+    return murv(files, arguments, around);
+}
+
+/// What out.bin says when it is opened with the password in the file, or without one.
+tRun opened(const CTemporaryDirectory& files, const std::string& passwordFile = "")
+{
+    std::vector<std::string> call = {"convert", "--to", "text", "out.bin"};
+    if (!passwordFile.empty())
+        call.insert(call.end(), {"--password-file", passwordFile});
+    return murv(files, call);
+}
+
+bool hasResult(const CTemporaryDirectory& files)
+{
+    return std::filesystem::exists(files.path() + "/out.bin");
+}
+}  // namespace
 
 TEST(Convert, textBecomesBinaryAndTextAgain)
 {
@@ -55,72 +84,6 @@ TEST(Convert, passwordComesFromAFile)
     EXPECT_EQ(files.read("a.bin")[11], 1);
     EXPECT_EQ(murv(files, {"convert", "--to", "text", "--password-file", "password", "a.bin"}).m_strOutput,
               s_cpDocument);
-}
-
-TEST(Convert, passwordOfTheDocumentIsKeptChangedOrTakenAway)
-{
-    struct tCase
-    {
-        std::vector<std::string> m_vOptions;
-        const char* m_pOpens;  // the password of the result; null for none
-    };
-    const tCase cases[] = {
-        {{}, "old"},
-        {{"--output-password-file", "new"}, "new"},
-        {{"--no-output-password"}, nullptr},
-    };
-    const CTemporaryDirectory files;
-    files.write("a.murv", s_cpDocument);
-    files.write("old", "old\n");
-    files.write("new", "new\n");
-    murv(files, {"convert", "--to", "binary", "--password-file", "old", "-o", "a.bin", "a.murv"});
-    for (const tCase& row : cases)
-    {
-        std::vector<std::string> words{"convert", "--to", "binary", "--password-file", "old", "-o", "b.bin", "a.bin"};
-        words.insert(words.end(), row.m_vOptions.begin(), row.m_vOptions.end());
-        const tRun run = murv(files, words);
-        EXPECT_EQ(run.m_iExit, 0) << run.m_strError;
-        EXPECT_EQ(murv(files, {"fmt", "b.bin"}).m_iExit, row.m_pOpens == nullptr ? 0 : 6);
-        for (const char* const password : {"old", "new"})
-        {
-            const bool opens = row.m_pOpens == nullptr || std::string(password) == row.m_pOpens;
-            const tRun opened = murv(files, {"fmt", "--password-file", password, "b.bin"});
-            EXPECT_EQ(opened.m_iExit, opens ? 0 : 6) << password;
-            EXPECT_EQ(opened.m_strOutput, opens ? s_cpDocument : "") << password;
-        }
-    }
-}
-
-TEST(Convert, outputPasswordIsPutOnADocumentWithoutOne)
-{
-    const CTemporaryDirectory files;
-    files.write("a.murv", s_cpDocument);
-    files.write("new", "new\n");
-    EXPECT_EQ(
-        murv(files, {"convert", "--to", "binary", "--output-password-file", "new", "-o", "a.bin", "a.murv"}).m_iExit,
-        0);
-    EXPECT_EQ(murv(files, {"fmt", "a.bin"}).m_iExit, 6);
-    EXPECT_EQ(murv(files, {"fmt", "--password-file", "new", "a.bin"}).m_strOutput, s_cpDocument);
-}
-
-TEST(Convert, outputPasswordIsForBinaryResultsAndOneAtATime)
-{
-    const CTemporaryDirectory files;
-    files.write("a.murv", s_cpDocument);
-    files.write("new", "new\n");
-    files.write("empty", "\n");
-    const tRun text = murv(files, {"convert", "--to", "text", "--output-password-file", "new", "a.murv"});
-    EXPECT_EQ(text.m_iExit, 2);
-    EXPECT_EQ(text.m_strError, "murv: error: only a binary result has a password\n");
-    EXPECT_EQ(murv(files, {"convert", "--to", "binary", "--output-password-file", "new", "--no-output-password", "-o",
-                           "a.bin", "a.murv"})
-                  .m_iExit,
-              2);
-    const tRun empty =
-        murv(files, {"convert", "--to", "binary", "--output-password-file", "empty", "-o", "a.bin", "a.murv"});
-    EXPECT_EQ(empty.m_iExit, 6);
-    EXPECT_EQ(empty.m_strError, "empty: error: holds no password\n");
-    EXPECT_FALSE(std::filesystem::exists(files.path() + "/a.bin"));
 }
 
 TEST(Convert, passwordComesFromTheStandardInput)
@@ -165,9 +128,159 @@ TEST(Convert, passwordFileWithoutAPasswordIsRefused)
 
 TEST(Convert, standardInputHoldsOneThing)
 {
-    const tRun run = murvOn(s_cpDocument, {"convert", "--to", "binary", "--password-stdin", "-"});
-    EXPECT_EQ(run.m_iExit, 2);
-    EXPECT_EQ(run.m_strError, "murv: error: the standard input cannot hold both document and password\n");
+    const std::vector<std::vector<std::string>> passwords = {
+        {"--password-stdin"}, {"--password-file", "-"}, {"--output-password-stdin"}, {"--output-password-file", "-"}};
+    for (const std::vector<std::string>& password : passwords)
+    {
+        std::vector<std::string> call = {"convert", "--to", "binary", "-"};
+        call.insert(call.end(), password.begin(), password.end());
+        const tRun run = murvOn(s_cpDocument, call);
+        EXPECT_EQ(run.m_iExit, 2) << password[0];
+        EXPECT_EQ(run.m_strError, "murv: error: the standard input cannot hold both document and password\n")
+            << password[0];
+    }
+}
+
+TEST(Convert, passwordIsKept)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    EXPECT_EQ(toBinary(files, {"--password-file", "old", "old.bin"}).m_iExit, 0);
+    EXPECT_EQ(files.read("out.bin"), files.read("old.bin"));
+    EXPECT_EQ(opened(files, "old").m_strOutput, s_cpDocument);
+    EXPECT_EQ(opened(files).m_iExit, 6);
+}
+
+TEST(Convert, passwordIsTakenOff)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    EXPECT_EQ(toBinary(files, {"--password-file", "old", "--no-output-password", "old.bin"}).m_iExit, 0);
+    EXPECT_EQ(files.read("out.bin"), files.read("plain.bin"));
+    EXPECT_EQ(opened(files).m_strOutput, s_cpDocument);
+}
+
+TEST(Convert, passwordIsPutOnAPlainFile)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    for (const char* plain : {"a.murv", "plain.bin"})
+    {
+        EXPECT_EQ(toBinary(files, {"--output-password-file", "new", plain}).m_iExit, 0) << plain;
+        EXPECT_EQ(opened(files, "new").m_strOutput, s_cpDocument) << plain;
+        EXPECT_EQ(opened(files).m_iExit, 6) << plain;
+    }
+}
+
+TEST(Convert, passwordIsChanged)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    EXPECT_EQ(toBinary(files, {"--password-file", "old", "--output-password-file", "new", "old.bin"}).m_iExit, 0);
+    EXPECT_EQ(opened(files, "new").m_strOutput, s_cpDocument);
+    EXPECT_EQ(opened(files, "old").m_iExit, 6);
+}
+
+TEST(Convert, eitherPasswordComesFromTheStandardInput)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    tSurroundings around;
+    around.m_strInput = "new\n";
+    EXPECT_EQ(toBinary(files, {"--password-file", "old", "--output-password-stdin", "old.bin"}, around).m_iExit, 0);
+    EXPECT_EQ(opened(files, "new").m_strOutput, s_cpDocument);
+    around.m_strInput = "old\n";
+    EXPECT_EQ(toBinary(files, {"--password-stdin", "--output-password-file", "new", "old.bin"}, around).m_iExit, 0);
+    EXPECT_EQ(opened(files, "new").m_strOutput, s_cpDocument);
+    EXPECT_EQ(toBinary(files, {"--password-stdin", "--no-output-password", "old.bin"}, around).m_iExit, 0);
+    EXPECT_EQ(opened(files).m_strOutput, s_cpDocument);
+}
+
+TEST(Convert, outputPasswordDoesNotOpenTheFile)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    const tRun run = toBinary(files, {"--output-password-file", "old", "old.bin"});
+    EXPECT_EQ(run.m_iExit, 6);
+    EXPECT_EQ(run.m_strError, "old.bin: error: Input the password\n");
+    EXPECT_FALSE(hasResult(files));
+}
+
+TEST(Convert, outputPasswordThatCannotBeReadLeavesNoResult)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    files.write("empty", "\n");
+    const tRun none = toBinary(files, {"--output-password-file", "empty", "a.murv"});
+    EXPECT_EQ(none.m_iExit, 6);
+    EXPECT_EQ(none.m_strError, "empty: error: holds no password\n");
+    const tRun missing = toBinary(files, {"--output-password-file", "missing", "a.murv"});
+    EXPECT_EQ(missing.m_iExit, 5);
+    EXPECT_EQ(missing.m_strError, "missing: error: cannot be read: No such file or directory\n");
+    EXPECT_FALSE(hasResult(files));
+}
+
+TEST(Convert, outputHasOnePasswordOrNone)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    const std::vector<std::vector<std::string>> calls = {
+        {"--no-output-password", "--output-password-file", "new", "a.murv"},
+        {"--no-output-password", "--output-password-stdin", "a.murv"},
+        {"--output-password-file", "new", "--output-password-stdin", "a.murv"}};
+    for (const std::vector<std::string>& call : calls)
+    {
+        const tRun run = toBinary(files, call);
+        EXPECT_EQ(run.m_iExit, 2) << call[1];
+        EXPECT_NE(run.m_strError.find(" excludes --"), std::string::npos) << run.m_strError;
+    }
+    EXPECT_FALSE(hasResult(files));
+}
+
+TEST(Convert, passwordIsNotPutOnText)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    for (const char* encoding : {"text", "compact"})
+    {
+        const tRun run = murv(files, {"convert", "--to", encoding, "--output-password-file", "new", "a.murv"});
+        EXPECT_EQ(run.m_iExit, 2) << encoding;
+        EXPECT_EQ(run.m_strOutput, "") << encoding;
+        EXPECT_EQ(run.m_strError, "murv: error: a password can be put on a binary result only\n") << encoding;
+    }
+    EXPECT_EQ(murv(files, {"convert", "--to", "text", "--password-file", "old", "--no-output-password", "old.bin"})
+                  .m_strOutput,
+              s_cpDocument);
+}
+
+TEST(Convert, standardInputHoldsOnePassword)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    const std::vector<std::vector<std::string>> calls = {
+        {"--password-stdin", "--output-password-stdin", "old.bin"},
+        {"--password-stdin", "--output-password-file", "-", "old.bin"},
+        {"--password-file", "-", "--output-password-stdin", "old.bin"}};
+    for (const std::vector<std::string>& call : calls)
+    {
+        const tRun run = toBinary(files, call);
+        EXPECT_EQ(run.m_iExit, 2) << call[0];
+        EXPECT_EQ(run.m_strError, "murv: error: the standard input cannot hold both passwords\n") << call[0];
+    }
+    EXPECT_FALSE(hasResult(files));
+}
+
+TEST(Convert, passwordFileWithoutANameIsAWrongCall)
+{
+    const CTemporaryDirectory files;
+    writePasswordFiles(files);
+    for (const char* option : {"--password-file", "--output-password-file"})
+    {
+        const tRun run = toBinary(files, {option, "", "a.murv"});
+        EXPECT_EQ(run.m_iExit, 2) << option;
+        EXPECT_EQ(run.m_strError, "murv: error: " + std::string(option) + ": names no file (see murv --help)\n");
+    }
+    EXPECT_FALSE(hasResult(files));
 }
 
 TEST(Convert, malformedFileLeavesNoResult)
