@@ -370,6 +370,17 @@ TEST(BinaryLoader, containerWithoutMembersIsRefused)
     EXPECT_EQ(loaded.m_tTree["a"], CFields(1));
 }
 
+// Records that lie well before the end of the data are read another way than the last ones.
+TEST(BinaryLoader, containerWithoutMembersIsRefusedWhateverFollows)
+{
+    for (const E_DataType outer : {DT_fields, DT_array})
+    {
+        CBodyBytes body;
+        body.container(outer, 2).container(DT_array, 0).leaf(DT_codelist, std::string(2000, 'x'));
+        EXPECT_EQ(message4Body(body), "* Offset 22\n  Element number must be bigger than 0\n");
+    }
+}
+
 TEST(BinaryLoader, errorsHaveTheirRange)
 {
     const tLoaded loaded = load(file4Body(CBodyBytes().container(DT_array, 1).leaf(DT_bool, "xx").str()));
@@ -419,6 +430,10 @@ TEST(BinaryLoader, oneLevelMoreThrows)
     for (const unsigned int containers : {1000u, 1001u, 5000u})
         EXPECT_EQ(thrown([&] { load(file4Body(nested(containers).str())); }),
                   "[murv::CLoader4BER::loadFieldInfo#0] Exceeded s_cnStackDepthLimit");
+    const std::string behind(2000, '\0');
+    EXPECT_EQ(load(file4Body(nested(999).str() + behind)).m_strMessage, "");
+    EXPECT_EQ(thrown([&] { load(file4Body(nested(1000).str() + behind)); }),
+              "[murv::CLoader4BER::loadFieldInfo#0] Exceeded s_cnStackDepthLimit");
 }
 
 TEST(BinaryLoader, loaderIsUsableAfterItThrew)
