@@ -27,7 +27,7 @@ constexpr std::uint64_t s_cullMantissaLimit = 1844674407370955160;  // one more 
 constexpr std::uint64_t s_cullEightDigitLimit = 100000000000;       // eight more digits fit 64 bits
 constexpr std::int64_t s_cllExponentLimit = 100000000000;           // more than any text has digits
 
-constexpr std::size_t s_cnSurelyExact = 19;                // digits that fit 64 bits whatever they are
+constexpr std::size_t s_cnDigitsThatFit = 19;              // digits that fit 64 bits whatever they are
 constexpr std::ptrdiff_t s_cnPlainRoom = 16 + 1 + 16 + 1;  // digits, point, digits, and what stops them
 
 constexpr std::uint64_t s_ctPowersOfTen[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
@@ -257,7 +257,7 @@ std::uint64_t readDecimal(const char* text, const char* p, const char* end, std:
     p = readWholePart(p, end, decimal);
     if (p != end && *p == '.')
         p = readFraction(text, p + 1, end, decimal);
-    if (p != end && (*p == 'e' || *p == 'E'))
+    if (p != end && isExponent(*p))
         decimal.m_llExponent += readExponent(++p, end);
     return nearest4Decimal(text, end, decimal);
 }
@@ -320,7 +320,7 @@ const char* scanAnyToken(const char* text, const char* end, tScannedNumber& numb
     std::uint64_t value = 0;
     while (p != end && isDigit(*p) && p - digits < surelyInRange)
         value = value * 10 + digitOf(*p++);
-    const bool isOpen = p != end && (isDigit(*p) || *p == '.' || *p == 'e' || *p == 'E');
+    const bool isOpen = p != end && (isDigit(*p) || *p == '.' || isExponent(*p));
     if (!isOpen)
     {
         number = makeInteger(value, negative);
@@ -332,7 +332,7 @@ const char* scanAnyToken(const char* text, const char* end, tScannedNumber& numb
         p = skipDigits(p, end);
         if (p != end && *p == '.')
             p = skipDigits(p + 1, end);
-        if (p != end && (*p == 'e' || *p == 'E'))
+        if (p != end && isExponent(*p))
         {
             ++p;
             if (p != end && (*p == '+' || *p == '-'))
@@ -345,13 +345,13 @@ const char* scanAnyToken(const char* text, const char* end, tScannedNumber& numb
     tDecimal decimal{value, 0, false};
     if (*p == '.')
         p = readOpenFraction(p + 1, end, decimal);
-    if (p != end && (*p == 'e' || *p == 'E'))
+    if (p != end && isExponent(*p))
         decimal.m_llExponent += readExponent(++p, end);
     number = makeDouble(nearest4Decimal(digits, p, decimal), negative);
     return p;
 }
 
-/// Reads a number of up to 15 digits, or up to 19 with a point between them, and without exponent. There are at least
+/// Reads a number of up to 16 digits, or up to 19 with a point between them, and without exponent. There are at least
 /// s_cnPlainRoom bytes.
 /// \return behind it, or null when the number is another one or cannot be read so
 const char* scanPlainToken(const char* digits, bool negative, tScannedNumber& number) noexcept
@@ -396,10 +396,12 @@ const char* scanPlainToken(const char* digits, bool negative, tScannedNumber& nu
         places += fourth.count();
     }
     p += places;
-    std::uint64_t bits;
-    if (count + places > s_cnSurelyExact || value == 0 || isDigit(*p) || isExponent(*p) ||
-        !toNearestFraction(value, static_cast<int>(places), bits))
+    if (count + places > s_cnDigitsThatFit || isDigit(*p) || isExponent(*p))
         return nullptr;
+    std::uint64_t bits;
+    // Fractions that a double holds exactly, such as 0.5, are among those that one product cannot decide.
+    if (value == 0 || !toNearestFraction(value, static_cast<int>(places), bits))
+        bits = nearest4Decimal(digits, p, {value, -static_cast<std::int64_t>(places), false});
     number = makeDouble(bits, negative);
     return p;
 }

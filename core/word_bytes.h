@@ -1,4 +1,4 @@
-// core/word_bytes.h - eight bytes of text as one word, and back.
+// core/word_bytes.h - text in words of eight bytes, and short texts without a call.
 //
 // Text is looked at and written in words of eight. Where the order of the bytes matters the first byte of the text is
 // the lowest of the word, on every host.

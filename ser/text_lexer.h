@@ -182,7 +182,7 @@ inline bool CTextParser::setSimple(CFields& node, const tTokenInfo& token, const
     return finishValue(node, token);
 }
 
-// The most frequent tokens are read with the place in the data at hand: what lies in memory would have to be waited for.
+// The most frequent tokens are read with the place in the data at hand: in memory it would have to be waited for.
 
 inline bool CTextParser::loadFreshNumber(const char*& p, CFields& node)
 {

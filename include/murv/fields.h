@@ -190,7 +190,8 @@ public:
     unsigned int getID() const;
     /// \return false, with nothing changed, above 2147483647; 0 clears.
     bool setID(unsigned int id);
-    /// NUL-terminated; "" when there is none. Valid until the name changes.
+    /// NUL-terminated; "" when there is none. Valid until the name changes, the node is moved, swapped or removed, or a
+    /// member before it is removed.
     const char* getName() const;
     /// In bytes; a name may hold NUL bytes.
     unsigned int getNameLen() const;
@@ -261,7 +262,7 @@ public:
     const CFields& getChildAt(unsigned int index) const;
     /// Index of the first direct member with that ID, or -1.
     int getChildIdx4ID(unsigned int id) const;
-    /// Name of the first direct member with that ID, or "".
+    /// Name of the first direct member with that ID, or ""; valid as that of getName.
     const char* getChildName4ID(unsigned int id) const;
     int getChildIdx4Name(const char* name) const;
     int getChildIdx4Name(const char* name, unsigned int length) const;

@@ -1,6 +1,6 @@
 // io/base/member_builder.cpp - members of a container that is being read.
 //
-// Few names are compared, some are filtered by their hash, many are indexed: no document makes a search quadratic.
+// Few names are compared, some are filtered first, many are indexed: no document makes a search quadratic.
 #include "io/base/member_builder.h"
 
 #include <algorithm>
@@ -80,7 +80,7 @@ CFields& CMemberBuilder::appendBeyond()
     return CFieldVector::append(members());
 }
 
-// Keeps what find needs: nothing for few members, a filter of hashes for some, an index for many.
+// Keeps what find needs: nothing for few members, a filter for some, an index for many.
 void CMemberBuilder::enter(std::string_view name)
 {
     const CFieldVector& known = *members();
@@ -122,15 +122,20 @@ bool CMemberBuilder::mayKnow(std::string_view name) const noexcept
     return (m_ullFilter[bit / 64] >> (bit % 64) & 1) != 0;
 }
 
-// Names often begin or end alike: both ends count.
+// Names often begin or end alike: both ends count, and of longer ones the middle.
 std::uint32_t CMemberBuilder::bit4Name(std::string_view name) noexcept
 {
     constexpr std::uint64_t mixer = 0x9E3779B97F4A7C15;  // 2^64 divided by the golden ratio
     constexpr int spare = 64 - std::bit_width(s_cuiFilterWords * 64 - 1);
     const std::size_t size = name.size();
-    const std::uint64_t ends =
-        size < 8 ? pack4Short(name.data(), size) : loadWord(name.data()) + loadWord(name.data() + size - 8) * 3;
-    return static_cast<std::uint32_t>(((ends ^ size) * mixer) >> spare);
+    std::uint64_t parts = size;
+    if (size < 8)
+        parts ^= pack4Short(name.data(), size);
+    else
+        parts ^= loadWord(name.data()) + loadWord(name.data() + size - 8) * 3;
+    if (size >= 16)
+        parts += loadWord(name.data() + size / 2 - 4) * 5;
+    return static_cast<std::uint32_t>((parts * mixer) >> spare);
 }
 
 void CMemberBuilder::moveToHeap()
