@@ -72,6 +72,30 @@ TEST(LoadMemory, everyAllocationMayFail)
     EXPECT_GT(failAt, 50);
 }
 
+// What is left over goes on behind the "=", where the comment stands.
+TEST(LoadMemory, nameWithoutMemoryEndsTheLoadBehindItsAssign)
+{
+    if (!CFailingMalloc::isMallocReached())
+        GTEST_SKIP() << "another allocator is in the way";
+    const std::string text = "{\"a name that has a block of its own\"=/*c*/1}";
+    bool met = false;
+    bool more = true;
+    for (long failAt = 1; more && !met; ++failAt)
+    {
+        CLoader4SER loader;
+        CFields tree;
+        bool done = false;
+        more = loadFailing(loader, tree, text, failAt, done);
+        met =
+            loader.getLastErrMsg() == "* Line 1, Column 2\n  This field not allow the duplication or a error occured\n";
+        if (met)
+        {
+            EXPECT_EQ(tree.getCommentCopy(CP_trailing), "/*c*/");
+        }
+    }
+    EXPECT_TRUE(met);
+}
+
 TEST(LoadMemory, everyAllocationOfAFailingLoadMayFail)
 {
     if (!CFailingMalloc::isNewReached())
