@@ -346,7 +346,7 @@ bool CTextParser::loadArray(const tTokenInfo& token)
     while (done && more)
     {
         CFields& member = m_tLoader.m_pBuilder->appendElement();
-        m_tLoader.m_bReread = false;
+        m_tLoader.m_eMember = ILoaderCommon::MS_fresh;
         done = loadMemberValue(p, member, TT_arrayEnd);
         if (done && !loadPlainSeparator(p, ']', more))
             done = loadArraySeparator(p, more);

@@ -282,7 +282,8 @@ inline bool CTextParser::loadPlainValue(const char*& p, CFields& member)
 inline bool CTextParser::loadMemberValue(const char*& p, CFields& member, E_TokenType closing)
 {
     p = skipBlanks(p, m_pEnd);
-    return (!m_tLoader.m_bReread && loadPlainValue(p, member)) || loadOtherValue(p, member, closing);
+    return (m_tLoader.m_eMember != ILoaderCommon::MS_reread && loadPlainValue(p, member)) ||
+           loadOtherValue(p, member, closing);
 }
 
 // "," or the end, when one of them is the next byte that is no blank.

@@ -27,6 +27,7 @@ class CMemberBuilder;
 class CNodeStack;
 class COpenContainer;
 class CTextParser;
+struct tNodePlace;
 }  // namespace detail
 
 /// One load error with the place it concerns, in bytes from the start of the data.
@@ -142,6 +143,14 @@ protected:
 
     static constexpr int s_cnStackDepthLimit = 1000;
 
+    /// What is known of the member just had.
+    enum E_MemberState : unsigned char
+    {
+        MS_fresh,   // it was added
+        MS_placed,  // it was added with an ID, at the place that is kept
+        MS_reread,  // it was there before, at the place that is kept
+    };
+
     void forgetErrors() override;
     /// Empties all state of the last load and pushes the target.
     void startLoad(const char* data, unsigned int size, CFields& target, bool comments);
@@ -167,6 +176,8 @@ protected:
 
     /// The member or node below that has the name, or else the ID, and is to be read again; or null.
     CFields* findKnown(std::string_view name, unsigned int id);
+    /// Remembers where the member just had lies.
+    void keepPlace(const detail::tNodePlace& place);
     /// To be called before a node gets another value: what knows of nodes below it forgets them.
     void forgetBelow(const CFields& node);
 
@@ -180,11 +191,11 @@ protected:
     int m_iDepth = 0;
     bool m_bPeiAllowed = false;  // "(" opens a packet expression
     bool m_bPeiPending = false;  // a packet expression was read for the value to come
-    bool m_bReread = false;      // the member just had was there before, at the place that follows
+    E_MemberState m_eMember = MS_fresh;
     unsigned int m_uiMemberSet = 0;
     unsigned int m_uiMemberPosition = 0;
     std::string m_strComment;                          // comments for the next node
-    unsigned long long m_ullOrder = 0;                 // counts containers opened and IDs given
+    unsigned int m_uiOrder = 0;                        // counts containers opened and IDs given
     detail::CMemberBuilder* m_pBuilder = nullptr;      // of the innermost open container; lives on the reader's stack
     std::unique_ptr<detail::CNodeStack> m_pNodeStack;  // kept between loads
     std::unique_ptr<detail::CIdIndex> m_pIdIndex;

@@ -1,4 +1,4 @@
-// io/base/key_table.h - values by 64-bit keys, for what a load remembers.
+// io/base/key_table.h - values by integer keys, for what a load remembers.
 //
 // Open addressing in one block: looking up touches one place in memory, and nothing is allocated for each key. The hash
 // is seeded, so that a document cannot choose keys that collide.
@@ -13,7 +13,7 @@ namespace murv::detail
 {
 
 /// Keys are never taken out; a key of all ones cannot be entered.
-template <typename tValue>
+template <typename tKey, typename tValue>
 class CKeyTable
 {
 public:
@@ -26,24 +26,24 @@ public:
             m_vEntry.assign(m_vEntry.size(), {});
         m_nUsed = 0;
     }
-    tValue* find(std::uint64_t key)
+    tValue* find(tKey key)
     {
         if (m_vEntry.empty())
             return nullptr;
         tEntry& entry = m_vEntry[place(key)];
-        return entry.m_ullKey == key ? &entry.m_tValue : nullptr;
+        return entry.m_tKey == key ? &entry.m_tValue : nullptr;
     }
-    const tValue* find(std::uint64_t key) const
+    const tValue* find(tKey key) const
     {
         return const_cast<CKeyTable*>(this)->find(key);
     }
     /// The value of the key, entered with `fresh` if it is not there. Valid until the next call.
-    tValue& enter(std::uint64_t key, const tValue& fresh, bool& isNew)
+    tValue& enter(tKey key, const tValue& fresh, bool& isNew)
     {
         if (m_nUsed * 4 >= m_vEntry.size() * 3)
             grow();
         tEntry& entry = m_vEntry[place(key)];
-        isNew = entry.m_ullKey != key;
+        isNew = entry.m_tKey != key;
         if (isNew)
         {
             entry = {key, fresh};
@@ -53,24 +53,24 @@ public:
     }
 
 private:
-    static constexpr std::uint64_t s_cullFree = ~std::uint64_t{0};
+    static constexpr tKey s_ctFree = static_cast<tKey>(-1);
     static constexpr std::size_t s_cnFirstRoom = 16;
     static constexpr std::size_t s_cnKept = 1024;
 
     struct tEntry
     {
-        std::uint64_t m_ullKey = s_cullFree;
+        tKey m_tKey = s_ctFree;
         tValue m_tValue{};
     };
 
     /// Where the key is, or would be.
-    std::size_t place(std::uint64_t key) const
+    std::size_t place(tKey key) const
     {
         std::uint64_t state = (key ^ m_ullSeed) * 0x9E3779B97F4A7C15;
         state = (state ^ state >> 32) * 0xD6E8FEB86659FD93;
         const std::size_t mask = m_vEntry.size() - 1;
         std::size_t at = static_cast<std::size_t>(state >> 24) & mask;
-        while (m_vEntry[at].m_ullKey != key && m_vEntry[at].m_ullKey != s_cullFree)
+        while (m_vEntry[at].m_tKey != key && m_vEntry[at].m_tKey != s_ctFree)
             at = (at + 1) & mask;
         return at;
     }
@@ -80,8 +80,8 @@ private:
         wider.m_vEntry.resize(m_vEntry.empty() ? s_cnFirstRoom : m_vEntry.size() * 2);
         for (const tEntry& entry : m_vEntry)
         {
-            if (entry.m_ullKey != s_cullFree)
-                wider.m_vEntry[wider.place(entry.m_ullKey)] = entry;
+            if (entry.m_tKey != s_ctFree)
+                wider.m_vEntry[wider.place(entry.m_tKey)] = entry;
         }
         m_vEntry.swap(wider.m_vEntry);
     }

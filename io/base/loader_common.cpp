@@ -78,12 +78,13 @@ void ILoaderCommon::startLoad(const char* data, unsigned int size, CFields& targ
     m_vStack.clear();
     m_vStack.push_back(&target);
     m_iDepth = 0;
-    m_bPeiAllowed = m_bPeiPending = m_bReread = false;
+    m_bPeiAllowed = m_bPeiPending = false;
+    m_eMember = MS_fresh;
     m_pBuilder = nullptr;
     if (m_pNodeStack == nullptr)
         m_pNodeStack = std::make_unique<detail::CNodeStack>();
     m_pNodeStack->prepare(size);
-    m_ullOrder = 0;
+    m_uiOrder = 0;
     if (m_pIdIndex != nullptr)
         m_pIdIndex->clear();
 }
@@ -107,7 +108,7 @@ CFields* ILoaderCommon::getStackTopField() const
 CFields* ILoaderCommon::addChild2StackTop(std::string_view name, unsigned int id)
 {
     m_bPeiAllowed = true;
-    m_bReread = false;
+    m_eMember = MS_fresh;
     detail::CMemberBuilder& builder = *m_pBuilder;
     if (tFieldAccess::type(builder.node()) == DT_array)
         return &builder.appendElement();
@@ -117,7 +118,7 @@ CFields* ILoaderCommon::addChild2StackTop(std::string_view name, unsigned int id
     {
         if (known == &builder.node())
             return nullptr;  // a container cannot be its own member
-        m_bReread = true;
+        m_eMember = MS_reread;
         if (tFieldAccess::isContainer(*known))
             forgetBelow(*known);
         return known;
@@ -128,8 +129,10 @@ CFields* ILoaderCommon::addChild2StackTop(std::string_view name, unsigned int id
     CFields& member = builder.append(name, id);
     if (m_pIdIndex == nullptr)
         m_pIdIndex = std::make_unique<detail::CIdIndex>();
-    if (member.getID() != 0)
-        m_pIdIndex->enter(id, member, {builder.makeSet(*m_pIdIndex), builder.count() - 1}, ++m_ullOrder);
+    if (member.getID() == 0)
+        return &member;
+    keepPlace(m_pIdIndex->enter(id, member, {builder.makeSet(*m_pIdIndex), builder.count() - 1}, ++m_uiOrder));
+    m_eMember = MS_placed;
     return &member;
 }
 
@@ -139,8 +142,7 @@ CFields* ILoaderCommon::findKnown(std::string_view name, unsigned int id)
     const std::uint32_t position = name.empty() ? detail::CNameIndex::s_cuiNone : builder.find(name);
     if (position != detail::CNameIndex::s_cuiNone)
     {
-        m_uiMemberSet = builder.set();
-        m_uiMemberPosition = position;
+        keepPlace({builder.set(), position});
         return &builder.at(position);
     }
     if (id == 0 || builder.node().getID() == id)
@@ -148,14 +150,21 @@ CFields* ILoaderCommon::findKnown(std::string_view name, unsigned int id)
     if (m_pIdIndex == nullptr)
         return nullptr;
     const detail::CIdIndex::tFound found = m_pIdIndex->find(id, builder.set(), builder.order());
-    m_uiMemberSet = found.m_tPlace.m_uiSet;
-    m_uiMemberPosition = found.m_tPlace.m_uiPosition;
+    keepPlace(found.m_tPlace);
     return found.m_pNode;
+}
+
+void ILoaderCommon::keepPlace(const detail::tNodePlace& place)
+{
+    m_uiMemberSet = place.m_uiSet;
+    m_uiMemberPosition = place.m_uiPosition;
 }
 
 void ILoaderCommon::forgetBelow(const CFields& node)
 {
-    if (m_pIdIndex != nullptr && m_uiMemberSet != detail::CIdIndex::s_cuiNone)
+    if (detail::memberCount(node) == 0)
+        return;
+    if (m_pIdIndex != nullptr && m_uiMemberSet != detail::s_cuiNoPlace)
         m_pIdIndex->forget({m_uiMemberSet, m_uiMemberPosition});
     if (m_pLastValueNode == nullptr || !detail::isBelow(node, *m_pLastValueNode))
         return;

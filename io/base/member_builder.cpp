@@ -43,18 +43,12 @@ void CMemberBuilder::abandon() noexcept
 
 std::uint32_t CMemberBuilder::makeSet(CIdIndex& index)
 {
-    if (m_uiSet != CIdIndex::s_cuiNone)
+    if (m_uiSet != s_cuiNoPlace)
         return m_uiSet;
-    CIdIndex::tPlace place = m_tPlace;
-    bool element = false;
-    if (place.m_uiSet == CIdIndex::s_cuiNone && m_pOuter != nullptr)
-    {
+    tNodePlace place = m_tPlace;
+    if (place.m_uiSet == s_cuiNoPlace && m_pOuter != nullptr)
         place.m_uiSet = m_pOuter->makeSet(index);
-        // What has neither name nor ID cannot be read again, as elements of arrays cannot.
-        element = tFieldAccess::type(m_pOuter->node()) == DT_array ||
-                  (tFieldAccess::name(m_tNode).empty() && tFieldAccess::id(m_tNode) == 0);
-    }
-    m_uiSet = index.addSet(place, element);
+    m_uiSet = index.addSet(place, !tFieldAccess::name(m_tNode).empty());
     return m_uiSet;
 }
 

@@ -20,8 +20,8 @@ class CMemberBuilder
 public:
     /// \param node    an empty container that has a vector; stays where it is as long as this lives
     /// \param follow  a pointer to some node that is kept right when members move; not owned
-    CMemberBuilder(CNodeStack& stack, CFields& node, CFields*& follow, std::uint64_t order) noexcept
-        : m_tStack(stack), m_tNode(node), m_pFollow(follow), m_pBegin(stack.top()), m_ullOrder(order)
+    CMemberBuilder(CNodeStack& stack, CFields& node, CFields*& follow, std::uint32_t order) noexcept
+        : m_tStack(stack), m_tNode(node), m_pFollow(follow), m_pBegin(stack.top()), m_uiOrder(order)
     {
         if (m_tStack.take(CFieldVector::s_cnHeadSize))
             members() = CFieldVector::placeAt(m_pBegin);
@@ -42,12 +42,12 @@ public:
         return m_tNode;
     }
     /// Number of the moment at which the container was opened.
-    std::uint64_t order() const noexcept
+    std::uint32_t order() const noexcept
     {
-        return m_ullOrder;
+        return m_uiOrder;
     }
     /// Tells where the container lies: in an open one, or anywhere in a container that holds IDs.
-    void setPlace(CMemberBuilder* outer, CIdIndex::tPlace place) noexcept
+    void setPlace(CMemberBuilder* outer, tNodePlace place) noexcept
     {
         m_pOuter = outer;
         m_tPlace = place;
@@ -138,10 +138,10 @@ private:
     CFields& m_tNode;
     CFields*& m_pFollow;
     char* m_pBegin;  // on the stack; null when the members have blocks of their own
-    std::uint64_t m_ullOrder;
+    std::uint32_t m_uiOrder;
     CMemberBuilder* m_pOuter = nullptr;  // of the container that this one lies in when its place has no set; not owned
-    CIdIndex::tPlace m_tPlace;
-    std::uint32_t m_uiSet = CIdIndex::s_cuiNone;
+    tNodePlace m_tPlace;
+    std::uint32_t m_uiSet = s_cuiNoPlace;
     bool m_bOpen = true;
     bool m_bFiltered = false;                     // the filter knows all names
     std::uint64_t m_ullFilter[s_cuiFilterWords];  // set once m_bFiltered

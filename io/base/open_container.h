@@ -17,12 +17,12 @@ public:
     COpenContainer(ILoaderCommon& loader, CFields& node)
         : m_pCurrent(loader.m_pBuilder),
           m_pOuter(loader.m_pBuilder),
-          m_tBuilder(*loader.m_pNodeStack, node, loader.m_pLastValueNode, ++loader.m_ullOrder)
+          m_tBuilder(*loader.m_pNodeStack, node, loader.m_pLastValueNode, ++loader.m_uiOrder)
     {
-        if (loader.m_bReread)
+        if (loader.m_eMember != ILoaderCommon::MS_fresh)
             m_tBuilder.setPlace(m_pOuter, {loader.m_uiMemberSet, loader.m_uiMemberPosition});
         else if (m_pOuter != nullptr)
-            m_tBuilder.setPlace(m_pOuter, {CIdIndex::s_cuiNone, m_pOuter->count() - 1});
+            m_tBuilder.setPlace(m_pOuter, {s_cuiNoPlace, m_pOuter->count() - 1});
         m_pCurrent = &m_tBuilder;
     }
     COpenContainer(const COpenContainer&) = delete;

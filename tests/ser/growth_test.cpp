@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <ctime>
 #include <functional>
+#include <numeric>
+#include <random>
 
 #include "tests/ser/load_helpers.h"
 
@@ -79,6 +81,19 @@ TEST(Growth, documentsMadeToBeSlowCostLittleMoreThanOrdinaryOnes)
     EXPECT_LT(seconds4Byte("{" + repeated("{#5},", 200000) + "1}"), bound);
     EXPECT_LT(seconds4Byte("{\"a\"={#5},\"b\"={#5},\"a\"=1," + repeated(chain, 200) + "1}"), bound);
     EXPECT_LT(seconds4Byte("{" + repeated(",", 400000) + "}"), bound);
+    // Containers with IDs that are read again in any order, each with a node of one same ID, which is asked for.
+    const auto shuffled = [](unsigned int count, const std::string& body) {
+        std::vector<unsigned int> order(count);
+        std::iota(order.begin(), order.end(), 10);
+        std::shuffle(order.begin(), order.end(), std::mt19937(1));
+        std::string all;
+        for (const unsigned int id : order)
+            all += '#' + std::to_string(id) + body;
+        return all;
+    };
+    EXPECT_LT(seconds4Byte("{" + shuffled(100000, "{},") + shuffled(100000, "{#7 1},") + "1}"), bound);
+    EXPECT_LT(seconds4Byte("{" + shuffled(100000, "{#7 1},") + shuffled(100000, "{0,#7 1},#7 2,") + "1}"), bound);
+    EXPECT_LT(seconds4Byte("{" + shuffled(100000, "{#7 1},") + shuffled(100000, "{},#7 2,") + "1}"), bound);
 }
 
 }  // namespace

@@ -10,29 +10,29 @@ using namespace murv::detail;
 
 namespace
 {
-constexpr std::uint32_t s_cuiNone = CIdIndex::s_cuiNone;
+constexpr std::uint32_t s_cuiNone = s_cuiNoPlace;
 
 /// The index with the outermost container in it, and nodes to point to.
 struct tSite
 {
-    std::uint32_t add(std::uint32_t set, std::uint32_t position, bool element = false)
+    std::uint32_t add(std::uint32_t set, std::uint32_t position, bool byPlace = true)
     {
-        return m_tIndex.addSet({set, position}, element);
+        return m_tIndex.addSet({set, position}, byPlace);
     }
     CFields* enter(unsigned int id, std::uint32_t set, std::uint32_t position)
     {
         m_vNode.push_back(std::make_unique<CFields>());
-        m_tIndex.enter(id, *m_vNode.back(), {set, position}, ++m_ullOrder);
+        m_tIndex.enter(id, *m_vNode.back(), {set, position}, ++m_uiOrder);
         return m_vNode.back().get();
     }
-    CFields* find(unsigned int id, std::uint32_t set, std::uint64_t order = 0) const
+    CFields* find(unsigned int id, std::uint32_t set, std::uint32_t order = 0)
     {
         return m_tIndex.find(id, set, order).m_pNode;
     }
 
     CIdIndex m_tIndex;
-    std::uint32_t m_uiRoot = m_tIndex.addSet({}, false);
-    std::uint64_t m_ullOrder = 0;
+    std::uint32_t m_uiRoot = m_tIndex.addSet({}, true);
+    std::uint32_t m_uiOrder = 0;
     std::vector<std::unique_ptr<CFields>> m_vNode;
 };
 }  // namespace
@@ -45,7 +45,7 @@ TEST(IdIndex, findsWhatWasEntered)
     EXPECT_EQ(site.find(1, site.m_uiRoot), one);
     EXPECT_EQ(site.find(2, site.m_uiRoot), two);
     EXPECT_EQ(site.find(3, site.m_uiRoot), nullptr);
-    EXPECT_EQ(site.m_tIndex.find(2, site.m_uiRoot, 0).m_tPlace.m_uiPosition, 5u);
+    EXPECT_EQ(site.m_tIndex.resolve(site.m_tIndex.find(2, site.m_uiRoot, 0).m_tPlace).m_uiPosition, 5u);
 }
 
 TEST(IdIndex, findsNothingInAContainerWithoutNumber)
@@ -61,7 +61,7 @@ TEST(IdIndex, findsNothingThatIsOlderThanTheContainer)
     site.enter(1, site.m_uiRoot, 0);
     const std::uint32_t set = site.add(site.m_uiRoot, 1);
     EXPECT_EQ(site.find(1, set, 2), nullptr);
-    site.m_ullOrder = 2;
+    site.m_uiOrder = 2;
     CFields* const inside = site.enter(1, set, 0);
     EXPECT_EQ(site.find(1, set, 2), inside);
 }
@@ -96,7 +96,7 @@ TEST(IdIndex, forgetsAllBelowAPlaceButNotThePlace)
     tSite site;
     CFields* const holder = site.enter(1, site.m_uiRoot, 3);
     const std::uint32_t set = site.add(site.m_uiRoot, 3);
-    const std::uint32_t below = site.add(set, 1, true);
+    const std::uint32_t below = site.add(set, 1, false);
     site.enter(2, set, 0);
     site.enter(3, below, 0);
     CFields* const beside = site.enter(4, site.m_uiRoot, 4);
@@ -138,7 +138,7 @@ TEST(IdIndex, clearForgetsEverything)
     tSite site;
     site.enter(1, site.m_uiRoot, 0);
     site.m_tIndex.clear();
-    EXPECT_EQ(site.m_tIndex.addSet({}, false), 0u);
+    EXPECT_EQ(site.m_tIndex.addSet({}, true), 0u);
     EXPECT_EQ(site.find(1, 0), nullptr);
 }
 

@@ -10,7 +10,7 @@ using namespace murv::detail;
 
 TEST(KeyTable, findsNothingWhenEmpty)
 {
-    CKeyTable<int> table;
+    CKeyTable<std::uint64_t, int> table;
     EXPECT_EQ(table.find(0), nullptr);
     table.clear();
     EXPECT_EQ(table.find(0), nullptr);
@@ -18,7 +18,7 @@ TEST(KeyTable, findsNothingWhenEmpty)
 
 TEST(KeyTable, entersAKeyOnce)
 {
-    CKeyTable<int> table;
+    CKeyTable<std::uint64_t, int> table;
     bool isNew = false;
     EXPECT_EQ(table.enter(7, 1, isNew), 1);
     EXPECT_TRUE(isNew);
@@ -31,7 +31,7 @@ TEST(KeyTable, entersAKeyOnce)
 TEST(KeyTable, holdsWhatAMapHolds)
 {
     std::mt19937_64 random(1);
-    CKeyTable<std::uint64_t> table;
+    CKeyTable<std::uint64_t, std::uint64_t> table;
     for (const std::uint64_t range : {std::uint64_t{50}, std::uint64_t{5000}, std::uint64_t{1} << 60})
     {
         table.clear();

@@ -214,11 +214,11 @@ TEST(MemberBuilder, numbersItsContainerAndThoseAroundItOnDemand)
     CFields& inner = outer.append("inner", 0);
     inner.setValue(DT_fields);
     CMemberBuilder builder(site.m_tStack, inner, site.m_pFollow, 2);
-    builder.setPlace(&outer, {CIdIndex::s_cuiNone, 0});
-    EXPECT_EQ(builder.set(), CIdIndex::s_cuiNone);
+    builder.setPlace(&outer, {s_cuiNoPlace, 0});
+    EXPECT_EQ(builder.set(), s_cuiNoPlace);
     const std::uint32_t set = builder.makeSet(index);
     EXPECT_EQ(builder.makeSet(index), set);
-    EXPECT_NE(outer.set(), CIdIndex::s_cuiNone);
+    EXPECT_NE(outer.set(), s_cuiNoPlace);
     EXPECT_NE(outer.set(), set);
     builder.close();
     outer.close();
