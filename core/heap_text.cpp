@@ -17,7 +17,6 @@ namespace murv::detail
 namespace
 {
 constexpr unsigned int s_cuiTextLimit = 2147483646;
-constexpr unsigned int s_cuiPrefixedLimit = 2147483642;
 constexpr std::size_t s_cnPrefixedExtra = s_cuiPrefixWidth + 1;  // length prefix and final NUL
 
 void finishPrefixed(char* block, unsigned int length)
@@ -42,8 +41,8 @@ char* duplicateStream(const char* source, unsigned int length)
 
 char* allotPrefixed(unsigned int length)
 {
-    if (length > s_cuiPrefixedLimit)
-        throwAt("murv::duplicatePrefixedStream", "a_uiSrcLen too big for prefixing");
+    if (length > s_cuiLongestCodes)
+        throwAt("murv::duplicatePrefixedStream", s_cpTooLongCodes);
     char* const block = static_cast<char*>(allotBlock(length + s_cnPrefixedExtra));
     if (block == nullptr)
         throwAt("murv::duplicatePrefixedStream", "Failed to allocate string a_cpSrc buffer");

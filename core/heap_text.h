@@ -17,6 +17,10 @@ char* duplicateStream(const char* source, unsigned int length);
 /// A new string value without content: length prefix and final NUL set, bytes unset; throws as the copy below.
 char* allotPrefixed(unsigned int length);
 
+/// The longest string value: so many bytes fit beside the prefix.
+inline constexpr unsigned int s_cuiLongestCodes = 2147483642;
+inline constexpr const char* s_cpTooLongCodes = "a_uiSrcLen too big for prefixing";
+
 /// Copies a string value: length prefix, bytes, NUL. Throws CLogicError for a length above 2,147,483,642 or no memory.
 char* duplicatePrefixedStream(const char* source, unsigned int length);
 

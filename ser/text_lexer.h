@@ -197,7 +197,7 @@ inline bool CTextParser::loadFreshString(const char*& p, CFields& node)
 {
     const char* const begin = p + 1;
     const char* const end = findStringStop(begin, m_pEnd);
-    if (end == m_pEnd || *end != '"')
+    if (end == m_pEnd || *end != '"' || static_cast<std::size_t>(end - begin) > s_cuiLongestCodes)
         return false;
     const char* const codes = duplicatePrefixedStream(begin, static_cast<unsigned int>(end - begin));
     tFieldAccess::setType(node, DT_codelist, true).m_pData = codes;

@@ -50,6 +50,8 @@ bool CTextParser::allotUnescapeString(CFields& node, const tTokenInfo& token)
     std::string_view bytes;
     if (!toUnescapeString(token, bytes))
         return false;
+    if (bytes.size() > s_cuiLongestCodes)
+        return addError(s_cpTooLongCodes, token);
     startValue(node);
     tSlot slot{DT_codelist, true, {}};
     slot.m_uValue.m_pData = duplicatePrefixedStream(bytes.data(), static_cast<unsigned int>(bytes.size()));

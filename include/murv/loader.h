@@ -100,7 +100,7 @@ public:
     bool loading(const char* text, CFields& target, const char* password = nullptr, bool comments = true);
     bool loading(const std::string& data, CFields& target, const char* password = nullptr, bool comments = true);
     bool loading(std::string_view data, CFields& target, const char* password = nullptr, bool comments = true);
-    /// Reads to the end of the stream, or to the first byte of value 255, which is dropped.
+    /// Reads to the end of the stream, or to the first byte of value 255, which is dropped, or 2147483647 bytes.
     bool loading(std::istream& in, CFields& target, const char* password = nullptr, bool comments = true);
 
     /// The encoding rule of the data: 0 text, 1 reserved, 2 binary, -1 not decidable.

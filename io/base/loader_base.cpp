@@ -1,12 +1,11 @@
 // io/base/loader_base.cpp - what all loaders share: configuration, and reading strings and streams.
 //
 // Sizes are tested before they are narrowed to the 32 bits that loaders work with.
-#include <cstring>
 #include <istream>
-#include <string>
 
 #include "core/error_table.h"
 #include "io/base/murf_magic.h"
+#include "io/base/read_stream.h"
 #include "murv/loader.h"
 
 namespace murv
@@ -55,8 +54,7 @@ bool ILoaderBase::loading(std::string_view data, CFields& target, const char* pa
 
 bool ILoaderBase::loading(std::istream& in, CFields& target, const char* password, bool comments)
 {
-    std::string data;
-    std::getline(in, data, '\xFF');
+    const std::string data = detail::readStream(in, static_cast<std::size_t>(CFields::maxSint32));
     return loading(std::string_view(data), target, password, comments);
 }
 

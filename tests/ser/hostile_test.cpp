@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/ser/load_helpers.h"
+#include "tests/support/huge_text.h"
 #include "tests/support/same_tree.h"
 
 using namespace murv;
@@ -52,6 +53,22 @@ std::string everything()
            "#9 4, \"e\\\\\"=(ANV2-3)\"\" }, \"b\"={#7 5}, #7 18446744073709551615, \"\"=6 /*z*/ }\n// tail";
 }
 }  // namespace
+
+TEST(Hostile, stringOfHugeLengthFailsTheLoad)
+{
+    // With its prefix and NUL a string value of more bytes than this would not fit the 32 bits of lengths.
+    for (const std::size_t length : {std::size_t{2147483643}, std::size_t{2147483645}})
+    {
+        const CHugeText text(length + 2, '"', 'a', '"');
+        if (text.view().empty())
+            GTEST_SKIP() << "the system has no room for so much text";
+        CLoader4SER loader;
+        CFields tree;
+        EXPECT_FALSE(loader.loading(text.view(), tree));
+        EXPECT_EQ(loader.getLastErrMsg(), "* Line 1, Column 1\n  a_uiSrcLen too big for prefixing\n");
+        EXPECT_EQ(tree.getDT(), DT_null);
+    }
+}
 
 TEST(Hostile, unclosedThings)
 {

@@ -1,0 +1,16 @@
+// io/base/read_stream.h - the rest of a stream as one string.
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+#include <string>
+
+namespace murv::detail
+{
+
+/// Reads to the end of the stream, to the first byte of value 255, which is taken and dropped, or until there are `most`
+/// bytes. A stream that gives nothing at all fails, as with a line that is read. Throws std::bad_alloc, and what the
+/// stream throws when it was told to.
+std::string readStream(std::istream& in, std::size_t most);
+
+}  // namespace murv::detail
