@@ -27,14 +27,16 @@ namespace
 
 constexpr const char* s_cpAllot = "murv::CFields::pkt_allotValue4SKI";
 
-/// A size item in the packet that does not tell its size yet.
+/// A size item in the packet that does not tell its size yet, or did not at first.
 struct tWaitingItem
 {
     CFields* m_pLeaf;
     std::size_t m_nOffset;
     std::size_t m_nLength;
-    std::size_t m_nBefore;  // the one of the same number that waits too, counted from 1; 0 for none
+    std::size_t m_nNext;  // the next one of the same number that waits too; s_cnNone for none
 };
+
+constexpr std::size_t s_cnNone = static_cast<std::size_t>(-1);
 
 class CPacketMaker
 {
@@ -73,13 +75,20 @@ private:
     void announceSize(CFields& leaf);
     void makeSized(CFields& leaf);
     void tellSize(unsigned int option, unsigned int size);
-    void rewrite(const tWaitingItem& item, unsigned int size);
+    void rewriteWaiting(std::size_t first, unsigned int size);
+
+    /// The waiting items of one option, as positions in m_vWaiting.
+    struct tChain
+    {
+        std::size_t m_nFirst = s_cnNone;
+        std::size_t m_nLast = s_cnNone;
+    };
 
     bool m_bKeywords;
     detail::CPacketBuffer m_tPacket;
     detail::tMemoList m_vMemo;
-    std::vector<tWaitingItem> m_vWaiting;
-    std::size_t m_nLastWaiting[16] = {};  // of each option, counted from 1; 0 for none
+    std::vector<tWaitingItem> m_vWaiting;  // in the order of the packet
+    tChain m_tChain[16];                   // by option
 };
 
 void setNumber(CFields& leaf, unsigned long long number)
@@ -144,9 +153,11 @@ void CPacketMaker::announceSize(CFields& leaf)
     const std::size_t offset = m_tPacket.size();
     setNumber(leaf, 0);
     detail::makeItem(leaf, m_tPacket);
-    std::size_t& last = m_nLastWaiting[pei.m_ucSkOption];
-    m_vWaiting.push_back({&leaf, offset, m_tPacket.size() - offset, last});
-    last = m_vWaiting.size();
+    tChain& chain = m_tChain[pei.m_ucSkOption];
+    const std::size_t position = m_vWaiting.size();
+    m_vWaiting.push_back({&leaf, offset, m_tPacket.size() - offset, s_cnNone});
+    (chain.m_nFirst == s_cnNone ? chain.m_nFirst : m_vWaiting[chain.m_nLast].m_nNext) = position;
+    chain.m_nLast = position;
     detail::addMemo(m_vMemo, {pei.m_ucSkOption, 0, 0, pei.m_usSkIndex, static_cast<unsigned int>(offset), 0});
 }
 
@@ -160,39 +171,58 @@ void CPacketMaker::makeSized(CFields& leaf)
     else if (!m_vMemo.empty())
         pei.m_uiLength = detail::naturalLength(leaf, pei.m_ePacketExp);
     detail::makeItem(leaf, m_tPacket);
-    if (m_nLastWaiting[option] != 0)
+    if (m_tChain[option].m_nFirst != s_cnNone)
         tellSize(option, pei.m_uiLength);
 }
 
 void CPacketMaker::tellSize(unsigned int option, unsigned int size)
 {
-    for (std::size_t i = std::exchange(m_nLastWaiting[option], 0); i != 0;)
-    {
-        const tWaitingItem item = m_vWaiting[i - 1];
-        rewrite(item, size);
-        i = item.m_nBefore;
-    }
+    rewriteWaiting(std::exchange(m_tChain[option].m_nFirst, s_cnNone), size);
     tMemoFieldInfo& record = *detail::findMemo(m_vMemo, option);
     record.m_bKnown = 1;
     record.m_uiSize = size;
 }
 
-void CPacketMaker::rewrite(const tWaitingItem& item, unsigned int size)
+// Variable items of text grow, and what stands behind them moves. All of one number are told at once, so that no byte
+// moves more often than there are numbers.
+void CPacketMaker::rewriteWaiting(std::size_t first, unsigned int size)
 {
-    if (!fitsSizeItem(tFieldAccess::pei(*item.m_pLeaf), size))
-        detail::throwAt(s_cpAllot, "Size(%u) does not fit its size item", static_cast<int>(size));
-    setNumber(*item.m_pLeaf, size);
-    detail::CPacketBuffer fresh;
-    detail::makeItem(*item.m_pLeaf, fresh);
-    m_tPacket.text().replace(item.m_nOffset, item.m_nLength, fresh.text());
-    if (fresh.size() == item.m_nLength)
-        return;
-    // A variable item of text has grown: what waits behind it has moved.
-    for (tWaitingItem& other : m_vWaiting)
+    std::string& text = m_tPacket.text();
+    std::string moved;                 // the new packet from the first item on whose length has changed
+    std::size_t movedFrom = s_cnNone;  // where that begins
+    std::size_t taken = 0;             // so far the old packet was taken over
+    std::size_t growth = 0;
+    std::size_t next = first;
+    for (std::size_t i = first; i != m_vWaiting.size(); ++i)
     {
-        if (other.m_nOffset > item.m_nOffset)
-            other.m_nOffset += fresh.size() - item.m_nLength;
+        tWaitingItem& item = m_vWaiting[i];
+        const std::size_t offset = std::exchange(item.m_nOffset, item.m_nOffset + growth);
+        if (i != next)
+            continue;
+        next = item.m_nNext;
+        if (!fitsSizeItem(tFieldAccess::pei(*item.m_pLeaf), size))
+            detail::throwAt(s_cpAllot, "Size(%u) does not fit its size item", static_cast<int>(size));
+        setNumber(*item.m_pLeaf, size);
+        detail::CPacketBuffer fresh;
+        detail::makeItem(*item.m_pLeaf, fresh);
+        if (movedFrom == s_cnNone && fresh.size() == item.m_nLength)
+        {
+            text.replace(offset, item.m_nLength, fresh.text());
+            continue;
+        }
+        if (movedFrom == s_cnNone)
+            movedFrom = offset;
+        else
+            moved.append(text, taken, offset - taken);
+        moved += fresh.text();
+        taken = offset + item.m_nLength;
+        growth += fresh.size() - item.m_nLength;
+        item.m_nLength = fresh.size();
     }
+    if (movedFrom == s_cnNone)
+        return;
+    moved.append(text, taken, std::string::npos);
+    text.replace(movedFrom, std::string::npos, moved);
 }
 
 CFields& writable(const CFields& node)

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
 #include <string>
 
 namespace
@@ -102,6 +104,27 @@ TEST(PacketSize, waitingItemsBehindAGrownOneAreFound)
     addSized(tree, "one", "0123456789", 1);
     addSized(tree, "two", "abc", 2);
     EXPECT_EQ(tree.pkt_Make4Children(true), "3100030123456789abc");
+}
+
+TEST(PacketSize, itemsOfTwoNumbersBetweenEachOtherGrowAlike)
+{
+    CFields tree(DT_fields);
+    for (const char* const name : {"a", "b", "c"})
+    {
+        addSize(tree, name, 1, pei4("ANV", 1));
+        addLeaf(tree, "", CFields("-"), pei4("ACF", 1));
+        addSize(tree, (std::string(name) + "2").c_str(), 2, pei4("ANV", 1));
+    }
+    addSize(tree, "fixed", 1, pei4("ANF", 3));
+    addSized(tree, "one", "0123456789", 1);
+    addSized(tree, "two", std::string(123, 'x'), 2);
+    EXPECT_EQ(tree.pkt_Make4Children(true),
+              "310-4123310-4123310-4123010"
+              "0123456789" +
+                  std::string(123, 'x'));
+    EXPECT_EQ(recorded4(tree["b"]), 3u);
+    EXPECT_EQ(recorded4(tree["b2"]), 4u);
+    EXPECT_EQ(tree["c2"], CFields(123u));
 }
 
 TEST(PacketSize, laterItemsOfTheNumberTakeTheSameLength)
@@ -350,6 +373,54 @@ TEST(PacketSize, manySizeItemsCostLinearTime)
     for (unsigned int option = 1; option <= 9; ++option)
         expected += std::string(option, 'x');
     EXPECT_EQ(tree.pkt_Make4Children(true), expected);
+}
+
+/// The packet of many size items that grow: first all of them and then what they tell, or each before its own.
+std::string makeGrowing(unsigned int count, bool waiting)
+{
+    CFields tree(DT_array);
+    for (unsigned int i = 0; i < count; ++i)
+    {
+        addSize(tree, "", waiting ? 1 + i % 9 : 1, pei4("ANV", 1));
+        if (!waiting)
+            addSized(tree, "", "0123456789", 1);
+    }
+    for (unsigned int option = 1; waiting && option <= 9; ++option)
+        addSized(tree, "", std::string(10 + option, 'x'), option);
+    return tree.pkt_Make4Children(true);
+}
+
+TEST(PacketSize, manySizeItemsThatGrowAreAllTold)
+{
+    constexpr unsigned int count = 1000;
+    std::string waiting;
+    std::string pairs;
+    for (unsigned int i = 0; i < count; ++i)
+    {
+        waiting += "3" + std::to_string(11 + i % 9);
+        pairs += "3100123456789";
+    }
+    for (unsigned int option = 1; option <= 9; ++option)
+        waiting += std::string(10 + option, 'x');
+    EXPECT_EQ(makeGrowing(count, true), waiting);
+    EXPECT_EQ(makeGrowing(count, false), pairs);
+}
+
+TEST(PacketSize, manySizeItemsThatGrowCostLinearTime)
+{
+    // Sixteen times the items: sixteen times the time is right, 256 times would be a cost that grows with the square.
+    const auto seconds = [](unsigned int count, bool waiting) {
+        double best = 1e9;
+        for (int run = 0; run < 3; ++run)
+        {
+            const std::clock_t begin = std::clock();
+            EXPECT_GT(makeGrowing(count, waiting).size(), count);
+            best = std::min(best, static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC);
+        }
+        return best;
+    };
+    for (const bool waiting : {true, false})
+        EXPECT_LT(seconds(64000, waiting), std::max(seconds(4000, waiting), 0.0005) * 80) << waiting;
 }
 
 TEST(SizeKeyword, aSizeThatTheVariablePrefixWouldCutIsRefused)
