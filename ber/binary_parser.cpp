@@ -238,7 +238,8 @@ inline void CBinaryParser::setPlainLeaf(CFields& node, const tPlainLeaf& leaf)
 CFieldVector* CBinaryParser::makeMembers(std::uint32_t count) const
 {
     const std::uint64_t possible = m_tSource.mostRemaining() / s_cnShortestRecord;
-    return m_ullAwaited + count <= possible ? CFieldVector::make(count) : CFieldVector::empty();
+    return m_ullAwaited + count <= possible ? CFieldVector::make(count, m_tLoader.m_pNodeStack->pool())
+                                            : CFieldVector::empty();
 }
 
 bool CBinaryParser::loadETI(tMURF_Node& record, CFields* target)

@@ -168,7 +168,8 @@ CFieldVector* tFieldAccess::copyMembers(const CFieldVector* members, bool asFiel
     };
     if (members == nullptr || members->count() == 0)
         return CFieldVector::empty();
-    CFieldVector* outermost = CFieldVector::make(members->count());
+    CBlockPool pool;
+    CFieldVector* outermost = CFieldVector::make(members->count(), pool);
     try
     {
         CWalkStack<tFrame> stack;
@@ -190,7 +191,7 @@ CFieldVector* tFieldAccess::copyMembers(const CFieldVector* members, bool asFiel
             const CFieldVector* const below = tFieldAccess::members(from);
             if (below != nullptr && below->count() != 0)
             {
-                to.m_uActValue.m_pFV = CFieldVector::make(below->count());
+                to.m_uActValue.m_pFV = CFieldVector::make(below->count(), pool);
                 stack.push({below, to.m_uActValue.m_pFV, &to, 0});
             }
         }

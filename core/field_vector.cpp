@@ -48,6 +48,8 @@ CFieldVector CFieldVector::s_tEmpty(0, 0);
 
 CFieldVector* CFieldVector::make(std::uint32_t room)
 {
+    if (room >= s_cuiPooled)
+        throw std::bad_alloc();  // a block of 128 GB, which nobody has
     return new (allot(s_cnHeadSize + std::uint64_t{room} * sizeof(CFields))) CFieldVector(0, room);
 }
 
@@ -91,8 +93,8 @@ std::uint32_t CFieldVector::findInLarge(const char* name, unsigned int length) c
 
 CFieldVector::tLarge::tLarge(CFieldVector* firstBlock) noexcept
     : CFieldVector(firstBlock->m_uiCount, s_cuiLarge),
-      m_uiFirstRoom(firstBlock->m_uiRoom),
-      m_uiShift(std::max(s_cuiShortestShift, static_cast<std::uint32_t>(std::bit_width(firstBlock->m_uiRoom - 1)))),
+      m_uiFirstRoom(firstBlock->room()),
+      m_uiShift(std::max(s_cuiShortestShift, static_cast<std::uint32_t>(std::bit_width(firstBlock->room() - 1)))),
       m_pFirstBlock(firstBlock)
 {
     m_pInline[0] = firstBlock->first();
@@ -194,6 +196,39 @@ void CFieldVector::dropIndex() noexcept
     large().m_pIndex = nullptr;
 }
 
+/// Gives back pooled blocks, those of one piece together.
+class CFieldVector::CReleaser
+{
+public:
+    CReleaser() = default;
+    CReleaser(const CReleaser&) = delete;
+    CReleaser& operator=(const CReleaser&) = delete;
+    ~CReleaser()
+    {
+        flush();
+    }
+    void release(detail::CBlockPool::tPiece* piece) noexcept
+    {
+        if (piece != m_pPiece)
+        {
+            flush();
+            m_pPiece = piece;
+        }
+        ++m_uiCount;
+    }
+
+private:
+    void flush() noexcept
+    {
+        if (m_pPiece != nullptr)
+            detail::CBlockPool::release(m_pPiece, m_uiCount);
+        m_uiCount = 0;
+    }
+
+    detail::CBlockPool::tPiece* m_pPiece = nullptr;
+    std::uint32_t m_uiCount = 0;
+};
+
 void CFieldVector::erase(CFieldVector*& self, std::uint32_t first, std::uint32_t last) noexcept
 {
     CNameIndex* const index = self->isSmall() ? nullptr : self->large().m_pIndex;
@@ -209,7 +244,8 @@ void CFieldVector::erase(CFieldVector*& self, std::uint32_t first, std::uint32_t
     self->closeGap(first, last);
     if (self->m_uiCount == 0)
     {
-        freeBlocks(self);
+        CReleaser releaser;
+        freeBlocks(self, releaser);
         self = empty();
     }
     else if (rebuild)
@@ -272,7 +308,7 @@ void CFieldVector::afterRename(const CFields& member) noexcept
         dropIndex();
 }
 
-void CFieldVector::freeBlocks(CFieldVector* self) noexcept
+void CFieldVector::freeBlocks(CFieldVector* self, CReleaser& releaser) noexcept
 {
     if (!self->isSmall())
     {
@@ -285,7 +321,13 @@ void CFieldVector::freeBlocks(CFieldVector* self) noexcept
         delete head->m_pIndex;
         delete head;
     }
-    if (self->m_uiRoom != 0)
+    if (self->isPooled())
+    {
+        detail::CBlockPool::tPiece* const piece = self->piece();
+        detail::poison(self, s_cnHeadSize + self->room() * sizeof(CFields));
+        releaser.release(piece);
+    }
+    else if (self->m_uiRoom != 0)
         std::free(self);
 }
 
@@ -302,6 +344,7 @@ void CFieldVector::destroy(CFieldVector* self) noexcept
     static_assert(sizeof(tFrame) <= sizeof(CFields));
     static_assert(alignof(tFrame) <= alignof(CFields));
 
+    CReleaser releaser;
     tFrame* up = nullptr;
     std::uint32_t index = 0;
     for (;;)
@@ -315,7 +358,7 @@ void CFieldVector::destroy(CFieldVector* self) noexcept
                 below = tFieldAccess::release(*node);
                 if (below != nullptr && below->m_uiCount == 0)
                 {
-                    freeBlocks(below);
+                    freeBlocks(below, releaser);
                     below = nullptr;
                 }
                 if (below != nullptr)
@@ -328,7 +371,7 @@ void CFieldVector::destroy(CFieldVector* self) noexcept
             index = 0;
             continue;
         }
-        freeBlocks(self);
+        freeBlocks(self, releaser);
         if (up == nullptr)
             return;
         self = up->m_pMembers;

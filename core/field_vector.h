@@ -12,6 +12,7 @@
 #include <memory>
 #include <new>
 
+#include "core/block_pool.h"
 #include "core/field_access.h"
 #include "core/name_index.h"
 #include "murv/fields.h"
@@ -38,7 +39,16 @@ public:
     {
         return &s_tEmpty;
     }
-    /// A vector of one block without members yet; throws std::bad_alloc.
+    /// A vector of one block without members yet, which comes from the pool when it may; throws std::bad_alloc.
+    static CFieldVector* make(std::uint32_t room, detail::CBlockPool& pool)
+    {
+        const std::size_t size = s_cnHeadSize + std::size_t{room} * sizeof(CFields);
+        char* const block = size > detail::CBlockPool::s_cnLongestBlock ? nullptr : pool.take(size);
+        if (block == nullptr)
+            return make(room);
+        const auto distance = static_cast<std::uint32_t>(pool.distance(block) / detail::CBlockPool::s_cnAlignment);
+        return new (block) CFieldVector(0, s_cuiPooled | distance << s_cuiDistanceShift | room);
+    }
     static CFieldVector* make(std::uint32_t room);
 
     /// \name A block in someone else's memory
@@ -57,11 +67,11 @@ public:
         return *node;
     }
     /// Moves the members into a block of their own, leaving this one without any. Throws std::bad_alloc.
-    CFieldVector* moveOut()
+    CFieldVector* moveOut(detail::CBlockPool& pool)
     {
         if (m_uiCount == 0)
             return empty();
-        CFieldVector* const own = make(m_uiCount);
+        CFieldVector* const own = make(m_uiCount, pool);
         // Nodes are relocated as bytes, one by one: mostly they are few.
         for (std::uint32_t i = 0; i < m_uiCount; ++i)
             std::memcpy(static_cast<void*>(own->first() + i), static_cast<const void*>(first() + i), sizeof(CFields));
@@ -101,7 +111,7 @@ public:
     /// Appends a node in the basic state. `self` may be replaced. Throws std::bad_alloc.
     static CFields& append(CFieldVector*& self)
     {
-        return self->isSmall() && self->m_uiCount < self->m_uiRoom ? self->appendInPlace() : appendBeyond(self);
+        return self->isSmall() && self->m_uiCount < self->room() ? self->appendInPlace() : appendBeyond(self);
     }
     /// To be called when the last member was appended to a field set and has its name. `self` may be replaced. Throws
     /// nothing: without memory there is no index, and look-ups scan.
@@ -122,6 +132,9 @@ public:
 
 private:
     static constexpr std::uint32_t s_cuiLarge = 0xFFFFFFFF;
+    static constexpr std::uint32_t s_cuiPooled = 0x80000000;  // with the distance from the piece's begin, and the room
+    static constexpr std::uint32_t s_cuiDistanceShift = 16;
+    static constexpr std::uint32_t s_cuiPooledRoom = 0xFFFF;
     static constexpr std::uint32_t s_cuiFirstRoom = 4;
     static constexpr std::uint32_t s_cuiInlineSegments = 4;
     static constexpr std::uint32_t s_cuiSegmentLimit = 32;
@@ -135,6 +148,22 @@ private:
     {
         return m_uiRoom != s_cuiLarge;
     }
+    bool isPooled() const noexcept
+    {
+        return (m_uiRoom & s_cuiPooled) != 0;
+    }
+    /// Of a small vector.
+    std::uint32_t room() const noexcept
+    {
+        return isPooled() ? m_uiRoom & s_cuiPooledRoom : m_uiRoom;
+    }
+    /// The piece that a pooled block lies in.
+    detail::CBlockPool::tPiece* piece() noexcept
+    {
+        const std::size_t distance = (m_uiRoom & ~s_cuiPooled) >> s_cuiDistanceShift;
+        char* const begin = reinterpret_cast<char*>(this) - distance * detail::CBlockPool::s_cnAlignment;
+        return reinterpret_cast<detail::CBlockPool::tPiece*>(begin);
+    }
     /// A small vector's nodes follow its head.
     CFields* first() const noexcept
     {
@@ -145,7 +174,8 @@ private:
     std::uint32_t findInLarge(const char* name, unsigned int length) const noexcept;
     static CFields& appendBeyond(CFieldVector*& self);
     static tLarge* grow(CFieldVector* self);
-    static void freeBlocks(CFieldVector* self) noexcept;
+    class CReleaser;
+    static void freeBlocks(CFieldVector* self, CReleaser& releaser) noexcept;
     std::unique_ptr<detail::CNameIndex> makeIndex() const noexcept;
     void adoptIndex(std::unique_ptr<detail::CNameIndex> index) noexcept;
     void dropIndex() noexcept;
@@ -154,7 +184,7 @@ private:
     static CFieldVector s_tEmpty;
 
     std::uint32_t m_uiCount;
-    std::uint32_t m_uiRoom;  // nodes that the one block holds, or s_cuiLarge
+    std::uint32_t m_uiRoom;  // nodes that the one block holds, or s_cuiLarge, or as s_cuiPooled says
 };
 
 static_assert(sizeof(CFieldVector) == CFieldVector::s_cnHeadSize, "nodes follow the head without a gap");

@@ -25,8 +25,8 @@ ALLOWED = {
 LIBRARY = ["include/murv", "core", "packet", "io/base", "ser", "ber", "io/front"]
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)
-# Compiler headers for processor instructions; they come with the compiler, as the standard library does.
-STANDARD = re.compile(r"^(c?[a-z_0-9]+|[a-z]mmintrin\.h|x86intrin\.h|arm_neon\.h|cpuid\.h)$")
+# Headers for processor instructions and sanitizers come with the compiler, as the standard library does.
+STANDARD = re.compile(r"^(c?[a-z_0-9]+|[a-z]mmintrin\.h|x86intrin\.h|arm_neon\.h|cpuid\.h|sanitizer/[a-z_]+\.h)$")
 
 
 def layer_of(path):

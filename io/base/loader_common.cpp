@@ -92,6 +92,8 @@ void ILoaderCommon::startLoad(const char* data, unsigned int size, CFields& targ
 void ILoaderCommon::finishLoad(CFields& target, bool done)
 {
     m_vStack.clear();
+    if (m_pNodeStack != nullptr)
+        m_pNodeStack->pool().close();
     m_pBuilder = nullptr;
     m_pLastValueNode = nullptr;
     m_pLastValueEnd = nullptr;

@@ -136,7 +136,7 @@ void CMemberBuilder::moveToHeap()
 {
     CFieldVector& before = *members();
     const std::uint32_t count = before.count();
-    CFieldVector* const own = before.moveOut();
+    CFieldVector* const own = before.moveOut(m_tStack.pool());
     const std::less<> isBefore;
     const CFields* const begin = reinterpret_cast<const CFields*>(m_pBegin + CFieldVector::s_cnHeadSize);
     if (m_pFollow != nullptr && !isBefore(m_pFollow, begin) && isBefore(m_pFollow, begin + count))

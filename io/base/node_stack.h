@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <memory>
 
+#include "core/block_pool.h"
 #include "murv/fields.h"
 
 namespace murv::detail
@@ -37,7 +38,14 @@ public:
         m_nUsed = static_cast<std::size_t>(begin - m_pMemory.get());
     }
 
+    /// What containers that have ended get their blocks from.
+    CBlockPool& pool() noexcept
+    {
+        return m_tPool;
+    }
+
 private:
+    CBlockPool m_tPool;
     std::unique_ptr<char[]> m_pMemory;
     std::size_t m_nRoom = 0;
     std::size_t m_nUsed = 0;

@@ -69,7 +69,7 @@ TEST(LoadMemory, everyAllocationMayFail)
         }
         ASSERT_EQ(CFailingMalloc::liveBlocks(), before) << failAt;
     }
-    EXPECT_GT(failAt, 50);
+    EXPECT_GT(failAt, CFailingMalloc::isMallocReached() ? 50 : 20);
 }
 
 // What is left over goes on behind the "=", where the comment stands.
