@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <array>
 
+#include "tools/fact_sheet.h"
 #include "tools/files_verb.h"
 #include "tools/json_text.h"
+#include "tools/node_walk.h"
 
 namespace murv::tool
 {
@@ -14,6 +16,7 @@ namespace
 {
 constexpr std::array<const char*, 8> s_cpTypeNames = {"null", "array", "fields", "bool",
                                                       "sint", "uint",  "double", "codelist"};
+constexpr std::size_t s_cnNumberWidth = 10;  // such numbers stand in columns
 static_assert(s_cpTypeNames.size() == DT_codelist + 1, "one name for each type");
 
 struct tCounts
@@ -46,50 +49,22 @@ void countNode(const CFields& node, std::size_t depth, tCounts& counts)
     }
 }
 
-tCounts countTree(const CFields& root)
+CFactSheet facts4Tree(const CFields& root, std::size_t bytes)
 {
     tCounts counts;
-    std::vector<std::pair<const CFields*, std::size_t>> open{{&root, 1}};
-    while (!open.empty())
-    {
-        const auto [node, depth] = open.back();
-        open.pop_back();
-        countNode(*node, depth, counts);
-        for (const CFields& member : *node)
-            open.emplace_back(&member, depth + 1);
-    }
-    return counts;
-}
-
-struct tStatRow
-{
-    const char* m_pLabel;
-    std::size_t m_nCount;
-};
-
-/// What is shown, in order; the same labels serve people and JSON.
-std::vector<tStatRow> rows4Counts(const tCounts& counts, std::size_t bytes)
-{
-    std::vector<tStatRow> rows = {{"bytes", bytes}, {"depth", counts.m_nDepth}, {"nodes", counts.m_nNodes}};
+    forEachNode(root, [&counts](const CFields& node, std::size_t depth) { countNode(node, depth, counts); });
+    CFactSheet facts(s_cnNumberWidth);
+    facts.add("bytes", bytes);
+    facts.add("depth", counts.m_nDepth);
+    facts.add("nodes", counts.m_nNodes);
     for (std::size_t type = 0; type < s_cpTypeNames.size(); ++type)
-        rows.push_back({s_cpTypeNames[type], counts.m_nType[type]});
-    rows.push_back({"names", counts.m_nNames});
-    rows.push_back({"IDs", counts.m_nIds});
-    rows.push_back({"packet expressions", counts.m_nExpressions});
-    rows.push_back({"comments", counts.m_nComments});
-    rows.push_back({"string bytes", counts.m_nStringBytes});
-    return rows;
-}
-
-std::string shown4Row(const tStatRow& row)
-{
-    constexpr std::size_t width = 22;
-    std::string line = "  ";
-    line += row.m_pLabel;
-    line.append(width > line.size() ? width - line.size() : 1, ' ');
-    const std::string number = std::to_string(row.m_nCount);
-    line.append(number.size() < 10 ? 10 - number.size() : 0, ' ');
-    return line + number + "\n";
+        facts.add(s_cpTypeNames[type], counts.m_nType[type]);
+    facts.add("names", counts.m_nNames);
+    facts.add("IDs", counts.m_nIds);
+    facts.add("packet expressions", counts.m_nExpressions);
+    facts.add("comments", counts.m_nComments);
+    facts.add("string bytes", counts.m_nStringBytes);
+    return facts;
 }
 
 class CStatVerb : public CFilesVerb
@@ -105,18 +80,12 @@ private:
         CFields tree;
         if (const E_ExitCode code = loadInput(input, loadOptions(), 0, SV_warning, session.m_tDiagnostics, tree))
             return code;
-        put(input, rows4Counts(countTree(tree), input.m_nSize), session.m_tOutput);
+        const char* const encoding = input.isText() ? "text" : "binary";
+        const CFactSheet facts = facts4Tree(tree, input.m_nSize);
+        session.m_tOutput.put(
+            isJson() ? facts.json("\"file\":" + json4Text(input.m_strName) + ",\"encoding\":" + json4Text(encoding))
+                     : facts.text(input.m_strName + " (" + encoding + ")"));
         return EC_done;
-    }
-
-    void put(const tInput& input, const std::vector<tStatRow>& rows, CStandardOutput& output) const
-    {
-        const std::string encoding = input.isText() ? "text" : "binary";
-        std::string out = isJson() ? "{\"file\":" + json4Text(input.m_strName) + ",\"encoding\":\"" + encoding + "\""
-                                   : input.m_strName + " (" + encoding + ")\n";
-        for (const tStatRow& row : rows)
-            out += isJson() ? "," + json4Text(row.m_pLabel) + ":" + std::to_string(row.m_nCount) : shown4Row(row);
-        output.put(out + (isJson() ? "}\n" : ""));
     }
 };
 }  // namespace

@@ -23,22 +23,22 @@ TEST(Stat, countsNodesTypesAndWhatTheyCarry)
     EXPECT_EQ(run.m_strError, "");
     EXPECT_EQ(run.m_strOutput,
               "a.murv (text)\n"
-              "  bytes                      103\n"
-              "  depth                        3\n"
-              "  nodes                        8\n"
-              "  null                         1\n"
-              "  array                        1\n"
-              "  fields                       1\n"
-              "  bool                         1\n"
-              "  sint                         1\n"
-              "  uint                         1\n"
-              "  double                       1\n"
-              "  codelist                     1\n"
-              "  names                        2\n"
-              "  IDs                          1\n"
-              "  packet expressions           1\n"
-              "  comments                     4\n"
-              "  string bytes                 4\n");
+              "  bytes                        103\n"
+              "  depth                          3\n"
+              "  nodes                          8\n"
+              "  null                           1\n"
+              "  array                          1\n"
+              "  fields                         1\n"
+              "  bool                           1\n"
+              "  sint                           1\n"
+              "  uint                           1\n"
+              "  double                         1\n"
+              "  codelist                       1\n"
+              "  names                          2\n"
+              "  IDs                            1\n"
+              "  packet expressions             1\n"
+              "  comments                       4\n"
+              "  string bytes                   4\n");
 }
 
 TEST(Stat, jsonHasTheSameLabels)

@@ -1,0 +1,56 @@
+// tools/fact_sheet.cpp - facts for people and for programs.
+#include "tools/fact_sheet.h"
+
+#include <utility>
+
+#include "tools/json_text.h"
+
+namespace murv::tool
+{
+
+namespace
+{
+constexpr std::size_t s_cnLabelWidth = 24;
+
+std::string spaces(std::size_t width, std::size_t used)
+{
+    return std::string(width > used ? width - used : 0, ' ');
+}
+}  // namespace
+
+void CFactSheet::add(const char* label, std::size_t number)
+{
+    m_vFacts.push_back({label, std::to_string(number), true});
+}
+
+void CFactSheet::add(const char* label, std::string text)
+{
+    m_vFacts.push_back({label, std::move(text), false});
+}
+
+std::string CFactSheet::text(const std::string& heading) const
+{
+    std::string out = heading + "\n";
+    for (const tFact& fact : m_vFacts)
+    {
+        const std::string label = std::string("  ") + fact.m_pLabel;
+        out += label + spaces(s_cnLabelWidth, label.size());
+        if (fact.m_bNumber)
+            out += spaces(m_nNumberWidth, fact.m_strValue.size());
+        out += fact.m_strValue + "\n";
+    }
+    return out;
+}
+
+std::string CFactSheet::json(const std::string& head) const
+{
+    std::string out = "{" + head;
+    for (const tFact& fact : m_vFacts)
+    {
+        out += "," + json4Text(fact.m_pLabel) + ":";
+        out += fact.m_bNumber ? fact.m_strValue : json4Text(fact.m_strValue);
+    }
+    return out + "}\n";
+}
+
+}  // namespace murv::tool
