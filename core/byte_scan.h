@@ -2,8 +2,7 @@
 //
 // Lexer, quoting and unquoting spend their time on runs of ordinary bytes. One scan serves them all; a rule says what
 // ends a run, once for a byte, once for a word and once for a vector.
-#ifndef MURV_CORE_BYTE_SCAN_H
-#define MURV_CORE_BYTE_SCAN_H
+#pragma once
 
 #include <bit>
 #include <cstdint>
@@ -251,5 +250,3 @@ inline const char* skipDigits(const char* p, const char* end) noexcept
 }
 
 }  // namespace murv::detail
-
-#endif

@@ -3,8 +3,7 @@
 // Printing a double and reading one are the same step: a 64-bit mantissa times a power of ten, rounded to nearest.
 // Both use this table of 128-bit powers; what it cannot decide with certainty it says so, and the caller takes the
 // slow exact way.
-#ifndef MURV_CORE_DECIMAL_SCALE_H
-#define MURV_CORE_DECIMAL_SCALE_H
+#pragma once
 
 #include <array>
 #include <cstddef>
@@ -163,5 +162,3 @@ constexpr tScaled scaleByFive(std::uint64_t mantissa, int power) noexcept
 }
 
 }  // namespace murv::detail
-
-#endif

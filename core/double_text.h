@@ -2,8 +2,7 @@
 //
 // 17 digits bring every double back exactly. The text is that of printf's "%.17g" in the "C" locale, made without
 // printf: saved documents consist largely of such numbers.
-#ifndef MURV_CORE_DOUBLE_TEXT_H
-#define MURV_CORE_DOUBLE_TEXT_H
+#pragma once
 
 namespace murv::detail
 {
@@ -20,5 +19,3 @@ inline constexpr unsigned int s_cnDoubleTextRoom = 32;
 char* writeDouble(char* out, double value) noexcept;
 
 }  // namespace murv::detail
-
-#endif

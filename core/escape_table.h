@@ -1,8 +1,7 @@
 // core/escape_table.h - bytes that a quoted text shows as a backslash and a letter.
 //
 // Quoting and unquoting both read these rows, so what one writes the other reads back.
-#ifndef MURV_CORE_ESCAPE_TABLE_H
-#define MURV_CORE_ESCAPE_TABLE_H
+#pragma once
 
 #include <array>
 
@@ -49,5 +48,3 @@ static_assert(s_ctByte4Letter['n'] == '\n' && s_ctByte4Letter['/'] == '/');
 static_assert(s_ctByte4Letter['x'] == 0 && s_ctByte4Letter['u'] == 0);  // these two take digits
 
 }  // namespace murv::detail
-
-#endif

@@ -1,8 +1,7 @@
 // core/hex.h - hexadecimal digits as numbers and bytes.
 //
 // Escapes in strings and binary texts are read with the same digits.
-#ifndef MURV_CORE_HEX_H
-#define MURV_CORE_HEX_H
+#pragma once
 
 #include <array>
 #include <cstddef>
@@ -55,5 +54,3 @@ constexpr std::size_t decodeHexPairs(const char* text, std::size_t digits, char*
 }
 
 }  // namespace murv::detail
-
-#endif

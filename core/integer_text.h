@@ -2,8 +2,7 @@
 //
 // Every saver writes numbers, so they are written straight into the caller's buffer, two digits at a time, without
 // locale or format strings.
-#ifndef MURV_CORE_INTEGER_TEXT_H
-#define MURV_CORE_INTEGER_TEXT_H
+#pragma once
 
 namespace murv::detail
 {
@@ -22,5 +21,3 @@ char* writeUnsigned(char* out, unsigned long long value) noexcept;
 char* writeSigned(char* out, long long value) noexcept;
 
 }  // namespace murv::detail
-
-#endif

@@ -2,8 +2,7 @@
 //
 // Text loader, tree and packets read numbers by one rule: whole numbers that fit 64 bits keep their exact value, all
 // else is a double. One pass over the text, independent of the locale.
-#ifndef MURV_CORE_NUMBER_SCAN_H
-#define MURV_CORE_NUMBER_SCAN_H
+#pragma once
 
 #include "murv/types.h"
 
@@ -44,5 +43,3 @@ tScannedNumber scanNumber(const char* text, unsigned int length) noexcept;
 const char* scanNumberToken(const char* text, const char* end, tScannedNumber& number) noexcept;
 
 }  // namespace murv::detail
-
-#endif

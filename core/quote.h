@@ -2,8 +2,7 @@
 //
 // Names and strings leave the library this way: printable ASCII as it is, all else as an escape, so that the text
 // survives any transport and reads back as the same bytes.
-#ifndef MURV_CORE_QUOTE_H
-#define MURV_CORE_QUOTE_H
+#pragma once
 
 #include <cstddef>
 
@@ -32,5 +31,3 @@ constexpr std::size_t quotedRoom(std::size_t length) noexcept
 char* writeQuoted(char* out, const char* text, std::size_t length) noexcept;
 
 }  // namespace murv::detail
-
-#endif

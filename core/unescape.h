@@ -1,8 +1,7 @@
 // core/unescape.h - the bytes that an escaped text stands for.
 //
 // One decoder serves the text loader, which reports errors with their place, and ToUnescapeString, which does not.
-#ifndef MURV_CORE_UNESCAPE_H
-#define MURV_CORE_UNESCAPE_H
+#pragma once
 
 #include <array>
 #include <cstddef>
@@ -68,5 +67,3 @@ struct tUnescaped
 tUnescaped unescape(const char* begin, const char* end, E_UnicodeMode mode, char* out) noexcept;
 
 }  // namespace murv::detail
-
-#endif

@@ -2,8 +2,7 @@
 //
 // Follows the forms of RFC 3629, but lets a lone half of a surrogate pair through as three bytes: texts hold such
 // halves, and refusing them would lose data.
-#ifndef MURV_CORE_UTF8_H
-#define MURV_CORE_UTF8_H
+#pragma once
 
 namespace murv::detail
 {
@@ -42,5 +41,3 @@ constexpr char* writeUtf8(char* out, unsigned int codePoint) noexcept
 }
 
 }  // namespace murv::detail
-
-#endif

@@ -2,8 +2,7 @@
 //
 // Exact number text needs 64 x 64 and 64 x 128 bit products. Where the compiler has a 128-bit integer it is one
 // instruction; elsewhere four 32-bit products give the same result.
-#ifndef MURV_CORE_WIDE_MATH_H
-#define MURV_CORE_WIDE_MATH_H
+#pragma once
 
 #include <cstdint>
 
@@ -62,5 +61,3 @@ constexpr tWide192 multiplyWide(std::uint64_t a, const tWide128& b) noexcept
 }
 
 }  // namespace murv::detail
-
-#endif

@@ -2,8 +2,7 @@
 //
 // Text is looked at and written in words of eight. Where the order of the bytes matters the first byte of the text is
 // the lowest of the word, on every host.
-#ifndef MURV_CORE_WORD_BYTES_H
-#define MURV_CORE_WORD_BYTES_H
+#pragma once
 
 #include <bit>
 #include <cstddef>
@@ -168,5 +167,3 @@ static_assert(digits4Number(12345678) == 0x0807060504030201U && digits4Number(99
 static_assert(number4Digits(0x3837363534333231U) == 12345678);
 
 }  // namespace murv::detail
-
-#endif

@@ -1,8 +1,7 @@
 // tests/core/text_helpers.h - what the text tests share.
 //
 // Inputs stand in heap blocks of exactly their size, so that the address sanitizer sees one byte too many.
-#ifndef MURV_TESTS_CORE_TEXT_HELPERS_H
-#define MURV_TESTS_CORE_TEXT_HELPERS_H
+#pragma once
 
 #include <cstddef>
 #include <cstring>
@@ -44,5 +43,3 @@ private:
 };
 
 }  // namespace murv::tests
-
-#endif

@@ -3,8 +3,7 @@
 // A program that uses this has malloc, calloc, realloc and operator new replaced; outside a guarded scenario they behave
 // as usual. Where a tool brings its own allocator (valgrind, some sanitizers) the replacement of malloc may not be
 // reached; the tests ask first.
-#ifndef MURV_TESTS_SUPPORT_FAILING_MALLOC_H
-#define MURV_TESTS_SUPPORT_FAILING_MALLOC_H
+#pragma once
 
 namespace murv::tests
 {
@@ -43,5 +42,3 @@ public:
 };
 
 }  // namespace murv::tests
-
-#endif

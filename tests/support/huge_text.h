@@ -1,8 +1,7 @@
 // tests/support/huge_text.h - gigabytes of one letter that take little memory.
 //
 // A few pages are mapped again and again, so that the largest sizes can be tested on any machine.
-#ifndef MURV_TESTS_SUPPORT_HUGE_TEXT_H
-#define MURV_TESTS_SUPPORT_HUGE_TEXT_H
+#pragma once
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -75,5 +74,3 @@ private:
 };
 
 }  // namespace murv::tests
-
-#endif

@@ -2,8 +2,7 @@
 //
 // Blanks, line breaks and the spelling of numbers stay as they are, so that both forms of a document are of like size
 // and shape. What changes is ":" to "=" and \u escapes to the bytes of their characters.
-#ifndef MURV_TESTS_SUPPORT_JSON_TO_TEXT_H
-#define MURV_TESTS_SUPPORT_JSON_TO_TEXT_H
+#pragma once
 
 #include <cstdlib>
 #include <string>
@@ -77,5 +76,3 @@ inline std::string text4Json(std::string_view json)
 }
 
 }  // namespace murv::tests
-
-#endif

@@ -2,8 +2,7 @@
 //
 // What text cannot hold is left out here or named in the expectation: a comment behind a node that is not the root
 // moves to the next node, and a value that is written as nothing has no line that a trailing comment could share.
-#ifndef MURV_TESTS_SUPPORT_RANDOM_TREE_H
-#define MURV_TESTS_SUPPORT_RANDOM_TREE_H
+#pragma once
 
 #include <cmath>
 #include <cstdio>
@@ -238,5 +237,3 @@ inline CFields treeAsRead(const CFields& from, bool withComments)
 }
 
 }  // namespace murv::tests
-
-#endif

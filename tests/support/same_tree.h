@@ -2,8 +2,7 @@
 //
 // CFields compares values only; loaders and savers must also keep names, IDs, comments, packet expressions and second
 // values. The first difference is named by its path.
-#ifndef MURV_TESTS_SUPPORT_SAME_TREE_H
-#define MURV_TESTS_SUPPORT_SAME_TREE_H
+#pragma once
 
 #include <cstring>
 #include <string>
@@ -100,5 +99,3 @@ inline std::string difference(const CFields& a, const CFields& b, unsigned int p
 }
 
 }  // namespace murv::tests
-
-#endif

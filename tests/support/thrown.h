@@ -1,8 +1,7 @@
 // tests/support/thrown.h - what a misuse says.
 //
 // Messages carry the source line of the throwing code; tests compare everything else exactly.
-#ifndef MURV_TESTS_SUPPORT_THROWN_H
-#define MURV_TESTS_SUPPORT_THROWN_H
+#pragma once
 
 #include <string>
 
@@ -39,5 +38,3 @@ std::string thrown(tAction&& action)
 }
 
 }  // namespace murv::tests
-
-#endif

@@ -1,8 +1,7 @@
 // tests/support/tree_text.h - everything a tree holds, as text.
 //
 // Written without the library's savers, and without recursion, so that it can tell what they or a copy left out.
-#ifndef MURV_TESTS_SUPPORT_TREE_TEXT_H
-#define MURV_TESTS_SUPPORT_TREE_TEXT_H
+#pragma once
 
 #include <cstring>
 #include <string>
@@ -60,5 +59,3 @@ inline std::string describe(const CFields& root)
 }
 
 }  // namespace murv::tests
-
-#endif
