@@ -206,19 +206,20 @@ bool CTextParser::followedByAssign(const tTokenInfo& token)
     return true;
 }
 
-bool CTextParser::loadChildFields(const tTokenInfo& token)
+template <E_DataType type, char end, CTextParser::fnLoadMember loadMember, CTextParser::fnLoadSeparator loadSeparator>
+bool CTextParser::loadMembers(const tTokenInfo& token)
 {
     CFields& node = top();
-    startContainer(node, DT_fields, token);
+    startContainer(node, type, token);
     COpenContainer open(m_tLoader, node);
     bool more = true;
     bool done = true;
     const char* p = m_pCursor;
     while (done && more)
     {
-        done = loadChildField(p);
-        if (done && !loadPlainSeparator(p, '}', more))
-            done = loadFieldSeparator(p, more);
+        done = (this->*loadMember)(p);
+        if (done && !loadPlainSeparator(p, end, more))
+            done = (this->*loadSeparator)(p, more);
     }
     if (done)
         m_pCursor = p;
@@ -226,6 +227,16 @@ bool CTextParser::loadChildFields(const tTokenInfo& token)
     tFieldAccess::setOffsetEnd(node, offset(m_pCursor));
     finishKind(node);
     return done;
+}
+
+bool CTextParser::loadChildFields(const tTokenInfo& token)
+{
+    return loadMembers<DT_fields, '}', &CTextParser::loadChildField, &CTextParser::loadFieldSeparator>(token);
+}
+
+bool CTextParser::loadArray(const tTokenInfo& token)
+{
+    return loadMembers<DT_array, ']', &CTextParser::loadElement, &CTextParser::loadArraySeparator>(token);
 }
 
 bool CTextParser::loadChildField(const char*& p)
@@ -249,6 +260,13 @@ bool CTextParser::loadChildField(const char*& p)
         return addError(s_cpNotAdded, token);
     }
     return loadMemberValue(p, *member, TT_fieldsEnd);
+}
+
+bool CTextParser::loadElement(const char*& p)
+{
+    CFields& member = m_tLoader.m_pBuilder->appendElement();
+    m_tLoader.m_eMember = ILoaderCommon::MS_fresh;
+    return loadMemberValue(p, member, TT_arrayEnd);
 }
 
 bool CTextParser::loadOtherValue(const char*& p, CFields& member, E_TokenType closing)
@@ -333,30 +351,6 @@ bool CTextParser::loadArraySeparator(const char*& p, bool& more)
         return addErrorAndRecover(s_cpNoArrayEnd, token, TT_arrayEnd);
     p = m_pCursor;
     return true;
-}
-
-bool CTextParser::loadArray(const tTokenInfo& token)
-{
-    CFields& node = top();
-    startContainer(node, DT_array, token);
-    COpenContainer open(m_tLoader, node);
-    bool more = true;
-    bool done = true;
-    const char* p = m_pCursor;
-    while (done && more)
-    {
-        CFields& member = m_tLoader.m_pBuilder->appendElement();
-        m_tLoader.m_eMember = ILoaderCommon::MS_fresh;
-        done = loadMemberValue(p, member, TT_arrayEnd);
-        if (done && !loadPlainSeparator(p, ']', more))
-            done = loadArraySeparator(p, more);
-    }
-    if (done)
-        m_pCursor = p;
-    open.close();
-    tFieldAccess::setOffsetEnd(node, offset(m_pCursor));
-    finishKind(node);
-    return done;
 }
 
 }  // namespace murv::detail

@@ -62,13 +62,19 @@ private:
     bool loadFieldInfo(bool root);
     bool loadValue(bool root);
     bool loadRootFieldInfo(tTokenInfo& token);
+    using fnLoadMember = bool (CTextParser::*)(const char*& p);
+    using fnLoadSeparator = bool (CTextParser::*)(const char*& p, bool& more);
+    /// Members up to the closing byte; `token` is the opening one.
+    template <E_DataType type, char end, fnLoadMember loadMember, fnLoadSeparator loadSeparator>
+    bool loadMembers(const tTokenInfo& token);
     bool loadChildFields(const tTokenInfo& token);
+    bool loadArray(const tTokenInfo& token);
     bool loadChildField(const char*& p);
+    bool loadElement(const char*& p);
     bool loadMemberValue(const char*& p, CFields& member, E_TokenType closing);
     bool loadOtherValue(const char*& p, CFields& member, E_TokenType closing);
     bool loadPlainName(const char*& p, tTokenInfo& token);
     bool loadPlainValue(const char*& p, CFields& member);
-    bool loadArray(const tTokenInfo& token);
     void startContainer(CFields& node, E_DataType type, const tTokenInfo& token);
     CFields* addChild(unsigned int id);
     bool loadChildValue(CFields& member);
