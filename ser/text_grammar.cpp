@@ -21,18 +21,26 @@ constexpr const char* s_cpNotAdded = "This field not allow the duplication or a 
 constexpr const char* s_cpNoFieldsEnd = "Missing ',' or '}' in field declaration";
 constexpr const char* s_cpNoComma = "Missing ','";
 constexpr const char* s_cpNoArrayEnd = "Missing ',' or ']' in array declaration";
+constexpr const char* s_cpNoOpenMember = "Add a field for this syntax";
 constexpr const char* s_cpLongRootName = "Failed to set the root field name";
 constexpr const char* s_cpScalarRoot = "A valid MURV document must be either an DT_array or an DT_fields type.";
+
+/// What is wrong with a token where a separator is missed. Behind a scalar "(" would be a packet expression that comes
+/// too late; behind a container there cannot be one at all.
+const char* fault4Separator(const char* valueEnd, const tTokenInfo& token, const char* message)
+{
+    const bool late = token.m_eType == TT_peiBegin && valueEnd[-1] != '}' && valueEnd[-1] != ']';
+    return late ? s_cpNoOpenMember : message;
+}
 }  // namespace
 
 bool CTextParser::loadDocument(CFields& target)
 {
-    const bool keep = m_tLoader.m_bComment;
     bool done = loadFieldInfo(true);
     m_tLoader.m_bPeiAllowed = false;  // what follows the root's value is not looked at
     tTokenInfo token;
     skipCommentTokens(token);
-    if (keep && !m_tLoader.m_strComment.empty())
+    if (m_tLoader.m_bComment && !m_tLoader.m_strComment.empty())
         target.setComment(m_tLoader.m_strComment, CP_after);
     if ((m_tLoader.getLCBC() & LCBC_ROOT_CONTAINER) != 0 && !tFieldAccess::isContainer(target))
         done = addError(s_cpScalarRoot, {TT_error, m_pBegin, m_pEnd});
@@ -46,7 +54,6 @@ bool CTextParser::loadFieldInfo(bool root)
     ++m_tLoader.m_iDepth;
     const bool done = loadValue(root);
     m_tLoader.m_bPeiPending = false;
-    noteValue(top(), m_pCursor);
     --m_tLoader.m_iDepth;
     return done;
 }
@@ -92,20 +99,24 @@ bool CTextParser::loadValue(bool root)
 bool CTextParser::loadScalar(CFields& node, const tTokenInfo& token)
 {
     tSlot slot;
+    bool done = false;
     switch (token.m_eType)
     {
-    case TT_string: return allotUnescapeString(node, token);
-    case TT_number: return decodeNumber(node, token);
+    case TT_string: done = allotUnescapeString(node, token); break;
+    case TT_number: done = decodeNumber(node, token); break;
     case TT_true:
     case TT_false:
         slot.m_eType = DT_bool;
         slot.m_uValue = boolValue(token.m_eType == TT_true);
-        return setSimple(node, token, slot);
-    case TT_null: return setSimple(node, token, slot);
+        done = setSimple(node, token, slot);
+        break;
+    case TT_null: done = setSimple(node, token, slot); break;
     default:
         tFieldAccess::setOffsets(node, offset(token.m_pBegin), offset(token.m_pEnd));
         return addError(s_cpNoValue, token);
     }
+    noteValue(node, m_pCursor);
+    return done;
 }
 
 bool CTextParser::loadEmptyValue()
@@ -116,6 +127,7 @@ bool CTextParser::loadEmptyValue()
     tFieldAccess::replaceValue(node, {});
     setEmptyOffsets(node, m_pCursor);
     finishKind(node);
+    noteValue(node, m_pCursor);
     return true;
 }
 
@@ -226,6 +238,7 @@ bool CTextParser::loadMembers(const tTokenInfo& token)
     open.close();
     tFieldAccess::setOffsetEnd(node, offset(m_pCursor));
     finishKind(node);
+    noteValue(node, m_pCursor);
     return done;
 }
 
@@ -300,9 +313,7 @@ bool CTextParser::loadChildValue(CFields& member)
     {
         tTokenInfo token;
         loadToken(token);
-        const bool done = loadScalar(member, token);
-        noteValue(member, m_pCursor);
-        return done;
+        return loadScalar(member, token);
     }
     m_tLoader.m_bPeiAllowed = true;
     m_tLoader.m_vStack.push_back(&member);
@@ -318,7 +329,6 @@ bool CTextParser::loadChildContainer(CFields& member, E_TokenType type)
     m_tLoader.m_vStack.push_back(&member);
     ++m_tLoader.m_iDepth;
     const bool done = type == TT_arrayBegin ? loadArray(token) : loadChildFields(token);
-    noteValue(member, m_pCursor);
     --m_tLoader.m_iDepth;
     m_tLoader.m_vStack.pop_back();
     return done;
@@ -331,10 +341,10 @@ bool CTextParser::loadFieldSeparator(const char*& p, bool& more)
     tTokenInfo token;
     loadToken(token);
     if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma && token.m_eType != TT_comment)
-        return addErrorAndRecover(s_cpNoFieldsEnd, token, TT_fieldsEnd);
+        return addErrorAndRecover(fault4Separator(p, token, s_cpNoFieldsEnd), token, TT_fieldsEnd);
     skipComments(token);
     if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma)
-        return addError(s_cpNoComma, token);
+        return addError(fault4Separator(p, token, s_cpNoComma), token);
     more = token.m_eType == TT_comma;
     p = m_pCursor;
     return true;
@@ -348,7 +358,7 @@ bool CTextParser::loadArraySeparator(const char*& p, bool& more)
     skipComments(token);
     more = token.m_eType == TT_comma;
     if (!more && token.m_eType != TT_arrayEnd)
-        return addErrorAndRecover(s_cpNoArrayEnd, token, TT_arrayEnd);
+        return addErrorAndRecover(fault4Separator(p, token, s_cpNoArrayEnd), token, TT_arrayEnd);
     p = m_pCursor;
     return true;
 }

@@ -159,9 +159,8 @@ bool CTextParser::addErrorAndRecover(const char* message, const tTokenInfo& toke
 
 bool CTextParser::recover4Error(E_TokenType until)
 {
-    // What is skipped is not part of the document any more: no records, no comments, no packet expressions.
+    // Of what is skipped, only comments are kept.
     const std::size_t records = m_tLoader.m_vError.size();
-    m_tLoader.m_bComment = false;
     m_tLoader.m_bPeiAllowed = false;
     tTokenInfo token;
     do

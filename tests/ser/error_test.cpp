@@ -80,13 +80,28 @@ TEST(Error, whatIsSkippedIsNotReported)
     EXPECT_EQ(loaded("[@ \"open"), errorAt(1, 2, s_cpNoValue));
 }
 
-TEST(Error, commentsInWhatIsSkippedAreNotKept)
+TEST(Error, commentsInWhatIsSkippedAreKept)
 {
-    tLoad load("5");
-    load.load("#1 \"n\"=@ /*c*/ // d\n");
-    EXPECT_FALSE(load.m_bDone);
-    tLoad skipped("[@ /*c*/ ] /*d*/");
-    EXPECT_EQ(show(skipped.m_tTree), "[]");
+    EXPECT_EQ(show(tLoad("[@ /*c*/ ] /*d*/").m_tTree), "[]<1:/*d*/><2:/*c*/>");
+    EXPECT_EQ(show(tLoad("{-2=1, \"b\"=\"\\xzz\",\"c\"\n//d\n=nul\n}").m_tTree), "{}<2://d>");
+    EXPECT_EQ(show(tLoad("[1, @ /*of the number*/ ]").m_tTree), "[]");
+}
+
+TEST(Error, commentsBehindARootWithoutValueFollowTheDocument)
+{
+    EXPECT_EQ(show(tLoad("\"n\" = @ // x").m_tTree), "n=null<2:// x>");
+    EXPECT_EQ(show(tLoad("#0 // z\n// y").m_tTree), "null<2:// z\\10// y>");
+    EXPECT_EQ(show(tLoad("(ACV2+129) /*f*/ /*g*/ false").m_tTree), "null<2:/*f*//*g*/>");
+}
+
+TEST(Error, commentsBehindARootOfBadEscapesTrailIt)
+{
+    EXPECT_EQ(show(tLoad("\"\\q\" // z").m_tTree), "null<1:// z>");
+}
+
+TEST(Error, commentsBehindAFailedContainerTrailIt)
+{
+    EXPECT_EQ(show(tLoad("{1 /*q*/ \"x\" // z").m_tTree), "{}<1:// z>");
 }
 
 TEST(Error, aBlockThatSpansLinesCountsThem)

@@ -149,11 +149,21 @@ TEST(PacketExpressionText, isOfOneValueOnly)
     EXPECT_EQ(+load.m_tTree.getChildAt(3).pkt_GetExp().m_uiLength, 6u);
 }
 
-TEST(PacketExpressionText, behindAValueIsNone)
+TEST(PacketExpressionText, behindAScalarHasNoMember)
 {
-    EXPECT_EQ(loaded("[1 (ACF4)]"), errorAt(1, 4, s_cpNoArrayEnd));
-    EXPECT_EQ(loaded("{\"a\"=1 (ACF4)}"), errorAt(1, 8, s_cpNoFieldsEnd));
-    EXPECT_EQ(loaded("{\"a\" (ACF4) = 1}"), errorAt(1, 6, s_cpNoFieldsEnd));
+    const char* const noMember = "Add a field for this syntax";
+    EXPECT_EQ(loaded("[1 (ACF4)]"), errorAt(1, 4, noMember));
+    EXPECT_EQ(loaded("[true // comment\n(ACF4)]"), errorAt(2, 1, noMember));
+    EXPECT_EQ(loaded("{\"a\"=1 (ACF4)}"), errorAt(1, 8, noMember));
+    EXPECT_EQ(loaded("{\"a\"=1 /*c*/ (ACF4)}"), errorAt(1, 14, noMember));
+    EXPECT_EQ(loaded("{\"a\" (ACF4) = 1}"), errorAt(1, 6, noMember));
+}
+
+TEST(PacketExpressionText, behindAContainerIsNoSeparator)
+{
+    EXPECT_EQ(loaded("[[1] (ACF4)]"), errorAt(1, 6, s_cpNoArrayEnd));
+    EXPECT_EQ(loaded("{\"a\"={1} (ACF4)}"), errorAt(1, 10, s_cpNoFieldsEnd));
+    EXPECT_EQ(loaded("{{1} /*c*/ (ACF4)}"), errorAt(1, 12, "Missing ','"));
 }
 
 TEST(PacketExpressionText, failsTheLoadWithOneRecord)

@@ -28,11 +28,10 @@ public:
     bool load(CFields& target)
     {
         m_vStack = {&target};
-        const bool keep = m_bKeep;
         bool done = readValue(true);
         m_bPeiAllowed = false;
         next();
-        if (keep && !m_strPending.empty())
+        if (m_bKeep && !m_strPending.empty())
             target.setComment(m_strPending, CP_after);
         if ((m_uiConfig & LCBC_ROOT_CONTAINER) != 0 && !target.isField() && !target.isArray())
             done = fail("A valid MURV document must be either an DT_array or an DT_fields type.",
@@ -302,7 +301,6 @@ private:
     bool recover(E_TokenType until)
     {
         const std::size_t records = m_vRecords.size();
-        m_bKeep = false;
         m_bPeiAllowed = false;
         for (;;)
         {
@@ -329,13 +327,15 @@ private:
             return false;
         }
         ++m_iDepth;
+        m_bNoValue = false;
         const bool done = readOneValue(root);
         m_bPeiPending = false;
-        if (m_bKeep)
+        if (m_bKeep && !m_bNoValue)
         {
             m_nLastEnd = m_nCursor;
             m_pLastNode = m_vStack.back();
         }
+        m_bNoValue = false;
         --m_iDepth;
         return done;
     }
@@ -354,7 +354,7 @@ private:
             if (root && token.m_eType != TT_fieldsBegin)
             {
                 if (!readRootHead(token))
-                    return false;
+                    return failWithoutValue();
                 root = false;
                 m_bPeiAllowed = true;
                 continue;
@@ -364,10 +364,13 @@ private:
             if (token.m_eType == TT_peiBegin)
             {
                 if (!m_bPeiPending)
-                    return false;
+                    return failWithoutValue();
                 tPacketExpInfo expression{};
                 if (const char* const message = detail::decodePei(m_strPei, m_uiConfig, expression))
-                    return fail(message, token);
+                {
+                    fail(message, token);
+                    return failWithoutValue();
+                }
                 node.pkt_SetExp(expression);
                 continue;
             }
@@ -402,8 +405,16 @@ private:
             }
             node.setOffsetStart(static_cast<int>(token.m_nBegin));
             node.setOffsetEnd(static_cast<int>(token.m_nEnd));
-            return fail("Syntax error: value, field or array expected.", token);
+            fail("Syntax error: value, field or array expected.", token);
+            return failWithoutValue();
         }
+    }
+
+    /// There was nothing that a comment could follow.
+    bool failWithoutValue()
+    {
+        m_bNoValue = true;
+        return false;
     }
 
     void startValue(CFields& node)
@@ -519,15 +530,17 @@ private:
                 return fail("This field not allow the duplication or a error occured", token);
             if (!readMember(*member))
                 return recover(TT_fieldsEnd);
+            const std::size_t end = m_nCursor;
             token = plainToken();
             if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma && token.m_eType != TT_comment)
-                return failAndRecover("Missing ',' or '}' in field declaration", token, TT_fieldsEnd);
+                return failAndRecover(fault(end, token, "Missing ',' or '}' in field declaration"), token,
+                                      TT_fieldsEnd);
             while (token.m_eType == TT_comment)
                 token = plainToken();
             if (token.m_eType == TT_fieldsEnd)
                 return true;
             if (token.m_eType != TT_comma)
-                return fail("Missing ','", token);
+                return fail(fault(end, token, "Missing ','"), token);
         }
     }
 
@@ -540,12 +553,20 @@ private:
             m_bPeiAllowed = true;
             if (!readMember(*node.addChildPtr("")))
                 return recover(TT_arrayEnd);
+            const std::size_t end = m_nCursor;
             const tToken token = nextBehindComments();
             if (token.m_eType == TT_arrayEnd)
                 return true;
             if (token.m_eType != TT_comma)
-                return failAndRecover("Missing ',' or ']' in array declaration", token, TT_arrayEnd);
+                return failAndRecover(fault(end, token, "Missing ',' or ']' in array declaration"), token, TT_arrayEnd);
         }
+    }
+
+    /// A packet expression behind a scalar has no member that waits for a value.
+    const char* fault(std::size_t valueEnd, const tToken& token, const char* message) const
+    {
+        const char last = m_strText[valueEnd - 1];
+        return token.m_eType == TT_peiBegin && last != '}' && last != ']' ? "Add a field for this syntax" : message;
     }
 
     bool readMember(CFields& member)
@@ -768,6 +789,7 @@ private:
     std::string_view m_strPei;
     bool m_bPeiAllowed = false;
     bool m_bPeiPending = false;
+    bool m_bNoValue = false;
     bool m_bTooDeep = false;
     int m_iDepth = 0;
     std::vector<CFields*> m_vStack;
