@@ -162,6 +162,10 @@ protected:
     /// \param name  empty for none; may hold any bytes
     /// \return null when the member could not be had
     CFields* addChild2StackTop(std::string_view name, unsigned int id);
+    CFields* addChild2StackTop(const char* name, unsigned int id)
+    {
+        return addChild2StackTop(name == nullptr ? std::string_view() : std::string_view(name), id);
+    }
     /// The node that a look back from the stack top meets first, third, or first with a comment; or null.
     CFields* getLastField4Stack() const;
     CFields* getLastThirdField4Stack() const;

@@ -46,7 +46,7 @@ struct tKeptBlock
 }  // namespace detail
 
 /// Encoding rules.
-enum E_EncodingRule : unsigned char
+enum E_EncodingRule : unsigned int
 {
     ER_SER_HFW = 0,  ///< indented text for people
     ER_SER_PKT = 1,  ///< text on one line
@@ -54,7 +54,7 @@ enum E_EncodingRule : unsigned char
 };
 
 /// Bits of the style byte: which parts of the nodes are saved.
-enum E_SaveStyle : unsigned char
+enum E_SaveStyle : unsigned int
 {
     SAVE_SPACING = 1,   ///< blanks around "=", behind "," and before values
     SAVE_ID = 2,        ///< IDs, as "#7 "
@@ -86,7 +86,8 @@ public:
 
     void setSCBC(unsigned int scbc);
     unsigned int getSCBC() const;
-    /// Chooses how binary data is enciphered without a password: 0 "VERNAM" or 1 "SEED".
+    /// Sets the type that is kept for binary files: 0 "VERNAM" or 1 "SEED". What is written does not depend on it: a
+    /// file with a password is SEED, one without is VERNAM.
     /// \return false, with nothing changed, for any other type
     bool setCryptType(unsigned char type);
     unsigned char getCryptType() const;
@@ -199,11 +200,11 @@ public:
     explicit CSavers(unsigned int scbc = SCBC_SECOND_VALUE);
 
     /// An unknown rule or a style above 63 gives an empty string and no error.
-    std::string saving(const CFields& root, unsigned char encodingRule, unsigned char style = SAVE_ALL,
+    std::string saving(const CFields& root, unsigned char encodingRule = ER_SER_HFW, unsigned char style = SAVE_ALL,
                        const char* password = nullptr);
     /// Only ER_SER_HFW can be written to a stream; other rules write nothing and report no error.
-    void saving(std::ostream& os, const CFields& root, unsigned char encodingRule, unsigned char style = SAVE_ALL,
-                const char* password = nullptr);
+    void saving(std::ostream& os, const CFields& root, unsigned char encodingRule = ER_SER_HFW,
+                unsigned char style = SAVE_ALL, const char* password = nullptr);
 
 private:
     CSaver4SER_HFW m_tIndented;

@@ -73,6 +73,22 @@ TEST(LoaderCommon, stackHoldsTheTargetDuringALoadAndNothingAfterwards)
     EXPECT_TRUE(loader.m_vStack.empty());
 }
 
+TEST(LoaderCommon, anOwnLoaderAddsToTheStackTop)
+{
+    COpenLoader loader;
+    CFields target;
+    loader.startLoad("abc", 3, target, true);
+    CFields* const member = loader.addChild2StackTop("a", 7);
+    ASSERT_NE(member, nullptr);
+    EXPECT_EQ(loader.addChild2StackTop("a", 0), member);
+    EXPECT_EQ(target["a"].getID(), 7u);
+    EXPECT_NE(loader.addChild2StackTop(nullptr, 0), nullptr);
+    EXPECT_EQ(target.getChildCount(), 2u);
+    loader.setLCBC(LCBC_DUPLICATE);
+    EXPECT_NE(loader.addChild2StackTop("a", 0), member);
+    loader.finishLoad(target, true);
+}
+
 TEST(LoaderCommon, commentsAreKeptWhenConfigurationAndCallerAgree)
 {
     CFields target;

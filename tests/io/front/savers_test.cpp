@@ -4,6 +4,7 @@
 #include <iomanip>
 #include <sstream>
 #include <string>
+#include <type_traits>
 
 #include "murv/saver.h"
 #include "tests/ser/saver_helpers.h"
@@ -26,6 +27,24 @@ TEST(Savers, picksTheSaverByTheEncodingRule)
     EXPECT_EQ(savers.saving(sampleTree(), ER_SER_HFW), text4String(sampleTree()));
     EXPECT_EQ(savers.saving(sampleTree(), ER_SER_PKT), text4Packet(sampleTree()));
     EXPECT_FALSE(savers.isError());
+}
+
+TEST(Savers, writesIndentedTextWhenNotToldOtherwise)
+{
+    CSavers savers;
+    EXPECT_EQ(savers.saving(sampleTree()), text4String(sampleTree()));
+    std::ostringstream os;
+    savers.saving(os, sampleTree());
+    EXPECT_EQ(os.str(), text4String(sampleTree()));
+}
+
+TEST(Savers, rulesAndStylesAreUnsignedNumbers)
+{
+    static_assert(std::is_same_v<std::underlying_type_t<E_EncodingRule>, unsigned int>);
+    static_assert(std::is_same_v<std::underlying_type_t<E_SaveStyle>, unsigned int>);
+    std::ostringstream os;
+    os << ER_BER << ' ' << SAVE_ALL;
+    EXPECT_EQ(os.str(), "2 63");
 }
 
 TEST(Savers, startsWithTheSecondValueBit)
@@ -137,9 +156,33 @@ TEST(Savers, knowTwoCryptTypes)
     EXPECT_EQ(savers.getCryptType(), 0);
 }
 
+TEST(Savers, cryptTypeIsCopiedAndSavingLeavesIt)
+{
+    CSavers savers;
+    savers.setCryptType(1);
+    savers.saving(sampleTree(), ER_BER);
+    EXPECT_EQ(savers.getCryptType(), 1);
+    EXPECT_EQ(CSavers(savers).getCryptType(), 1);
+    CSavers other;
+    other.saving(sampleTree(), ER_BER, SAVE_ALL, "password");
+    EXPECT_EQ(other.getCryptType(), 0);
+    other = savers;
+    EXPECT_EQ(other.getCryptType(), 1);
+}
+
+TEST(Savers, errorIsCopied)
+{
+    CSavers savers;
+    savers.saving(faulty(), ER_SER_HFW);
+    ASSERT_TRUE(savers.isError());
+    const CSavers copy(savers);
+    EXPECT_EQ(copy.getLastErrCode(), savers.getLastErrCode());
+    EXPECT_EQ(copy.getLastErrMsg(), savers.getLastErrMsg());
+}
+
 TEST(ToMurv, givesWhatSaversGive)
 {
-    for (const unsigned char style : {SAVE_ALL, SAVE_VALUE, SAVE_NAME})
+    for (const unsigned char style : std::initializer_list<unsigned char>{SAVE_ALL, SAVE_VALUE, SAVE_NAME})
     {
         EXPECT_EQ(sampleTree().toMURV(ER_SER_HFW, style), CSavers(8).saving(sampleTree(), ER_SER_HFW, style));
         EXPECT_EQ(sampleTree().toMURV(ER_SER_PKT, style), CSavers(8).saving(sampleTree(), ER_SER_PKT, style));
