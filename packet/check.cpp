@@ -62,6 +62,8 @@ private:
 bool CPacketChecker::checkLeaf(CFields& leaf)
 {
     const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
+    if (pei.m_eLengthExp > LEC_D)
+        return true;  // making and parsing skip it
     unsigned int length = pei.m_uiLength;
     const bool passed = pei.m_usSkIndex == 0 || !detail::hasLength(pei, !m_vMemo.empty()) || checkKeyword(leaf, length);
     m_ullOffset += std::min(length, detail::s_cuiLongestItem);

@@ -1,7 +1,7 @@
 // packet/item_read.h - one leaf's value from a packet item.
 //
-// An item is found first (where it ends, where its value lies) and then read. Nothing behind the given bytes is touched,
-// whatever the packet claims.
+// An item is found first (where it ends, where its value lies) and then read. Nothing behind the given bytes is
+// touched, whatever the packet claims.
 #pragma once
 
 #include <cstdint>

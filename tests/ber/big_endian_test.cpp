@@ -116,6 +116,14 @@ TEST(BigEndian, fileMadeByHandIsRead)
     EXPECT_EQ(tree["d"].getCommentCopy(CP_before), "//x");
 }
 
+TEST(BigEndian, faultyPacketExpressionIsRefused)
+{
+    CBodyBytes body(false);
+    body.number(DT_sint, 1).number(0, 4).number(0, 4).number(5, 2).number(0, 4).name("").noComments().number(0, 4);
+    EXPECT_EQ(load(s_cstrHeader + enciphered(0, body.str())).m_strMessage,
+              "* Offset 0\n  Invalid internal supporting-keyword index\nSee Offset 5 for detail.\n");
+}
+
 TEST(BigEndian, shortDoubleIsASingle)
 {
     const CBodyBytes body = CBodyBytes(false).leaf(DT_double, std::string("\x3F\xC0\0\0", 4));

@@ -162,7 +162,8 @@ TEST(Cipher, everyLengthComesBackUnderEveryCipher)
 
 #if defined(__linux__) && !defined(MURV_TEST_SANITIZED)
 
-/// Runs in a process of its own: all four directions when no big buffer can be had. Exit status 0 when all fail cleanly.
+/// Runs in a process of its own: all four directions when no big buffer can be had. Exit status 0 when all fail
+/// cleanly.
 void tryWithoutMemory()
 {
     const std::vector<unsigned char> data(64u << 20, 'a');  // 'a' is a symbol, so that decoding would succeed too

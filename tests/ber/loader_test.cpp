@@ -1,6 +1,7 @@
 // loader_test.cpp - what the binary loader makes of records, and what it says when it refuses one.
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 
 #include "murv/murv.h"
@@ -237,6 +238,16 @@ TEST(BinaryLoader, repeatedIdBelowTheSameSetIsRefused)
     EXPECT_EQ(message4Body(own), inRecord("This field not allow the duplication or a error occured", 22, 0));
 }
 
+TEST(BinaryLoader, repeatedIdOfAnElementIsAccepted)
+{
+    CBodyBytes body;
+    body.container(DT_fields, 2).integer(1, "a", 7);
+    body.container(DT_array, 2, "b").integer(2, "", 7).integer(3, "", 7);
+    const tLoaded loaded = load(file4Body(body.str()));
+    EXPECT_EQ(loaded.m_strMessage, "");
+    EXPECT_EQ(loaded.m_tTree["b"][1].getID(), 7u);
+}
+
 TEST(BinaryLoader, sameIdInAnotherSetIsNoDuplicate)
 {
     CBodyBytes body;
@@ -351,7 +362,32 @@ TEST(BinaryLoader, faultyPacketExpressionsAreRefused)
     EXPECT_EQ(message4Body(expressed(expressionOf(0, 9, 0x9F, 1))), "");
 }
 
+TEST(BinaryLoader, exceptionOfACallbackPassesAndTheLoaderIsUsableAfterwards)
+{
+    const CCheckIdx throwing(1, [](unsigned short, unsigned char) -> int { throw std::runtime_error("no table"); });
+    CBodyBytes body;
+    body.container(DT_fields, 2).integer(1, "a").bytes(expressed(expressionOf(0, 0, 1, 1), "b").str());
+    CLoader4BER loader;
+    CFields tree;
+    EXPECT_THROW(loader.loading(file4Body(body.str()), tree), std::runtime_error);
+    EXPECT_EQ(tree["a"].asSint32(), 1);
+    EXPECT_TRUE(loader.loading(file4Body(CBodyBytes().integer(3).str()), tree));
+    EXPECT_EQ(tree.asSint32(), 3);
+}
+
 // Records
+
+// Fields are looked at in the order of the record; an ID comes before a name that repeats, and a value comes last.
+TEST(BinaryLoader, firstFaultOfARecordIsTold)
+{
+    EXPECT_EQ(message4Body(CBodyBytes().container(DT_array, 0, "", 0x80000000)),
+              "* Offset 0\n  Element number must be bigger than 0\n");
+    CBodyBytes leaf;
+    leaf.number(DT_sint, 1).number(0x80000000, 4).bytes(expressionOf(0, 10, 0, 0)).name("").noComments();
+    EXPECT_EQ(message4Body(leaf.number(8, 4).number(5, 8)), "* Offset 0\n  Failed to set the field ID\n");
+    EXPECT_EQ(message4Body(expressed(expressionOf(0x0C, 10, 0, 0))),
+              inRecord("Mismatched syntax for packet E_LengthExpCode", 0, 5));
+}
 
 TEST(BinaryLoader, typeAboveSevenIsNoRecord)
 {

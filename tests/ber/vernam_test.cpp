@@ -1,4 +1,5 @@
-// vernam_test.cpp - the keyless text encoding: alphabet, layout, stop rules, edges, and every kernel against each other.
+// vernam_test.cpp - the keyless text encoding: alphabet, layout, stop rules, edges, and every kernel against each
+// other.
 //
 // Inputs lie in blocks of exactly their size, so that the sanitizer sees a byte read or written too many.
 

@@ -83,6 +83,18 @@ TEST(PacketDetailCheck, leafWithoutKeywordPasses)
     EXPECT_TRUE(leaf4(CFields(DT_array), withKeyword(pei4("ACF", 4), 0, 1)).pkt_DetailCheck4OneSelf("", 0));
 }
 
+TEST(PacketDetailCheck, leafOfUnknownLengthCodeIsSkippedAsInMaking)
+{
+    tPacketExpInfo pei = pei4("ACF", 2);
+    pei.m_eLengthExp = static_cast<E_LengthExpCode>(3);
+    CFields tree(DT_fields);
+    addLeaf(tree, "skipped", "before", pei);
+    tree.addChildRef("checked") = dualLeaf("abcd", "abcd", 1);
+    const std::string packet = tree.pkt_Make4Children(true);
+    EXPECT_EQ(packet, "abcd");
+    EXPECT_EQ(tree.pkt_DetailCheck4Children(packet.data(), 4), 0u);
+}
+
 TEST(PacketDetailCheck, dualItemMustEqualTheSecondValue)
 {
     CFields leaf = dualLeaf("first", "abcd", 1);
