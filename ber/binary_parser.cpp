@@ -233,8 +233,8 @@ inline void CBinaryParser::setPlainLeaf(CFields& node, const tPlainLeaf& leaf)
         value.m_bValue = *leaf.m_pValue != 0;
 }
 
-/// Room for all members when they can be there, beside those that outer containers wait for. A count that cannot be true
-/// gets none; such a container grows by what the file really holds until it ends early.
+/// Room for all members when they can be there, beside those that outer containers wait for. A count that cannot be
+/// true gets none; such a container grows by what the file really holds until it ends early.
 CFieldVector* CBinaryParser::makeMembers(std::uint32_t count) const
 {
     const std::uint64_t possible = m_tSource.mostRemaining() / s_cnShortestRecord;

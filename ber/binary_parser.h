@@ -68,8 +68,8 @@ private:
     bool loadETI(tMURF_Node& record, CFields* target);
     bool loadMembers(CFields& container, std::uint32_t count);
     bool fillContainer(CFields& node, E_DataType type, std::uint32_t count, std::size_t start);
-    /// Reads the next record. The ordinary one takes one look: little-endian, with no ID, expression or comments, and well
-    /// before the end of the window; all others, and whatever is wrong, go the general way.
+    /// Reads the next record. The ordinary one takes one look: little-endian, with no ID, expression or comments, and
+    /// well before the end of the window; all others, and whatever is wrong, go the general way.
     /// \param parent  an array, or the builder of a field set
     template <typename tParent>
     bool loadMember(tParent& parent);

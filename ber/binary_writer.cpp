@@ -34,8 +34,8 @@ inline void fetchMembers(const CFields* node, const CFields* end)
         __builtin_prefetch(members);
 }
 
-/// Visits all nodes of a tree, parents before their members. Where the walk stands in the innermost container is kept in
-/// registers.
+/// Visits all nodes of a tree, parents before their members. Where the walk stands in the innermost container is kept
+/// in registers.
 template <typename tVisit>
 void forEachRecord(const CFields& root, tVisit&& visit)
 {

@@ -75,7 +75,8 @@ void CBodySink::encipherSlice()
     m_bFirst = false;
 }
 
-// SEED fills up a body that is shorter than one block; the odd bytes behind the blocks of a longer one stay as they are.
+// SEED fills up a body that is shorter than one block; the odd bytes behind the blocks of a longer one stay as they
+// are.
 void CBodySink::finish()
 {
     const auto filled = static_cast<std::size_t>(m_pPlace - m_tBlock.m_pData);

@@ -31,8 +31,8 @@ public:
     /// Sets the key of a cipher that needs one. \return false when the cipher refuses it
     bool setKey(std::string_view key);
 
-    /// Looks ahead: behind this, `s_cnAhead` bytes are in the window, or all that the body still has. What `cursor` gave
-    /// before is void.
+    /// Looks ahead: behind this, `s_cnAhead` bytes are in the window, or all that the body still has. What `cursor`
+    /// gave before is void.
     void lookAhead()
     {
         if (inWindow() < s_cnAhead && !m_bEnded) [[unlikely]]

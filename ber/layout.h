@@ -1,7 +1,8 @@
 // ber/layout.h - the bytes of a binary file, as writer and reader both know them.
 //
 // A file is a header, an optional password block, and a body of node records that is enciphered as one. Files are
-// written little-endian on every host; big-endian ones are read too. The pages in docs/ describe the same rows in words.
+// written little-endian on every host; big-endian ones are read too. The pages in docs/ describe the same rows in
+// words.
 #pragma once
 
 #include <bit>

@@ -56,7 +56,8 @@ std::size_t makePasswordBlock(tFileHead& head, std::string_view password)
     return detail::vernamEncodeTo(to, reinterpret_cast<const unsigned char*>(password.data()), password.size());
 }
 
-/// Writes head and body. \return false, with the file empty, when lengths or memory do not suffice or the key is refused
+/// Writes head and body.
+/// \return false, with the file empty, when lengths or memory do not suffice or the key is refused
 bool makeFile(std::string& file, detail::tKeptBlock& block, const tFileHead& head, const detail::CBinaryWriter& writer,
               const CFields& root, std::string_view password, std::uint64_t bodySize)
 {

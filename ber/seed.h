@@ -1,7 +1,8 @@
 // seed.h - the SEED block cipher (RFC 4269), block by block without chaining.
 //
 // It keeps out the curious and no more: equal blocks encrypt equally, and a trailing partial block may stay as it is.
-// Buffers are allocated and released with malloc and free; the forms that write into memory of the caller are in detail.
+// Buffers are allocated and released with malloc and free; the forms that write into memory of the caller are in
+// detail.
 
 #pragma once
 

@@ -1,7 +1,7 @@
 // seed_gfni.h - SEED's S-boxes as one inversion between two bit matrices, in the form of the GFNI instructions.
 //
-// SEED counts in GF(2^8) modulo 0x163, the processor modulo 0x11B. Both fields are the same up to a change of basis, and
-// x^247 = (1/x)^8, x^251 = (1/x)^4, where squaring is linear. So an S-box is: change the basis (matrix), invert
+// SEED counts in GF(2^8) modulo 0x163, the processor modulo 0x11B. Both fields are the same up to a change of basis,
+// and x^247 = (1/x)^8, x^251 = (1/x)^4, where squaring is linear. So an S-box is: change the basis (matrix), invert
 // (instruction), then change back, square two or three times and apply SEED's own matrix, all three one matrix.
 
 #pragma once

@@ -1,7 +1,7 @@
 // ber/seen_ids.h - where each ID of a body was last met.
 //
-// Records come in document order, so that the nodes below an open container are those met since it began: an ID is there
-// exactly when its last place is not before the container's.
+// Records come in document order, so that the nodes below an open container are those met since it began: an ID is
+// there exactly when its last place is not before the container's.
 #pragma once
 
 #include <bit>

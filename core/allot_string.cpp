@@ -1,7 +1,7 @@
 // core/allot_string.cpp - names and other short texts with their owner.
 //
-// Every way in goes through one test of the arguments; a copy is made before anything is freed, since the text may lie in
-// the string itself.
+// Every way in goes through one test of the arguments; a copy is made before anything is freed, since the text may lie
+// in the string itself.
 #include "murv/strings.h"
 
 #include <algorithm>

@@ -37,8 +37,8 @@ public:
         close();
     }
 
-    /// A block of that size, a multiple of the alignment and at most s_cnLongestBlock. Null when the heap is to be asked
-    /// for one instead: at first, and when there is no memory for a piece.
+    /// A block of that size, a multiple of the alignment and at most s_cnLongestBlock. Null when the heap is to be
+    /// asked for one instead: at first, and when there is no memory for a piece.
     char* take(std::size_t size) noexcept
     {
         const std::size_t wanted = size + s_cnRedZone;

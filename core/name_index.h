@@ -1,8 +1,8 @@
 // core/name_index.h - finds members of a large field set by name.
 //
 // A hash table of positions beside the members, made when a set grows large. It holds the first member of each name,
-// and marks the names that later ones have, too, so that what it finds is always what a scan from the front finds. The hash
-// is seeded once per process: a document cannot be written to make all its names collide.
+// and marks the names that later ones have, too, so that what it finds is always what a scan from the front finds. The
+// hash is seeded once per process: a document cannot be written to make all its names collide.
 #pragma once
 
 #include <cstdint>

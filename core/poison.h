@@ -1,7 +1,7 @@
 // core/poison.h - tells AddressSanitizer which parts of our own memory are free.
 //
-// So it sees a wrong access to a block out of a larger piece as it sees one to a block of the heap. Other builds compile
-// to nothing.
+// So it sees a wrong access to a block out of a larger piece as it sees one to a block of the heap. Other builds
+// compile to nothing.
 #pragma once
 
 #include <cstddef>

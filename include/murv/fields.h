@@ -474,8 +474,8 @@ public:
     ///
     /// Although constant, this changes leaves: a variable item records its total length in the packet expression, and
     /// with `a_bSki` the supporting keywords fill values and lengths in.
-    /// Throws CLogicError when a keyword is unknown, has no AllotPkt callback, or announces a size that does not fit its
-    /// item; std::bad_alloc when the packet does not fit the memory. The tree stays whole.
+    /// Throws CLogicError when a keyword is unknown, has no AllotPkt callback, or announces a size that does not fit
+    /// its item; std::bad_alloc when the packet does not fit the memory. The tree stays whole.
     std::string pkt_Make4OneSelf(bool a_bSki) const;
     /// Makes the packet of a subtree; changes its leaves as above.
     std::string pkt_Make4Children(bool a_bSki, CFields* a_pRoot = nullptr) const;
@@ -509,8 +509,8 @@ public:
     /// shared by all trees and threads: register them before the first packet is made.
     ///
     /// A callback may change its node's value and packet expression, throw, and register callbacks. It may not add or
-    /// remove members of the tree that is being walked, nor the node itself. When it returns 0 or less, its item is left
-    /// out of the packet, not stored, or counted as failed.
+    /// remove members of the tree that is being walked, nor the node itself. When it returns 0 or less, its item is
+    /// left out of the packet, not stored, or counted as failed.
     /// @{
     /// Above 0 for a valid index and option, 0 for an unknown index, below 0 for an invalid index or option.
     using tCheckIdxFP = int (*)(unsigned short index, unsigned char option);

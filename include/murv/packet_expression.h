@@ -1,7 +1,7 @@
 // murv/packet_expression.h - the packet expression that every node carries.
 //
-// It says how a leaf's value lies in a packet. The ten bytes are written to binary files as they are, so their layout is
-// asserted at compile time.
+// It says how a leaf's value lies in a packet. The ten bytes are written to binary files as they are, so their layout
+// is asserted at compile time.
 #ifndef MURV_PACKET_EXPRESSION_H
 #define MURV_PACKET_EXPRESSION_H
 

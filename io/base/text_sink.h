@@ -1,7 +1,7 @@
 // io/base/text_sink.h - where savers write: a growing string, or slices for a stream.
 //
-// A writer asks for room, fills it by pointer and says how far it came, so that a token costs one comparison and no call.
-// What becomes of full room is the sink's business. Nobody reads a sink back.
+// A writer asks for room, fills it by pointer and says how far it came, so that a token costs one comparison and no
+// call. What becomes of full room is the sink's business. Nobody reads a sink back.
 #pragma once
 
 #include <algorithm>

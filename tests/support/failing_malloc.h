@@ -1,8 +1,8 @@
 // tests/support/failing_malloc.h - makes the n-th allocation of a scenario fail.
 //
-// A program that uses this has malloc, calloc, realloc and operator new replaced; outside a guarded scenario they behave
-// as usual. Where a tool brings its own allocator (valgrind, some sanitizers) the replacement of malloc may not be
-// reached; the tests ask first.
+// A program that uses this has malloc, calloc, realloc and operator new replaced; outside a guarded scenario they
+// behave as usual. Where a tool brings its own allocator (valgrind, some sanitizers) the replacement of malloc may not
+// be reached; the tests ask first.
 #pragma once
 
 namespace murv::tests
