@@ -199,7 +199,6 @@ protected:
     unsigned int m_uiMemberSet = 0;
     unsigned int m_uiMemberPosition = 0;
     std::string m_strComment;                          // comments for the next node
-    unsigned int m_uiOrder = 0;                        // counts containers opened and IDs given
     detail::CMemberBuilder* m_pBuilder = nullptr;      // of the innermost open container; lives on the reader's stack
     std::unique_ptr<detail::CNodeStack> m_pNodeStack;  // kept between loads
     std::unique_ptr<detail::CIdIndex> m_pIdIndex;

@@ -20,8 +20,7 @@ public:
 
     struct tEntry
     {
-        CFields* m_pNode;         // not owned; valid while the entry lives
-        std::uint32_t m_uiOrder;  // the moment at which it was made
+        CFields* m_pNode;  // not owned; valid while the entry lives
         tNodePlace m_tPlace;
         std::uint32_t m_uiNextInSet;
         std::uint32_t m_uiOwnSet;  // number of the container that the node is, or s_cuiNoPlace
@@ -41,14 +40,18 @@ public:
     {
         return m_tPlaces;
     }
-    /// \param order  later than that of all before
-    std::uint32_t add(CFields& node, tNodePlace place, std::uint32_t order)
+    /// How many there are, also of those that live no more.
+    std::uint32_t count() const
     {
-        const auto number = static_cast<std::uint32_t>(m_vEntry.size());
+        return static_cast<std::uint32_t>(m_vEntry.size());
+    }
+    std::uint32_t add(CFields& node, tNodePlace place)
+    {
+        const std::uint32_t number = count();
         if (number % s_cuiBits == 0)
             m_vLiving.push_back(0);
         std::uint32_t& first = m_tPlaces.firstEntry(place.m_uiSet);
-        m_vEntry.push_back({&node, order, place, first, s_cuiNoPlace});
+        m_vEntry.push_back({&node, place, first, s_cuiNoPlace});
         m_vLiving.back() |= bit(number);
         first = number;
         return number;

@@ -34,15 +34,15 @@ void CIdIndex::forget(tNodePlace place)
         m_tEntries.killBelow(set);
 }
 
-tNodePlace CIdIndex::enter(unsigned int id, CFields& node, tNodePlace place, std::uint32_t order)
+tNodePlace CIdIndex::enter(unsigned int id, CFields& node, tNodePlace place)
 {
-    const std::uint32_t entry = m_tEntries.add(node, place, order);
+    const std::uint32_t entry = m_tEntries.add(node, place);
     const tNodePlace told{s_cuiByEntry, entry};
     bool isNew = false;
-    tSame& same = m_tSame.enter(id, {order, entry, &node}, isNew);
+    tSame& same = m_tSame.enter(id, {entry, entry, &node}, isNew);
     if (isNew)
         return told;
-    same.m_uiNewest = order;
+    same.m_uiNewest = entry;
     if ((same.m_uiWhich & s_cuiMany) != 0)
         m_vMany[same.m_uiWhich & ~s_cuiMany].add(entry);
     else if (m_tEntries.isLiving(same.m_uiWhich))
@@ -61,10 +61,10 @@ tNodePlace CIdIndex::enter(unsigned int id, CFields& node, tNodePlace place, std
     return told;
 }
 
-CIdIndex::tFound CIdIndex::find(unsigned int id, std::uint32_t set, std::uint32_t order)
+CIdIndex::tFound CIdIndex::find(unsigned int id, std::uint32_t opened)
 {
-    const tSame* const same = set == s_cuiNoPlace ? nullptr : m_tSame.find(id);
-    if (same == nullptr || same->m_uiNewest < order)
+    const tSame* const same = m_tSame.find(id);
+    if (same == nullptr || same->m_uiNewest < opened)
         return {};
     if ((same->m_uiWhich & s_cuiMany) == 0)
     {
@@ -72,8 +72,7 @@ CIdIndex::tFound CIdIndex::find(unsigned int id, std::uint32_t set, std::uint32_
             return {};
         return {same->m_pOnly, {s_cuiByEntry, same->m_uiWhich}};
     }
-    const std::uint32_t first =
-        m_vMany[same->m_uiWhich & ~s_cuiMany].first(m_tEntries, m_tEntries.places().place4Set(set), order);
+    const std::uint32_t first = m_vMany[same->m_uiWhich & ~s_cuiMany].first(m_tEntries, opened);
     if (first == CIdEntries::s_cuiNone)
         return {};
     return {m_tEntries[first].m_pNode, {s_cuiByEntry, first}};

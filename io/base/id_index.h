@@ -40,11 +40,15 @@ public:
     /// \param place    has no set when it is the outermost one
     /// \param byPlace  it may be found by its place, not only by its entry
     std::uint32_t addSet(tNodePlace place, bool byPlace);
+    /// The moment, counted in nodes that were entered before.
+    std::uint32_t now() const
+    {
+        return m_tEntries.count();
+    }
     /// Enters a node that stays where it is; gives its place, told by its entry.
-    /// \param order  later than that of all before
-    tNodePlace enter(unsigned int id, CFields& node, tNodePlace place, std::uint32_t order);
-    /// The first node with that ID below the container `set`, which is open and was opened at `order`.
-    tFound find(unsigned int id, std::uint32_t set, std::uint32_t order);
+    tNodePlace enter(unsigned int id, CFields& node, tNodePlace place);
+    /// The first node with that ID below a container that is open and was opened at that moment.
+    tFound find(unsigned int id, std::uint32_t opened);
     /// To be called before the members of the container at that place are destroyed.
     void forget(tNodePlace place);
 
@@ -55,7 +59,7 @@ private:
     /// The nodes of one ID.
     struct tSame
     {
-        std::uint32_t m_uiNewest;  // the order of the newest, also of one that is gone
+        std::uint32_t m_uiNewest;  // the entry of the newest, also of one that is gone
         std::uint32_t m_uiWhich;   // the entry of the only one, or s_cuiMany and where they are
         CFields* m_pOnly;          // valid while that entry lives
     };

@@ -82,19 +82,4 @@ bool CIdPlaces::isBefore(tNodePlace a, tNodePlace b) const
     return depth(a) < depth(b);
 }
 
-std::uint32_t CIdPlaces::common(tNodePlace a, tNodePlace b) const
-{
-    return meet(a, b).m_tA.m_uiSet;
-}
-
-std::uint64_t CIdPlaces::key4Place(tNodePlace place, std::uint32_t base) const
-{
-    const std::uint32_t depth4Base = m_vSet[base].m_uiDepth;
-    const tNodePlace first = lift(place, depth4Base);
-    if (first.m_uiSet != base)  // before all that the container holds, or behind it
-        return isBefore(m_vSet[base].m_tPlace, place) ? ~std::uint64_t{0} : 0;
-    const std::uint64_t high = (std::uint64_t{first.m_uiPosition} + 1) << 32;
-    return depth(place) == depth4Base ? high : high | (lift(place, depth4Base + 1).m_uiPosition + 1);
-}
-
 }  // namespace murv::detail

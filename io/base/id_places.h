@@ -36,19 +36,9 @@ public:
         const std::uint32_t* const known = m_tSetAt.find(key4Spot(place));
         return known == nullptr ? s_cuiNoPlace : *known;
     }
-    /// The place of the container itself.
-    tNodePlace place4Set(std::uint32_t set) const
-    {
-        return m_vSet[set].m_tPlace;
-    }
 
     /// Document order; a container comes before what it holds.
     bool isBefore(tNodePlace a, tNodePlace b) const;
-    /// The innermost container that both places are in, near or far.
-    std::uint32_t common(tNodePlace a, tNodePlace b) const;
-    /// A number that grows with the order of places, and tells those apart that differ in the first two positions
-    /// below the container `base`.
-    std::uint64_t key4Place(tNodePlace place, std::uint32_t base) const;
 
     /// The first of the entries that lie in the container, linked by whoever makes them.
     std::uint32_t& firstEntry(std::uint32_t set)

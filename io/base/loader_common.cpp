@@ -84,7 +84,6 @@ void ILoaderCommon::startLoad(const char* data, unsigned int size, CFields& targ
     if (m_pNodeStack == nullptr)
         m_pNodeStack = std::make_unique<detail::CNodeStack>();
     m_pNodeStack->prepare(size);
-    m_uiOrder = 0;
     if (m_pIdIndex != nullptr)
         m_pIdIndex->clear();
 }
@@ -135,7 +134,7 @@ CFields* ILoaderCommon::addChild2StackTop(std::string_view name, unsigned int id
         m_pIdIndex = std::make_unique<detail::CIdIndex>();
     if (member.getID() == 0)
         return &member;
-    keepPlace(m_pIdIndex->enter(id, member, {builder.makeSet(*m_pIdIndex), builder.count() - 1}, ++m_uiOrder));
+    keepPlace(m_pIdIndex->enter(id, member, {builder.makeSet(*m_pIdIndex), builder.count() - 1}));
     m_eMember = MS_placed;
     return &member;
 }
@@ -153,7 +152,7 @@ CFields* ILoaderCommon::findKnown(std::string_view name, unsigned int id)
         return id == 0 ? nullptr : &builder.node();
     if (m_pIdIndex == nullptr)
         return nullptr;
-    const detail::CIdIndex::tFound found = m_pIdIndex->find(id, builder.set(), builder.order());
+    const detail::CIdIndex::tFound found = m_pIdIndex->find(id, builder.opened());
     keepPlace(found.m_tPlace);
     return found.m_pNode;
 }

@@ -20,8 +20,9 @@ class CMemberBuilder
 public:
     /// \param node    an empty container that has a vector; stays where it is as long as this lives
     /// \param follow  a pointer to some node that is kept right when members move; not owned
-    CMemberBuilder(CNodeStack& stack, CFields& node, CFields*& follow, std::uint32_t order) noexcept
-        : m_tStack(stack), m_tNode(node), m_pFollow(follow), m_pBegin(stack.top()), m_uiOrder(order)
+    /// \param opened  the moment, as the ID index counts
+    CMemberBuilder(CNodeStack& stack, CFields& node, CFields*& follow, std::uint32_t opened) noexcept
+        : m_tStack(stack), m_tNode(node), m_pFollow(follow), m_pBegin(stack.top()), m_uiOpened(opened)
     {
         if (m_tStack.take(CFieldVector::s_cnHeadSize))
             members() = CFieldVector::placeAt(m_pBegin);
@@ -41,10 +42,10 @@ public:
     {
         return m_tNode;
     }
-    /// Number of the moment at which the container was opened.
-    std::uint32_t order() const noexcept
+    /// When the container was opened, as the ID index counts.
+    std::uint32_t opened() const noexcept
     {
-        return m_uiOrder;
+        return m_uiOpened;
     }
     /// Tells where the container lies: in an open one, or anywhere in a container that holds IDs.
     void setPlace(CMemberBuilder* outer, tNodePlace place) noexcept
@@ -138,7 +139,7 @@ private:
     CFields& m_tNode;
     CFields*& m_pFollow;
     char* m_pBegin;  // on the stack; null when the members have blocks of their own
-    std::uint32_t m_uiOrder;
+    std::uint32_t m_uiOpened;
     CMemberBuilder* m_pOuter = nullptr;  // of the container that this one lies in when its place has no set; not owned
     tNodePlace m_tPlace;
     std::uint32_t m_uiSet = s_cuiNoPlace;

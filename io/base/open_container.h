@@ -17,7 +17,8 @@ public:
     COpenContainer(ILoaderCommon& loader, CFields& node)
         : m_pCurrent(loader.m_pBuilder),
           m_pOuter(loader.m_pBuilder),
-          m_tBuilder(*loader.m_pNodeStack, node, loader.m_pLastValueNode, ++loader.m_uiOrder)
+          m_tBuilder(*loader.m_pNodeStack, node, loader.m_pLastValueNode,
+                     loader.m_pIdIndex == nullptr ? 0 : loader.m_pIdIndex->now())
     {
         if (loader.m_eMember != ILoaderCommon::MS_fresh)
             m_tBuilder.setPlace(m_pOuter, {loader.m_uiMemberSet, loader.m_uiMemberPosition});

@@ -1,7 +1,7 @@
 // io/base/read_stream.h - the rest of a stream as one string.
 //
-// Loaders take what is at most 2147483647 bytes; a stream may give more than that, or never end. So reading stops in time
-// instead of filling the memory first.
+// Loaders take what is at most 2147483647 bytes; a stream may give more than that, or never end. So reading stops in
+// time instead of filling the memory first.
 #pragma once
 
 #include <cstddef>

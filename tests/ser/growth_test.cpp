@@ -182,6 +182,14 @@ TEST(GrowthOfLoad, repeatedIdsOfManyEquals)
     });
 }
 
+TEST(GrowthOfLoad, repeatedIdsInBatches)
+{
+    expectLinear(800, [](unsigned int count) {
+        const std::string batch = "[{#1}" + repeated(",{#1}", 8) + "],#1 0";
+        return joined(count, [&](unsigned int) { return batch; });
+    });
+}
+
 TEST(GrowthOfLoad, repeatedIdsDeepDown)
 {
     const std::string open = repeated("{\"a\"=", 900);

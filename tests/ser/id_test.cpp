@@ -104,6 +104,15 @@ TEST(Id, firstOfSeveralIsFoundAgainWhenTheFirstIsGone)
               "{a=0,b=0,c=0,#1 7}");
 }
 
+// The members of "o" are read a second time, more than a few of them and at two depths.
+TEST(Id, firstOfManyIsFoundInAContainerReadAgain)
+{
+    const std::string nine = "{#1}" + repeated(",{#1}", 8);
+    const tLoad load("{\"o\"=[[[[" + nine + "]]]],#1 0,\"o\"=[[[{#1}]" + repeated(",[{#1}]", 4) + repeated(",{#1}", 5) +
+                     "]],#1 9}");
+    EXPECT_EQ(load.result(), "{o=[[[{#1 9}]" + repeated(",[{#1 null}]", 4) + repeated(",{#1 null}", 5) + "]]}");
+}
+
 TEST(Id, isAddedEachTimeWhereDuplicatesAreAllowed)
 {
     EXPECT_EQ(loaded("{#1 1,#1 2,\"a\"={#1 3}}", s_cuiUsual | LCBC_DUPLICATE), "{#1 1,#1 2,a={#1 3}}");

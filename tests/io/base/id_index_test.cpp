@@ -10,8 +10,6 @@ using namespace murv::detail;
 
 namespace
 {
-constexpr std::uint32_t s_cuiNone = s_cuiNoPlace;
-
 /// The index with the outermost container in it, and nodes to point to.
 struct tSite
 {
@@ -22,17 +20,16 @@ struct tSite
     CFields* enter(unsigned int id, std::uint32_t set, std::uint32_t position)
     {
         m_vNode.push_back(std::make_unique<CFields>());
-        m_tIndex.enter(id, *m_vNode.back(), {set, position}, ++m_uiOrder);
+        m_tIndex.enter(id, *m_vNode.back(), {set, position});
         return m_vNode.back().get();
     }
-    CFields* find(unsigned int id, std::uint32_t set, std::uint32_t order = 0)
+    CFields* find(unsigned int id, std::uint32_t opened = 0)
     {
-        return m_tIndex.find(id, set, order).m_pNode;
+        return m_tIndex.find(id, opened).m_pNode;
     }
 
     CIdIndex m_tIndex;
     std::uint32_t m_uiRoot = m_tIndex.addSet({}, true);
-    std::uint32_t m_uiOrder = 0;
     std::vector<std::unique_ptr<CFields>> m_vNode;
 };
 }  // namespace
@@ -42,28 +39,20 @@ TEST(IdIndex, findsWhatWasEntered)
     tSite site;
     CFields* const one = site.enter(1, site.m_uiRoot, 0);
     CFields* const two = site.enter(2, site.m_uiRoot, 5);
-    EXPECT_EQ(site.find(1, site.m_uiRoot), one);
-    EXPECT_EQ(site.find(2, site.m_uiRoot), two);
-    EXPECT_EQ(site.find(3, site.m_uiRoot), nullptr);
-    EXPECT_EQ(site.m_tIndex.resolve(site.m_tIndex.find(2, site.m_uiRoot, 0).m_tPlace).m_uiPosition, 5u);
-}
-
-TEST(IdIndex, findsNothingInAContainerWithoutNumber)
-{
-    tSite site;
-    site.enter(1, site.m_uiRoot, 0);
-    EXPECT_EQ(site.find(1, s_cuiNone), nullptr);
+    EXPECT_EQ(site.find(1), one);
+    EXPECT_EQ(site.find(2), two);
+    EXPECT_EQ(site.find(3), nullptr);
+    EXPECT_EQ(site.m_tIndex.resolve(site.m_tIndex.find(2, 0).m_tPlace).m_uiPosition, 5u);
 }
 
 TEST(IdIndex, findsNothingThatIsOlderThanTheContainer)
 {
     tSite site;
     site.enter(1, site.m_uiRoot, 0);
-    const std::uint32_t set = site.add(site.m_uiRoot, 1);
-    EXPECT_EQ(site.find(1, set, 2), nullptr);
-    site.m_uiOrder = 2;
-    CFields* const inside = site.enter(1, set, 0);
-    EXPECT_EQ(site.find(1, set, 2), inside);
+    const std::uint32_t opened = site.m_tIndex.now();
+    EXPECT_EQ(site.find(1, opened), nullptr);
+    CFields* const inside = site.enter(1, site.add(site.m_uiRoot, 1), 0);
+    EXPECT_EQ(site.find(1, opened), inside);
 }
 
 TEST(IdIndex, ofSeveralTheFirstInTheDocumentIsFound)
@@ -72,13 +61,13 @@ TEST(IdIndex, ofSeveralTheFirstInTheDocumentIsFound)
     const std::uint32_t second = site.add(site.m_uiRoot, 7);
     const std::uint32_t first = site.add(site.m_uiRoot, 3);
     CFields* const inSecond = site.enter(1, second, 0);
-    EXPECT_EQ(site.find(1, site.m_uiRoot), inSecond);
+    EXPECT_EQ(site.find(1), inSecond);
     CFields* const inFirst = site.enter(1, first, 9);
-    EXPECT_EQ(site.find(1, site.m_uiRoot), inFirst);
+    EXPECT_EQ(site.find(1), inFirst);
     CFields* const between = site.enter(1, site.m_uiRoot, 5);
-    EXPECT_EQ(site.find(1, site.m_uiRoot), inFirst);
+    EXPECT_EQ(site.find(1), inFirst);
     site.m_tIndex.forget({site.m_uiRoot, 3});
-    EXPECT_EQ(site.find(1, site.m_uiRoot), between);
+    EXPECT_EQ(site.find(1), between);
 }
 
 TEST(IdIndex, aContainerComesBeforeWhatItHolds)
@@ -88,7 +77,7 @@ TEST(IdIndex, aContainerComesBeforeWhatItHolds)
     const std::uint32_t below = site.add(set, 0);
     site.enter(1, below, 0);
     CFields* const holder = site.enter(1, site.m_uiRoot, 3);
-    EXPECT_EQ(site.find(1, site.m_uiRoot), holder);
+    EXPECT_EQ(site.find(1), holder);
 }
 
 TEST(IdIndex, forgetsAllBelowAPlaceButNotThePlace)
@@ -101,10 +90,10 @@ TEST(IdIndex, forgetsAllBelowAPlaceButNotThePlace)
     site.enter(3, below, 0);
     CFields* const beside = site.enter(4, site.m_uiRoot, 4);
     site.m_tIndex.forget({site.m_uiRoot, 3});
-    EXPECT_EQ(site.find(1, site.m_uiRoot), holder);
-    EXPECT_EQ(site.find(2, site.m_uiRoot), nullptr);
-    EXPECT_EQ(site.find(3, site.m_uiRoot), nullptr);
-    EXPECT_EQ(site.find(4, site.m_uiRoot), beside);
+    EXPECT_EQ(site.find(1), holder);
+    EXPECT_EQ(site.find(2), nullptr);
+    EXPECT_EQ(site.find(3), nullptr);
+    EXPECT_EQ(site.find(4), beside);
 }
 
 TEST(IdIndex, whatWasForgottenMayComeAgainAndGoAgain)
@@ -114,9 +103,9 @@ TEST(IdIndex, whatWasForgottenMayComeAgainAndGoAgain)
     {
         const std::uint32_t set = site.add(site.m_uiRoot, 3);
         CFields* const node = site.enter(2, set, 0);
-        EXPECT_EQ(site.find(2, site.m_uiRoot), node);
+        EXPECT_EQ(site.find(2), node);
         site.m_tIndex.forget({site.m_uiRoot, 3});
-        EXPECT_EQ(site.find(2, site.m_uiRoot), nullptr);
+        EXPECT_EQ(site.find(2), nullptr);
         site.m_tIndex.forget({site.m_uiRoot, 3});
     }
 }
@@ -130,7 +119,7 @@ TEST(IdIndex, forgettingAContainerThatHoldsForgottenOnesIsRight)
     site.enter(5, site.add(outer, 0), 0);
     CFields* const apart = site.enter(5, site.m_uiRoot, 9);
     site.m_tIndex.forget({site.m_uiRoot, 0});
-    EXPECT_EQ(site.find(5, site.m_uiRoot), apart);
+    EXPECT_EQ(site.find(5), apart);
 }
 
 TEST(IdIndex, clearForgetsEverything)
@@ -139,7 +128,7 @@ TEST(IdIndex, clearForgetsEverything)
     site.enter(1, site.m_uiRoot, 0);
     site.m_tIndex.clear();
     EXPECT_EQ(site.m_tIndex.addSet({}, true), 0u);
-    EXPECT_EQ(site.find(1, 0), nullptr);
+    EXPECT_EQ(site.find(1), nullptr);
 }
 
 // Against the plain way: all places as lists of positions from the root, compared as such.
@@ -174,7 +163,7 @@ TEST(IdIndex, orderOfPlacesIsThatOfTheirPaths)
                 least = path;
                 first = node;
             }
-            ASSERT_EQ(site.find(1, site.m_uiRoot), first) << "round " << round;
+            ASSERT_EQ(site.find(1), first) << "round " << round;
         }
     }
 }

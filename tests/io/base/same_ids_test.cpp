@@ -50,7 +50,7 @@ private:
     struct tOpen
     {
         std::uint32_t m_uiSet;
-        std::uint32_t m_uiOrder;
+        std::uint32_t m_uiOpened;
         std::uint32_t m_uiCount;  // of members
     };
 
@@ -91,15 +91,15 @@ private:
                 node.m_bLiving = node.m_bLiving && !isBelow(node.m_vPath, m_vPath);
             }
             m_tIndex.forget(told);
-            m_vOpen.push_back({m_tIndex.addSet(told, true), ++m_uiOrder, 0});
+            m_vOpen.push_back({m_tIndex.addSet(told, true), m_tIndex.now(), 0});
         }
         else
-            m_vOpen.push_back({m_tIndex.addSet(place, true), ++m_uiOrder, 0});
+            m_vOpen.push_back({m_tIndex.addSet(place, true), m_tIndex.now(), 0});
     }
     void ask(unsigned int id)
     {
         tOpen& open = m_vOpen.back();
-        const CFields* const found = m_tIndex.find(id, open.m_uiSet, open.m_uiOrder).m_pNode;
+        const CFields* const found = m_tIndex.find(id, open.m_uiOpened).m_pNode;
         const tNode* first = nullptr;
         for (const tNode& node : m_dNode)
         {
@@ -115,7 +115,7 @@ private:
         node.m_vPath = m_vPath;
         node.m_vPath.push_back(open.m_uiCount);
         node.m_uiId = id;
-        node.m_tTold = m_tIndex.enter(id, node.m_tField, {open.m_uiSet, open.m_uiCount++}, ++m_uiOrder);
+        node.m_tTold = m_tIndex.enter(id, node.m_tField, {open.m_uiSet, open.m_uiCount++});
     }
 
     std::mt19937 m_tRandom;
@@ -126,7 +126,6 @@ private:
     std::deque<tNode> m_dNode;
     std::vector<tOpen> m_vOpen;
     tPath m_vPath;
-    std::uint32_t m_uiOrder = 0;
     std::size_t m_nAsked = 0;
     bool m_bAlike = true;
 };
