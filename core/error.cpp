@@ -3,6 +3,7 @@
 // A message is formatted into a buffer first, so that one that does not fit changes nothing.
 #include "murv/error.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <utility>
 
@@ -80,7 +81,9 @@ bool CErrorBase::setErrMsgVA(const char* format, va_list& args)
     if (format == nullptr)
         return false;
     char room[s_cnMessageRoom];
+    const int before = errno;  // it belongs to the application
     const int length = std::vsnprintf(room, sizeof room, format, args);
+    errno = before;
     if (length <= 0 || static_cast<std::size_t>(length) >= sizeof room)
         return false;
     m_strLastErrMsg.assign(room, static_cast<std::size_t>(length));

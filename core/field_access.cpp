@@ -296,6 +296,17 @@ bool tFieldAccess::takeValues(CFields& to, CFields& from)
     return true;
 }
 
+void tFieldAccess::takeAssigned(CFields& to, CFields& from)
+{
+    const bool bare = from.m_uiID == 0 && from.m_ucNameLen == 0 && from.m_tPEI.m_ucPrefixSize == 0 &&
+                      from.m_tPEI.m_uiLength == 0 && from.pkt_GetOSA4User() == nullptr && from.m_iOffsetStart == 0 &&
+                      from.m_iOffsetEnd == 0;
+    if (bare)
+        takeValues(to, from);
+    else
+        takeField(to, from);
+}
+
 bool tFieldAccess::takeField(CFields& to, CFields& from)
 {
     tNodeAside* const source = aside(from);

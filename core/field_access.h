@@ -240,6 +240,8 @@ struct tFieldAccess
     static void take(CFields& to, CFields& from) noexcept;
     /// Moves values and value kind into `to`; the rest stays. \return false as setValue(const CFields&) does.
     static bool takeValues(CFields& to, CFields& from);
+    /// Moves a bare value's values, or any other node whole, into `to`, as assignment says.
+    static void takeAssigned(CFields& to, CFields& from);
     /// Moves the whole node into `to` as setField copies it. \return false as setField does.
     static bool takeField(CFields& to, CFields& from);
     /// Appends a node in the basic state to a container that has a vector, for the caller to fill.

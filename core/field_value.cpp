@@ -295,15 +295,22 @@ bool CFields::setField(const CFields& source)
     return tFieldAccess::takeField(*this, copy);
 }
 
-CFields& CFields::operator=(CFields source)
+CFields& CFields::operator=(const CFields& source)
 {
-    const bool bare = source.m_uiID == 0 && source.m_ucNameLen == 0 && source.m_tPEI.m_ucPrefixSize == 0 &&
-                      source.m_tPEI.m_uiLength == 0 && source.pkt_GetOSA4User() == nullptr &&
-                      source.m_iOffsetStart == 0 && source.m_iOffsetEnd == 0;
-    if (bare)
-        tFieldAccess::takeValues(*this, source);
-    else
-        tFieldAccess::takeField(*this, source);
+    CFields copy(source);
+    tFieldAccess::takeAssigned(*this, copy);
+    return *this;
+}
+
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): a second value or a comment to hold may need memory
+CFields& CFields::operator=(CFields&& source)
+{
+    if (&source == this)
+        return *this;
+    if (detail::holds(source, *this))  // it cannot move into a part of itself; its copy can
+        return *this = static_cast<const CFields&>(source);
+    CFields moved(std::move(source));  // the source may be a part of this node
+    tFieldAccess::takeAssigned(*this, moved);
     return *this;
 }
 

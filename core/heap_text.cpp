@@ -63,7 +63,7 @@ char* resizePrefixed(char* block, unsigned int length, unsigned char fill)
     if (block == nullptr)
         return nullptr;
     const auto before = static_cast<unsigned int>(view4Prefixed(block).size());
-    if (before == length)
+    if (before == length || length > s_cuiLongestCodes)
         return block;
     char* const resized = static_cast<char*>(resizeBlock(block, length + s_cnPrefixedExtra));
     if (resized == nullptr)

@@ -330,6 +330,11 @@ public:
     }
     bool removeChildAt(const char* name, unsigned int len, CFields* out = nullptr);
     bool removeChildAt(const char* name, int len, CFields* out = nullptr);
+    template <typename T, detail::tOtherIndex<T> = 0>
+    bool removeChildAt(const char* name, T len, CFields* out = nullptr)
+    {
+        return !detail::isNegativeIndex(len) && removeChildAt(name, detail::narrowIndex(len), out);
+    }
     bool removeChildAt(const char* name, CFields* out = nullptr);
     bool removeChildAt(const std::string& name, CFields* out = nullptr);
     bool removeChildAt(std::string_view name, CFields* out = nullptr);
@@ -382,15 +387,18 @@ public:
     bool toUint64(unsigned long& out, E_ValueKind vk = VK_actual) const;
     /// Length in bytes and first byte of a byte string; 0, with `data` unchanged, for anything else.
     unsigned int getCodePoint(const char** data, E_ValueKind vk = VK_actual) const;
-    /// Resizes an owned byte string, filling at the end. True even when memory ran out and the length stayed.
+    /// Resizes an owned byte string, filling at the end. True even when the length stayed, as memory ran out or
+    /// `length` is above 2147483642.
     bool resizeCodes(unsigned int length, unsigned char fill, E_ValueKind vk = VK_actual);
     /// @}
 
     /// \name Assignment
     /// @{
     /// A bare value (no ID, name, packet length, user pointer or offsets) replaces the values only; any other node is
-    /// taken whole.
-    CFields& operator=(CFields source);
+    /// taken whole. What is moved is looked through for this node, which may lie in it: then it is copied.
+    CFields& operator=(const CFields& source);
+    // NOLINTNEXTLINE(performance-noexcept-move-constructor): a second value or a comment to hold may need memory
+    CFields& operator=(CFields&& source);
     CFields& operator=(E_DataType dt);
     CFields& operator=(bool value);
     CFields& operator=(int value);

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdarg>
 #include <cstring>
 #include <string>
@@ -188,6 +189,15 @@ TEST(ErrorBase, nullFormatIsRefused)
     EXPECT_FALSE(error.setUserError(-991, null));
     EXPECT_FALSE(error.setErrMsg(null));
     EXPECT_FALSE(error.isError());
+}
+
+TEST(ErrorBase, messageThatCannotBeMadeLeavesErrno)
+{
+    const wchar_t none[] = {static_cast<wchar_t>(0x110000), 0};
+    CErrorBase error;
+    errno = 5;
+    EXPECT_FALSE(error.setErrMsg("%ls", none));
+    EXPECT_EQ(5, errno);
 }
 
 TEST(ErrorBase, messageReplacesAndKeepsTheCode)

@@ -131,6 +131,18 @@ TEST(Assign, aMovedNodeGivesTheSame)
     EXPECT_EQ(3u, node.getID());
 }
 
+TEST(Assign, aMovedNodeCarriesItsMarkedSecondValue)
+{
+    CFields source("first");
+    source.setValue(7, VK_fix);
+    source.setVK(VK_fix);
+    CFields node = member();
+    node = std::move(source);
+    EXPECT_EQ("first", node.asString());
+    EXPECT_EQ(DT_sint, node.getDT(VK_fix));
+    EXPECT_EQ(VK_fix, node.getVK());
+}
+
 TEST(Assign, plainValues)
 {
     CFields node = member();
@@ -347,6 +359,45 @@ TEST(Aliasing, assignmentOfAMovedMember)
         careful = std::move(copy);
         EXPECT_EQ(describe(careful), describe(direct)) << name;
     }
+}
+
+TEST(Aliasing, assignmentOfAMovedHolder)
+{
+    CFields root = sample();
+    CFields careful = sample();
+    const CFields copy(careful);
+    root["list"] = std::move(root);
+    careful["list"] = copy;
+    EXPECT_EQ(describe(careful), describe(root));
+    root = sample();
+    careful = sample();
+    root["list"][0] = std::move(root["list"]);
+    const CFields list(careful["list"]);
+    careful["list"][0] = list;
+    EXPECT_EQ(describe(careful), describe(root));
+}
+
+TEST(Aliasing, stdSwapOfAHolderAndItsMemberLosesNothingElse)
+{
+    CFields root;
+    root.addChildRef("a").addChildRef("x") = 1;
+    std::swap(root, root["a"]);
+    EXPECT_EQ(1, root["x"].asSint32());
+}
+
+TEST(Aliasing, assignmentOfANodeMovedToItself)
+{
+    CFields node(5);
+    node.setComment("// five", CP_before);
+    tPacketExpInfo pei = {};
+    pei.m_eLengthExp = LEC_D;
+    pei.m_usSkIndex = 20;
+    node.pkt_SetExp(pei);
+    CFields& same = node;
+    node = std::move(same);
+    EXPECT_EQ(5, node.asSint32());
+    EXPECT_EQ("// five", node.getCommentCopy(CP_before));
+    EXPECT_EQ(20u, +node.pkt_GetExp().m_usSkIndex);
 }
 
 TEST(Aliasing, copyChildAtIntoItsHolder)

@@ -54,6 +54,8 @@ TEST(Comment, eachPositionHasItsOwn)
     node.setComment(std::string_view("// new"), CP_before);
     EXPECT_EQ("// new", node.getCommentCopy(CP_before));
     EXPECT_EQ("// 22", node.getCommentCopy(CP_trailing));
+    node.setComment(std::string_view("// part of a text", 7), CP_after);
+    EXPECT_EQ("// part", node.getCommentCopy(CP_after));
 }
 
 TEST(Comment, oneLineFeedAtTheEndIsDropped)

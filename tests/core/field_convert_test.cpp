@@ -406,6 +406,16 @@ TEST(ResizeCodes, changesAnOwnedString)
     EXPECT_EQ(std::string(2, '\0'), text.asString());
 }
 
+TEST(ResizeCodes, leavesAStringThatWouldBeTooLong)
+{
+    CFields text("abc");
+    for (const unsigned int length : {2147483643u, 4294967292u, 4294967295u})
+    {
+        EXPECT_TRUE(text.resizeCodes(length, ' '));
+        EXPECT_EQ("abc", text.asString());
+    }
+}
+
 TEST(ResizeCodes, ofTheSecondValueKeepsItsMark)
 {
     CFields text("abc");

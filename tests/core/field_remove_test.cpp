@@ -255,6 +255,16 @@ TEST(ResizeArray, toNothingEmptiesItAndResetsItsOffsets)
     EXPECT_EQ(0, array.getOffsetEnd());
 }
 
+TEST(ResizeArray, toNothingResetsTheOffsetsOfAnEmptyOneToo)
+{
+    CFields array(DT_array);
+    array.setOffsetStart(1);
+    array.setOffsetEnd(2);
+    array.resizeArray(0);
+    EXPECT_EQ(0, array.getOffsetStart());
+    EXPECT_EQ(0, array.getOffsetEnd());
+}
+
 TEST(ResizeArray, keepsOffsetsWhenSomeStay)
 {
     CFields array = arrayOf(3);

@@ -150,6 +150,15 @@ std::string convertible(const CFields& node, E_ValueKind vk = VK_actual)
     return result;
 }
 
+TEST(Convertible, numberToNullIsAskedOfTheValueThatIsMeant)
+{
+    CFields node(3);
+    node.setVK(VK_fix);
+    node.setValue(0.0, VK_fix);
+    EXPECT_TRUE(node.isConvertible(DT_null, VK_fix));
+    EXPECT_FALSE(node.isConvertible(DT_null));
+}
+
 TEST(Convertible, everyTypeToEveryOther)
 {
     const tConvertible rows[] = {

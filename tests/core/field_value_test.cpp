@@ -404,6 +404,7 @@ TEST(FieldSetValue, unknownTypeThrows)
     CFields node(5);
     EXPECT_EQ("[murv::CFields::setValue#0] Unknown data type(8)",
               thrown([&] { node.setValue(static_cast<E_DataType>(8)); }));
+    EXPECT_EQ(DT_null, node.getDT());
     node = 6;
     EXPECT_EQ(6, node.asSint32());
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -218,6 +219,12 @@ TEST(Interface, removingByNameAndLengthNeedsNoOut)
     EXPECT_FALSE(tree.removeChildAt("abc", 0));
     EXPECT_FALSE(tree.removeChildAt("abc", -1));
     EXPECT_TRUE(tree.removeChildAt("abcdef", 3));
+    tree.addChildRef("abc");
+    EXPECT_FALSE(tree.removeChildAt("abc", -1L));
+    EXPECT_FALSE(tree.removeChildAt("abc", std::size_t{1} << 32 | 3));
+    CFields out;
+    EXPECT_TRUE(tree.removeChildAt("abcdef", std::strlen("abc"), &out));
+    EXPECT_STREQ("abc", out.getName());
     EXPECT_EQ(0u, tree.getChildCount());
 }
 
