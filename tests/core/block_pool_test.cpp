@@ -123,6 +123,48 @@ TEST(BlockPool, withoutMemoryForAPieceTheHeapIsAsked)
     CBlockPool::release(piece4(pool, block), 1);
 }
 
+TEST(BlockPool, copyOfManySmallContainersMayFailAnywhere)
+{
+    if (!CFailingMalloc::isMallocReached() || !CFailingMalloc::isNewReached())
+        GTEST_SKIP() << "another allocator is in the way";
+    const CFields tree = load(document(100));
+    bool failed = true;
+    for (long failAt = 1; failed; ++failAt)
+    {
+        const long before = CFailingMalloc::liveBlocks();
+        {
+            CFields copy;
+            try
+            {
+                const CFailingMalloc fail(failAt);
+                copy = tree;
+                failed = fail.hasFailed();
+            }
+            catch (const std::exception&)
+            {
+                failed = true;
+            }
+            EXPECT_TRUE(copy.isNull() || copy == tree) << failAt;
+        }
+        ASSERT_EQ(CFailingMalloc::liveBlocks(), before) << failAt;
+    }
+}
+
+TEST(BlockPool, aLoadThatIsTooDeepGivesBackAllPieces)
+{
+    const std::string deep = "{\"a\"=[" + document(50) + "," + std::string(1001, '[');
+    CLoader4SER loader;
+    const long before = CFailingMalloc::liveBlocks();
+    {
+        CFields tree;
+        EXPECT_THROW(loader.loading(deep, tree), CLogicError);
+        EXPECT_TRUE(loader.loading(document(50), tree));
+        EXPECT_EQ(tree, load(document(50)));
+    }
+    loader = CLoader4SER();
+    EXPECT_LE(CFailingMalloc::liveBlocks(), before + 3);  // what the loader keeps for the next load
+}
+
 TEST(BlockPool, aMemberOutlivesItsTree)
 {
     CFields kept;
