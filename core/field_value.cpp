@@ -307,9 +307,11 @@ CFields& CFields::operator=(CFields&& source)
 {
     if (&source == this)
         return *this;
-    if (detail::holds(source, *this))  // it cannot move into a part of itself; its copy can
+    if (detail::holdsNear(source, *this))  // it cannot move into a part of itself; its copy can
         return *this = static_cast<const CFields&>(source);
-    CFields moved(std::move(source));  // the source may be a part of this node
+    if (tFieldAccess::aside(source) != nullptr)
+        tFieldAccess::makeAside(*this);  // while the source is whole still
+    CFields moved(std::move(source));    // the source may be a part of this node
     tFieldAccess::takeAssigned(*this, moved);
     return *this;
 }

@@ -75,6 +75,19 @@ CFieldVector::tRun CFieldVector::run(std::uint32_t index) const noexcept
     return {begin + place.m_uiOffset, begin + end};
 }
 
+bool CFieldVector::isMember(const CFields& node) const noexcept
+{
+    const std::less<> isBefore;
+    for (std::uint32_t at = 0; at < m_uiCount;)
+    {
+        const tRun block = run(at);
+        if (!isBefore(&node, block.m_pBegin) && isBefore(&node, block.m_pEnd))
+            return true;
+        at += static_cast<std::uint32_t>(block.m_pEnd - block.m_pBegin);
+    }
+    return false;
+}
+
 std::uint32_t CFieldVector::findInLarge(const char* name, unsigned int length) const noexcept
 {
     if (large().m_pIndex != nullptr)

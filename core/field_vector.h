@@ -113,6 +113,8 @@ public:
     {
         return self->isSmall() && self->m_uiCount < self->room() ? self->appendInPlace() : appendBeyond(self);
     }
+    /// Whether the node lies in one of the blocks. Cost: the number of blocks, which grow.
+    bool isMember(const CFields& node) const noexcept;
     /// To be called when the last member was appended to a field set and has its name. `self` may be replaced. Throws
     /// nothing: without memory there is no index, and look-ups scan.
     static void enterLast(CFieldVector*& self) noexcept;

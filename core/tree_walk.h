@@ -87,4 +87,24 @@ inline bool holds(const CFields& root, const CFields& node)
     return tFieldAccess::isMember(node) && memberCount(root) != 0 && isBelow(root, node);
 }
 
+/// The same as far as it costs little: one of the members, or of the first nodes below them. To move a finished tree
+/// into place must not cost the more the larger it is.
+inline bool holdsNear(const CFields& root, const CFields& node)
+{
+    constexpr int most = 256;
+    if (!tFieldAccess::isMember(node) || memberCount(root) == 0)
+        return false;
+    if (tFieldAccess::members(root)->isMember(node))
+        return true;
+    CTreeWalk<> walk(root);
+    walk.next();
+    for (int looked = 0; looked < most; ++looked)
+    {
+        const CFields* const below = walk.next();
+        if (below == nullptr || below == &node)
+            return below != nullptr;
+    }
+    return false;
+}
+
 }  // namespace murv::detail

@@ -330,10 +330,10 @@ public:
     }
     bool removeChildAt(const char* name, unsigned int len, CFields* out = nullptr);
     bool removeChildAt(const char* name, int len, CFields* out = nullptr);
-    template <typename T, detail::tOtherIndex<T> = 0>
+    template <typename T, detail::tOtherIndex<T> = 0, std::enable_if_t<std::is_unsigned_v<T>, int> = 0>
     bool removeChildAt(const char* name, T len, CFields* out = nullptr)
     {
-        return !detail::isNegativeIndex(len) && removeChildAt(name, detail::narrowIndex(len), out);
+        return removeChildAt(name, detail::narrowIndex(len), out);
     }
     bool removeChildAt(const char* name, CFields* out = nullptr);
     bool removeChildAt(const std::string& name, CFields* out = nullptr);
@@ -395,7 +395,9 @@ public:
     /// \name Assignment
     /// @{
     /// A bare value (no ID, name, packet length, user pointer or offsets) replaces the values only; any other node is
-    /// taken whole. What is moved is looked through for this node, which may lie in it: then it is copied.
+    /// taken whole. A node that is moved into one of its members, or into one of the first 256 nodes below it, is
+    /// copied instead; a larger one must not be moved into a node far below it. Moving costs the same for trees of any
+    /// size.
     CFields& operator=(const CFields& source);
     // NOLINTNEXTLINE(performance-noexcept-move-constructor): a second value or a comment to hold may need memory
     CFields& operator=(CFields&& source);

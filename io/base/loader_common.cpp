@@ -111,7 +111,10 @@ CFields* ILoaderCommon::addChild2StackTop(std::string_view name, unsigned int id
     m_bPeiAllowed = true;
     m_eMember = MS_fresh;
     if (m_pBuilder == nullptr)  // an application's own loader opens none
-        return m_vStack.back()->addChildPtr(name, id, m_tConfig.BC32_Check(LCBC_DUPLICATE));
+    {
+        CFields* const member = m_vStack.back()->addChildPtr(name, id, m_tConfig.BC32_Check(LCBC_DUPLICATE));
+        return member == m_vStack.back() ? nullptr : member;
+    }
     detail::CMemberBuilder& builder = *m_pBuilder;
     if (tFieldAccess::type(builder.node()) == DT_array)
         return &builder.appendElement();

@@ -189,6 +189,19 @@ TEST(Failure, assignment)
         smallSample, [](CFields& tree) { tree[0] = CFields(tree[1]); }, true);
 }
 
+TEST(Failure, moveAssignment)
+{
+    failEach(
+        [] {
+            CFields tree;
+            tree.addChildRef("to") = 1;
+            tree.addChildRef("from") = "moved";
+            tree["from"].setComment("// c", CP_before);
+            return tree;
+        },
+        [](CFields& tree) { tree["to"] = std::move(tree["from"]); }, true);
+}
+
 TEST(Failure, strings)
 {
     failEach(

@@ -46,6 +46,25 @@ TEST(Growth, addingADistinctMemberCostsTheSameAmongAMillion)
     EXPECT_EQ(1000000u, large.getChildCount());
 }
 
+TEST(Growth, movingATreeIntoPlaceCostsTheSameWhateverItHolds)
+{
+    const auto seconds4Nest = [](unsigned int levels) {
+        const std::clock_t begin = std::clock();
+        CFields tree(1);
+        for (unsigned int level = 0; level < levels; ++level)
+        {
+            CFields outer(DT_fields);
+            outer.addChildRef("x") = std::move(tree);
+            tree = std::move(outer);
+        }
+        const double seconds = static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+        EXPECT_EQ(levels, tree.getMemberCount());
+        return seconds;
+    };
+    const double least = 0.001;  // what the clock cannot tell apart
+    EXPECT_LT(seconds4Nest(64000), std::max(seconds4Nest(4000), least) * 80);
+}
+
 TEST(Growth, findingAMemberCostsTheSameAmongMany)
 {
     CFields small;

@@ -84,6 +84,8 @@ TEST(LoaderCommon, anOwnLoaderAddsToTheStackTop)
     EXPECT_EQ(target["a"].getID(), 7u);
     EXPECT_NE(loader.addChild2StackTop(nullptr, 0), nullptr);
     EXPECT_EQ(target.getChildCount(), 2u);
+    target.setID(5);
+    EXPECT_EQ(loader.addChild2StackTop("x", 5), nullptr);
     loader.setLCBC(LCBC_DUPLICATE);
     EXPECT_NE(loader.addChild2StackTop("a", 0), member);
     loader.finishLoad(target, true);
