@@ -31,9 +31,9 @@ CFactSheet facts4Header(std::string_view file)
     std::snprintf(text, sizeof text, "0x%08X", version);
     CFactSheet facts(0);
     facts.add("bytes", file.size());
-    facts.add("version", std::string(text));
-    facts.add("byte order", std::string(isLittle ? "little-endian" : "big-endian"));
-    facts.add("encryption", std::string(detail::isValidCipher(cipher) ? detail::cipherName(cipher) : "unknown"));
+    facts.add("version", text);
+    facts.add("byte order", isLittle ? "little-endian" : "big-endian");
+    facts.add("encryption", detail::isValidCipher(cipher) ? detail::cipherName(cipher) : "unknown");
     facts.add("password block bytes", passwordSize);
     facts.add("body bytes", behindHeader - std::min(behindHeader, passwordSize));
     return facts;

@@ -13,22 +13,18 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/failing_malloc.h"
+#include "tests/support/sanitized.h"
+
 #if defined(__linux__)
 #include <sys/resource.h>
-#endif
-
-#if defined(__SANITIZE_ADDRESS__)
-#define MURV_TEST_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define MURV_TEST_SANITIZED 1
-#endif
 #endif
 
 namespace
 {
 
 using namespace murv;
+using namespace murv::tests;
 
 const std::string s_cstrText = "The body of a file, longer than a block of SEED.";
 const std::string s_cstrKey = "password";
@@ -196,5 +192,31 @@ TEST(CipherDeathTest, memoryThatCannotBeHadFailsAndLeavesNoBuffer)
 }
 
 #endif
+
+// The same without a limit for the whole process, so that the sanitizer watches, too.
+TEST(Cipher, allocationThatFailsLeavesNoBuffer)
+{
+    if (!CFailingMalloc::isMallocReached())
+        GTEST_SKIP() << "NOT TESTED: another allocator is in the way";
+    const std::string text(64, 'a');  // which decoding takes, too
+    for (const unsigned int type : {0u, 1u})
+    {
+        unsigned char some = 0;
+        unsigned char* out = &some;
+        {
+            const CFailingMalloc fail(1);
+            EXPECT_EQ(CipherEncrypt(type, text.data(), text.size(), "key", 3, false, &out), 0u);
+            EXPECT_TRUE(fail.hasFailed());
+        }
+        EXPECT_EQ(out, nullptr);
+        out = &some;
+        {
+            const CFailingMalloc fail(1);
+            EXPECT_EQ(CipherDecrypt(type, text.data(), text.size(), "key", 3, &out), 0u);
+            EXPECT_TRUE(fail.hasFailed());
+        }
+        EXPECT_EQ(out, nullptr);
+    }
+}
 
 }  // namespace

@@ -40,7 +40,7 @@ TEST(RoundTrip, independentDecoderReadsWhatTheSaverWrites)
 TEST(RoundTrip, independentDecoderReadsFilesWithPasswords)
 {
     if (!CIndependentDecoder::isSeedThere())
-        GTEST_SKIP() << "OpenSSL's legacy provider is not installed";
+        GTEST_SKIP() << "NOT COMPARED: OpenSSL's legacy provider (legacy.so, Debian: libssl3) is not installed";
     CRandomFileTree trees(3);
     for (const char* password : {"p", "sixteen byte key", "a password of more than sixteen bytes"})
         for (int i = 0; i < 200; ++i)

@@ -341,7 +341,7 @@ TEST(BinarySaver, bodyBeyondItsLengthFieldsIsRefusedBeforeAnythingIsWritten)
 TEST(BinarySaver, missingMemoryFailsOrThrowsAndLeavesTheSaverUsable)
 {
     if (!CFailingMalloc::isNewReached())
-        GTEST_SKIP() << "allocations cannot be made to fail here";
+        GTEST_SKIP() << "NOT TESTED: allocations cannot be made to fail here";
     CFields tree;
     tree.addChildRef("a").setField(fullLeaf());
     const std::string expected = save(tree, SAVE_ALL, "pw");

@@ -86,7 +86,7 @@ TEST(BlockPool, piecesGrowUpToALimit)
 TEST(BlockPool, aPieceIsFreedWithTheLastOfItsBlocks)
 {
     if (!CFailingMalloc::isMallocReached())
-        GTEST_SKIP() << "another allocator is in the way";
+        GTEST_SKIP() << "NOT TESTED: another allocator is in the way";
     const long before = CFailingMalloc::liveBlocks();
     {
         CBlockPool pool;
@@ -110,7 +110,7 @@ TEST(BlockPool, aPieceIsFreedWithTheLastOfItsBlocks)
 TEST(BlockPool, withoutMemoryForAPieceTheHeapIsAsked)
 {
     if (!CFailingMalloc::isMallocReached())
-        GTEST_SKIP() << "another allocator is in the way";
+        GTEST_SKIP() << "NOT TESTED: another allocator is in the way";
     CBlockPool pool;
     EXPECT_EQ(pool.take(s_cnSize), nullptr);
     {
@@ -126,7 +126,7 @@ TEST(BlockPool, withoutMemoryForAPieceTheHeapIsAsked)
 TEST(BlockPool, copyOfManySmallContainersMayFailAnywhere)
 {
     if (!CFailingMalloc::isMallocReached() || !CFailingMalloc::isNewReached())
-        GTEST_SKIP() << "another allocator is in the way";
+        GTEST_SKIP() << "NOT TESTED: another allocator is in the way";
     const CFields tree = load(document(100));
     bool failed = true;
     for (long failAt = 1; failed; ++failAt)
@@ -201,7 +201,7 @@ TEST(BlockPool, containersOfALoadedTreeGrowAndShrink)
 TEST(BlockPool, nothingIsLeftWhenATreeAndItsCopyAreGone)
 {
     if (!CFailingMalloc::isMallocReached())
-        GTEST_SKIP() << "another allocator is in the way";
+        GTEST_SKIP() << "NOT TESTED: another allocator is in the way";
     const std::string text = document(500);
     const long before = CFailingMalloc::liveBlocks();
     {

@@ -377,6 +377,29 @@ TEST(Aliasing, assignmentOfAMovedHolder)
     EXPECT_EQ(describe(careful), describe(root));
 }
 
+TEST(Aliasing, assignmentOfALargeMovedHolder)
+{
+    CFields root;
+    for (int i = 0; i < 1000; ++i)
+        root.addChildRef("member " + std::to_string(i)).addArrayAt(i);
+    CFields careful(root);
+    const CFields copy(careful);
+    root["member 999"] = std::move(root);
+    careful["member 999"] = copy;
+    EXPECT_EQ(describe(careful), describe(root));
+}
+
+TEST(Aliasing, assignmentOfAMovedHolderToANodeBelowItsFirstMember)
+{
+    CFields root;
+    root.addChildRef("a").addChildRef("b").addChildRef("c") = 1;
+    CFields careful(root);
+    const CFields copy(careful);
+    root["a"]["b"]["c"] = std::move(root);
+    careful["a"]["b"]["c"] = copy;
+    EXPECT_EQ(describe(careful), describe(root));
+}
+
 TEST(Aliasing, stdSwapOfAHolderAndItsMemberLosesNothingElse)
 {
     CFields root;

@@ -370,7 +370,7 @@ TEST_F(PacketCallback, longPacketIsSeenWhole)
 TEST(PacketMemory, lengthThatCannotBeAllottedEndsInBadAlloc)
 {
     if (!CFailingMalloc::isNewReached())
-        GTEST_SKIP() << "operator new cannot be made to fail here";
+        GTEST_SKIP() << "NOT TESTED: operator new cannot be made to fail here";
     for (const char* letters : {"ACF", "ANF", "BCF", "BNF", "ACD"})
     {
         for (const CFields& value : {CFields("ab"), CFields(-5), CFields(), CFields(true), CFields(1.5)})
@@ -444,7 +444,7 @@ void failEach(CFields& tree, tWork&& work)
 TEST(PacketMemory, everyAllocationMayFail)
 {
     if (!CFailingMalloc::isNewReached())
-        GTEST_SKIP() << "operator new cannot be made to fail here";
+        GTEST_SKIP() << "NOT TESTED: operator new cannot be made to fail here";
     const tCleanRegistries clean;
     CFields::setAllotPktFP4ESK(3, &fillText);
     CFields::setCheckPktFP4ESK(3, [](unsigned short, unsigned char, CFields&) { return 1; });

@@ -49,7 +49,7 @@ bool loadFailing(CLoader4SER& loader, CFields& tree, const std::string& text, lo
 TEST(LoadMemory, everyAllocationMayFail)
 {
     if (!CFailingMalloc::isNewReached())
-        GTEST_SKIP() << "allocations cannot be made to fail here";
+        GTEST_SKIP() << "NOT TESTED: allocations cannot be made to fail here";
     const std::string text = document();
     const std::string expected = loaded(text);
     ASSERT_EQ(expected.substr(0, 14), "#5 root={a=[\"e");
@@ -76,7 +76,7 @@ TEST(LoadMemory, everyAllocationMayFail)
 TEST(LoadMemory, nameWithoutMemoryEndsTheLoadBehindItsAssign)
 {
     if (!CFailingMalloc::isMallocReached())
-        GTEST_SKIP() << "another allocator is in the way";
+        GTEST_SKIP() << "NOT TESTED: another allocator is in the way";
     const std::string text = "{\"a name that has a block of its own\"=/*c*/1}";
     bool met = false;
     bool more = true;
@@ -99,7 +99,7 @@ TEST(LoadMemory, nameWithoutMemoryEndsTheLoadBehindItsAssign)
 TEST(LoadMemory, everyAllocationOfAFailingLoadMayFail)
 {
     if (!CFailingMalloc::isNewReached())
-        GTEST_SKIP() << "allocations cannot be made to fail here";
+        GTEST_SKIP() << "NOT TESTED: allocations cannot be made to fail here";
     std::string text = document();
     text.insert(text.size() - 20, "@");
     const std::string expected = loaded(text);

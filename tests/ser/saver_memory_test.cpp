@@ -31,7 +31,7 @@ template <typename tSave>
 void tryEveryAllocation(tSave save, const std::string& expected)
 {
     if (!CFailingMalloc::isMallocReached() || !CFailingMalloc::isNewReached())
-        GTEST_SKIP() << "another allocator is at work";
+        GTEST_SKIP() << "NOT TESTED: another allocator is at work";
     const long blocks = CFailingMalloc::liveBlocks();
     for (long n = 1;; ++n)
     {
