@@ -47,7 +47,8 @@ private:
             return {};
         return {m_pData + m_ullOffset, m_uiLength - static_cast<std::size_t>(m_ullOffset)};
     }
-    bool checkKeyword(CFields& leaf, unsigned int& length);
+    bool checkKeyword(const CFields& leaf, unsigned int& length);
+    bool isWithin(const CFields& leaf) const;
     bool checkExternal(CFields& leaf);
     bool checkInternal(const CFields& leaf, const detail::tKeywordRow& row, unsigned int length);
     bool checkDual(const CFields& leaf, unsigned int length) const;
@@ -62,20 +63,24 @@ private:
 bool CPacketChecker::checkLeaf(CFields& leaf)
 {
     const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
-    if (pei.m_eLengthExp > LEC_D)
-        return true;  // making and parsing skip it
     unsigned int length = pei.m_uiLength;
-    const bool passed = pei.m_usSkIndex == 0 || !detail::hasLength(pei, !m_vMemo.empty()) || checkKeyword(leaf, length);
-    m_ullOffset += std::min(length, detail::s_cuiLongestItem);
+    bool passed = true;
+    if (pei.m_usSkIndex != 0 && pei.m_ucSkKind != 0)
+    {
+        passed = checkExternal(leaf);
+        length = tFieldAccess::isContainer(leaf) ? 0 : pei.m_uiLength;
+    }
+    else if (pei.m_usSkIndex != 0 && detail::hasLength(pei, !m_vMemo.empty()))
+        passed = checkKeyword(leaf, length);
+    if (pei.m_eLengthExp <= LEC_D)  // making and parsing skip others
+        m_ullOffset += std::min(length, detail::s_cuiLongestItem);
     return passed;
 }
 
 /// \param length  the leaf's own; a sized item gets the announced one
-bool CPacketChecker::checkKeyword(CFields& leaf, unsigned int& length)
+bool CPacketChecker::checkKeyword(const CFields& leaf, unsigned int& length)
 {
     const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
-    if (pei.m_ucSkKind != 0)
-        return checkExternal(leaf);
     const detail::tKeywordRow* const row = detail::findKeyword(pei.m_usSkIndex);
     if (row == nullptr)
         return false;
@@ -87,17 +92,28 @@ bool CPacketChecker::checkKeyword(CFields& leaf, unsigned int& length)
     return checkInternal(leaf, *row, length);
 }
 
+/// Whether a leaf's item, as far as its length is known, lies within the packet.
+bool CPacketChecker::isWithin(const CFields& leaf) const
+{
+    const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
+    std::string_view value;
+    if (!tFieldAccess::isContainer(leaf) && detail::hasLength(pei, !m_vMemo.empty()))
+        return detail::findValue(pei, pei.m_uiLength, item(), value);
+    return item().data() != nullptr;
+}
+
+// The callback may rely on an item whose length is known to lie within the packet; one that has none yet may get it
+// from the callback, and is looked for then.
 bool CPacketChecker::checkExternal(CFields& leaf)
 {
     constexpr const char* s_cpCheck = "murv::CFields::pkt_detailCheckValue4SKI";
     constexpr const char* s_cpMissing = "Found not checking event for ESK(external supporting keyword)";
-    const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
-    const CFields::tCheckPktFP callback = CFields::getCheckPktFP4ESK(pei.m_ucSkKind);
-    std::string_view value;
-    if (callback != nullptr && !detail::findValue(pei, pei.m_uiLength, item(), value))
+    const CFields::tCheckPktFP callback = CFields::getCheckPktFP4ESK(tFieldAccess::pei(leaf).m_ucSkKind);
+    if (callback != nullptr && !isWithin(leaf))
         return false;
     return detail::callKeyword(callback, leaf, {m_pData, m_uiLength, static_cast<unsigned int>(m_ullOffset), &m_vMemo},
-                               s_cpCheck, s_cpMissing);
+                               s_cpCheck, s_cpMissing) &&
+           isWithin(leaf);
 }
 
 bool CPacketChecker::checkInternal(const CFields& leaf, const detail::tKeywordRow& row, unsigned int length)

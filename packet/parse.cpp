@@ -116,14 +116,14 @@ void CPacketParser::recordSize(const tPacketExpInfo& pei)
 bool CPacketParser::prepare(CFields& leaf, unsigned int& length, bool& store)
 {
     const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
-    if (!detail::hasLength(pei, !m_vMemo.empty()))
-        return true;
     if (pei.m_ucSkKind != 0)
     {
         store = askExternal(leaf) && store;
-        length = pei.m_uiLength;
+        length = pei.m_uiLength;  // the callback may have given it
         return !tFieldAccess::isContainer(leaf);
     }
+    if (!detail::hasLength(pei, !m_vMemo.empty()))
+        return true;
     const detail::tKeywordRow* const row = detail::findKeyword(pei.m_usSkIndex);
     if (row == nullptr || row->m_eRole != detail::KR_size)
         return true;

@@ -530,9 +530,9 @@ public:
     using tGetTxtFP = const char* (*)(unsigned short index, unsigned char option);
     /// Gives the node its value while a packet is made.
     using tAllotPktFP = int (*)(unsigned short index, unsigned char option, CFields& node);
-    /// Prepares the node before its item is parsed.
+    /// Prepares the node before its item is parsed, and may give it its length; the item may lie outside the packet.
     using tParsePktFP = int (*)(unsigned short index, unsigned char option, CFields& node);
-    /// Checks the node's item during detail checking; called only when the item lies within the packet.
+    /// Checks the node's item, which lies within the packet; one without length may get it here, and must fit then.
     using tCheckPktFP = int (*)(unsigned short index, unsigned char option, CFields& node);
 
     /// Registers a callback of a kind; null clears. \return false, with nothing changed, unless the kind is 1 to 15.

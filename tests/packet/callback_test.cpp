@@ -70,6 +70,14 @@ int fillText(unsigned short, unsigned char, CFields& node)
     return 1;
 }
 
+int giveThree(unsigned short, unsigned char, CFields& node)
+{
+    tPacketExpInfo pei = node.pkt_GetExp();
+    pei.m_uiLength = 3;
+    node.pkt_SetExp(pei);
+    return 1;
+}
+
 class PacketCallback : public testing::Test
 {
 protected:
@@ -198,6 +206,13 @@ TEST_F(PacketCallback, checkingIsNotAskedAboutAnItemOutsideThePacket)
     CFields tree = sample();
     EXPECT_EQ(failedLeaves(tree, "AAxyz"), 1u);
     EXPECT_EQ(s_tSeen.m_iCalls, 0);
+    // Nor about one without length whose place is outside.
+    CFields unsized = sample(pei4("ACD", 0));
+    EXPECT_EQ(failedLeaves(unsized, "A"), 1u);
+    EXPECT_EQ(unsized.pkt_DetailCheck4Children(nullptr, 4), 1u);
+    EXPECT_EQ(s_tSeen.m_iCalls, 0);
+    EXPECT_EQ(failedLeaves(unsized, "AA"), 0u);
+    EXPECT_EQ(s_tSeen.m_iCalls, 1);
 }
 
 TEST_F(PacketCallback, valueFilledInIsLaidOut)
@@ -250,31 +265,88 @@ TEST_F(PacketCallback, exceptionPassesAndTheRecordIsZeroAgain)
     EXPECT_TRUE(isCallbackRecordZero(tree["b"]));
 }
 
-TEST_F(PacketCallback, itemsWithoutLengthAreNotAskedAbout)
+TEST_F(PacketCallback, makingDoesNotAskAboutItemsWithoutLength)
 {
     CFields::setAllotPktFP4ESK(3, &recordMade);
-    CFields::setParsePktFP4ESK(3, &recordGiven);
-    CFields::setCheckPktFP4ESK(3, &recordGiven);
     for (const char* letters : {"ACF", "BNV", "ACD"})
     {
-        CFields tree = sample(pei4(letters, 0));
-        EXPECT_EQ(tree.pkt_Make4Children(true), "AACC");
-        EXPECT_EQ(parsedTree(tree, "aacc"), 0);
-        EXPECT_EQ(failedLeaves(tree, "aacc"), 0u);
+        EXPECT_EQ(sample(pei4(letters, 0)).pkt_Make4Children(true), "AACC");
         EXPECT_EQ(s_tSeen.m_iCalls, 0) << letters;
     }
 }
 
+TEST_F(PacketCallback, parsingAndCheckingAskAboutItemsWithoutLength)
+{
+    CFields::setParsePktFP4ESK(3, &recordGiven);
+    CFields::setCheckPktFP4ESK(3, &recordGiven);
+    tPacketExpInfo unknown = pei4("ACF", 4);
+    unknown.m_eLengthExp = static_cast<E_LengthExpCode>(3);
+    for (const tPacketExpInfo& pei : {pei4("ACF", 0), pei4("BNV", 0), pei4("ACD", 0), unknown})
+    {
+        s_tSeen = {};
+        CFields tree = sample(pei);
+        EXPECT_EQ(parsedTree(tree, "aacc"), 0);
+        EXPECT_EQ(s_tSeen.m_iCalls, 1);
+        EXPECT_EQ(s_tSeen.m_uiOffset, 2u);
+        EXPECT_EQ(tree["b"], CFields("bb"));
+        EXPECT_EQ(tree["c"], CFields("cc"));
+        EXPECT_EQ(failedLeaves(tree, "aacc"), 0u);
+        EXPECT_EQ(s_tSeen.m_iCalls, 2);
+        CFields::setCheckPktFP4ESK(3, &refuse);
+        EXPECT_EQ(failedLeaves(tree, "aacc"), 1u);
+        CFields::setCheckPktFP4ESK(3, &recordGiven);
+    }
+}
+
+TEST_F(PacketCallback, missingCallbackThrowsForAnItemWithoutLength)
+{
+    CFields tree = sample(pei4("ACD", 0));
+    EXPECT_EQ(tree.pkt_Make4Children(true), "AACC");
+    EXPECT_EQ(thrown([&tree] { parsedTree(tree, "aacc"); }),
+              "[murv::CFields::pkt_parsePrepare4SKI#0] Found not parsing event for ESK(external supporting keyword)");
+    EXPECT_EQ(
+        thrown([&tree] { failedLeaves(tree, "aacc"); }),
+        "[murv::CFields::pkt_detailCheckValue4SKI#0] Found not checking event for ESK(external supporting keyword)");
+}
+
+TEST_F(PacketCallback, lengthMayBeGivenWhileParsing)
+{
+    CFields::setParsePktFP4ESK(3, &giveThree);
+    for (const char* letters : {"ACD", "ACF"})
+    {
+        CFields tree(DT_fields);
+        addLeaf(tree, "mine", CFields(), withKeyword(pei4(letters, 0), 3, 7));
+        addLeaf(tree, "next", CFields(), pei4("ACF", 1));
+        EXPECT_EQ(parsedTree(tree, "abcde"), 1);
+        EXPECT_EQ(tree["mine"], CFields("abc"));
+        EXPECT_EQ(recorded4(tree["mine"]), 3u);
+        EXPECT_EQ(tree["next"], CFields("d"));
+        tree["mine"].pkt_SetExp(withKeyword(pei4(letters, 0), 3, 7));
+        EXPECT_EQ(parsedTree(tree, "ab"), -1 - 1);
+        EXPECT_EQ(tree["mine"], CFields("abc"));
+        tree["mine"].pkt_SetExp(withKeyword(pei4(letters, 0), 3, 7));
+        EXPECT_EQ(parsedTree(tree, "abcde", false), 1);
+    }
+}
+
+TEST_F(PacketCallback, lengthMayBeGivenWhileChecking)
+{
+    CFields::setCheckPktFP4ESK(3, &giveThree);
+    const tPacketExpInfo without = withKeyword(pei4("ACD", 0), 3, 7);
+    CFields tree(DT_fields);
+    addLeaf(tree, "mine", CFields(), without);
+    addLeaf(tree, "month", CFields(), withKeyword(pei4("ANF", 2), 0, 15));
+    EXPECT_EQ(failedLeaves(tree, "abc12"), 0u);
+    tree["mine"].pkt_SetExp(without);
+    EXPECT_EQ(failedLeaves(tree, "abc13"), 1u);
+    tree["mine"].pkt_SetExp(without);
+    EXPECT_EQ(failedLeaves(tree, "12"), 2u);
+}
+
 TEST_F(PacketCallback, lengthMayBeGivenAtRunTimeOnceASizeIsKnown)
 {
-    const CFields::tAllotPktFP sizeIt = [](unsigned short, unsigned char, CFields& node) {
-        tPacketExpInfo pei = node.pkt_GetExp();
-        pei.m_uiLength = 3;
-        node.pkt_SetExp(pei);
-        return 1;
-    };
-    CFields::setAllotPktFP4ESK(3, sizeIt);
-    CFields::setParsePktFP4ESK(3, sizeIt);
+    CFields::setAllotPktFP4ESK(3, &giveThree);
+    CFields::setParsePktFP4ESK(3, &giveThree);
     CFields tree(DT_fields);
     addLeaf(tree, "len", 0, withKeyword(pei4("ANF", 1), 0, 4, 1));
     CFields& body = addLeaf(tree, "body", "x", withKeyword(pei4("ACD", 0), 3, 7));
