@@ -60,14 +60,15 @@ bool CTextParser::loadFieldInfo(bool root)
 
 bool CTextParser::loadValue(bool root)
 {
+    bool commented = false;
     for (;;)
     {
         tTokenInfo token;
         skipCommentTokens(token);
         if (m_tLoader.m_bComment && !m_tLoader.m_strComment.empty())
         {
-            top().setComment(m_tLoader.m_strComment, CP_before);
-            m_tLoader.m_strComment.clear();
+            giveComments(top(), commented);
+            commented = true;
         }
         if (root && token.m_eType != TT_fieldsBegin)
         {

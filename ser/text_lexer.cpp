@@ -114,6 +114,8 @@ void CTextParser::addComment(const char* begin, const char* end, E_CommentPositi
     std::string own;
     std::string& text = position == CP_trailing ? own : m_tLoader.m_strComment;
     const std::size_t length = text.size();
+    if (length != 0 && text.back() != '\n')
+        m_vCommentSeam.push_back(length);
     while (begin != end)
     {
         const char* const lineEnd = findLineEnd(begin, end);
@@ -127,6 +129,26 @@ void CTextParser::addComment(const char* begin, const char* end, E_CommentPositi
     std::replace(text.begin() + static_cast<std::ptrdiff_t>(length), text.end(), '\0', ' ');
     if (position == CP_trailing)
         m_tLoader.m_pLastValueNode->setComment(own, CP_trailing);
+}
+
+// Every comment begins a line, as a saver writes them, so that the text is the same when it is loaded again.
+void CTextParser::giveComments(CFields& node, bool more)
+{
+    std::string& pending = m_tLoader.m_strComment;
+    if (more || !m_vCommentSeam.empty())
+    {
+        std::string text = more ? node.getCommentCopy(CP_before) + '\n' : std::string();
+        std::size_t taken = 0;
+        for (const std::size_t seam : m_vCommentSeam)
+        {
+            text.append(pending, taken, seam - taken) += '\n';
+            taken = seam;
+        }
+        pending.replace(0, taken, text);
+        m_vCommentSeam.clear();
+    }
+    node.setComment(pending, CP_before);
+    pending.clear();
 }
 
 bool CTextParser::matchMove(std::string_view text)

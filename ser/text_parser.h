@@ -54,6 +54,8 @@ private:
     bool loadCppStyleComment();
     E_CommentPosition position4Comment(const char* begin);
     void addComment(const char* begin, const char* end, E_CommentPosition position);
+    /// Gives a node the comments that wait for one; `more`: behind those that it got before its value began.
+    void giveComments(CFields& node, bool more);
     bool matchMove(std::string_view text);
     unsigned int extractID(const tTokenInfo& token) const;
 
@@ -140,14 +142,15 @@ private:
     const char* const m_pBegin;
     const char* const m_pEnd;
     const char* m_pCursor;
-    const bool m_bTolerant;        // comments may stand anywhere
-    const bool m_bEmptyNull;       // a missing value is null
-    bool m_bClean = false;         // the last string token holds no escape
-    const char* m_pLineChecked;    // from here on lines behind the last value are still to be looked for
-    std::string_view m_strPei;     // text of the packet expression just found
-    std::string_view m_strName;    // of the member being read; in the data, in the scratch or in the next
-    std::string m_strNumberName;   // the text of a number that serves as a name
-    std::vector<char> m_vScratch;  // decoded strings
+    const bool m_bTolerant;                   // comments may stand anywhere
+    const bool m_bEmptyNull;                  // a missing value is null
+    bool m_bClean = false;                    // the last string token holds no escape
+    const char* m_pLineChecked;               // from here on lines behind the last value are still to be looked for
+    std::vector<std::size_t> m_vCommentSeam;  // where comments that wait for a node meet without a line feed
+    std::string_view m_strPei;                // text of the packet expression just found
+    std::string_view m_strName;               // of the member being read; in the data, in the scratch or in the next
+    std::string m_strNumberName;              // the text of a number that serves as a name
+    std::vector<char> m_vScratch;             // decoded strings
 };
 
 }  // namespace murv::detail

@@ -78,7 +78,35 @@ TEST(Comment, beforeAnElementGoesBeforeIt)
 
 TEST(Comment, severalInARowAreJoined)
 {
-    EXPECT_EQ(loaded("{// c\n// d\n/*e*/ /*f*/ \"a\"=1}"), "{a=1<0:// c\\10// d\\10/*e*//*f*/>}");
+    EXPECT_EQ(loaded("{// c\n// d\n/*e*/ /*f*/ \"a\"=1}"), "{a=1<0:// c\\10// d\\10/*e*/\\10/*f*/>}");
+}
+
+TEST(Comment, beforeDifferentPartsOfOneNodeAreJoinedByLineFeeds)
+{
+    EXPECT_EQ(loaded("// License header\n\"config\" = // main\n{ \"a\" = 1 }"),
+              "config={a=1}<0:// License header\\10// main>");
+    EXPECT_EQ(loaded("{ /*a*/ \"x\" = (ANF4) /*c*/ 5 }"), "{x=5<0:/*a*/\\10/*c*/>}");
+    EXPECT_EQ(loaded("{ /*a*/ #7 /*b*/ \"x\" /*c*/ = /*d*/ (ANF4) /*e*/ 5 }"),
+              "{#7 x=5<0:/*a*/\\10/*b*/\\10/*c*/\\10/*d*/\\10/*e*/>}");
+    EXPECT_EQ(loaded("/*a*/ #7 /*b*/ \"x\" /*c*/ = /*d*/ (ANF4) /*e*/ 5"),
+              "#7 x=5<0:/*a*/\\10/*b*/\\10/*c*/\\10/*d*/\\10/*e*/>");
+    EXPECT_EQ(loaded("[ /*a*/ (ANF4) // b\n 5 ]"), "[5<0:/*a*/\\10// b>]");
+    EXPECT_EQ(loaded("/*a*/ \"x\" = //\n{}"), "x={null}<0:/*a*/\\10//>");
+}
+
+TEST(Comment, beforeANodeTakesThePlaceOfWhatTheTargetHad)
+{
+    tLoad load("/*old*/ 1");
+    load.load("/*a*/ \"x\" = /*b*/ 2");
+    EXPECT_EQ(load.result(), "x=2<0:/*a*/\\10/*b*/>");
+    load.load("3");
+    EXPECT_EQ(load.result(), "x=3<0:/*a*/\\10/*b*/>");
+}
+
+TEST(Comment, behindTheRootIsNotDividedIntoLines)
+{
+    EXPECT_EQ(loaded("5\n/*x*/\n/*y*/ // z"), "5<2:/*x*//*y*/// z>");
+    EXPECT_EQ(loaded("/*a*/ /*b*/ 5\n/*x*/ /*y*/"), "5<0:/*a*/\\10/*b*/><2:/*x*//*y*/>");
 }
 
 TEST(Comment, behindAMemberOnItsLineTrailsIt)
@@ -129,7 +157,7 @@ TEST(Comment, aBlockOfSeveralLinesDoesNotTrail)
 TEST(Comment, behindABlockOfSeveralLinesItIsANewLine)
 {
     EXPECT_EQ(loaded("5 /*c\n*/ /*d*/"), "5<2:/*c\\10*//*d*/>");
-    EXPECT_EQ(loaded("[1 /*c\n*/ // d\n,2]"), "[1,2<0:/*c\\10*/// d>]");
+    EXPECT_EQ(loaded("[1 /*c\n*/ // d\n,2]"), "[1,2<0:/*c\\10*/\\10// d>]");
 }
 
 TEST(Comment, ofSeveralThatTrailTheLastIsKept)
@@ -214,6 +242,8 @@ TEST(Comment, ofANodeReadAgainStaysUnlessThereIsANewOne)
 {
     EXPECT_EQ(loaded("{\"a\"=1 /*c*/,\n\"a\"=2\n}"), "{a=2<1:/*c*/>}");
     EXPECT_EQ(loaded("{\"a\"=1 /*c*/,\n\"a\"=2 /*d*/}"), "{a=2<1:/*d*/>}");
+    EXPECT_EQ(loaded("{/*c*/ \"a\"=1,\n\"a\"=2}"), "{a=2<0:/*c*/>}");
+    EXPECT_EQ(loaded("{/*c*/ \"a\"=1,\n/*d*/ \"a\"=2}"), "{a=2<0:/*d*/>}");
 }
 
 // Members of small containers are moved when their container ends; what follows must still find the last value.

@@ -23,6 +23,7 @@ public:
     std::string document()
     {
         m_strText.clear();
+        m_uiComments = 0;
         m_uiPlain = below(4);
         gap();
         if (below(4) == 0)
@@ -37,6 +38,12 @@ public:
         if (below(10) == 0)
             scalar();
         return m_strText;
+    }
+
+    /// From now on every comment holds a number of its own, counted in each document from 1.
+    void numberComments()
+    {
+        m_bNumbered = true;
     }
 
     /// A few bytes of the text changed, dropped, doubled or put in.
@@ -78,8 +85,11 @@ private:
             return;
         for (unsigned int left = below(3); left != 0; --left)
         {
+            const std::size_t begin = m_strText.size();
             pick({" ", "\n", "\r\n", "\r", "\t", "  ", " ", "/*c*/", "/* c\nd */", "// c\n", "//\r\n", "/*\r*/", "/**/",
                   "// e \r"});
+            if (m_bNumbered && m_strText[begin] == '/')
+                m_strText.insert(begin + 2, std::to_string(++m_uiComments) + ":");
         }
     }
 
@@ -154,6 +164,8 @@ private:
 
     std::mt19937 m_tRandom;
     std::string m_strText;
+    bool m_bNumbered = false;
+    unsigned int m_uiComments = 0;
     unsigned int m_uiPlain = 0;  // 0: no blanks and comments at all
 };
 

@@ -31,8 +31,13 @@ public:
         bool done = readValue(true);
         m_bPeiAllowed = false;
         next();
-        if (m_bKeep && !m_strPending.empty())
-            target.setComment(m_strPending, CP_after);
+        if (m_bKeep && !m_vPending.empty())
+        {
+            std::string text;
+            for (const std::string& comment : m_vPending)
+                text += comment;
+            target.setComment(text, CP_after);
+        }
         if ((m_uiConfig & LCBC_ROOT_CONTAINER) != 0 && !target.isField() && !target.isArray())
             done = fail("A valid MURV document must be either an DT_array or an DT_fields type.",
                         {TT_error, 0, m_strText.size()});
@@ -288,7 +293,20 @@ private:
         if (sameLine && !(block && hasLineBreak(begin, m_nCursor)))
             m_pLastNode->setComment(text, CP_trailing);
         else
-            m_strPending += text;
+            m_vPending.push_back(text);
+    }
+
+    /// Every comment begins a line; those that end in a line feed have theirs already.
+    static std::string joined(const std::vector<std::string>& comments)
+    {
+        std::string text;
+        for (const std::string& comment : comments)
+        {
+            text += comment;
+            if (comment.back() != '\n')
+                text += '\n';
+        }
+        return text;
     }
 
     // Errors.
@@ -342,14 +360,16 @@ private:
 
     bool readOneValue(bool root)
     {
+        std::vector<std::string> before;  // comments since the node's head began
         for (;;)
         {
             const tToken token = next();
             CFields& node = *m_vStack.back();
-            if (m_bKeep && !m_strPending.empty())
+            if (m_bKeep && !m_vPending.empty())
             {
-                node.setComment(m_strPending, CP_before);
-                m_strPending.clear();
+                before.insert(before.end(), m_vPending.begin(), m_vPending.end());
+                m_vPending.clear();
+                node.setComment(joined(before), CP_before);
             }
             if (root && token.m_eType != TT_fieldsBegin)
             {
@@ -785,7 +805,7 @@ private:
     std::size_t m_nCursor = 0;
     std::size_t m_nLastEnd = s_cnNone;
     CFields* m_pLastNode = nullptr;
-    std::string m_strPending;
+    std::vector<std::string> m_vPending;  // comments for the next node
     std::string_view m_strPei;
     bool m_bPeiAllowed = false;
     bool m_bPeiPending = false;
