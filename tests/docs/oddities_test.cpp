@@ -421,4 +421,17 @@ TEST(Oddities, aFailedTextLoadHasTheCodeZero)
     EXPECT_FALSE(loader.getStatus());
 }
 
+// Packets
+
+TEST(Oddities, anOptionAboveNineIsGoodForTextOnly)
+{
+    const CFields tree = load("[(ANF3sizeset_12) 1]");
+    EXPECT_EQ(compact(tree), "[(ANF3sizeset_12)1]");
+    CFields read;
+    CLoaders loader;
+    EXPECT_FALSE(loader.loading(tree.toMURV(ER_BER), read));
+    EXPECT_NE(loader.getLastErrMsg().find("Supporting-keyword option value must be little than 10"), std::string::npos);
+    EXPECT_EQ(compact(load("[(ANF3sizeset_17) 1]")), "[(ANF3sizeset_1)1]");
+}
+
 }  // namespace murv::tests

@@ -309,6 +309,26 @@ TEST_F(PacketCallback, missingCallbackThrowsForAnItemWithoutLength)
         "[murv::CFields::pkt_detailCheckValue4SKI#0] Found not checking event for ESK(external supporting keyword)");
 }
 
+TEST_F(PacketCallback, offsetIsNeverAboveTheLengthOfThePacket)
+{
+    CFields::setParsePktFP4ESK(3, &recordGiven);
+    CFields::setCheckPktFP4ESK(3, &recordGiven);
+    for (const unsigned int length : {0u, 1u, 3u, 100u, 0xFFFFFFFFu})
+    {
+        CFields tree(DT_fields);
+        addLeaf(tree, "a", CFields(), pei4("ACF", length));
+        addLeaf(tree, "b", CFields(), pei4("ACF", length));
+        addLeaf(tree, "mine", CFields(), withKeyword(pei4("ACD", 0), 3, 7));
+        s_tSeen = {};
+        parsedTree(tree, "xyz");
+        EXPECT_EQ(s_tSeen.m_iCalls, 1) << length;
+        EXPECT_LE(s_tSeen.m_uiOffset, 3u) << length;
+        s_tSeen = {};
+        EXPECT_EQ(failedLeaves(tree, "xyz"), length < 3 ? 0u : 1u) << length;
+        EXPECT_LE(s_tSeen.m_uiOffset, 3u) << length;
+    }
+}
+
 TEST_F(PacketCallback, lengthMayBeGivenWhileParsing)
 {
     CFields::setParsePktFP4ESK(3, &giveThree);
