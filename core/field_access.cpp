@@ -76,41 +76,47 @@ tSlot tFieldAccess::copySlot(const tSlot& slot)
     return copy;
 }
 
-// The copy has the type of the first value. The bits are taken as they are, except that only a string's pointer is ever
-// read as one.
-tSlot tFieldAccess::copySecond(const CFields& node)
+// A number is read under the other type; the bits of a pointer never are, and no other bits as a pointer.
+void tFieldAccess::alignSecond(CFields& node) noexcept
 {
-    const tSlot second = slot(node, VK_fix);
+    if (kind(node) == VK_actual)
+        return;
     const E_DataType held = type(node);
-    if (held == DT_codelist)
-        return second.m_eType == DT_codelist ? copySlot(second) : tSlot{DT_codelist, false, {}};
-    tSlot copy{held, false, second.m_uValue};
+    if (isContainer(held))
+    {
+        dropSecond(node);
+        return;
+    }
+    tSlot& second = aside(node)->m_tSecond;
+    if (second.m_eType == held)
+        return;
+    const tSlot before = std::exchange(second, tSlot{held, false, {}});
+    releaseSlot(before);
+    if (held == DT_codelist || before.m_eType == DT_codelist)
+        return;
+    second.m_uValue = before.m_uValue;
     if (held == DT_bool)
     {
         unsigned char first = 0;
-        std::memcpy(&first, &second.m_uValue, sizeof first);
-        copy.m_uValue = boolValue(first != 0);
+        std::memcpy(&first, &before.m_uValue, sizeof first);
+        second.m_uValue = boolValue(first != 0);
     }
-    return copy;
 }
 
-bool tFieldAccess::copyOwnValues(CFields& to, const CFields& from)
+void tFieldAccess::copyOwnValues(CFields& to, const CFields& from)
 {
     const E_DataType held = type(from);
     if (isContainer(held))
-    {
         setType(to, held).m_pFV = CFieldVector::empty();
-        return kind(from) == VK_actual;
-    }
-    setSlot(to, VK_actual, copySlot(slot(from, VK_actual)));
+    else
+        setSlot(to, VK_actual, copySlot(slot(from, VK_actual)));
     if (kind(from) != VK_actual)
     {
         // The record comes first: without memory for it a copied string would have no owner.
         tNodeAside& record = makeAside(to);
-        record.m_tSecond = copySecond(from);
+        record.m_tSecond = copySlot(slot(from, VK_fix));
         setKind(to, kind(from));
     }
-    return true;
 }
 
 void tFieldAccess::copyMembersInto(CFields& to, const CFields& from)
@@ -133,8 +139,7 @@ void tFieldAccess::copyInto(CFields& to, const CFields& from)
 
 void tFieldAccess::copyParts(CFields& to, const CFields& from)
 {
-    if (!copyOwnValues(to, from))
-        return;
+    copyOwnValues(to, from);
     to.m_uiID = from.m_uiID;
     to.m_tPEI = from.m_tPEI;
     to.m_iOffsetStart = from.m_iOffsetStart;
@@ -273,27 +278,22 @@ void tFieldAccess::swapNames(CFields& a, CFields& b) noexcept
         bSet->afterRename(b);
 }
 
-bool tFieldAccess::takeValues(CFields& to, CFields& from)
+void tFieldAccess::takeValues(CFields& to, CFields& from)
 {
     const E_ValueKind kind4From = kind(from);
-    if (holdsDual(from))
+    if (kind4From != VK_actual)
         makeAside(to);
     // Out of `from` first: `to` may be what holds it.
     const tSlot first = slot(from, VK_actual);
-    const tSlot second = holdsDual(from) ? std::exchange(aside(from)->m_tSecond, tSlot{}) : tSlot{};
+    const tSlot second = kind4From == VK_actual ? tSlot{} : std::exchange(aside(from)->m_tSecond, tSlot{});
     setType(from, DT_null) = {};
     setKind(from, VK_actual);
     if (kind4From != VK_actual)
         dropSecond(to);
     replaceValue(to, first);
-    setKind(to, VK_actual);
-    if (kind4From == VK_actual)
-        return true;
-    if (isContainer(first.m_eType))
-        return false;
-    aside(to)->m_tSecond = second;
     setKind(to, kind4From);
-    return true;
+    if (kind4From != VK_actual)
+        aside(to)->m_tSecond = second;
 }
 
 void tFieldAccess::takeAssigned(CFields& to, CFields& from)
@@ -307,7 +307,7 @@ void tFieldAccess::takeAssigned(CFields& to, CFields& from)
         takeField(to, from);
 }
 
-bool tFieldAccess::takeField(CFields& to, CFields& from)
+void tFieldAccess::takeField(CFields& to, CFields& from)
 {
     tNodeAside* const source = aside(from);
     tNodeAside* const target = source != nullptr ? &makeAside(to) : aside(to);
@@ -317,8 +317,7 @@ bool tFieldAccess::takeField(CFields& to, CFields& from)
             CHeapString().swap(comment);
         target->m_bComment = false;
     }
-    if (!takeValues(to, from))
-        return false;
+    takeValues(to, from);
     if (from.m_uiID != 0)
         to.m_uiID = from.m_uiID;
     to.m_tPEI = from.m_tPEI;
@@ -337,7 +336,6 @@ bool tFieldAccess::takeField(CFields& to, CFields& from)
     swapNameParts(to, from);
     if (set != nullptr)
         set->afterRename(to);
-    return true;
 }
 
 CFields& tFieldAccess::appendMember(CFields& set, const char* name, unsigned int nameLen, unsigned int id)

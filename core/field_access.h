@@ -227,10 +227,12 @@ struct tFieldAccess
     static tSlot copySlot(const tSlot& slot);
     /// An own copy of a set's or array's members; `asFields` gives large ones a name index.
     static CFieldVector* copyMembers(const CFieldVector* members, bool asFields);
-    /// Fills a node in the basic state with a copy of the source's values and value kind, or of the whole source. Of a
-    /// container whose value kind is not VK_actual only the members are copied.
+    /// Fills a node in the basic state with a copy of the source's values and value kind, or of the whole source. Each
+    /// value keeps its own type; a second value that is not marked is left out.
     static void copyValues(CFields& to, const CFields& from);
     static void copyInto(CFields& to, const CFields& from);
+    /// Gives a marked second value the type of the first, as setValue(const CFields&) does; a container loses it.
+    static void alignSecond(CFields& node) noexcept;
     /// Exchange comments (both nodes have a side record, or neither has comments) and names.
     static void swapComments(CFields& a, CFields& b) noexcept;
     static void swapNames(CFields& a, CFields& b) noexcept;
@@ -238,12 +240,12 @@ struct tFieldAccess
     static void rename(CFields& node, const char* name, unsigned int length);
     /// Moves all parts into a node in the basic state, and leaves `from` in the basic state. Places keep their owner.
     static void take(CFields& to, CFields& from) noexcept;
-    /// Moves values and value kind into `to`; the rest stays. \return false as setValue(const CFields&) does.
-    static bool takeValues(CFields& to, CFields& from);
+    /// Moves values and value kind into `to`; the rest stays.
+    static void takeValues(CFields& to, CFields& from);
     /// Moves a bare value's values, or any other node whole, into `to`, as assignment says.
     static void takeAssigned(CFields& to, CFields& from);
-    /// Moves the whole node into `to` as setField copies it. \return false as setField does.
-    static bool takeField(CFields& to, CFields& from);
+    /// Moves the whole node into `to` as setField copies it.
+    static void takeField(CFields& to, CFields& from);
     /// Appends a node in the basic state to a container that has a vector, for the caller to fill.
     static CFields& append(CFields& container)
     {
@@ -279,13 +281,8 @@ private:
     static void releaseAside(CFields& node) noexcept;
     /// Values and the other parts, except members: a container copies as an empty one.
     static void copyParts(CFields& to, const CFields& from);
-    static bool copyOwnValues(CFields& to, const CFields& from);
+    static void copyOwnValues(CFields& to, const CFields& from);
     static void copyMembersInto(CFields& to, const CFields& from);
-    static tSlot copySecond(const CFields& node);
-    static bool holdsDual(const CFields& node)
-    {
-        return kind(node) != VK_actual && !isContainer(node);
-    }
     static CFields& appendTo(CFieldVector*& members);
 };
 

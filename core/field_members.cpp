@@ -166,9 +166,9 @@ CFields& CFields::addArrayAt(const CFields& value, bool valueOnly)
     // The value may be this array or lie in it: copy before the array changes.
     CFields copy;
     if (valueOnly)
-        copy.setValue(value);
+        tFieldAccess::copyValues(copy, value);
     else
-        copy.setField(value);
+        tFieldAccess::copyInto(copy, value);
     CFields& member = appendElement(*this);
     tFieldAccess::take(member, copy);
     return member;

@@ -281,18 +281,19 @@ bool CFields::setValue(const CFields& source)
     // The source may be this node, a part or a parent of it: copy all before anything goes.
     CFields copy;
     tFieldAccess::copyValues(copy, source);
-    if (tFieldAccess::isContainer(source))
-        tFieldAccess::setKind(copy, source.getVK());
-    return tFieldAccess::takeValues(*this, copy);
+    const bool refused = copy.getVK() != VK_actual && tFieldAccess::isContainer(copy);
+    tFieldAccess::alignSecond(copy);
+    tFieldAccess::takeValues(*this, copy);
+    if (refused)
+        tFieldAccess::dropSecond(*this);
+    return !refused;
 }
 
 bool CFields::setField(const CFields& source)
 {
-    CFields copy;
-    tFieldAccess::copyInto(copy, source);
-    if (tFieldAccess::isContainer(source))
-        tFieldAccess::setKind(copy, source.getVK());
-    return tFieldAccess::takeField(*this, copy);
+    CFields copy(source);
+    tFieldAccess::takeField(*this, copy);
+    return true;
 }
 
 CFields& CFields::operator=(const CFields& source)

@@ -125,7 +125,8 @@ public:
     template <typename T, detail::tForeignPointer<T> = 0>
     CFields(T*) = delete;
 
-    /// Deep copy: value, name, ID, packet expression, comments, offsets and user pointer.
+    /// Deep copy of the whole node: values, name, ID, packet expression, comments, offsets and user pointer. Each value
+    /// keeps its own type; a second value that setVK has not marked is left out.
     CFields(const CFields& source);
     /// Takes everything over and leaves `source` a null node; O(1).
     CFields(CFields&& source) noexcept;
@@ -174,8 +175,13 @@ public:
     bool setValue(T*, E_ValueKind = VK_actual) = delete;
 
     /// Copies both values and the value kind of `source`, which may be this node, a member or a parent of it.
+    ///
+    /// A marked second value of another type takes the type of the first: of a number the eight bytes are kept, a
+    /// string becomes zero, and beside a string anything else becomes the empty string. (Assignment and setField keep
+    /// both types.)
+    /// \return false for a container whose source has a marked second value, which is dropped
     bool setValue(const CFields& source);
-    /// Copies the whole node; a source without ID leaves this node's ID.
+    /// Copies the whole node, each value with its own type; a source without ID leaves this node's ID. Always true.
     bool setField(const CFields& source);
     /// Exchanges the first values; with packet expressions also these and, when `other` has one, the user pointers.
     /// Throws when one node lies below the other.

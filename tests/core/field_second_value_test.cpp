@@ -2,15 +2,20 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "murv/fields.h"
 #include "tests/support/thrown.h"
+#include "tests/support/tree_text.h"
 
 namespace
 {
 
 using namespace murv;
+using murv::tests::describe;
 using murv::tests::thrown;
 
 TEST(SecondValue, beginsAsNull)
@@ -249,7 +254,145 @@ TEST(DualValue, ownedAndBorrowedStringsCompareByContent)
     EXPECT_FALSE(null.isEqualDualValue());
 }
 
-TEST(SecondValueCopy, takesTheTypeOfTheFirst)
+/// Every way to copy a node but setValue, which has a rule of its own for the second value.
+const std::vector<std::pair<const char*, std::function<CFields(const CFields&)>>>& copies()
+{
+    static const std::vector<std::pair<const char*, std::function<CFields(const CFields&)>>> all = {
+        {"construction", [](const CFields& source) { return CFields(source); }},
+        {"assignment",
+         [](const CFields& source) {
+             CFields to("before");
+             to.setVK(VK_valid);
+             to = source;
+             return to;
+         }},
+        {"assignment of a moved copy",
+         [](const CFields& source) {
+             CFields to("before");
+             to = CFields(source);
+             return to;
+         }},
+        {"setField",
+         [](const CFields& source) {
+             CFields to("before");
+             EXPECT_TRUE(to.setField(source));
+             return to;
+         }},
+        {"addArrayAt",
+         [](const CFields& source) {
+             CFields list;
+             return std::move(list.addArrayAt(source));
+         }},
+        {"addArrayAt of a moved copy",
+         [](const CFields& source) {
+             CFields list;
+             return std::move(list.addArrayAt(CFields(source)));
+         }},
+        {"copyChildAt",
+         [](const CFields& source) {
+             CFields list;
+             list.addArrayAt(source);
+             return list.copyChildAt(0, CFields::null);
+         }},
+        {"removeChildAt",
+         [](const CFields& source) {
+             CFields list;
+             list.addArrayAt(source);
+             CFields to;
+             EXPECT_TRUE(list.removeChildAt(0, &to));
+             return to;
+         }},
+        {"copy of the holder",
+         [](const CFields& source) {
+             CFields list;
+             list.addArrayAt(source);
+             CFields other(list);
+             return std::move(other[0]);
+         }},
+        {"setValue of the holder",
+         [](const CFields& source) {
+             CFields list;
+             list.addArrayAt(source);
+             CFields other;
+             EXPECT_TRUE(other.setValue(list));
+             return std::move(other[0]);
+         }},
+    };
+    return all;
+}
+
+void setSecond(CFields& node, const CFields& value)
+{
+    switch (value.getDT())
+    {
+    case DT_bool: node.setValue(value.asBool(), VK_fix); break;
+    case DT_sint: node.setValue(value.asSint64(), VK_fix); break;
+    case DT_uint: node.setValue(value.asUint64(), VK_fix); break;
+    case DT_double: node.setValue(value.asDouble(), VK_fix); break;
+    default: node.setValue(value.asString(), VK_fix); break;
+    }
+    node.setVK(VK_fix);
+}
+
+TEST(SecondValueCopy, eachValueKeepsItsOwnType)
+{
+    const CFields values[] = {true, -1, 7U, 0.3, "text"};
+    for (const CFields& first : values)
+    {
+        for (const CFields& second : values)
+        {
+            CFields source(first);
+            setSecond(source, second);
+            for (const auto& [name, copy] : copies())
+                EXPECT_EQ(describe(source), describe(copy(source))) << name;
+        }
+    }
+}
+
+TEST(SecondValueCopy, addArrayAtOfTheValueOnlyKeepsBothTypes)
+{
+    CFields source(12U);
+    setSecond(source, "12");
+    CFields list;
+    const CFields& element = list.addArrayAt(source, true);
+    EXPECT_EQ(describe(source), describe(element));
+}
+
+TEST(SecondValueCopy, aParsedItemWhoseFixedValueIsTextIsSavedAsTheOriginal)
+{
+    CFields tree;
+    CFields& member = tree.addChildRef("kind");
+    member = "12";
+    tPacketExpInfo pei{};
+    pei.m_eRuntimeExp = REC_N;
+    pei.m_uiLength = 4;
+    pei.m_usSkIndex = 1;
+    member.pkt_SetExp(pei);
+    member.setVK(VK_fix);
+    ASSERT_EQ(0, tree.pkt_Parse4Children("0012", 4, true));
+    ASSERT_EQ(DT_codelist, member.getDT(VK_fix));
+    EXPECT_EQ(tree.toMURV(1), CFields(tree).toMURV(1));
+    EXPECT_EQ("{\"kind\"=(ANF4fix)\"12\"}", CFields(tree).toMURV(1));
+}
+
+TEST(SecondValueCopy, aContainerWithAValueKindIsCopiedWhole)
+{
+    CFields source(5);
+    source.setName("a");
+    source.setID(4);
+    source.setComment("/*c*/", CP_before);
+    tPacketExpInfo pei{};
+    pei.m_uiLength = 4;
+    pei.m_usSkIndex = 1;
+    source.pkt_SetExp(pei);
+    source.setVK(VK_fix);
+    source = DT_fields;
+    source.addChildRef("below") = 1;
+    for (const auto& [name, copy] : copies())
+        EXPECT_EQ(describe(source), describe(copy(source))) << name;
+}
+
+TEST(SecondValueSetValue, takesTheTypeOfTheFirst)
 {
     CFields source(7);
     source.setValue("text", VK_fix);
@@ -260,17 +403,38 @@ TEST(SecondValueCopy, takesTheTypeOfTheFirst)
     EXPECT_EQ(VK_fix, copy.getVK());
 }
 
-TEST(SecondValueCopy, bitsOfANumberAreTakenUnderTheOtherType)
+TEST(SecondValueSetValue, bitsOfAPointerAreNeverReadAsANumber)
+{
+    for (const CFields& first : {CFields(true), CFields(7), CFields(7U), CFields(0.5)})
+    {
+        for (const bool owned : {true, false})
+        {
+            CFields source(first);
+            if (owned)
+                source.setValue("text", VK_fix);
+            else
+                source.setValue(CStaticString("text"), VK_fix);
+            source.setVK(VK_valid);
+            CFields copy;
+            EXPECT_TRUE(copy.setValue(source));
+            EXPECT_EQ(first.getDT(), copy.getDT(VK_valid));
+            EXPECT_EQ(0U, copy.getValueRef(VK_valid).m_ullValue);
+        }
+    }
+}
+
+TEST(SecondValueSetValue, bitsOfANumberAreTakenUnderTheOtherType)
 {
     CFields source(7u);
     source.setValue(-1, VK_fix);
     source.setVK(VK_valid);
-    const CFields copy(source);
+    CFields copy;
+    EXPECT_TRUE(copy.setValue(source));
     EXPECT_EQ(DT_uint, copy.getDT(VK_valid));
     EXPECT_EQ(CFields::maxUint64, copy.asUint64(VK_valid));
 }
 
-TEST(SecondValueCopy, bitsThatAreNoPointerAreNeverReadAsOne)
+TEST(SecondValueSetValue, bitsThatAreNoPointerAreNeverReadAsOne)
 {
     CFields source("text");
     source.setValue(12345, VK_fix);
@@ -283,15 +447,29 @@ TEST(SecondValueCopy, bitsThatAreNoPointerAreNeverReadAsOne)
     EXPECT_EQ("text", copy.asString());
 }
 
-TEST(SecondValueCopy, bitsUnderBoolAreABool)
+TEST(SecondValueSetValue, bitsUnderBoolAreABool)
 {
     CFields source(true);
     source.setValue(0.3, VK_fix);
     source.setVK(VK_fix);
-    const CFields copy(source);
+    CFields copy;
+    EXPECT_TRUE(copy.setValue(source));
     EXPECT_EQ(DT_bool, copy.getDT(VK_fix));
     const std::string text = copy.asString(VK_fix);
     EXPECT_TRUE(text == "true" || text == "false");
+}
+
+TEST(SecondValueSetValue, aContainerLosesItAndTheKind)
+{
+    CFields source(5);
+    source.setVK(VK_fix);
+    source = DT_fields;
+    CFields copy("before");
+    copy.setVK(VK_valid);
+    EXPECT_FALSE(copy.setValue(source));
+    EXPECT_EQ(DT_fields, copy.getDT());
+    EXPECT_EQ(DT_null, copy.getDT(VK_fix));
+    EXPECT_EQ(VK_actual, copy.getVK());
 }
 
 TEST(SecondValueCopy, stringsAreCopiedAndStaticOnesShared)

@@ -522,7 +522,7 @@ TEST(FieldSetField, leavesTheCallbackArguments)
     EXPECT_EQ(5u, node.pkt_GetISA4ESK().m_uiOffset);
 }
 
-TEST(FieldSetField, aContainerMarkedAsDualGivesItsMembersAlone)
+TEST(FieldSetField, aContainerMarkedAsDualIsTakenWhole)
 {
     CFields source(1);
     source.setName("name");
@@ -536,13 +536,14 @@ TEST(FieldSetField, aContainerMarkedAsDualGivesItsMembersAlone)
     EXPECT_EQ(VK_actual, node.getVK());
     EXPECT_EQ(DT_null, node.getDT(VK_fix));
     CFields whole;
-    EXPECT_FALSE(whole.setField(source));
+    EXPECT_TRUE(whole.setField(source));
     EXPECT_EQ(1u, whole.getChildCount());
-    EXPECT_STREQ("", whole.getName());
+    EXPECT_STREQ("name", whole.getName());
+    EXPECT_EQ(VK_fix, whole.getVK());
     const CFields copy(source);
     EXPECT_EQ(1u, copy.getChildCount());
-    EXPECT_STREQ("", copy.getName());
-    EXPECT_EQ(VK_actual, copy.getVK());
+    EXPECT_STREQ("name", copy.getName());
+    EXPECT_EQ(VK_fix, copy.getVK());
 }
 
 TEST(FieldSwapValue, exchangesFirstValuesOnly)

@@ -370,6 +370,18 @@ TEST(Oddities, writingTheSecondValueUnmarksIt)
     EXPECT_EQ(node.getVK(), VK_actual);
 }
 
+TEST(Oddities, setValueGivesTheSecondValueTheTypeOfTheFirst)
+{
+    CFields node(12U);
+    node.setValue("12", VK_fix);
+    node.setVK(VK_fix);
+    EXPECT_EQ(CFields(node).getDT(VK_fix), DT_codelist);
+    CFields copy;
+    copy.setValue(node);
+    EXPECT_EQ(copy.getDT(VK_fix), DT_uint);
+    EXPECT_EQ(copy.getValueRef(VK_fix).m_ullValue, 0U);
+}
+
 TEST(Oddities, tooManyDigitsAreCutNotRefused)
 {
     unsigned long long value = 0;
