@@ -310,6 +310,8 @@ CFields& CFields::operator=(CFields&& source)
         return *this;
     if (detail::holdsNear(source, *this))  // it cannot move into a part of itself; its copy can
         return *this = static_cast<const CFields&>(source);
+    if (detail::s_cbMovesAreChecked && detail::holds(source, *this))
+        detail::throwMismatch();
     if (tFieldAccess::aside(source) != nullptr)
         tFieldAccess::makeAside(*this);  // while the source is whole still
     CFields moved(std::move(source));    // the source may be a part of this node

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/field_vector.h"
+#include "core/poison.h"
 #include "core/walk_stack.h"
 
 namespace murv::detail
@@ -87,7 +88,15 @@ inline bool holds(const CFields& root, const CFields& node)
     return tFieldAccess::isMember(node) && memberCount(root) != 0 && isBelow(root, node);
 }
 
-/// The same as far as it costs little: one of the members, or of the first nodes below them. To move a finished tree
+/// Whether moving a tree into a node far below itself is found: a full check costs a walk over the moved tree. Decided
+/// by how the library is compiled.
+#if !defined(NDEBUG) || defined(MURV_ADDRESS_SANITIZER)
+inline constexpr bool s_cbMovesAreChecked = true;
+#else
+inline constexpr bool s_cbMovesAreChecked = false;
+#endif
+
+/// As `holds`, as far as it costs little: one of the members, or of the first nodes below them. To move a finished tree
 /// into place must not cost the more the larger it is.
 inline bool holdsNear(const CFields& root, const CFields& node)
 {

@@ -400,10 +400,18 @@ public:
 
     /// \name Assignment
     /// @{
-    /// A bare value (no ID, name, packet length, user pointer or offsets) replaces the values only; any other node is
-    /// taken whole. A node that is moved into one of its members, or into one of the first 256 nodes below it, is
-    /// copied instead; a larger one must not be moved into a node far below it. Moving costs the same for trees of any
-    /// size.
+    /// A bare value (no ID, name, packet length, user pointer or offsets) replaces the values only. Any other node
+    /// replaces everything, as setField does: without a name it clears the name; only an ID of 0 is not taken. A loaded
+    /// document has offsets, so that `tree["config"] = loaded` clears the name "config";
+    /// `tree["config"].setValue(loaded)` keeps it.
+    ///
+    /// Moving costs the same for trees of any size. A node that is moved into one of its members, or into one of the
+    /// first 256 nodes below it, is copied instead. To move a node into one farther below it is a mistake. A library
+    /// that was compiled without NDEBUG, or with AddressSanitizer, throws CLogicError ("mismatched condition") and
+    /// changes nothing; to find the mistake, it walks over the moved tree whenever the target is a member of some node.
+    /// In any other build of the library the behaviour is undefined; what is seen is that the source becomes null, and
+    /// that the moved tree hangs below itself, belongs to nobody and is never freed. How the application is compiled
+    /// does not count.
     CFields& operator=(const CFields& source);
     // NOLINTNEXTLINE(performance-noexcept-move-constructor): a second value or a comment to hold may need memory
     CFields& operator=(CFields&& source);

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "core/tree_walk.h"
 #include "murv/fields.h"
 #include "tests/support/thrown.h"
 
@@ -128,6 +129,39 @@ TEST(DeepTree, isTakenApartThroughItsOwnMember)
         root[0].setValue(root);
         EXPECT_EQ(s_cuiLevels - 1, root.getMemberCount());
     });
+}
+
+/// A chain of arrays; the result is its innermost node.
+CFields& chain(CFields& root, int levels)
+{
+    CFields* node = &root;
+    for (int i = 0; i < levels; ++i)
+        node = &node->addArrayAt(CFields(DT_array));
+    return *node;
+}
+
+TEST(DeepTree, isCopiedWhenItIsMovedIntoANodeNearBelow)
+{
+    CFields root;
+    CFields& below = chain(root, 256);
+    below = std::move(root);
+    EXPECT_EQ(512U, root.getMemberCount());
+}
+
+TEST(DeepTree, isNotMovedIntoANodeFarBelowWhereMovesAreChecked)
+{
+    if (!detail::s_cbMovesAreChecked)
+        GTEST_SKIP() << "this build looks at the nearest nodes only";
+    CFields root;
+    CFields& below = chain(root, 1000);
+    below = DT_fields;
+    EXPECT_EQ("mismatched condition", thrown([&] { below.addChildRef("x") = std::move(root); }));
+    EXPECT_EQ(1001U, root.getMemberCount()) << "nothing has moved";
+    below["x"] = 5;
+    EXPECT_EQ(5, below["x"].asSint32());
+    CFields other;
+    chain(other, 1000) = std::move(root);
+    EXPECT_EQ(2001U, other.getMemberCount()) << "a node below another tree may take it";
 }
 
 }  // namespace
