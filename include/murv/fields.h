@@ -68,7 +68,10 @@ using tForeignPointer = std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, ch
 /// Errors: misuse throws CLogicError; looking for something that is not there never throws. When memory runs out,
 /// std::bad_alloc or CLogicError is thrown and the tree stays whole.
 ///
-/// Threads: distinct trees may be used from distinct threads, and one tree may be read from several.
+/// Threads: distinct trees may be used from distinct threads, and one tree may be read from several. Two things are
+/// shared by all trees and are for one thread alone: registering keyword callbacks, which is to be done before others
+/// use them, and writing to `freeNull`, which is what `tree["missing"] = 1` does. Threads that cannot be sure that a
+/// name is there write through addChildRef, which adds the member, or findChildAt, which gives null.
 ///
 /// Depth: trees may nest a million levels; no operation recurses on the depth.
 class MURV_API CFields
@@ -96,7 +99,7 @@ public:
     /// @{
     static const CFields& null;               ///< a node of type DT_null
     static const CFields& nullRef;            ///< the same node; what constant look-ups give when nothing is found
-    static CFields& freeNull;                 ///< writable; what look-ups by name give when nothing is found
+    static CFields& freeNull;                 ///< writable, by one thread; what look-ups by name give for no member
     static const tPacketExpInfo& nullPktExp;  ///< the packet expression that means "none"
     /// @}
 
@@ -307,7 +310,8 @@ public:
     {
         return detail::isNegativeIndex(index) ? (*this)[-1] : (*this)[detail::narrowIndex(index)];
     }
-    /// The first member of that name, or freeNull, the shared writable node that belongs to no tree.
+    /// The first member of that name, or freeNull, the writable node that belongs to no tree and is shared by all: of
+    /// several threads only one may write to it. To add a member use addChildRef, to ask for one findChildAt.
     CFields& operator[](const char* name);
     CFields& operator[](const std::string& name);
     CFields& operator[](std::string_view name);
@@ -530,7 +534,8 @@ public:
 
     /// \name Supporting keywords
     /// An external keyword belongs to one of the kinds 1 to 15, and each kind has six callbacks of its own. They are
-    /// shared by all trees and threads: register them before the first packet is made.
+    /// shared by all trees and threads, and nothing guards them: register them before other threads load, save, make,
+    /// parse or check anything.
     ///
     /// A callback may change its node's value and packet expression, throw, and register callbacks. It may not add or
     /// remove members of the tree that is being walked, nor the node itself. When it returns 0 or less, its item is

@@ -268,6 +268,11 @@ TEST(Oddities, aMissingNameGivesTheSharedNull)
     CFields tree = load("{\"a\"=1}");
     EXPECT_EQ(&tree["missing"], &CFields::freeNull);
     EXPECT_EQ(tree.getChildCount(), 1U);
+    CFields other = load("{\"b\"=1}");
+    tree["missing"] = 1;
+    EXPECT_EQ(other["none"].asSint32(), 1);
+    CFields::freeNull = DT_null;
+    EXPECT_EQ(tree.findChildAt("missing", 7), nullptr);
     const CFields& constant = tree;
     EXPECT_EQ(&constant["missing"], &CFields::nullRef);
 }
