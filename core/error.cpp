@@ -9,10 +9,15 @@
 
 #include "core/error_table.h"
 
+namespace murv
+{
+
 namespace
 {
 constexpr std::size_t s_cnMessageRoom = 512;
 }
+
+CErrorBase::~CErrorBase() = default;
 
 CErrorBase& CErrorBase::operator=(const CErrorBase& other)
 {
@@ -45,7 +50,7 @@ void CErrorBase::addErrMsg(const char* text)
 
 bool CErrorBase::setFixError(int code)
 {
-    for (const murv::detail::tErrorRow& row : murv::detail::s_ctErrors)
+    for (const detail::tErrorRow& row : detail::s_ctErrors)
     {
         if (row.m_iCode != code)
             continue;
@@ -95,9 +100,6 @@ void CErrorBase::clearError()
     m_iLastErrCode = 0;
     m_strLastErrMsg.clear();
 }
-
-namespace murv
-{
 
 CException::CException(std::string message) : m_strMessage(std::move(message))
 {

@@ -11,6 +11,9 @@
 
 #include "murv/export.h"
 
+namespace murv
+{
+
 /// Last error of a working object: a code of the error table (or the caller's own) and a message.
 ///
 /// Belongs to one object and one thread. No operation throws, except that copying a message may run out of memory.
@@ -20,6 +23,7 @@ public:
     /// No error: code 0 and an empty message.
     CErrorBase() = default;
     CErrorBase(const CErrorBase& other) = default;
+    virtual ~CErrorBase();
     CErrorBase& operator=(const CErrorBase& other);
 
     /// True when the code is not 0 or the message is not empty.
@@ -52,9 +56,6 @@ private:
     std::string m_strLastErrMsg;
 };
 
-namespace murv
-{
-
 /// Base of what the library throws; what() is the message.
 class MURV_API CException : public std::exception
 {
@@ -80,5 +81,8 @@ public:
 };
 
 }  // namespace murv
+
+/// The one class of murv that has a global name, too.
+using murv::CErrorBase;
 
 #endif

@@ -123,7 +123,7 @@ public:
     explicit ILoaderCommon(unsigned int flags);
     ILoaderCommon(const ILoaderCommon& other);
     ILoaderCommon& operator=(const ILoaderCommon& other);
-    ~ILoaderCommon();
+    ~ILoaderCommon() override;
 
     bool getStatus() const override;
     /// The errors of the last load, in the order in which they were met.
@@ -221,7 +221,7 @@ public:
     explicit CLoader4BER(unsigned int flags = LCBC_COMMENT | LCBC_EMPTY_NULL);
     CLoader4BER(const CLoader4BER& other);
     CLoader4BER& operator=(const CLoader4BER& other);
-    ~CLoader4BER();
+    ~CLoader4BER() override;
     bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,
                 bool comments = true) override;
 };
@@ -233,7 +233,7 @@ public:
     explicit CLoaders(unsigned int flags = LCBC_COMMENT | LCBC_EMPTY_NULL);
     CLoaders(const CLoaders& other);
     CLoaders& operator=(const CLoaders& other);
-    ~CLoaders();
+    ~CLoaders() override;
 
     /// Data of fewer than 4 bytes is refused; null data or a size of 0 gives false and leaves the last error.
     bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -290,6 +291,36 @@ TEST(ErrorBase, copiesCarryCodeAndMessage)
     assigned = self;
     EXPECT_EQ(-991, assigned.getLastErrCode());
     EXPECT_EQ("[SYS] Invalid parameter", assigned.getLastErrMsg());
+}
+
+TEST(ErrorBase, hasOneClassUnderTwoNames)
+{
+    static_assert(std::is_same_v<::CErrorBase, murv::CErrorBase>);
+    murv::CErrorBase error;
+    error.setFixError(-991);
+    ::CErrorBase& same = error;
+    EXPECT_EQ(-991, same.getLastErrCode());
+}
+
+TEST(ErrorBase, isDestroyedThroughItsBase)
+{
+    static_assert(std::has_virtual_destructor_v<CErrorBase>);
+    static_assert(std::has_virtual_destructor_v<CException>);
+    static_assert(std::has_virtual_destructor_v<CLogicError>);
+    struct tCounting : CErrorBase
+    {
+        explicit tCounting(int& gone) : m_iGone(gone)
+        {
+        }
+        ~tCounting() override
+        {
+            ++m_iGone;
+        }
+        int& m_iGone;
+    };
+    int gone = 0;
+    std::unique_ptr<CErrorBase>(new tCounting(gone)).reset();
+    EXPECT_EQ(1, gone);
 }
 
 struct tClearing : CErrorBase

@@ -1,7 +1,9 @@
 // tests/io/front/loaders_test.cpp - telling text from binary, and what the front loader passes on.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <sstream>
+#include <type_traits>
 
 #include "murv/loader.h"
 #include "murv/saver.h"
@@ -35,6 +37,17 @@ std::string unknownRule(int number)
     return "[murv::CLoaders::loadit#0] Unknown encoding rule(" + std::to_string(number) + ")";
 }
 }  // namespace
+
+TEST(Loaders, areDestroyedThroughTheirBases)
+{
+    static_assert(std::has_virtual_destructor_v<ILoaderBase>);
+    static_assert(std::has_virtual_destructor_v<ILoaderCommon>);
+    static_assert(std::has_virtual_destructor_v<CLoaderConfig>);
+    static_assert(std::has_virtual_destructor_v<CLoader4SER>);
+    const std::unique_ptr<ILoaderBase> loader(new CLoaders);
+    CFields tree;
+    EXPECT_TRUE(loader->loading("[1, 2]", tree));
+}
 
 TEST(EncodingRule, isUndecidableBelowFourBytes)
 {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <iomanip>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -19,6 +20,17 @@ using namespace murv::tests;
 CFields faulty()
 {
     return withItem(1, itemOf(0, 5));
+}
+
+TEST(Savers, areDestroyedThroughTheirBases)
+{
+    static_assert(std::has_virtual_destructor_v<CErrorBase>);
+    static_assert(std::has_virtual_destructor_v<CBitCombi32>);
+    static_assert(std::has_virtual_destructor_v<ISaver>);
+    static_assert(std::has_virtual_destructor_v<IStringSaver>);
+    static_assert(std::has_virtual_destructor_v<IStreamSaver>);
+    const std::unique_ptr<CErrorBase> savers(new CSavers);
+    EXPECT_FALSE(savers->isError());
 }
 
 TEST(Savers, picksTheSaverByTheEncodingRule)
