@@ -263,17 +263,21 @@ void tFieldAccess::swapComments(CFields& a, CFields& b) noexcept
     std::swap(first->m_bComment, second->m_bComment);
 }
 
+// One name at a time: an index may look at all members of its set, and finds each under the name that it knows.
 void tFieldAccess::swapNames(CFields& a, CFields& b) noexcept
 {
     CFieldVector* const aSet = owner(a);
     CFieldVector* const bSet = owner(b);
+    CFields holder;
     if (aSet != nullptr)
         aSet->beforeRename(a);
+    swapNameParts(a, holder);
     if (bSet != nullptr)
         bSet->beforeRename(b);
     swapNameParts(a, b);
     if (aSet != nullptr)
         aSet->afterRename(a);
+    swapNameParts(b, holder);
     if (bSet != nullptr)
         bSet->afterRename(b);
 }

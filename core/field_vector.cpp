@@ -245,12 +245,12 @@ private:
 void CFieldVector::erase(CFieldVector*& self, std::uint32_t first, std::uint32_t last) noexcept
 {
     CNameIndex* const index = self->isSmall() ? nullptr : self->large().m_pIndex;
-    bool rebuild = index != nullptr && last - first > 1;
+    const bool rebuild = index != nullptr && last - first > 1;
     for (std::uint32_t i = first; i < last; ++i)
     {
         CFields& node = self->at(i);
         if (index != nullptr && !rebuild && !tFieldAccess::name(node).empty())
-            rebuild = !index->remove(i, hash4Member(node));
+            index->remove(*self, i, hash4Member(node), true);
         if (CFieldVector* const below = tFieldAccess::release(node))
             destroy(below);
     }
@@ -303,10 +303,8 @@ std::uint32_t CFieldVector::position(const CFields& member) const noexcept
 void CFieldVector::beforeRename(const CFields& member) noexcept
 {
     CNameIndex* const index = large().m_pIndex;
-    if (index == nullptr || tFieldAccess::name(member).empty())
-        return;
-    if (!index->remove(position(member), hash4Member(member)))
-        dropIndex();  // afterRename builds it anew
+    if (index != nullptr && !tFieldAccess::name(member).empty())
+        index->remove(*this, position(member), hash4Member(member), false);
 }
 
 void CFieldVector::afterRename(const CFields& member) noexcept

@@ -3,9 +3,12 @@
 // Removing closes the gap behind it instead of leaving a mark, so that look-ups stay short however much changes.
 #include "core/name_index.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <utility>
 
 #include "core/field_access.h"
 #include "core/field_vector.h"
@@ -34,6 +37,22 @@ std::uint64_t makeSeed() noexcept
     return mix(reinterpret_cast<std::uintptr_t>(&now) ^ s_cullMixA, now ^ s_cullMixB) ^
            reinterpret_cast<std::uintptr_t>(&makeSeed);
 }
+
+/// Position of the first member behind `position` that has the same name, or s_cuiNone.
+std::uint32_t findBehind(const CFieldVector& members, std::uint32_t position) noexcept
+{
+    const std::string_view name = tFieldAccess::name(members.at(position));
+    for (std::uint32_t i = position + 1; i < members.count();)
+    {
+        const CFieldVector::tRun part = members.run(i);
+        for (const CFields* node = part.m_pBegin; node != part.m_pEnd; ++node, ++i)
+        {
+            if (tFieldAccess::isNamed(*node, name.data(), static_cast<unsigned int>(name.size())))
+                return i;
+        }
+    }
+    return CNameIndex::s_cuiNone;
+}
 }  // namespace
 
 std::uint32_t hash4Name(const char* name, unsigned int length) noexcept
@@ -56,6 +75,7 @@ void CNameIndex::clear() noexcept
     std::free(m_pTable);
     m_pTable = nullptr;
     m_uiMask = m_uiUsed = 0;
+    dropLinks();
 }
 
 bool CNameIndex::build(const CFieldVector& members) noexcept
@@ -75,8 +95,7 @@ bool CNameIndex::build(const CFieldVector& members) noexcept
     return true;
 }
 
-std::uint32_t CNameIndex::find(const CFieldVector& members, const char* name, unsigned int length,
-                               std::uint32_t hash) const noexcept
+std::uint32_t CNameIndex::locate(const CFieldVector& members, std::string_view name, std::uint32_t hash) const noexcept
 {
     for (std::uint32_t at = hash & m_uiMask;; at = (at + 1) & m_uiMask)
     {
@@ -84,22 +103,29 @@ std::uint32_t CNameIndex::find(const CFieldVector& members, const char* name, un
         if (entry.m_uiPosition == s_cuiNone)
             return s_cuiNone;
         if ((entry.m_uiHash & ~s_cuiShared) == hash &&
-            tFieldAccess::isNamed(members.at(entry.m_uiPosition), name, length))
-            return entry.m_uiPosition;
+            tFieldAccess::isNamed(members.at(entry.m_uiPosition), name.data(), static_cast<unsigned int>(name.size())))
+            return at;
     }
+}
+
+std::uint32_t CNameIndex::find(const CFieldVector& members, const char* name, unsigned int length,
+                               std::uint32_t hash) const noexcept
+{
+    const std::uint32_t at = locate(members, {name, length}, hash);
+    return at == s_cuiNone ? s_cuiNone : m_pTable[at].m_uiPosition;
 }
 
 bool CNameIndex::insert(const CFieldVector& members, std::uint32_t position, std::uint32_t hash) noexcept
 {
-    const std::string_view name = tFieldAccess::name(members.at(position));
-    for (std::uint32_t at = hash & m_uiMask; m_pTable[at].m_uiPosition != s_cuiNone; at = (at + 1) & m_uiMask)
+    const std::uint32_t at = locate(members, tFieldAccess::name(members.at(position)), hash);
+    if (at != s_cuiNone)
     {
         tEntry& entry = m_pTable[at];
-        if ((entry.m_uiHash & ~s_cuiShared) != hash || tFieldAccess::name(members.at(entry.m_uiPosition)) != name)
-            continue;
         if (position == entry.m_uiPosition)
             return true;
         entry.m_uiHash |= s_cuiShared;
+        if (m_pLinks != nullptr && reserveLinks(members.count()))
+            meld(entry.m_uiPosition, position);
         if (position < entry.m_uiPosition)
             entry.m_uiPosition = position;
         return true;
@@ -111,19 +137,34 @@ bool CNameIndex::insert(const CFieldVector& members, std::uint32_t position, std
     return true;
 }
 
-bool CNameIndex::remove(std::uint32_t position, std::uint32_t hash) noexcept
+void CNameIndex::remove(const CFieldVector& members, std::uint32_t position, std::uint32_t hash, bool erased) noexcept
 {
-    std::uint32_t hole = hash & m_uiMask;
-    while (m_pTable[hole].m_uiPosition != position)
+    std::uint32_t at = hash & m_uiMask;
+    while (m_pTable[at].m_uiPosition != position)
     {
-        if (m_pTable[hole].m_uiPosition == s_cuiNone)
+        if (m_pTable[at].m_uiPosition == s_cuiNone)
         {
-            return true;  // not entered: an earlier member has this name
+            if (m_pLinks != nullptr)
+                cut(position);
+            return;  // an earlier member has this name
         }
-        hole = (hole + 1) & m_uiMask;
+        at = (at + 1) & m_uiMask;
     }
-    if ((m_pTable[hole].m_uiHash & s_cuiShared) != 0)
-        return false;
+    std::uint32_t next = s_cuiNone;
+    if ((m_pTable[at].m_uiHash & s_cuiShared) != 0)
+    {
+        if (m_pLinks == nullptr && !erased)
+            link(members);
+        next = m_pLinks != nullptr ? takeTop(position) : findBehind(members, position);
+    }
+    if (next == s_cuiNone)
+        freeEntry(at);
+    else
+        m_pTable[at].m_uiPosition = next;
+}
+
+void CNameIndex::freeEntry(std::uint32_t hole) noexcept
+{
     --m_uiUsed;
     // Close the gap, so that no probing stops short: an entry moves back unless its own place lies behind the hole.
     for (std::uint32_t at = (hole + 1) & m_uiMask; m_pTable[at].m_uiPosition != s_cuiNone; at = (at + 1) & m_uiMask)
@@ -135,11 +176,125 @@ bool CNameIndex::remove(std::uint32_t position, std::uint32_t hash) noexcept
         hole = at;
     }
     m_pTable[hole].m_uiPosition = s_cuiNone;
+}
+
+// Each heap begins as a row of its members in order, the cheapest form for renaming them from the front.
+void CNameIndex::link(const CFieldVector& members) noexcept
+{
+    if (!reserveLinks(members.count()))
+        return;
+    for (std::uint32_t i = members.count(); i-- > 0;)
+    {
+        const std::string_view name = tFieldAccess::name(members.at(i));
+        if (name.empty())
+            continue;
+        const tEntry& entry =
+            m_pTable[locate(members, name, hash4Name(name.data(), static_cast<unsigned int>(name.size())))];
+        if (entry.m_uiPosition == i)
+            continue;
+        const std::uint32_t row = std::exchange(m_pLinks[entry.m_uiPosition].m_uiChild, i);
+        m_pLinks[i] = {row, s_cuiNone, entry.m_uiPosition};
+        if (row != s_cuiNone)
+            m_pLinks[row].m_uiBefore = i;
+    }
+}
+
+/// \return false, with all heaps dropped, when memory runs out.
+bool CNameIndex::reserveLinks(std::uint32_t count) noexcept
+{
+    if (count <= m_uiLinks)
+        return true;
+    const std::uint64_t twice = std::min(std::uint64_t{m_uiLinks} * 2, std::uint64_t{s_cuiNone});
+    const std::uint32_t room = std::max(count, static_cast<std::uint32_t>(twice));
+    auto* const links = static_cast<tLink*>(resizeBlock(m_pLinks, room * sizeof(tLink)));
+    if (links == nullptr)
+    {
+        dropLinks();
+        return false;
+    }
+    std::uninitialized_fill(links + m_uiLinks, links + room, tLink{});
+    m_pLinks = links;
+    m_uiLinks = room;
     return true;
+}
+
+void CNameIndex::dropLinks() noexcept
+{
+    std::free(m_pLinks);
+    m_pLinks = nullptr;
+    m_uiLinks = 0;
+}
+
+/// Makes one heap of two. \return its top, whose own place is left as it was
+std::uint32_t CNameIndex::meld(std::uint32_t a, std::uint32_t b) noexcept
+{
+    if (b < a)
+        std::swap(a, b);
+    const std::uint32_t child = std::exchange(m_pLinks[a].m_uiChild, b);
+    m_pLinks[b].m_uiNext = child;
+    m_pLinks[b].m_uiBefore = a;
+    if (child != s_cuiNone)
+        m_pLinks[child].m_uiBefore = b;
+    return a;
+}
+
+/// Makes one heap of all from `first` on: in pairs, then the pairs from the last one. \return its top, or s_cuiNone
+std::uint32_t CNameIndex::mergeSiblings(std::uint32_t first) noexcept
+{
+    std::uint32_t pairs = s_cuiNone;
+    while (first != s_cuiNone)
+    {
+        std::uint32_t top = first;
+        const std::uint32_t other = m_pLinks[top].m_uiNext;
+        first = s_cuiNone;
+        if (other != s_cuiNone)
+        {
+            first = m_pLinks[other].m_uiNext;
+            top = meld(top, other);
+        }
+        m_pLinks[top].m_uiNext = pairs;
+        pairs = top;
+    }
+    if (pairs == s_cuiNone)
+        return s_cuiNone;
+    std::uint32_t top = pairs;
+    pairs = m_pLinks[top].m_uiNext;
+    while (pairs != s_cuiNone)
+    {
+        const std::uint32_t next = m_pLinks[pairs].m_uiNext;
+        top = meld(top, pairs);
+        pairs = next;
+    }
+    m_pLinks[top].m_uiNext = m_pLinks[top].m_uiBefore = s_cuiNone;
+    return top;
+}
+
+/// Takes the top out of its heap. \return the new top, or s_cuiNone
+std::uint32_t CNameIndex::takeTop(std::uint32_t position) noexcept
+{
+    return mergeSiblings(std::exchange(m_pLinks[position], tLink{}).m_uiChild);
+}
+
+/// Takes a member that is not the top out of its heap; what is below it comes to its place.
+void CNameIndex::cut(std::uint32_t position) noexcept
+{
+    const tLink gone = std::exchange(m_pLinks[position], tLink{});
+    const std::uint32_t below = mergeSiblings(gone.m_uiChild);
+    if (below != s_cuiNone)
+    {
+        m_pLinks[below].m_uiNext = gone.m_uiNext;
+        m_pLinks[below].m_uiBefore = gone.m_uiBefore;
+    }
+    const std::uint32_t instead = below != s_cuiNone ? below : gone.m_uiNext;
+    if (gone.m_uiNext != s_cuiNone)
+        m_pLinks[gone.m_uiNext].m_uiBefore = below != s_cuiNone ? below : gone.m_uiBefore;
+    tLink& before = m_pLinks[gone.m_uiBefore];
+    (before.m_uiChild == position ? before.m_uiChild : before.m_uiNext) = instead;
 }
 
 void CNameIndex::shiftBehind(std::uint32_t position) noexcept
 {
+    dropLinks();  // to build them anew costs as much as to count them down
     for (std::uint64_t at = 0; at <= m_uiMask; ++at)
     {
         tEntry& entry = m_pTable[at];

@@ -3,9 +3,14 @@
 // A hash table of positions beside the members, made when a set grows large. It holds the first member of each name,
 // and marks the names that later ones have, too, so that what it finds is always what a scan from the front finds. The
 // hash is seeded once per process: a document cannot be written to make all its names collide.
+//
+// When the first of several equal names is renamed, the next one must be found. From then on the members of each name
+// form a pairing heap by position, whose least one the table holds: no order of renames makes a step cost a scan. Most
+// sets never need the heaps and have none.
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "murv/fields.h"
 
@@ -35,9 +40,10 @@ public:
                        std::uint32_t hash) const noexcept;
     /// Enters the named member at `position`. \return false when memory runs out; the index is then of no use.
     bool insert(const CFieldVector& members, std::uint32_t position, std::uint32_t hash) noexcept;
-    /// Forgets the member at `position`, whose name is still in place.
-    /// \return false when a later member of that name now comes first, which only a new build finds.
-    bool remove(std::uint32_t position, std::uint32_t hash) noexcept;
+    /// Forgets the member at `position`, whose name is still in place; all named members must be entered. O(log n)
+    /// among n equal names, on average over many calls; without memory for the heaps a scan.
+    /// \param erased  it is about to be erased; the next one of that name may then be looked for among those that move
+    void remove(const CFieldVector& members, std::uint32_t position, std::uint32_t hash, bool erased) noexcept;
     /// Counts down all positions behind one that was erased.
     void shiftBehind(std::uint32_t position) noexcept;
 
@@ -49,13 +55,34 @@ private:
     };
     static constexpr std::uint32_t s_cuiShared = 0x80000000;
 
+    /// A member's place in the heap of its name; all are s_cuiNone in a heap of one.
+    struct tLink
+    {
+        std::uint32_t m_uiChild = s_cuiNone;   // first of those below it
+        std::uint32_t m_uiNext = s_cuiNone;    // next of those below the same one
+        std::uint32_t m_uiBefore = s_cuiNone;  // the one whose child or next this is
+    };
+
     bool resize(std::uint64_t room) noexcept;
     void place(tEntry entry) noexcept;
+    void freeEntry(std::uint32_t hole) noexcept;
     void clear() noexcept;
+    /// The entry of that name, or s_cuiNone.
+    std::uint32_t locate(const CFieldVector& members, std::string_view name, std::uint32_t hash) const noexcept;
+
+    void link(const CFieldVector& members) noexcept;
+    bool reserveLinks(std::uint32_t count) noexcept;
+    void dropLinks() noexcept;
+    std::uint32_t meld(std::uint32_t a, std::uint32_t b) noexcept;
+    std::uint32_t mergeSiblings(std::uint32_t first) noexcept;
+    std::uint32_t takeTop(std::uint32_t position) noexcept;
+    void cut(std::uint32_t position) noexcept;
 
     tEntry* m_pTable = nullptr;  // owned
     std::uint32_t m_uiMask = 0;
     std::uint32_t m_uiUsed = 0;
+    tLink* m_pLinks = nullptr;  // owned, by position; null as long as there are no heaps
+    std::uint32_t m_uiLinks = 0;
 };
 
 }  // namespace detail

@@ -240,6 +240,26 @@ TEST(Failure, renaming)
     }
 }
 
+TEST(Failure, renamingEqualNames)
+{
+    const auto make = [] {
+        CFields tree;
+        for (int i = 0; i < 70; ++i)
+            tree.addChildRef(i % 2 == 0 ? "even" : "odd", 0, true) = i;
+        return tree;
+    };
+    failEach(make, [](CFields& tree) {
+        tree[0].setName("odd");
+        EXPECT_EQ(2, tree["even"].asSint32());
+        EXPECT_EQ(0, tree["odd"].asSint32());
+        tree.addChildRef("even", 0, true);
+        tree[2].setName("other");
+        EXPECT_EQ(4, tree["even"].asSint32());
+        tree[0].setName("other");
+        EXPECT_EQ(1, tree["odd"].asSint32());
+    });
+}
+
 TEST(Failure, commenting)
 {
     failEach(smallSample, [](CFields& tree) {

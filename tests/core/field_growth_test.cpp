@@ -90,6 +90,47 @@ TEST(Growth, movingATreeIntoAnElementOfItsOwnCostsTheSameInEveryBuild)
     EXPECT_LT(processorSeconds([&] { nest(100000); }), few * 125);
 }
 
+TEST(Growth, equalNamesMayBeRenamedFromTheFront)
+{
+    const auto rename = [](int count) {
+        CFields set;
+        for (int i = 0; i < count; ++i)
+            set.addChildRef("same", 0, true) = i;
+        for (int i = 0; i < count; ++i)
+        {
+            CFields& first = set["same"];
+            ASSERT_EQ(i, first.asSint32());
+            first.setName("n" + std::to_string(i));
+        }
+        EXPECT_EQ(nullptr, set.findChildAt("same", 4));
+    };
+    const double few = processorSeconds([&] { rename(2000); });
+    EXPECT_LT(processorSeconds([&] { rename(20000); }), few * 50);
+}
+
+TEST(Growth, namesThatAreSharedFarApartMayBeRenamedInAnyOrder)
+{
+    const auto rename = [](int count) {
+        CFields set;
+        for (int i = 0; i < count; ++i)
+            set.addChildRef("n" + std::to_string(i % (count / 2)), 0, true) = i;
+        for (int round = 0; round < 2; ++round)
+        {
+            for (int i = 0; i < count / 2; ++i)
+            {
+                CFields& member = set[i * 17 % (count / 2)];
+                const std::string name(member.getName());
+                member.setName("other");
+                ASSERT_LE(count / 2, set[name].asSint32());
+                member.setName(name);
+                ASSERT_GT(count / 2, set[name].asSint32());
+            }
+        }
+    };
+    const double few = processorSeconds([&] { rename(2000); });
+    EXPECT_LT(processorSeconds([&] { rename(20000); }), few * 50);
+}
+
 TEST(Growth, findingAMemberCostsTheSameAmongMany)
 {
     CFields small;

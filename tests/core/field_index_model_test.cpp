@@ -349,6 +349,64 @@ TEST(NameIndex, findsTheFirstOfEqualNamesAgainWhenItGoes)
     EXPECT_EQ(0u, set.getChildCount());
 }
 
+/// Renames, adds and removes members of few names at random, nearly all of them renames.
+void renameAtRandom(unsigned int seed, int names, int steps)
+{
+    std::mt19937 random(seed);
+    const auto pick = [&random](int below) { return static_cast<int>(random() % static_cast<std::uint32_t>(below)); };
+    const auto name = [&] { return "n" + std::to_string(pick(names)); };
+    CFields set(DT_fields);
+    for (int i = 0; i < 150; ++i)
+        set.addChildRef(name(), 0, true) = i;
+    for (int step = 0; step < steps; ++step)
+    {
+        const int count = static_cast<int>(set.getChildCount());
+        CFields& member = set[pick(count)];
+        switch (pick(40))
+        {
+        case 0: set.addChildRef(name(), 0, true) = step; break;
+        case 1: ASSERT_TRUE(set.removeChildAt(count - 1)); break;
+        case 2: ASSERT_TRUE(set.removeChildAt(pick(count))); break;
+        case 3: set.addChildRef("", 0, true) = step; break;
+        case 4: member.clearName(); break;
+        case 5: member.swapField(set[pick(count)], false); break;
+        case 6: set[name()].setName("gone"); break;
+        default: ASSERT_TRUE(member.setName(name())); break;
+        }
+        CFields::freeNull.clearName();
+        for (int i = 0; i < names; ++i)
+        {
+            const std::string wanted = "n" + std::to_string(i);
+            ASSERT_EQ(scan(set, wanted), set.getChildIdx4Name(wanted.c_str())) << "seed " << seed << " step " << step;
+        }
+    }
+}
+
+TEST(NameIndexRandom, equalNamesAreRenamedInEveryOrder)
+{
+    for (unsigned int seed = 0; seed < 12; ++seed)
+        renameAtRandom(seed, 1 + static_cast<int>(seed % 5) * 6, 1500);
+}
+
+TEST(NameIndex, findsTheFirstOfEqualNamesAfterRenamesFromTheBackAndTheMiddle)
+{
+    CFields set;
+    for (int i = 0; i < 100; ++i)
+        set.addChildRef("same", 0, true) = i;
+    ASSERT_TRUE(set[0].setName("other"));
+    for (int i = 99; i > 50; --i)
+        ASSERT_TRUE(set[i].setName("other"));
+    for (int i = 10; i < 20; ++i)
+        ASSERT_TRUE(set[i].setName("other"));
+    EXPECT_EQ(1, set["same"].asSint32());
+    for (int i = 1; i < 10; ++i)
+        ASSERT_TRUE(set[i].setName("other"));
+    EXPECT_EQ(20, set["same"].asSint32());
+    ASSERT_TRUE(set[5].setName("same"));
+    EXPECT_EQ(5, set["same"].asSint32());
+    EXPECT_EQ(0, set["other"].asSint32());
+}
+
 TEST(NameIndex, aSetThatHasShrunkFindsWhatIsAddedThen)
 {
     CFields set;
