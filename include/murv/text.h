@@ -68,14 +68,17 @@ MURV_API bool atonInField(const char* text, unsigned int length, CFields& node);
 
 /// Converts a decimal integer: an optional "+" or "-", then digits up to the end of the text.
 ///
-/// An empty text or a sign alone is 0 and true. When the next digit would pass the range of the type, the conversion
-/// stops there, without looking at the rest: true, and `value` is the magnitude read so far, without the sign.
+/// An empty text or a sign alone is 0 and true. Before the digit that would pass the range of the type the conversion
+/// stops, without looking at the rest: true, and `value` is the magnitude read so far, without the sign. After a tenth
+/// of the largest magnitude (922337203685477580) even a digit that fits is taken only when it is the last byte of the
+/// text: "9223372036854775807" is read in full, while "9223372036854775807x" is true and 922337203685477580.
 ///
 /// \param text  `length` bytes; need not end in NUL
 /// \return false, and `value` 0, for a null text or a byte that is no digit. Linear, never throws.
 MURV_API bool aton64(const char* text, unsigned int length, long long& value) noexcept;
 
-/// The same without a sign: a "+" may stand first, while a leading "-" (also alone) gives false and 0.
+/// The same without a sign: a "+" may stand first, while a leading "-" (also alone) gives false and 0. A tenth of the
+/// largest number is 1844674407370955161.
 MURV_API bool aton64(const char* text, unsigned int length, unsigned long long& value) noexcept;
 
 }  // namespace murv

@@ -185,6 +185,9 @@ TEST(Aton64, signedOverflowStopsWithoutTheSign)
     EXPECT_EQ(convert<long long>("-92233720368547758080"), (tSigned{true, 922337203685477580}));
     EXPECT_EQ(convert<long long>("9300000000000000000"), (tSigned{true, 930000000000000000}));
     EXPECT_EQ(convert<long long>("9300000000000000000 and the rest"), (tSigned{true, 930000000000000000}));
+    EXPECT_EQ(convert<long long>("9223372036854775807x"), (tSigned{true, 922337203685477580}));
+    EXPECT_EQ(convert<long long>("-9223372036854775800x"), (tSigned{true, 922337203685477580}));
+    EXPECT_EQ(convert<long long>("9223372036854775799x"), (tSigned{false, 0}));
 }
 
 TEST(Aton64, unsignedText)

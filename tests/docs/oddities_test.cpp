@@ -244,6 +244,19 @@ TEST(Oddities, anUnknownRuleOrStyleWritesNothingAndIsNoError)
     EXPECT_FALSE(saver.isError());
 }
 
+// Binary files
+
+TEST(Oddities, aFileWithAnEmptyContainerCannotBeReadBack)
+{
+    CSavers saver;
+    const std::string file = saver.saving(CFields(DT_array), ER_BER);
+    EXPECT_FALSE(saver.isError());
+    CFields tree;
+    CLoaders loader;
+    EXPECT_FALSE(loader.loading(file, tree));
+    EXPECT_EQ(loader.getLastErrMsg(), "* Offset 0\n  Element number must be bigger than 0\n");
+}
+
 // Trees
 
 TEST(Oddities, fieldSetsAreEqualWhateverTheirNames)
@@ -359,6 +372,18 @@ TEST(Oddities, assigningABareValueKeepsTheName)
     EXPECT_STREQ(tree[0].getName(), "other");
 }
 
+TEST(Oddities, aLoadedDocumentIsNoBareValue)
+{
+    const CFields loaded = load("{\"port\"=1}");
+    CFields tree = load("{\"config\"=1, \"other\"=1, \"third\"=1}");
+    tree["config"] = loaded;
+    EXPECT_STREQ(tree[0].getName(), "");
+    tree["other"].setValue(loaded);
+    EXPECT_EQ(tree["other"]["port"].asSint32(), 1);
+    EXPECT_TRUE(CLoaders().loading("{\"port\"=1}", tree["third"]));
+    EXPECT_EQ(tree["third"]["port"].asSint32(), 1);
+}
+
 TEST(Oddities, setFieldKeepsTheIdWhenTheSourceHasNone)
 {
     CFields node;
@@ -395,6 +420,10 @@ TEST(Oddities, tooManyDigitsAreCutNotRefused)
     long long negative = 0;
     EXPECT_TRUE(aton64("-9223372036854775809", 20, negative));
     EXPECT_EQ(negative, 922337203685477580LL);
+    EXPECT_TRUE(aton64("9223372036854775807x", 20, negative));
+    EXPECT_EQ(negative, 922337203685477580LL);
+    EXPECT_FALSE(aton64("922337203685477580x", 19, negative));
+    EXPECT_EQ(negative, 0);
 }
 
 TEST(Oddities, commentsMustBeginWithASlash)
