@@ -1,4 +1,4 @@
-// core/double_text.h - doubles as decimal text of 17 significant digits.
+// core/double_text.h - doubles as decimal text: of 17 significant digits, or of as few as bring them back.
 //
 // 17 digits bring every double back exactly. The text is that of printf's "%.17g" in the "C" locale, made without
 // printf: saved documents consist largely of such numbers.
@@ -17,5 +17,14 @@ inline constexpr unsigned int s_cnDoubleTextRoom = 32;
 /// \return the end of the text
 /// Does not depend on locale or rounding mode.
 char* writeDouble(char* out, double value) noexcept;
+
+/// Writes a finite `value` with the fewest digits that read back to the same bits; of several such numbers the nearest.
+/// There is always a point or an exponent: "25.0", "-0.0", "1e+20". The exponent has at least two digits, and stands
+/// there when it is below -4 or above 15.
+///
+/// \param out  has room for 32 bytes, all of which may be overwritten; no NUL is written
+/// \return the end of the text
+/// Does not depend on locale or rounding mode.
+char* writeShortestDouble(char* out, double value) noexcept;
 
 }  // namespace murv::detail

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "core/escape_table.h"
+#include "core/utf8.h"
 
 namespace murv::detail
 {
@@ -107,6 +108,35 @@ char* writeQuoted(char* out, const char* text, std::size_t length) noexcept
                 break;
             escape = &s_ctEscapeTexts[static_cast<unsigned char>(*text)];
         } while (escape->m_ucLength != 1);
+    }
+    *out++ = '"';
+    return out;
+}
+
+char* writeQuotedCharacters(char* out, const char* text, std::size_t length) noexcept
+{
+    *out++ = '"';
+    const char* const end = text + length;
+    for (;;)
+    {
+        copyUntilStop<tEscapeStop>(text, end, out);
+        if (text == end)
+            break;
+        const tUtf8Point point = readUtf8(text, end);
+        if (point.m_nLength > 1 && isPrintable(point.m_uiCodePoint))
+        {
+            std::memcpy(out, text, point.m_nLength);
+            out += point.m_nLength;
+            text += point.m_nLength;
+            continue;
+        }
+        // Of a character that is not printable all bytes are escaped; of what is none, one.
+        for (std::size_t left = point.m_nLength == 0 ? 1 : point.m_nLength; left != 0; --left)
+        {
+            const tEscapeText& escape = s_ctEscapeTexts[static_cast<unsigned char>(*text++)];
+            std::memcpy(out, escape.m_acText.data(), 4);
+            out += escape.m_ucLength;
+        }
     }
     *out++ = '"';
     return out;

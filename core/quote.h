@@ -1,7 +1,7 @@
 // core/quote.h - text in double quotes, with escapes.
 //
 // Names and strings leave the library this way: printable ASCII as it is, all else as an escape, so that the text
-// survives any transport and reads back as the same bytes.
+// survives any transport and reads back as the same bytes. Lossless text keeps the characters of all alphabets, too.
 #pragma once
 
 #include <cstddef>
@@ -29,5 +29,8 @@ constexpr std::size_t quotedRoom(std::size_t length) noexcept
 /// \param text  may hold NUL bytes; null only with length 0
 /// \return the end of what was written
 char* writeQuoted(char* out, const char* text, std::size_t length) noexcept;
+
+/// The same, but well-formed UTF-8 of printable characters (see core/utf8.h) stays as it is. Needs the same room.
+char* writeQuotedCharacters(char* out, const char* text, std::size_t length) noexcept;
 
 }  // namespace murv::detail

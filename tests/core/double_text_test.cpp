@@ -36,6 +36,51 @@ std::string printed(double value)
     return text;
 }
 
+std::string shortTextOf(double value)
+{
+    const std::unique_ptr<char[]> room(new char[s_cnDoubleTextRoom]);
+    return std::string(room.get(), writeShortestDouble(room.get(), value));
+}
+
+/// The number of digits without the zeros around them.
+std::size_t digitCount(const std::string& text)
+{
+    std::string digits;
+    for (const char c : text.substr(0, text.find('e')))
+    {
+        if (c >= '0' && c <= '9')
+            digits += c;
+    }
+    const std::size_t first = digits.find_first_not_of('0');
+    return first == std::string::npos ? 0 : digits.find_last_not_of('0') - first + 1;
+}
+
+/// Judged by the C library: the text gives the same bits, is told from a whole number, and the nearest number of one
+/// digit less is another double.
+testing::AssertionResult isShortest(double value)
+{
+    if (!std::isfinite(value))
+        return testing::AssertionSuccess();
+    const std::string text = shortTextOf(value);
+    if (std::bit_cast<std::uint64_t>(std::strtod(text.c_str(), nullptr)) != std::bit_cast<std::uint64_t>(value))
+        return testing::AssertionFailure() << text << " reads as another number";
+    if (text.find_first_of(".e") == std::string::npos)
+        return testing::AssertionFailure() << text << " reads as an integer";
+    const std::size_t digits = digitCount(text);
+    if (digits < 2)
+        return testing::AssertionSuccess();
+    char shorter[64];
+    std::snprintf(shorter, sizeof shorter, "%.*e", static_cast<int>(digits) - 2, value);
+    if (std::strtod(shorter, nullptr) == value)
+        return testing::AssertionFailure() << text << " is longer than " << shorter;
+    char nearest[64];
+    std::snprintf(nearest, sizeof nearest, "%.*e", static_cast<int>(digits) - 1, value);
+    // Where the C library's nearest number of so many digits reads back, it is the one.
+    if (std::strtod(nearest, nullptr) == value && std::strtold(nearest, nullptr) != std::strtold(text.c_str(), nullptr))
+        return testing::AssertionFailure() << text << " is not as near as " << nearest;
+    return testing::AssertionSuccess();
+}
+
 /// Whether the value, its negative and its neighbours print as printf prints them.
 testing::AssertionResult printsLikePrintf(double value)
 {
@@ -182,6 +227,64 @@ TEST(WideMath, halvesGiveTheFullProduct)
         const std::uint64_t b = random();
         ASSERT_EQ(multiplyHalves(a, b).m_ullHigh, multiplyWide(a, b).m_ullHigh);
         ASSERT_EQ(multiplyHalves(a, b).m_ullLow, multiplyWide(a, b).m_ullLow);
+    }
+}
+
+TEST(ShortestDouble, knownTexts)
+{
+    const struct
+    {
+        double m_dValue;
+        const char* m_pText;
+    } cases[] = {
+        {0.0, "0.0"},
+        {-0.0, "-0.0"},
+        {25.0, "25.0"},
+        {-1.5, "-1.5"},
+        {0.1, "0.1"},
+        {100000.0, "100000.0"},
+        {0.0001, "0.0001"},
+        {0.00001, "1e-05"},
+        {4503599627370495.5, "4503599627370495.5"},
+        {9007199254740992.0, "9007199254740992.0"},
+        {9100000000000000.0, "9100000000000000.0"},
+        {1e16, "1e+16"},
+        {12345678901234568.0, "1.2345678901234568e+16"},
+        {1e20, "1e+20"},
+        {1e22, "1e+22"},
+        {1e23, "1e+23"},
+        {5e-324, "5e-324"},
+        {1e-323, "1e-323"},
+        {2.2250738585072014e-308, "2.2250738585072014e-308"},
+        {1.7976931348623157e308, "1.7976931348623157e+308"},
+        {5.684341886080802e-14, "5.684341886080802e-14"},  // a power of two: fewer digits fit above than below
+        {9.5367431640625e-07, "9.5367431640625e-07"},
+    };
+    for (const auto& row : cases)
+        EXPECT_EQ(shortTextOf(row.m_dValue), row.m_pText);
+}
+
+TEST(ShortestDouble, readsBackToTheSameBitsAndNoShorterTextDoes)
+{
+    std::mt19937_64 random(5);
+    for (int field = 0; field < 2047; ++field)
+    {
+        for (const std::uint64_t fraction : {std::uint64_t{0}, std::uint64_t{1}, (std::uint64_t{1} << 52) - 1})
+            ASSERT_TRUE(isShortest(std::bit_cast<double>(std::uint64_t(field) << 52 | fraction)));
+    }
+    for (std::uint64_t bits = 0; bits < 1000; ++bits)
+        ASSERT_TRUE(isShortest(std::bit_cast<double>(bits)));
+    for (int power = -323; power <= 308; ++power)
+    {
+        const double value = std::strtod(("1e" + std::to_string(power)).c_str(), nullptr);
+        ASSERT_TRUE(isShortest(value));
+        ASSERT_TRUE(isShortest(std::nextafter(value, 0.0)));
+    }
+    for (int i = 0; i < 20000; ++i)
+    {
+        ASSERT_TRUE(isShortest(std::bit_cast<double>(random())));
+        ASSERT_TRUE(isShortest(static_cast<double>(random() % 100000000) / 100));
+        ASSERT_TRUE(isShortest(std::ldexp(static_cast<double>(random() >> 11), -static_cast<int>(random() % 64))));
     }
 }
 

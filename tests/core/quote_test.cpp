@@ -13,6 +13,7 @@
 
 #include "core/escape_table.h"
 #include "core/hex.h"
+#include "core/utf8.h"
 #include "tests/core/text_helpers.h"
 
 namespace
@@ -26,6 +27,13 @@ std::string quotedText(std::string_view text)
     const CExactText exact(text);
     const std::unique_ptr<char[]> room(new char[quotedRoom(text.size())]);
     return std::string(room.get(), writeQuoted(room.get(), exact.begin(), exact.size()));
+}
+
+std::string quotedCharacters(std::string_view text)
+{
+    const CExactText exact(text);
+    const std::unique_ptr<char[]> room(new char[quotedRoom(text.size())]);
+    return std::string(room.get(), writeQuotedCharacters(room.get(), exact.begin(), exact.size()));
 }
 
 /// The rule byte by byte.
@@ -225,6 +233,49 @@ TEST(ByteScan, copyTakesAllBeforeTheStop)
             ASSERT_EQ(in, exact.begin() + place);
             ASSERT_EQ(std::string_view(room.get(), static_cast<std::size_t>(out - room.get())), text.substr(0, place));
         }
+    }
+}
+
+TEST(QuoteCharacters, printableOnesStandAsThemselves)
+{
+    EXPECT_EQ(quotedCharacters("Z\xC3\xBCrich \xE6\x97\xA5 \xF0\x9F\x98\x80"),
+              "\"Z\xC3\xBCrich \xE6\x97\xA5 \xF0\x9F\x98\x80\"");
+    EXPECT_EQ(quotedCharacters(""), "\"\"");
+    for (const unsigned int point : {0xA0U, 0xE000U, 0xFE0FU, 0xFFFDU, 0x10FFFDU, 0x3000U, 0xFDCFU, 0xFDF0U})
+        EXPECT_TRUE(isPrintable(point)) << point;
+}
+
+TEST(QuoteCharacters, hiddenOnesAreEscaped)
+{
+    for (const unsigned int point :
+         {0x00U,   0x1FU,    0x7FU,     0x80U,    0x9FU,    0xADU,   0x061CU, 0x200BU, 0x200DU, 0x200FU,
+          0x2028U, 0x2029U,  0x202EU,   0x2060U,  0x2066U,  0x2069U, 0xFEFFU, 0xFDD0U, 0xFDEFU, 0xFFFEU,
+          0xFFFFU, 0x1FFFEU, 0x10FFFFU, 0xE0001U, 0xE0041U, 0x115FU, 0x3164U, 0xFFA0U, 0x1D173U})
+        EXPECT_FALSE(isPrintable(point)) << point;
+    EXPECT_EQ(quotedCharacters("a\xE2\x80\x8B"), "\"a\\xE2\\x80\\x8B\"");
+}
+
+TEST(QuoteCharacters, bytesThatAreNoUtf8AreEscapedOneByOne)
+{
+    EXPECT_EQ(quotedCharacters("\xFF\x80\xC3"), "\"\\xFF\\x80\\xC3\"");
+    EXPECT_EQ(quotedCharacters("\xC3\x28"), "\"\\xC3(\"");
+    EXPECT_EQ(quotedCharacters("\xC0\x80\xE0\x9F\xBF\xF0\x8F\xBF\xBF"),
+              "\"\\xC0\\x80\\xE0\\x9F\\xBF\\xF0\\x8F\\xBF\\xBF\"")
+        << "overlong";
+    EXPECT_EQ(quotedCharacters("\xED\xA0\x80\xF4\x90\x80\x80\xF5"), "\"\\xED\\xA0\\x80\\xF4\\x90\\x80\\x80\\xF5\"")
+        << "half of a pair, and beyond the last";
+    EXPECT_EQ(quotedCharacters("\xE6\x97"), "\"\\xE6\\x97\"") << "cut";
+}
+
+TEST(QuoteCharacters, asciiIsAsEver)
+{
+    std::mt19937 random(3);
+    for (int i = 0; i < 2000; ++i)
+    {
+        std::string text(random() % 70, ' ');
+        for (char& c : text)
+            c = static_cast<char>(random() % 128);
+        ASSERT_EQ(quotedCharacters(text), quotedText(text));
     }
 }
 
