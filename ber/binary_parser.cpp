@@ -40,7 +40,8 @@ CBinaryParser::CBinaryParser(ILoaderCommon& loader, CBodySource& source, bool li
       m_tSource(source),
       m_bLittleEndian(littleEndian),
       m_bKeepComments(loader.m_bComment),
-      m_bDuplicate((loader.getLCBC() & LCBC_DUPLICATE) != 0)
+      m_bDuplicate((loader.getLCBC() & LCBC_DUPLICATE) != 0),
+      m_bLossless((loader.getLCBC() & LCBC_LOSSLESS) != 0)
 {
 }
 
@@ -79,7 +80,7 @@ bool CBinaryParser::loadFTI(tMURF_Node& record, CFields* target)
     if (!checkParedSize(s_cnCountSize))
         return addOverEnd(record);
     const auto count = take<std::uint32_t>();
-    if (count == 0)
+    if (count == 0 && !m_bLossless)
         return addError(s_cpNoMembers, record);
     if (record.m_uiID > CFields::maxSint32)
         return addError(s_cpBadId, record);
@@ -188,7 +189,7 @@ inline bool CBinaryParser::lookAtPlainContainer(tPlainContainer& container) cons
     container.m_uiCount = readNumber<std::uint32_t>(start + s_cnHeadSize, true);
     container.m_strvName = {name, static_cast<unsigned char>(name[-1])};
     container.m_nSize = s_cnEmptyContainer + container.m_strvName.size();
-    return container.m_uiCount != 0 && isZero(name + container.m_strvName.size(), s_cnNoComments);
+    return (container.m_uiCount != 0 || m_bLossless) && isZero(name + container.m_strvName.size(), s_cnNoComments);
 }
 
 inline bool CBinaryParser::lookAtPlainLeaf(tPlainLeaf& leaf) const
@@ -237,7 +238,9 @@ inline void CBinaryParser::setPlainLeaf(CFields& node, const tPlainLeaf& leaf)
 /// true gets none; such a container grows by what the file really holds until it ends early.
 CFieldVector* CBinaryParser::makeMembers(std::uint32_t count) const
 {
-    const std::uint64_t possible = m_tSource.mostRemaining() / s_cnShortestRecord;
+    if (count == 0)
+        return CFieldVector::empty();
+    const std::uint64_t possible = m_tSource.mostRemaining() / (m_bLossless ? s_cnEmptyContainer : s_cnShortestRecord);
     return m_ullAwaited + count <= possible ? CFieldVector::make(count, m_tLoader.m_pNodeStack->pool())
                                             : CFieldVector::empty();
 }

@@ -121,6 +121,7 @@ private:
     const bool m_bLittleEndian;
     const bool m_bKeepComments;
     const bool m_bDuplicate;               // members of equal name or ID are added
+    const bool m_bLossless;                // containers may be empty
     std::uint64_t m_ullAwaited = 0;        // members that open containers still wait for
     CMemberBuilder* m_pBuilder = nullptr;  // of the field set being filled
     CNodeStack m_tNoStack;                 // without room: members are built where they stay

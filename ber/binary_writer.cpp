@@ -118,7 +118,7 @@ CBinaryWriter::CBinaryWriter(const ISaver& saver)
       m_bExpressions((saver.m_ucStyle & SAVE_PEI) != 0),
       m_bValues((saver.m_ucStyle & SAVE_VALUE) != 0),
       m_bComments((saver.m_ucStyle & SAVE_COMMENT) != 0),
-      m_bSecondValue((saver.getSCBC() & SCBC_SECOND_VALUE) != 0)
+      m_bSecondValue((saver.getSCBC() & (SCBC_SECOND_VALUE | SCBC_LOSSLESS)) != 0)
 {
 }
 

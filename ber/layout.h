@@ -58,7 +58,7 @@ inline constexpr std::size_t s_cnEmptyLeaf =
     s_cnHeadSize + s_cnExpressionSize + s_cnNameLengthSize + s_cnNoComments + s_cnLengthSize;
 static_assert(s_cnEmptyContainer == 22 && s_cnEmptyLeaf == 32);
 
-/// What a record takes at least, a container's first member included.
+/// What a record takes at least, a container's first member included where there must be one.
 inline constexpr std::size_t s_cnShortestRecord = s_cnEmptyLeaf;
 
 /// No part of a record that has a fixed size, nor a name, is longer than this in one piece.

@@ -5,13 +5,16 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ber/binary_writer.h"
 #include "ber/layout.h"
 #include "ber/vernam.h"
 #include "ber/wipe.h"
 #include "core/error_table.h"
+#include "io/base/loss.h"
 #include "murv/saver.h"
+#include "packet/pei_rules.h"
 
 namespace murv
 {
@@ -26,6 +29,8 @@ using detail::s_cnHeaderSize;
 using detail::s_cnPasswordBlockLimit;
 
 constexpr const char* s_cpWriteHeader = "murv::CSaver4BER_BASIC::writeHeader";
+constexpr const char* s_cpSaving = "murv::CSaver4BER_BASIC::saving";
+constexpr const char* s_cpFile = "a binary file";
 constexpr const char* s_cpWriteField = "murv::CSaver4BER_BASIC::writeField";
 constexpr std::uint64_t s_cullLongestLength = 0xFFFFFFFF;
 
@@ -85,6 +90,68 @@ bool makeFile(std::string& file, detail::tKeptBlock& block, const tFileHead& hea
     }
 }
 
+/// What would be lost of a node in a file, or null.
+class CFileLoss
+{
+public:
+    explicit CFileLoss(unsigned char style) : m_ucStyle(style)
+    {
+    }
+    const char* operator()(const CFields& node, const detail::tNodeLevel& level) const
+    {
+        if (level.m_nLevel > detail::s_cnMostLevels)
+            return detail::s_cpLossOfLevel;
+        if (has(SAVE_PEI))
+        {
+            if (const char* const loss = lossOfExpression(node))
+                return loss;
+        }
+        return has(SAVE_COMMENT) && node.isComment() && !areCommentsHeld(node) ? detail::s_cpLossOfComment : nullptr;
+    }
+
+private:
+    bool has(E_SaveStyle part) const
+    {
+        return (m_ucStyle & part) != 0;
+    }
+    const char* lossOfExpression(const CFields& node) const
+    {
+        const tPacketExpInfo& pei = detail::tFieldAccess::pei(node);
+        if (!CFields::pkt_IsNullExp(pei))
+        {
+            if (detail::tFieldAccess::isContainer(node))
+                return detail::s_cpLossOfContainerPei;
+            if (pei.m_uiReserved != 0 || pei.m_eLengthExp > LEC_D || detail::findPeiFault(pei) != nullptr)
+                return detail::s_cpLossOfPei;
+        }
+        return has(SAVE_VALUE) ? detail::lossOfSecondValue(node) : nullptr;
+    }
+    /// A comment that is read loses a line feed at its end.
+    static bool areCommentsHeld(const CFields& node)
+    {
+        for (const E_CommentPosition position : {CP_before, CP_trailing, CP_after})
+        {
+            const char* const text = node.getCommentPtr(position);
+            if (text != nullptr && std::string_view(text).ends_with('\n'))
+                return false;
+        }
+        return true;
+    }
+
+    const unsigned char m_ucStyle;
+};
+
+/// Looks at a tree before a lossless saving, and reports the first node that would not come back equal.
+bool isFileWhole(ISaver& saver, unsigned char style, const CFields& root)
+{
+    std::vector<detail::tPathStep> steps;
+    const char* const loss = detail::findLoss(root, CFileLoss(style), steps);
+    if (loss == nullptr)
+        return true;
+    detail::reportLoss(saver, s_cpSaving, detail::path4Steps(steps), s_cpFile, loss);
+    return false;
+}
+
 }  // namespace
 
 CSaver4BER_BASIC::CSaver4BER_BASIC() = default;
@@ -112,7 +179,15 @@ std::string CSaver4BER_BASIC::saving(const CFields& root, unsigned char style, c
 
     const detail::CBinaryWriter writer(*this);
     std::string file;
+    if (BC32_Check(SCBC_LOSSLESS) && !isFileWhole(*this, style, root))
+        return file;
     const std::uint64_t bodySize = writer.bodySize(root);
+    if (BC32_Check(SCBC_LOSSLESS) &&
+        head.m_nSize + detail::CBodySink::enciphered(head.m_eCipher, bodySize) > detail::s_cnMostDocumentBytes)
+    {
+        detail::reportLoss(*this, s_cpSaving, detail::path4Steps({}), s_cpFile, "more than 2147483647 bytes");
+        return file;
+    }
     if (!makeFile(file, m_tResult, head, writer, root, key, bodySize))
         setUserError(detail::s_ciEncryptionFailed, "[%s#%d] Failed to the field encryption(ber_size=%u, retval=%u)",
                      s_cpWriteField, __LINE__,

@@ -43,6 +43,11 @@ public:
     {
         return m_nUnit;
     }
+    /// Whether readers take it for blanks that mean nothing.
+    bool isBlank() const
+    {
+        return m_strPattern.find_first_not_of(" \t") == std::string_view::npos;
+    }
 
     /// Bytes of room that both ways of writing need.
     std::size_t room() const

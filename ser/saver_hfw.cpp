@@ -6,6 +6,7 @@
 #include "io/base/text_sink.h"
 #include "murv/saver.h"
 #include "ser/text_layout.h"
+#include "ser/text_loss.h"
 
 namespace murv
 {
@@ -16,12 +17,19 @@ CSaver4SER_HFW::CSaver4SER_HFW(unsigned int indentWidth) : m_uiIndentWidth(inden
 
 std::string CSaver4SER_HFW::saving(const CFields& root, unsigned char style, const char* /*password*/)
 {
+    static constexpr const char* s_cpSaving = "murv::CSaver4SER_HFW::saving";
     static constexpr detail::tLayoutPlaces places = {"murv::CSaver4SER_HFW::unindent",
                                                      "murv::CSaver4SER_HFW::writeArray"};
     clearError();
     m_ucStyle = style;
+    const bool isLossless = BC32_Check(SCBC_LOSSLESS);
+    const detail::CIndentation indent(" ", m_uiIndentWidth);
+    if (isLossless && !detail::isTextWhole(*this, s_cpSaving, root, &indent))
+        return {};
     detail::CStringSink sink(m_tResult);
-    detail::CTextLayout(*this, places, sink, detail::CIndentation(" ", m_uiIndentWidth)).write(root);
+    detail::CTextLayout(*this, places, sink, indent).write(root);
+    if (isLossless && !detail::isTextLengthHeld(*this, s_cpSaving, sink.size()))
+        return {};
     return std::string(sink.text());
 }
 

@@ -9,6 +9,7 @@
 #include "core/walk_stack.h"
 #include "io/base/text_sink.h"
 #include "murv/saver.h"
+#include "ser/text_loss.h"
 #include "ser/value_writer.h"
 
 namespace murv
@@ -129,10 +130,12 @@ private:
         {
             *out++ = '#';
             out = writeUnsigned(out, tFieldAccess::id(node));
+            if (m_tValues.isLossless() && !(m_bNames && !name.empty()) && m_tValues.beginsWithDigit(node))
+                *out++ = ' ';
         }
         if (m_bNames && !name.empty())
         {
-            out = writeQuoted(out, name.data(), name.size());
+            out = m_tValues.writeText(out, name);
             *out++ = '=';
             if (m_bYaml)
                 *out++ = ' ';
@@ -168,12 +171,18 @@ void CSaver4SER_PKT::setCompatibilityYAML(bool compatible)
 
 std::string CSaver4SER_PKT::saving(const CFields& root, unsigned char style, const char* /*password*/)
 {
+    static constexpr const char* s_cpSaving = "murv::CSaver4SER_PKT::saving";
     clearError();
     m_ucStyle = static_cast<unsigned char>(style & ~SAVE_SPACING);
+    const bool isLossless = BC32_Check(SCBC_LOSSLESS);
+    if (isLossless && !detail::isTextWhole(*this, s_cpSaving, root, nullptr))
+        return {};
     detail::CStringSink sink(m_tResult);
     detail::CCompactText(*this, m_ucStyle, m_bYaml, sink).write(root);
     if (BC32_Check(SCBC_FINAL_NEWLINE))
         sink.put("\n");
+    if (isLossless && !detail::isTextLengthHeld(*this, s_cpSaving, sink.size()))
+        return {};
     return std::string(sink.text());
 }
 

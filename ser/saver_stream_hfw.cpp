@@ -9,6 +9,7 @@
 #include "io/base/text_sink.h"
 #include "murv/saver.h"
 #include "ser/text_layout.h"
+#include "ser/text_loss.h"
 
 namespace murv
 {
@@ -43,20 +44,26 @@ CStreamSaver4SER_HFW::CStreamSaver4SER_HFW(std::string indentUnit) : m_strIndent
 
 void CStreamSaver4SER_HFW::saving(std::ostream& os, const CFields& root, unsigned char style, const char* /*password*/)
 {
+    static constexpr const char* s_cpSaving = "murv::CStreamSaver4SER_HFW::saving";
     static constexpr detail::tLayoutPlaces places = {"murv::CStreamSaver4SER_HFW::unindent",
                                                      "murv::CStreamSaver4SER_HFW::writeArrayValue"};
     clearError();
     m_ucStyle = style;
+    const bool isLossless = BC32_Check(SCBC_LOSSLESS);
+    const detail::CIndentation indent(m_strIndentUnit, m_strIndentUnit.size());
+    if (isLossless && !detail::isTextWhole(*this, s_cpSaving, root, &indent))
+        return;
     const CStreamLease lease(m_pStream, os);
     detail::CStreamSink sink(m_tSlice, os);
-    const detail::CIndentation indent(m_strIndentUnit, m_strIndentUnit.size());
     detail::CTextLayout(*this, places, sink, indent).write(root);
     sink.flush();
     if (sink.failed())
     {
-        setUserError(detail::s_ciRuntimeError, "[%s#%d] Output stream failed", "murv::CStreamSaver4SER_HFW::saving",
-                     __LINE__);
+        setUserError(detail::s_ciRuntimeError, "[%s#%d] Output stream failed", s_cpSaving, __LINE__);
+        return;
     }
+    if (isLossless)
+        detail::isTextLengthHeld(*this, s_cpSaving, sink.given());
 }
 
 }  // namespace murv

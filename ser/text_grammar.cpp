@@ -225,7 +225,7 @@ bool CTextParser::loadMembers(const tTokenInfo& token)
     CFields& node = top();
     startContainer(node, type, token);
     COpenContainer open(m_tLoader, node);
-    bool more = true;
+    bool more = !m_bLossless || !isEmptyContainer(end);
     bool done = true;
     const char* p = m_pCursor;
     while (done && more)
@@ -241,6 +241,28 @@ bool CTextParser::loadMembers(const tTokenInfo& token)
     finishKind(node);
     noteValue(node, m_pCursor);
     return done;
+}
+
+/// Reads the end of a container, also behind comments, if nothing stands before it; else nothing but comments.
+bool CTextParser::isEmptyContainer(char end)
+{
+    skipSpaces();
+    const char* const first = m_pCursor;
+    tTokenInfo token{TT_comment, first, first};
+    while (m_pCursor != m_pEnd && *m_pCursor == '/' && token.m_eType == TT_comment)
+    {
+        loadToken(token);
+        skipSpaces();
+    }
+    if (m_pCursor != m_pEnd && *m_pCursor == end && token.m_eType == TT_comment)
+    {
+        ++m_pCursor;
+        return true;
+    }
+    // Comments that are not tolerated before a value are met again, and are an error there.
+    if (!m_bTolerant || token.m_eType != TT_comment)
+        m_pCursor = first;
+    return false;
 }
 
 bool CTextParser::loadChildFields(const tTokenInfo& token)

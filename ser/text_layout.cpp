@@ -9,6 +9,31 @@
 namespace murv::detail
 {
 
+namespace
+{
+
+/// Whether a line of comments ends inside a block comment.
+bool endsInside(std::string_view line, bool isInside)
+{
+    for (;;)
+    {
+        if (isInside)
+        {
+            const std::size_t end = line.find("*/");
+            if (end == std::string_view::npos)
+                return true;
+            line.remove_prefix(end + 2);
+        }
+        const std::size_t begin = line.find('/');
+        if (begin == std::string_view::npos || line.substr(begin, 2) != "/*")
+            return false;
+        line.remove_prefix(begin + 2);
+        isInside = true;
+    }
+}
+
+}  // namespace
+
 CTextLayout::CTextLayout(ISaver& saver, const tLayoutPlaces& places, ITextSink& sink, const CIndentation& indent)
     : m_tSaver(saver),
       m_tPlaces(places),
@@ -58,7 +83,7 @@ inline char* CTextLayout::writeId(char* out, unsigned int id, unsigned char& wri
 
 inline char* CTextLayout::writeName(char* out, std::string_view name, unsigned char& written)
 {
-    out = writeQuoted(out, name.data(), name.size());
+    out = m_tValues.writeText(out, name);
     if (m_bSpacing)
         *out++ = ' ';
     *out++ = '=';
@@ -185,7 +210,7 @@ bool CTextLayout::startFields(const CFields& node)
 {
     if (memberCount(node) == 0)
     {
-        putText("{}");
+        putEmpty("{}");
         return false;
     }
     openContainer('{');
@@ -197,7 +222,7 @@ bool CTextLayout::startArray(const CFields& node)
     const std::uint32_t count = memberCount(node);
     if (count == 0)
     {
-        putText("[]");
+        putEmpty("[]");
         return false;
     }
     if (mayStandOnOneLine(node, count))
@@ -291,14 +316,28 @@ std::string_view CTextLayout::measured(std::uint32_t index) const
 void CTextLayout::writeOnOneLine(std::uint32_t count)
 {
     const std::string_view separator = m_bSpacing ? ", " : ",";
-    putText("[ ");
+    putBlankAfterName();
+    putText(m_tValues.isLossless() ? "[" : "[ ");
     for (std::uint32_t i = 0; i < count; ++i)
     {
         if (i != 0)
             m_tSink.put(separator);
         m_tSink.put(measured(i));
     }
-    m_tSink.put(" ]");
+    m_tSink.put(m_tValues.isLossless() ? "]" : " ]");
+}
+
+void CTextLayout::putEmpty(std::string_view brackets)
+{
+    putBlankAfterName();
+    putText(brackets);
+}
+
+/// Brackets touch the "=" before them, except in a lossless saving. Where no name was written the line is open.
+void CTextLayout::putBlankAfterName()
+{
+    if (m_tValues.isLossless() && m_bSpacing && m_eLine == LINE_text)
+        m_tSink.put(" ");
 }
 
 /// The elements were written as if nothing had been written for them, so the last one always gets its line break.
@@ -322,11 +361,14 @@ void CTextLayout::writeCommentBefore(const CFields& node)
         return;
     startLine();
     std::string_view rest = comment;
+    bool isInside = false;  // of a block comment, whose lines stay as they are in a lossless saving
     for (std::size_t lineEnd = rest.find('\n'); lineEnd != std::string_view::npos; lineEnd = rest.find('\n'))
     {
-        putText(rest.substr(0, lineEnd + 1));
+        const std::string_view line = rest.substr(0, lineEnd + 1);
+        isInside = m_tValues.isLossless() && endsInside(line, isInside);
+        putText(line);
         rest.remove_prefix(lineEnd + 1);
-        if (rest.starts_with('/'))
+        if (rest.starts_with('/') && !isInside)
         {
             m_eLine = LINE_begin;
             startLine();

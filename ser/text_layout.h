@@ -103,6 +103,8 @@ private:
     bool mayStandOnOneLine(const CFields& array, std::uint32_t count) const;
     bool isWholeMeasure(std::uint32_t count);
     void writeOnOneLine(std::uint32_t count);
+    void putEmpty(std::string_view brackets);
+    void putBlankAfterName();
     void writeMeasuredLines(const CFields& array, std::uint32_t count);
     std::string_view measured(std::uint32_t index) const;
 

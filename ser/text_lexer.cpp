@@ -41,6 +41,7 @@ CTextParser::CTextParser(ILoaderCommon& loader)
       m_pCursor(loader.m_pDataBegin),
       m_bTolerant((loader.getLCBC() & LCBC_COMMENT) != 0),
       m_bEmptyNull((loader.getLCBC() & LCBC_EMPTY_NULL) != 0),
+      m_bLossless((loader.getLCBC() & LCBC_LOSSLESS) != 0),
       m_pLineChecked(loader.m_pDataBegin)
 {
 }

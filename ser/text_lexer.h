@@ -11,6 +11,7 @@
 #include "core/field_access.h"
 #include "core/field_vector.h"
 #include "core/number_scan.h"
+#include "ser/integer_mark.h"
 #include "ser/text_parser.h"
 
 namespace murv::detail
@@ -188,6 +189,8 @@ inline bool CTextParser::loadFreshNumber(const char*& p, CFields& node)
 {
     tScannedNumber number;
     const char* const end = scanNumberToken(p, m_pEnd, number);
+    if (m_bLossless)
+        applyMark(number, p, end);
     setNumber(node, number);
     finishFresh(p, node, end);
     return true;

@@ -78,6 +78,7 @@ private:
     bool loadPlainName(const char*& p, tTokenInfo& token);
     bool loadPlainValue(const char*& p, CFields& member);
     void startContainer(CFields& node, E_DataType type, const tTokenInfo& token);
+    bool isEmptyContainer(char end);
     CFields* addChild(unsigned int id);
     bool loadChildValue(CFields& member);
     bool loadChildContainer(CFields& member, E_TokenType type);
@@ -144,6 +145,7 @@ private:
     const char* m_pCursor;
     const bool m_bTolerant;                   // comments may stand anywhere
     const bool m_bEmptyNull;                  // a missing value is null
+    const bool m_bLossless;                   // empty containers stay empty, integers may be marked
     bool m_bClean = false;                    // the last string token holds no escape
     const char* m_pLineChecked;               // from here on lines behind the last value are still to be looked for
     std::vector<std::size_t> m_vCommentSeam;  // where comments that wait for a node meet without a line feed

@@ -15,9 +15,11 @@ namespace murv
 
 namespace detail
 {
-void setNumber(CFields& node, const char* text, unsigned int length)
+namespace
 {
-    const tScannedNumber number = scanNumber(text, length);
+/// Replaces the value of any node.
+void replaceByNumber(CFields& node, const tScannedNumber& number)
+{
     tSlot slot{number.m_eType, false, {}};
     if (number.m_eType == DT_double)
         slot.m_uValue.m_dValue = number.m_uValue.m_dValue;
@@ -26,6 +28,12 @@ void setNumber(CFields& node, const char* text, unsigned int length)
     else
         slot.m_uValue.m_llValue = number.m_uValue.m_llValue;
     tFieldAccess::replaceValue(node, slot);
+}
+}  // namespace
+
+void setNumber(CFields& node, const char* text, unsigned int length)
+{
+    replaceByNumber(node, scanNumber(text, length));
 }
 }  // namespace detail
 
@@ -41,7 +49,10 @@ namespace detail
 bool CTextParser::decodeNumber(CFields& node, const tTokenInfo& token)
 {
     startValue(node);
-    setNumber(node, token.m_pBegin, static_cast<unsigned int>(token.m_pEnd - token.m_pBegin));
+    tScannedNumber number = scanNumber(token.m_pBegin, static_cast<unsigned int>(token.m_pEnd - token.m_pBegin));
+    if (m_bLossless)
+        applyMark(number, token.m_pBegin, token.m_pEnd);
+    replaceByNumber(node, number);
     return finishValue(node, token);
 }
 

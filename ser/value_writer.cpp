@@ -29,7 +29,8 @@ CValueWriter::CValueWriter(ISaver& saver)
       m_bExpressions((saver.m_ucStyle & SAVE_PEI) != 0),
       m_bBlanks((saver.m_ucStyle & SAVE_SPACING) != 0 && (saver.m_ucStyle & SAVE_VALUE) != 0),
       m_bValues((saver.m_ucStyle & SAVE_VALUE) != 0),
-      m_bNullWord(saver.BC32_Check(SCBC_NULL_WORD))
+      m_bNullWord(saver.BC32_Check(SCBC_NULL_WORD | SCBC_LOSSLESS)),
+      m_bLossless(saver.BC32_Check(SCBC_LOSSLESS))
 {
 }
 
@@ -39,7 +40,7 @@ char CValueWriter::writeExpressed(ITextSink& sink, const CFields& node, unsigned
     tPacketExpInfo pei = tFieldAccess::pei(node);
     if (marksSecondValue(pei) && !node.isEqualDualValue())
     {
-        if (m_tSaver.BC32_Check(SCBC_SECOND_VALUE))
+        if (m_tSaver.BC32_Check(SCBC_SECOND_VALUE | SCBC_LOSSLESS))
             kind = VK_fix;
         else
             pei.m_usSkIndex = 0;
@@ -58,6 +59,12 @@ char CValueWriter::writeExpressed(ITextSink& sink, const CFields& node, unsigned
     }
     const char lastOfValue = writeValue(sink, tFieldAccess::slot(node, kind), written);
     return lastOfValue == '\0' ? last : lastOfValue;
+}
+
+std::string_view CValueWriter::expressionText(const CFields& node)
+{
+    unsigned char written = 0;
+    return m_tSaver.makePEI(tFieldAccess::type(node), tFieldAccess::pei(node), written);
 }
 
 void CValueWriter::reportUnknown(E_DataType type)

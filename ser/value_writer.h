@@ -4,6 +4,7 @@
 // straight into the sink's room.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -15,6 +16,7 @@
 #include "core/quote.h"
 #include "io/base/text_sink.h"
 #include "murv/saver.h"
+#include "ser/integer_mark.h"
 
 namespace murv::detail
 {
@@ -45,6 +47,34 @@ class CValueWriter
 public:
     /// \param saver  gives style and configuration, writes packet expressions and takes errors; outlives the writer
     explicit CValueWriter(ISaver& saver);
+
+    /// The style of the saving under way.
+    static unsigned char style(const ISaver& saver)
+    {
+        return saver.m_ucStyle;
+    }
+    /// The packet expression of a scalar, as it is written; valid until the next one. Empty when it cannot be.
+    std::string_view expressionText(const CFields& node);
+    /// Whether everything is written so that it reads back equal.
+    bool isLossless() const
+    {
+        return m_bLossless;
+    }
+    /// Whether a digit would be the first byte written.
+    bool beginsWithDigit(const CFields& node) const
+    {
+        const E_DataType type = tFieldAccess::type(node);
+        if (!m_bValues || (m_bExpressions && hasExpression(node)) || type < DT_sint || type > DT_double)
+            return false;
+        const uMultiValue& value = tFieldAccess::value(node);
+        return type == DT_double ? !std::signbit(value.m_dValue) : type == DT_uint || value.m_llValue >= 0;
+    }
+    /// A name or a string value in quotes; needs quotedRoom().
+    char* writeText(char* out, std::string_view text) const
+    {
+        return m_bLossless ? writeQuotedCharacters(out, text.data(), text.size())
+                           : writeQuoted(out, text.data(), text.size());
+    }
 
     /// \param node     a scalar
     /// \param written  parts that stand before it already (E_Written); updated
@@ -86,13 +116,19 @@ private:
     {
         char* const begin = sink.room(1 + roomWhenQuoted(codes));
         char* out = writeBlank(begin, written);
-        if (m_bValues && !codes.empty())
+        if (m_bValues && (!codes.empty() || m_bLossless))
         {
-            out = writeQuoted(out, codes.data(), codes.size());
+            out = writeText(out, codes);
             written |= WRITTEN_VALUE;
         }
         sink.take(out);
         return out == begin ? '\0' : out[-1];
+    }
+    /// A number that reads as another integer type without its mark.
+    char* writeMark(char* out, bool isMarked) const
+    {
+        *out = s_ccOtherInteger;
+        return out + (m_bLossless && isMarked ? 1 : 0);
     }
     char* writeBlank(char* out, unsigned char written) const
     {
@@ -109,9 +145,18 @@ private:
             out = copyWord(out, "null");
             break;
         case DT_bool: out = copyWord(out, slot.m_uValue.m_bValue ? "true" : "false"); break;
-        case DT_sint: out = writeSigned(out, slot.m_uValue.m_llValue); break;
-        case DT_uint: out = writeUnsigned(out, slot.m_uValue.m_ullValue); break;
-        case DT_double: out = writeDouble(out, slot.m_uValue.m_dValue); break;
+        case DT_sint:
+            out = writeMark(out, slot.m_uValue.m_llValue > s_cllLastPlainSigned);
+            out = writeSigned(out, slot.m_uValue.m_llValue);
+            break;
+        case DT_uint:
+            out = writeMark(out, slot.m_uValue.m_ullValue <= std::uint64_t{s_cllLastPlainSigned});
+            out = writeUnsigned(out, slot.m_uValue.m_ullValue);
+            break;
+        case DT_double:
+            out = m_bLossless ? writeShortestDouble(out, slot.m_uValue.m_dValue)
+                              : writeDouble(out, slot.m_uValue.m_dValue);
+            break;
         default: reportUnknown(slot.m_eType); return out;
         }
         written |= WRITTEN_VALUE;
@@ -130,6 +175,7 @@ private:
     bool m_bBlanks;       // blanks before values are saved
     bool m_bValues;
     bool m_bNullWord;
+    bool m_bLossless;
 };
 
 }  // namespace murv::detail

@@ -59,6 +59,7 @@ enum E_LoaderConfigBit : unsigned int
     LCBC_COMMENT = 0x10,          ///< comments are tolerated, and kept when the caller's comment switch is on
     LCBC_EMPTY_NULL = 0x20,       ///< text: a missing value is read as null
     LCBC_DUPLICATE = 0x40,        ///< members with equal names or IDs are added; when clear the first one is read again
+    LCBC_LOSSLESS = 0x80,         ///< empty containers stay empty, and "05" is unsigned: see SCBC_LOSSLESS
 };
 
 /// The configuration word of a loader; 0x30 (LCBC_COMMENT and LCBC_EMPTY_NULL) unless told otherwise.

@@ -155,9 +155,16 @@ public:
         rewind();
         if (slice.empty() || m_bFailed)
             return;
+        m_ullGiven += slice.size();
         m_bFailed = true;  // also when the next line throws
         m_tStream.write(slice.data(), static_cast<std::streamsize>(slice.size()));
         m_bFailed = !m_tStream.good();
+    }
+
+    /// Bytes that the stream was given.
+    unsigned long long given() const
+    {
+        return m_ullGiven;
     }
 
 private:
@@ -171,6 +178,7 @@ private:
     }
 
     std::ostream& m_tStream;
+    unsigned long long m_ullGiven = 0;
 };
 
 }  // namespace murv::detail
