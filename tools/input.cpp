@@ -240,7 +240,7 @@ void tLoadOptions::declare(CLI::App& verb)
 
 unsigned int tLoadOptions::flags() const
 {
-    return LCBC_COMMENT | LCBC_EMPTY_NULL | (m_bUtf8 ? LCBC_UNICODE_UTF8 : 0U) |
+    return LCBC_COMMENT | LCBC_EMPTY_NULL | LCBC_LOSSLESS | (m_bUtf8 ? LCBC_UNICODE_UTF8 : 0U) |
            (m_bNumberNames ? LCBC_NUMBER_NAME : 0U);
 }
 

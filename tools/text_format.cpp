@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "murv/saver.h"
+#include "tools/node_path.h"
 
 namespace murv::tool
 {
@@ -59,58 +60,68 @@ bool isNumberSpelling(std::string_view text)
     return !text.empty() && text.find_first_not_of("+-.0123456789Ee") == std::string_view::npos;
 }
 
-/// Whether the only member is one that the text did not hold: "{}" and "[]" are read as a container of one null.
-bool isWrittenEmpty(const CFields& node, std::string_view source)
-{
-    if (source.empty() || node.getChildCount() != 1)
-        return false;
-    const CFields& member = node.getChildAt(0);
-    return member.isNull() && member.getNameLen() == 0 && member.getID() == 0 && !member.isComment() &&
-           CFields::pkt_IsNullExp(member.pkt_GetExp()) && spelling4Node(member, source) != "null";
-}
+constexpr const char* s_cpContainerPei = "the packet expression of this container would be lost";
 
-/// In compact text no blank stands behind an ID, so that a number without a name would become a part of it.
-bool isGluedToId(const CFields& node, E_DataType type)
-{
-    if (node.getID() == 0 || node.getNameLen() != 0 || (type != DT_sint && type != DT_uint && type != DT_double) ||
-        !CFields::pkt_IsNullExp(node.pkt_GetExp()))
-        return false;
-    const char first = node.asString()[0];
-    return first >= '0' && first <= '9';
-}
-
-/// Why the node cannot be written as it is; null when it can.
-const char* loss4Node(const CFields& node, E_DataType type, bool compact)
-{
-    const bool container = type == DT_fields || type == DT_array;
-    if (container && !CFields::pkt_IsNullExp(node.pkt_GetExp()))
-        return "the packet expression of this container would be lost";
-    if (compact && isGluedToId(node, type))
-        return "compact text cannot hold a number directly behind an ID";
-    return nullptr;
-}
-
-tLoss findLoss(CFields& root, bool compact)
+/// The first container with a packet expression, which neither text nor a binary file can give it back.
+tLoss findContainerPei(CFields& root)
 {
     tLoss loss;
-    forEachNode(root, [&loss, compact](CFields& node, E_DataType type) {
-        const char* const message = loss.m_pNode == nullptr ? loss4Node(node, type, compact) : nullptr;
-        if (message != nullptr)
-            loss = {&node, message};
+    forEachNode(root, [&loss](CFields& node, E_DataType type) {
+        const bool container = type == DT_fields || type == DT_array;
+        if (loss.m_pNode == nullptr && container && !CFields::pkt_IsNullExp(node.pkt_GetExp()))
+            loss = {&node, s_cpContainerPei};
     });
     return loss;
 }
 
-std::vector<tKept> findKept(CFields& root, std::string_view source)
+/// What a lossless saver could not hold: its message begins with the path of the node.
+tLoss loss4Message(CFields& root, const CErrorBase& saver)
+{
+    constexpr std::string_view rootPath = "the root:";
+    tLoss loss;
+    loss.m_strMessage = withoutFunction(saver.getLastErrMsg());
+    const std::string& message = loss.m_strMessage;
+    if (message.compare(0, rootPath.size(), rootPath) == 0)
+    {
+        loss.m_pNode = &root;
+        return loss;
+    }
+    std::size_t end = 0;
+    for (bool quoted = false; end < message.size() && (quoted || message[end] != ':'); ++end)
+    {
+        if (message[end] == '"')
+            quoted = !quoted;
+        else if (quoted && message[end] == '\\')
+            ++end;
+    }
+    const tNodePath path = parseNodePath(std::string_view(message).substr(0, end));
+    std::size_t taken = 0;
+    if (path.m_pError == nullptr)
+        loss.m_pNode = findNode(root, path, taken);
+    return loss;
+}
+
+/// Whether leaving out the only member would leave an empty container.
+bool isOnlyNull(const CFields& container)
+{
+    if (container.getChildCount() != 1)
+        return false;
+    const CFields& member = container.getChildAt(0);
+    return member.isNull() && member.getNameLen() == 0 && member.getID() == 0 &&
+           CFields::pkt_IsNullExp(member.pkt_GetExp());
+}
+
+std::vector<tKept> findKept(CFields& root, std::string_view source, bool nullWord)
 {
     std::vector<tKept> kept;
-    forEachNode(root, [&kept, source](CFields& node, E_DataType type) {
-        if (type == DT_codelist && node.getRawBytes() == 0)
-            kept.push_back({&node, "\"\""});
-        else if (type == DT_double && isNumberSpelling(spelling4Node(node, source)))
+    const CFields* neededNull = &root;
+    forEachNode(root, [&](CFields& node, E_DataType type) {
+        if (type == DT_double && isNumberSpelling(spelling4Node(node, source)))
             kept.push_back({&node, spelling4Node(node, source)});
-        else if ((type == DT_fields || type == DT_array) && isWrittenEmpty(node, source))
-            node.removeChildAll();
+        else if (type == DT_null && !nullWord && &node != neededNull)
+            kept.push_back({&node, std::string_view()});
+        else if ((type == DT_fields || type == DT_array) && isOnlyNull(node))
+            neededNull = &node.getChildAt(0);
     });
     return kept;
 }
@@ -146,6 +157,13 @@ std::size_t endOfStandIn(std::string_view text, std::size_t at, const std::strin
     return end != std::string_view::npos && text[end] == '"' ? end + 1 : std::string_view::npos;
 }
 
+/// Behind "=" and ")" stands a blank only when a value follows.
+bool endsInBlankBeforeValue(std::string_view text)
+{
+    const std::size_t size = text.size();
+    return size >= 2 && text[size - 1] == ' ' && (text[size - 2] == '=' || text[size - 2] == ')');
+}
+
 /// Puts the spellings back; nothing when the stand-ins are not the only texts of their kind.
 std::optional<std::string> putSpellings(std::string_view text, const std::vector<tKept>& kept,
                                         const std::string& standIn)
@@ -166,6 +184,8 @@ std::optional<std::string> putSpellings(std::string_view text, const std::vector
         if (next == kept.size())
             return std::nullopt;
         out += text.substr(copied, at - copied);
+        if (kept[next].m_svSpelling.empty() && endsInBlankBeforeValue(out))
+            out.pop_back();
         out += kept[next++].m_svSpelling;
         at = copied = end;
     }
@@ -175,19 +195,14 @@ std::optional<std::string> putSpellings(std::string_view text, const std::vector
     return out;
 }
 
-void checkSaved(const CErrorBase& saver)
-{
-    if (saver.isError())
-        throw CLogicError(saver.getLastErrMsg());
-}
-
 unsigned int savingBits(const tFormat& format)
 {
-    return SCBC_SECOND_VALUE | (format.m_bOneLineArrays ? SCBC_ONE_LINE_ARRAY : 0U) |
-           (format.m_bNullWord ? SCBC_NULL_WORD : 0U) | (format.m_bFinalNewline ? SCBC_FINAL_NEWLINE : 0U);
+    return SCBC_SECOND_VALUE | SCBC_LOSSLESS | (format.m_bOneLineArrays ? SCBC_ONE_LINE_ARRAY : 0U) |
+           (format.m_bFinalNewline ? SCBC_FINAL_NEWLINE : 0U);
 }
 
-std::string saved(const CFields& tree, const tFormat& format)
+/// \return false when text cannot hold the tree
+bool save(CFields& tree, const tFormat& format, std::string& text, tLoss& loss)
 {
     const bool blanks = format.m_strIndentUnit.find_first_not_of(' ') == std::string::npos;
     if (format.m_bCompact || blanks)
@@ -196,16 +211,19 @@ std::string saved(const CFields& tree, const tFormat& format)
         CSaver4SER_HFW indented(static_cast<unsigned int>(format.m_strIndentUnit.size()));
         IStringSaver& saver = format.m_bCompact ? static_cast<IStringSaver&>(compact) : indented;
         saver.setSCBC(savingBits(format));
-        std::string text = saver.saving(tree, SAVE_ALL);
-        checkSaved(saver);
-        return text;
+        text = saver.saving(tree, SAVE_ALL);
+        if (saver.isError())
+            loss = loss4Message(tree, saver);
+        return !saver.isError();
     }
     CStreamSaver4SER_HFW saver(format.m_strIndentUnit);
     saver.setSCBC(savingBits(format));
     std::ostringstream stream;
     saver.saving(stream, tree, SAVE_ALL);
-    checkSaved(saver);
-    return stream.str();
+    if (saver.isError())
+        loss = loss4Message(tree, saver);
+    text = stream.str();
+    return !saver.isError();
 }
 
 bool isSameExpression(const CFields& a, const CFields& b)
@@ -243,22 +261,55 @@ std::string normalComment(std::string_view comment)
 }
 }  // namespace
 
-std::string text4Tree(CFields& tree, std::string_view source, const tFormat& format, tLoss* loss)
+bool writeText(CFields& tree, std::string_view source, const tFormat& format, std::string& text, tLoss& loss)
 {
-    if (loss != nullptr)
-        *loss = findLoss(tree, format.m_bCompact);
-    const std::vector<tKept> kept = findKept(tree, source);
+    loss = findContainerPei(tree);
+    if (loss.m_pNode != nullptr)
+        return false;
+    const std::vector<tKept> kept = findKept(tree, source, format.m_bNullWord);
     if (kept.empty())
-        return saved(tree, format);
+        return save(tree, format, text, loss);
     constexpr std::size_t mostAttempts = 1000;  // a text that holds all of these was made to
     for (std::size_t attempt = 0; attempt < mostAttempts; ++attempt)
     {
         const std::string standIn = standIn4Attempt(attempt);
         putStandIns(kept, standIn);
-        if (const std::optional<std::string> text = putSpellings(saved(tree, format), kept, standIn))
-            return *text;
+        if (!save(tree, format, text, loss))
+            return false;
+        if (std::optional<std::string> spelled = putSpellings(text, kept, standIn))
+        {
+            text = std::move(*spelled);
+            return true;
+        }
     }
     throw CLogicError("no text was found that does not occur in the document");
+}
+
+bool writeBinary(CFields& tree, const std::string& password, std::string& file, tLoss& loss)
+{
+    loss = findContainerPei(tree);
+    if (loss.m_pNode != nullptr)
+        return false;
+    CSavers saver(SCBC_SECOND_VALUE | SCBC_LOSSLESS);
+    file = saver.saving(tree, ER_BER, SAVE_ALL, password.c_str());
+    if (saver.isError())
+        loss = loss4Message(tree, saver);
+    return !saver.isError();
+}
+
+E_ExitCode reportLoss(const tInput& input, const tLoss& loss, CDiagnostics& diagnostics)
+{
+    tDiagnostic diagnostic;
+    diagnostic.m_strFile = input.m_strName;
+    diagnostic.m_strMessage = loss.m_strMessage;
+    if (input.isText() && loss.m_pNode != nullptr)  // binary files have no lines to show
+    {
+        const auto begin = static_cast<std::size_t>(loss.m_pNode->getOffsetStart());
+        diagnostic.m_svSource = input.text();
+        diagnostic.m_tRange = {begin, begin + 1};
+    }
+    diagnostics.report(diagnostic);
+    return EC_malformed;
 }
 
 bool isSameDocument(const CFields& a, const CFields& b)

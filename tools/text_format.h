@@ -1,7 +1,7 @@
 // tools/text_format.h - the text of a document, laid out anew without changing what it says.
 //
-// The library's savers write values: 0.1 with 17 digits, 1.0 as 1, an empty string as nothing. That is right for data
-// and wrong for a text that a person wrote, so numbers keep their spelling here, and empty strings are written.
+// A lossless saving writes every value so that it reads back equal. A text that a person wrote is more than its values,
+// so doubles keep their spelling here, 1e3 or 1.50.
 #pragma once
 
 #include <optional>
@@ -9,6 +9,8 @@
 #include <string_view>
 
 #include "murv/fields.h"
+#include "tools/exit_code.h"
+#include "tools/input.h"
 #include "tools/source_text.h"
 
 namespace murv::tool
@@ -23,19 +25,26 @@ struct tFormat
     std::string m_strIndentUnit = "  ";
 };
 
-/// What a text cannot hold although trees can.
+/// What a document cannot hold although trees can.
 struct tLoss
 {
-    const CFields* m_pNode = nullptr;  // null when all can be written
-    const char* m_pMessage = nullptr;
+    const CFields* m_pNode = nullptr;  // that would lose something; null when its place is not known
+    std::string m_strMessage;          // empty when all can be written
 };
 
-/// The text of a tree.
+/// Writes the text of a tree, so that it reads back equal.
 ///
 /// \param tree    its values are changed on the way; of what it holds afterwards only the structure may be relied on
 /// \param source  the text that it was loaded from; empty when it was not loaded from text
-/// \param loss    given the first thing that the text lacks
-std::string text4Tree(CFields& tree, std::string_view source, const tFormat& format, tLoss* loss = nullptr);
+/// \param loss    given the first thing that text cannot hold
+/// \return false when there is such a thing
+bool writeText(CFields& tree, std::string_view source, const tFormat& format, std::string& text, tLoss& loss);
+
+/// The same as a binary file.
+bool writeBinary(CFields& tree, const std::string& password, std::string& file, tLoss& loss);
+
+/// Tells what a result would lack, at the place in the document where it stands. \return the exit code for that
+E_ExitCode reportLoss(const tInput& input, const tLoss& loss, CDiagnostics& diagnostics);
 
 /// Compares everything that a document states except comments: values, types, names, IDs, packet expressions.
 bool isSameDocument(const CFields& a, const CFields& b);

@@ -1,7 +1,7 @@
 // tools/verb_convert.cpp - murv convert: text to binary files and back.
 //
-// A result is written only after it has been read back and holds the same tree: there are trees that text or a binary
-// file cannot hold, such as, in a binary file, a container without members.
+// Savings are lossless: what a text or a binary file cannot hold is named. A result is written only after it has been
+// read back and holds the same tree.
 #include "tools/verb.h"
 
 #include <unistd.h>
@@ -97,14 +97,13 @@ private:
                           : toText(input, tree, diagnostics, result);
     }
 
-    E_ExitCode toBinary(const tInput& input, const CFields& tree, const std::string& password,
-                        CDiagnostics& diagnostics, std::string& result) const
+    E_ExitCode toBinary(const tInput& input, CFields& tree, const std::string& password, CDiagnostics& diagnostics,
+                        std::string& result) const
     {
-        CSavers saver;
-        result = saver.saving(tree, ER_BER, SAVE_ALL, password.c_str());
-        if (saver.isError())
-            return diagnostics.error(input.m_strName, withoutFunction(saver.getLastErrMsg())), EC_malformed;
-        CLoaders loader(LCBC_COMMENT | LCBC_DUPLICATE);
+        tLoss loss;
+        if (!writeBinary(tree, password, result, loss))
+            return reportLoss(input, loss, diagnostics);
+        CLoaders loader(LCBC_COMMENT | LCBC_DUPLICATE | LCBC_LOSSLESS);
         CFields again;
         if (!loader.loading(result, again, password.c_str()))
             return diagnostics.error(input.m_strName, "a binary file cannot hold it: " + reason(loader)), EC_malformed;
@@ -119,12 +118,14 @@ private:
         return errors.empty() ? withoutFunction(loader.getLastErrMsg()) : errors.front().m_strMessage;
     }
 
-    E_ExitCode toText(const tInput& input, const CFields& tree, CDiagnostics& diagnostics, std::string& result) const
+    E_ExitCode toText(const tInput& input, CFields& spent, CDiagnostics& diagnostics, std::string& result) const
     {
         tFormat format;
         format.m_bCompact = m_strTo == "compact";
-        CFields spent = tree;
-        result = text4Tree(spent, input.isText() ? input.text() : std::string_view(), format);
+        const CFields tree = spent;
+        tLoss loss;
+        if (!writeText(spent, input.isText() ? input.text() : std::string_view(), format, result, loss))
+            return reportLoss(input, loss, diagnostics);
         CLoader4SER loader(m_tLoad.flags() | LCBC_DUPLICATE);
         CFields again;
         if (loader.loading(result, again) && isSameDocument(tree, again))

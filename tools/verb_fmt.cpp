@@ -98,12 +98,8 @@ private:
         if (const E_ExitCode code = loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_error, diagnostics, tree))
             return code;
         tLoss loss;
-        text = text4Tree(tree, input.isText() ? input.text() : std::string_view(), m_tFormat, &loss);
-        if (loss.m_pNode != nullptr)
-        {
-            const auto begin = static_cast<std::size_t>(loss.m_pNode->getOffsetStart());
-            return reportLost(input, loss.m_pMessage, {begin, begin + 1}, diagnostics);
-        }
+        if (!writeText(tree, input.isText() ? input.text() : std::string_view(), m_tFormat, text, loss))
+            return reportLoss(input, loss, diagnostics);
         if (m_tFormat.m_bCompact || !input.isText())
             return EC_done;
         const std::optional<tRange> lost = findLostComment(input.text(), text);
@@ -121,11 +117,8 @@ private:
         tDiagnostic diagnostic;
         diagnostic.m_strFile = input.m_strName;
         diagnostic.m_strMessage = message;
-        if (input.isText())  // binary files have no lines to show
-        {
-            diagnostic.m_svSource = input.text();
-            diagnostic.m_tRange = range;
-        }
+        diagnostic.m_svSource = input.text();
+        diagnostic.m_tRange = range;
         diagnostics.report(diagnostic);
         return EC_malformed;
     }

@@ -44,7 +44,8 @@ public:
         CFields* const node = findNode(tree, path, taken);
         if (node == nullptr)
             return reportMissing(input, path, taken, session.m_tDiagnostics);
-        put(*node, input, session.m_tOutput);
+        if (const E_ExitCode code = put(*node, input, session))
+            return code;
         return session.m_tOutput.finish(session.m_tDiagnostics);
     }
 
@@ -71,18 +72,24 @@ private:
         return EC_no;
     }
 
-    void put(CFields& node, const tInput& input, CStandardOutput& output) const
+    E_ExitCode put(CFields& node, const tInput& input, tSession& session) const
     {
         if (m_bJson)
-            return output.put(json4Value(node) + "\n");
+            return session.m_tOutput.put(json4Value(node) + "\n"), EC_done;
         if (m_bRaw && node.isCodelist())
-            return output.put(node.asString());
+            return session.m_tOutput.put(node.asString()), EC_done;
         // The value alone: what belongs to the member (name, ID, packet expression, comments) is left out.
         CFields value;
         value.swapValue(node, false);
         value.setOffsetStart(node.getOffsetStart());
         value.setOffsetEnd(node.getOffsetEnd());
-        output.put(text4Tree(value, input.isText() ? input.text() : std::string_view(), {}));
+        value.setVK(VK_actual);
+        std::string text;
+        tLoss loss;
+        if (!writeText(value, input.isText() ? input.text() : std::string_view(), {}, text, loss))
+            return reportLoss(input, loss, session.m_tDiagnostics);
+        session.m_tOutput.put(text);
+        return EC_done;
     }
 
     std::string m_strFile;

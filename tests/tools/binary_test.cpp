@@ -21,7 +21,7 @@ TEST(BinaryFiles, areReadByEveryVerb)
 {
     const CTemporaryDirectory files;
     files.write("a.murf", binaryDocument());
-    EXPECT_EQ(murv(files, {"fmt", "a.murf"}).m_strOutput, "// top\n{\n  #7 \"a\" = 0.5,\n  \"b\" =[ 1, \"\" ]\n}\n");
+    EXPECT_EQ(murv(files, {"fmt", "a.murf"}).m_strOutput, "// top\n{\n  #7 \"a\" = 0.5,\n  \"b\" = [1, \"\"]\n}\n");
     EXPECT_EQ(murv(files, {"check", "a.murf"}).m_strOutput, "a.murf: accepted\n");
     EXPECT_EQ(murv(files, {"get", "a.murf", "b[0]"}).m_strOutput, "1\n");
     const tRun stat = murv(files, {"stat", "a.murf"});

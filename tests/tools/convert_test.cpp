@@ -1,8 +1,10 @@
 // tests/tools/convert_test.cpp - murv convert: text to binary files and back, with and without a password.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 
+#include "murv/murv.h"
 #include "tests/tools/tool.h"
 
 namespace murv::tests
@@ -281,6 +283,65 @@ TEST(Convert, passwordFileWithoutANameIsAWrongCall)
         EXPECT_EQ(run.m_strError, "murv: error: " + std::string(option) + ": names no file (see murv --help)\n");
     }
     EXPECT_FALSE(hasResult(files));
+}
+
+TEST(Convert, whatTextSaysComesBackFromABinaryFile)
+{
+    const std::string document =
+        "{\n  \"price\" = 25.0,\n  \"none\" = \"\",\n  \"set\" = {},\n  \"list\" = [],\n"
+        "  \"name\" = \"Z\xC3\xBCrich\",\n  \"tenth\" = 0.1,\n  \"unsigned\" = 05\n}\n";
+    const tRun binary = murvOn(document, {"convert", "--to", "binary", "-"});
+    EXPECT_EQ(binary.m_strError, "");
+    EXPECT_EQ(binary.m_iExit, 0);
+    const tRun text = murvOn(binary.m_strOutput, {"convert", "--to", "text", "-"});
+    EXPECT_EQ(text.m_strError, "");
+    EXPECT_EQ(text.m_strOutput, document);
+    EXPECT_EQ(murvOn(binary.m_strOutput, {"check", "-"}).m_iExit, 0);
+    EXPECT_EQ(murvOn(binary.m_strOutput, {"get", "-", "price"}).m_strOutput, "25.0\n");
+    EXPECT_EQ(murvOn(binary.m_strOutput, {"get", "-", "list"}).m_strOutput, "[]\n");
+    EXPECT_EQ(murvOn(binary.m_strOutput, {"convert", "--to", "compact", "-"}).m_strOutput,
+              "{\"price\"=25.0,\"none\"=\"\",\"set\"={},\"list\"=[],\"name\"=\"Z\xC3\xBCrich\",\"tenth\"=0.1,"
+              "\"unsigned\"=05}\n");
+}
+
+TEST(Convert, whatTextCannotHoldIsNamedByItsPath)
+{
+    CFields tree(DT_fields);
+    CFields& orders = tree.addChildRef("orders");
+    orders.setValue(DT_array);
+    orders.addArrayAt(CFields(DT_fields)).addChildRef("price").setValue(std::nan(""));
+    for (const char* const encoding : {"text", "compact"})
+    {
+        const tRun run = murvOn(tree.toMURV(ER_BER), {"convert", "--to", encoding, "-"});
+        EXPECT_EQ(run.m_iExit, 3);
+        EXPECT_EQ(run.m_strOutput, "");
+        EXPECT_EQ(run.m_strError, "<stdin>: error: orders[0].price: text cannot hold NaN\n");
+    }
+    EXPECT_EQ(murvOn(tree.toMURV(ER_BER), {"get", "-", "orders"}).m_iExit, 3);
+    EXPECT_EQ(murvOn(tree.toMURV(ER_BER), {"get", "-", "orders", "--json"}).m_strOutput, "[{\"price\":null}]\n");
+}
+
+TEST(Convert, thePacketExpressionOfAContainerIsRefusedAtItsPlace)
+{
+    for (const char* const encoding : {"text", "compact", "binary"})
+    {
+        const tRun run = murvOn("{\"a\"=[1,\n(ACF4) [1]]}", {"convert", "--to", encoding, "-"});
+        EXPECT_EQ(run.m_iExit, 3) << encoding;
+        EXPECT_EQ(run.m_strError,
+                  "<stdin>:2:8: error: the packet expression of this container would be lost\n"
+                  "(ACF4) [1]]}\n"
+                  "       ^\n");
+    }
+}
+
+TEST(Convert, whatIsLostInTextIsShownAtItsPlace)
+{
+    const tRun run = murvOn("{\"a b\"=[1,\n(ANV2+128) 5]}", {"convert", "--to", "compact", "-"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError,
+              "<stdin>:2:12: error: \"a b\"[1]: text cannot hold this packet expression\n"
+              "(ANV2+128) 5]}\n"
+              "           ^\n");
 }
 
 TEST(Convert, malformedFileLeavesNoResult)

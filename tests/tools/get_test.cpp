@@ -43,19 +43,19 @@ TEST(Get, pathsLeadByNameIndexAndId)
 
 TEST(Get, dotIsTheRoot)
 {
-    EXPECT_EQ(murvOn("[1, 2]", {"get", "-", "."}).m_strOutput, "[ 1, 2 ]\n");
+    EXPECT_EQ(murvOn("[1, 2]", {"get", "-", "."}).m_strOutput, "[1, 2]\n");
 }
 
 TEST(Get, containersAreWrittenAsText)
 {
     EXPECT_EQ(value("#9"),
               "{\n  \"on\" = true,\n  \"none\" = null,\n  \"list\" =\n  [\n    1,\n"
-              "    [ 2, 3 ]\n  ]\n}\n");
+              "    [2, 3]\n  ]\n}\n");
 }
 
 TEST(Get, stringsAreQuotedUnlessRaw)
 {
-    EXPECT_EQ(value("shop"), "\"caf\\xC3\\xA9 \\\"x\\\"\"\n");
+    EXPECT_EQ(value("shop"), "\"caf\xC3\xA9 \\\"x\\\"\"\n");
     EXPECT_EQ(value("shop", {"--raw"}), "caf\xC3\xA9 \"x\"");
     EXPECT_EQ(value("orders[1].note"), "\"\"\n");
     EXPECT_EQ(value("orders[1].note", {"--raw"}), "");

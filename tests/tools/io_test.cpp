@@ -117,7 +117,7 @@ TEST(InputOutput, closedStreamsAreNotTakenForFiles)
     tSurroundings around;
     around.m_bClosedInput = around.m_bClosedOutput = true;
     EXPECT_EQ(murv(files, {"fmt", "-i", "a.murv"}, around).m_iExit, 0);
-    EXPECT_EQ(files.read("a.murv"), "[ 1, 2 ]\n");
+    EXPECT_EQ(files.read("a.murv"), "[1, 2]\n");
     EXPECT_EQ(murv(files, {"check", "-"}, around).m_iExit, 5);
 }
 
