@@ -50,17 +50,13 @@ bool CBinaryParser::loadDocument(CFields& target)
     return loadFieldInfo(&target);  // what follows the root's record is not looked at
 }
 
-std::string CBinaryParser::getLocationString(const ILoaderCommon& loader, const char* position)
-{
-    if (position < loader.m_pDataBegin)
-        return {};
-    return "Offset " + std::to_string(static_cast<unsigned int>(position - loader.m_pDataBegin));
-}
-
 bool CBinaryParser::loadFieldInfo(CFields* target)
 {
     if (m_tLoader.m_iDepth >= ILoaderCommon::s_cnStackDepthLimit) [[unlikely]]
+    {
+        m_tLoader.m_eFault = LF_tooDeep;
         throwAt("murv::CLoader4BER::loadFieldInfo", "Exceeded s_cnStackDepthLimit");
+    }
     m_tSource.lookAhead();
     tMURF_Node record;
     record.m_nStart = m_tSource.offset();

@@ -58,9 +58,6 @@ public:
 
     bool loadDocument(CFields& target);
 
-    /// "Offset %u", counted in the deciphered body; empty for a place before it.
-    static std::string getLocationString(const ILoaderCommon& loader, const char* position);
-
 private:
     /// \param target  the root; null for a member of the container on top of the stack
     bool loadFieldInfo(CFields* target);

@@ -3,6 +3,7 @@
 // What is wrong with header, password or cipher is fatal and leaves the target alone; what is wrong with a record is
 // recorded with its place, and leaves what was read before.
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "ber/binary_parser.h"
@@ -31,80 +32,126 @@ struct tFileHead
     std::string_view m_strvBody;  // enciphered
 };
 
-/// Reports a fatal failure: `return fatal(...)`.
-template <typename... tArgs>
-bool fatal(CErrorBase& loader, int code, const char* format, const char* function, int line, tArgs... args)
+/// What is wrong with a file before its first record.
+enum E_FileFailure
 {
-    loader.setUserError(code, format, function, line, args...);
-    return false;
+    FF_shortFile,
+    FF_noMagic,
+    FF_headerSize,
+    FF_cipher,
+    FF_noPassword,
+    FF_badPasswordBlock,
+    FF_otherPassword,
+    FF_noKey,
+    FF_shortBody,
+    FF_body,
+};
+
+struct tFailureRow
+{
+    E_FileFailure m_eFailure;
+    E_LoadFault m_eFault;
+    int m_iCode;
+    const char* m_pFunction;
+    const char* m_pFormat;
+};
+
+constexpr tFailureRow s_ctFailures[] = {
+    {FF_shortFile, LF_damagedFile, detail::s_ciBadData, s_cpLoadHeader, "[%s#%d] Very shorter MURF file size(%u)"},
+    {FF_noMagic, LF_encodingRule, detail::s_ciInvalidData, s_cpLoadHeader, "[%s#%d] Mismatched MURF magic"},
+    {FF_headerSize, LF_damagedFile, detail::s_ciInvalidData, s_cpLoadHeader,
+     "[%s#%d] Mismatched size of MURF header structure(%u)"},
+    {FF_cipher, LF_damagedFile, detail::s_ciInvalidData, s_cpLoadHeader, "[%s#%d] Mismatched encryption type(%u)"},
+    {FF_noPassword, LF_passwordMissing, detail::s_ciInvalidParameter, s_cpLoadHeader, "[%s#%d] Input the password"},
+    {FF_badPasswordBlock, LF_damagedFile, detail::s_ciDecryptionFailed, s_cpLoadHeader,
+     "[%s#%d] Failed to the password decryption(retval=%u)"},
+    {FF_otherPassword, LF_passwordWrong, detail::s_ciInvalidParameter, s_cpLoadHeader, "[%s#%d] Mismatched password"},
+    {FF_noKey, LF_passwordMissing, detail::s_ciInvalidParameter, s_cpDecryptField,
+     "[%s#%d] '%s' encryption need the key"},
+    {FF_shortBody, LF_damagedFile, detail::s_ciBadData, s_cpDecryptField, "[%s#%d] Very shorter field-data size(%u)"},
+    {FF_body, LF_damagedFile, detail::s_ciDecryptionFailed, s_cpDecryptField,
+     "[%s#%d] Failed to the field-data decryption(retval=%u)"},
+};
+
+constexpr bool isIndexedByFailure()
+{
+    for (std::size_t i = 0; i < std::size(s_ctFailures); ++i)
+    {
+        if (s_ctFailures[i].m_eFailure != i)
+            return false;
+    }
+    return true;
+}
+static_assert(isIndexedByFailure(), "the rows stand in the order of the enumeration");
+
+/// Reports a failure: `return fail(...)`. The arguments are those of the row's format behind function and line.
+template <typename... tArgs>
+E_LoadFault fail(CErrorBase& loader, E_FileFailure failure, int line, tArgs... args)
+{
+    const tFailureRow& row = s_ctFailures[failure];
+    loader.setUserError(row.m_iCode, row.m_pFormat, row.m_pFunction, line, args...);
+    return row.m_eFault;
 }
 
-bool checkPassword(CErrorBase& loader, std::string_view block, std::string_view password)
+E_LoadFault checkPassword(CErrorBase& loader, std::string_view block, std::string_view password)
 {
     if (password.empty())
-        return fatal(loader, detail::s_ciInvalidParameter, "[%s#%d] Input the password", s_cpLoadHeader, __LINE__);
+        return fail(loader, FF_noPassword, __LINE__);
     detail::CWipedArea<unsigned char, detail::s_cnPasswordBlockLimit> text;
     const std::size_t length =
         detail::vernamDecodeTo(text.data(), reinterpret_cast<const unsigned char*>(block.data()), block.size());
     if (length == 0)
-        return fatal(loader, detail::s_ciDecryptionFailed, "[%s#%d] Failed to the password decryption(retval=%u)",
-                     s_cpLoadHeader, __LINE__, 0U);
+        return fail(loader, FF_badPasswordBlock, __LINE__, 0U);
     if (length != password.size() || std::memcmp(text.data(), password.data(), length) != 0)
-        return fatal(loader, detail::s_ciInvalidParameter, "[%s#%d] Mismatched password", s_cpLoadHeader, __LINE__);
-    return true;
+        return fail(loader, FF_otherPassword, __LINE__);
+    return LF_none;
 }
 
-bool loadHeader(CErrorBase& loader, std::string_view file, std::string_view password, tFileHead& head)
+E_LoadFault loadHeader(CErrorBase& loader, std::string_view file, std::string_view password, tFileHead& head)
 {
     const auto size = static_cast<unsigned int>(file.size());
     if (size <= s_cnHeaderSize)
-        return fatal(loader, detail::s_ciBadData, "[%s#%d] Very shorter MURF file size(%u)", s_cpLoadHeader, __LINE__,
-                     size);
+        return fail(loader, FF_shortFile, __LINE__, size);
     if (!detail::hasMurfMagic(file.data(), size))
-        return fatal(loader, detail::s_ciInvalidData, "[%s#%d] Mismatched MURF magic", s_cpLoadHeader, __LINE__);
+        return fail(loader, FF_noMagic, __LINE__);
     const auto flags = static_cast<unsigned char>(file[detail::s_cuiFlagsOffset]);
     head.m_bLittleEndian = (flags & detail::s_cucLittleEndian) != 0;
     const unsigned int headerSize =
         detail::readNumber<std::uint16_t>(file.data() + detail::s_cnHeaderSizeOffset, head.m_bLittleEndian);
     if (headerSize != s_cnHeaderSize)
-        return fatal(loader, detail::s_ciInvalidData, "[%s#%d] Mismatched size of MURF header structure(%u)",
-                     s_cpLoadHeader, __LINE__, headerSize);
+        return fail(loader, FF_headerSize, __LINE__, headerSize);
     const unsigned int cipher = static_cast<unsigned char>(file[detail::s_cnEncryptionOffset]);
     if (!detail::isValidCipher(cipher))
-        return fatal(loader, detail::s_ciInvalidData, "[%s#%d] Mismatched encryption type(%u)", s_cpLoadHeader,
-                     __LINE__, cipher);
+        return fail(loader, FF_cipher, __LINE__, cipher);
     head.m_eCipher = static_cast<detail::E_CipherType>(cipher);
     const std::size_t blockSize = static_cast<unsigned char>(file[detail::s_cnPasswordSizeOffset]);
     file.remove_prefix(s_cnHeaderSize);
     if (blockSize > file.size())
-        return fatal(loader, detail::s_ciBadData, "[%s#%d] Very shorter MURF file size(%u)", s_cpLoadHeader, __LINE__,
-                     size);
+        return fail(loader, FF_shortFile, __LINE__, size);
     head.m_strvBody = file.substr(blockSize);
-    return blockSize == 0 || checkPassword(loader, file.substr(0, blockSize), password);
+    return blockSize == 0 ? LF_none : checkPassword(loader, file.substr(0, blockSize), password);
 }
 
-bool checkField(CErrorBase& loader, const tFileHead& head, std::string_view password)
+E_LoadFault checkField(CErrorBase& loader, const tFileHead& head, std::string_view password)
 {
     if (detail::isCipherKeyNeeded(head.m_eCipher) && password.empty())
-        return fatal(loader, detail::s_ciInvalidParameter, "[%s#%d] '%s' encryption need the key", s_cpDecryptField,
-                     __LINE__, detail::cipherName(head.m_eCipher));
+        return fail(loader, FF_noKey, __LINE__, detail::cipherName(head.m_eCipher));
     if (head.m_strvBody.size() < detail::s_cnShortestBody)
-        return fatal(loader, detail::s_ciBadData, "[%s#%d] Very shorter field-data size(%u)", s_cpDecryptField,
-                     __LINE__, static_cast<unsigned int>(head.m_strvBody.size()));
-    return true;
+        return fail(loader, FF_shortBody, __LINE__, static_cast<unsigned int>(head.m_strvBody.size()));
+    return LF_none;
 }
 
 /// Makes the first bytes of the body readable.
-bool decryptField(CErrorBase& loader, detail::CBodySource& source, const tFileHead& head, std::string_view password)
+E_LoadFault decryptField(CErrorBase& loader, detail::CBodySource& source, const tFileHead& head,
+                         std::string_view password)
 {
     if (!detail::isCipherKeyNeeded(head.m_eCipher) || source.setKey(password))
     {
         source.lookAhead();
         if (source.inWindow() != 0)
-            return true;
+            return LF_none;
     }
-    return fatal(loader, detail::s_ciDecryptionFailed, "[%s#%d] Failed to the field-data decryption(retval=%u)",
-                 s_cpDecryptField, __LINE__, 0U);
+    return fail(loader, FF_body, __LINE__, 0U);
 }
 
 }  // namespace
@@ -123,28 +170,31 @@ bool CLoader4BER::loadit(const char* data, unsigned int size, CFields& target, c
         return false;
     if (isTooBig(size, "murv::CLoader4BER::loadit", __LINE__))
         return false;
-    startLoad(data, size, target, comments);
     const std::string_view key = password == nullptr ? std::string_view() : std::string_view(password);
     const bool keep = true;  // a failed load leaves what it has read
     try
     {
+        startLoad(data, size, target, comments);
         tFileHead head{};
-        bool done = false;
-        if (loadHeader(*this, {data, size}, key, head) && checkField(*this, head, key))
+        m_eFault = loadHeader(*this, {data, size}, key, head);
+        if (m_eFault == LF_none)
+            m_eFault = checkField(*this, head, key);
+        if (m_eFault == LF_none)
         {
             detail::CBodySource source(head.m_strvBody, head.m_eCipher);
-            if (decryptField(*this, source, head, key))
+            m_eFault = decryptField(*this, source, head, key);
+            if (m_eFault == LF_none && !detail::CBinaryParser(*this, source, head.m_bLittleEndian).loadDocument(target))
             {
-                done = detail::CBinaryParser(*this, source, head.m_bLittleEndian).loadDocument(target);
-                if (!done)
-                    composeErrors(&detail::CBinaryParser::getLocationString);
+                m_eFault = LF_damagedFile;
+                composeErrors(false);
             }
         }
         finishLoad(target, keep);
-        return done;
+        return m_eFault == LF_none;
     }
     catch (...)
     {
+        noteException();
         finishLoad(target, keep);
         throw;
     }

@@ -32,7 +32,7 @@ char* duplicateStream(const char* source, unsigned int length)
     length = std::min(length, s_cuiTextLimit);
     char* const block = static_cast<char*>(allotBlock(std::size_t{length} + 1));
     if (block == nullptr)
-        throwAt("murv::duplicateStream", "Failed to allocate string a_cpSrc buffer");
+        throwNoMemory("murv::duplicateStream");
     if (length != 0)
         std::memcpy(block, source, length);
     block[length] = '\0';
@@ -45,7 +45,7 @@ char* allotPrefixed(unsigned int length)
         throwAt("murv::duplicatePrefixedStream", s_cpTooLongCodes);
     char* const block = static_cast<char*>(allotBlock(length + s_cnPrefixedExtra));
     if (block == nullptr)
-        throwAt("murv::duplicatePrefixedStream", "Failed to allocate string a_cpSrc buffer");
+        throwNoMemory("murv::duplicatePrefixedStream");
     finishPrefixed(block, length);
     return block;
 }

@@ -61,6 +61,11 @@ void throwAt(tPlace place, const char* text, int number, int second)
     throwLogicError(prefixed(place, text).c_str(), number, second);
 }
 
+void throwNoMemory(tPlace place)
+{
+    throw CMemoryError(prefixed(place, "Failed to allocate string a_cpSrc buffer"));
+}
+
 void throwMismatch()
 {
     throw CLogicError("mismatched condition");

@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <string>
 
+#include "murv/error.h"
 #include "murv/export.h"
 
 namespace murv::detail
@@ -34,6 +35,16 @@ struct tPlace
 /// Throws "[function#line] text" with "%d" in the text replaced by `number`.
 [[noreturn]] void throwAt(tPlace place, const char* text, int number);
 [[noreturn]] void throwAt(tPlace place, const char* text, int number, int second);
+
+/// What throwNoMemory throws, so that loaders can tell it from misuse.
+class CMemoryError final : public CLogicError
+{
+public:
+    using CLogicError::CLogicError;
+};
+
+/// Throws "[function#line] Failed to allocate string a_cpSrc buffer".
+[[noreturn]] void throwNoMemory(tPlace place);
 
 /// Throws the bare text of a broken invariant.
 [[noreturn]] void throwMismatch();

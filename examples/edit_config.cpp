@@ -1,31 +1,53 @@
 // edit_config.cpp - loads a configuration, changes it, saves it, and loads what was saved.
 //
-// Comments and IDs come through; the result is written as text that people can go on editing. An argument names
-// another document than service.murv in the current directory.
+// Comments and IDs come through; the result is written as text that people can go on editing. A mistake in it is shown
+// at its place, and leaves the configuration that is in use alone. An argument names another document than service.murv
+// in the current directory.
 #include <fstream>
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "murv/murv.h"
 
 namespace
 {
-/// Loads a file, or says what is wrong with it.
-bool loadFile(const std::string& path, murv::CFields& tree)
+/// Says what is wrong with a document as compilers do.
+void report(const std::string& name, const murv::CLoaders& loader)
+{
+    const std::vector<murv::tErrorPlace> places = loader.getErrorPlaces();
+    for (const murv::tErrorPlace& place : places)
+        std::cout << name << ":" << place.m_uiLine << ":" << place.m_uiColumn << ": " << place.m_strMessage << "\n";
+    if (places.empty())  // no place is to blame: a password is missing, the data is too short
+        std::cout << name << ": " << loader.getLastErrMsg() << "\n";
+}
+
+/// Loads a document. One that is malformed is reported, and leaves `config` as it is.
+bool reload(const std::string& name, const std::string& document, murv::CFields& config)
+{
+    murv::CFields fresh;
+    murv::CLoaders loader;
+    if (!loader.loading(document, fresh))
+    {
+        report(name, loader);
+        return false;
+    }
+    config = std::move(fresh);
+    return true;
+}
+
+bool loadFile(const std::string& path, murv::CFields& config)
 {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream content;
     if (!file || !(content << file.rdbuf()))
     {
-        std::cerr << path << " cannot be read\n";
+        std::cout << path << " cannot be read\n";
         return false;
     }
-    murv::CLoaders loader;
-    if (loader.loading(content.str(), tree))
-        return true;
-    std::cerr << path << ":\n" << loader.getLastErrMsg();
-    return false;
+    return reload(path, content.str(), config);
 }
 
 void change(murv::CFields& config)
@@ -60,14 +82,16 @@ int main(int argc, char** argv)
     }
 
     murv::CFields again;
-    murv::CLoaders loader;
-    if (!loader.loading(saved, again))
-    {
-        std::cerr << loader.getLastErrMsg();
+    if (!reload("what was saved", saved, again))
         return 1;
-    }
     std::cout << "port after:  " << again["listen"]["port"].asString() << "\n"
               << "loaded again: " << (again == config ? "equal" : "different") << "\n\n"
-              << saved;
+              << saved << "\n";
+
+    std::string broken = saved;
+    broken.replace(broken.find("9443"), 4, "94 43");
+    if (reload("a slip of the pen", broken, again))
+        return 1;
+    std::cout << "port still:  " << again["listen"]["port"].asString() << "\n";
     return again == config ? 0 : 1;
 }

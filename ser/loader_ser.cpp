@@ -20,12 +20,13 @@ bool CLoader4SER::loadit(const char* data, unsigned int size, CFields& target, c
         detail::CTextParser parser(*this);
         const bool done = parser.loadDocument(target);
         if (!done)
-            composeErrors(&detail::CTextParser::getLocationLineAndColumn);
+            composeErrors(true);
         finishLoad(target, done);
         return done;
     }
     catch (...)
     {
+        noteException();
         finishLoad(target, false);
         throw;
     }

@@ -50,7 +50,10 @@ bool CTextParser::loadDocument(CFields& target)
 bool CTextParser::loadFieldInfo(bool root)
 {
     if (m_tLoader.m_iDepth >= ILoaderCommon::s_cnStackDepthLimit)
+    {
+        m_tLoader.m_eFault = LF_tooDeep;
         throwAt("murv::CLoader4SER::loadFieldInfo", "Exceeded s_cnStackDepthLimit");
+    }
     ++m_tLoader.m_iDepth;
     const bool done = loadValue(root);
     m_tLoader.m_bPeiPending = false;
@@ -318,6 +321,11 @@ CFields* CTextParser::addChild(unsigned int id)
     try
     {
         return m_tLoader.addChild2StackTop(m_strName, id);
+    }
+    catch (const CMemoryError&)
+    {
+        m_tLoader.m_eFault = LF_memory;
+        return nullptr;
     }
     catch (const CLogicError&)
     {

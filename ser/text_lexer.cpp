@@ -3,7 +3,6 @@
 #include "ser/text_lexer.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 #include "core/byte_scan.h"
@@ -11,28 +10,6 @@
 
 namespace murv::detail
 {
-
-tLineColumn lineColumn4Position(const char* begin, const char* position)
-{
-    int line = 1;
-    const char* lineBegin = begin;
-    for (const char* at = begin; at < position && (at = findLineEnd(at, position)) != position;)
-    {
-        const bool pair = *at == '\r' && at + 1 != position && at[1] == '\n';
-        at += pair ? 2 : 1;
-        lineBegin = at;
-        ++line;
-    }
-    return {line, static_cast<int>(position - lineBegin) + 1};
-}
-
-std::string CTextParser::getLocationLineAndColumn(const ILoaderCommon& loader, const char* position)
-{
-    const tLineColumn place = lineColumn4Position(loader.m_pDataBegin, position);
-    char text[51];
-    const int length = std::snprintf(text, sizeof text, "Line %d, Column %d", place.m_iLine, place.m_iColumn);
-    return {text, static_cast<std::size_t>(length)};
-}
 
 CTextParser::CTextParser(ILoaderCommon& loader)
     : m_tLoader(loader),

@@ -15,17 +15,8 @@
 namespace murv::detail
 {
 
-/// The line and column of a place in a text, both from 1; columns count bytes.
-struct tLineColumn
-{
-    int m_iLine;
-    int m_iColumn;
-};
-
 /// Replaces the value of a node by the number that the text stands for.
 void setNumber(CFields& node, const char* text, unsigned int length);
-
-tLineColumn lineColumn4Position(const char* begin, const char* position);
 
 class CTextParser
 {
@@ -34,9 +25,6 @@ public:
 
     /// Reads the document of the load that was just started.
     bool loadDocument(CFields& target);
-
-    /// "Line %d, Column %d"
-    static std::string getLocationLineAndColumn(const ILoaderCommon& loader, const char* position);
 
 private:
     // Tokens and comments: ser/text_lexer.cpp

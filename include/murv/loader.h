@@ -7,6 +7,7 @@
 
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +37,41 @@ struct tErrorRange
     unsigned int m_uiStart;
     unsigned int m_uiEnd;
     std::string m_strMessage;
+};
+
+/// A position in the data of a load.
+struct tDataPlace
+{
+    unsigned int m_uiOffset;  ///< bytes from the start of the data; for binary data, of the deciphered body
+    unsigned int m_uiLine;    ///< from 1; a line ends with a line feed, a carriage return, or both; 0 for binary data
+    unsigned int m_uiColumn;  ///< from 1, in bytes, as the error message counts; 0 for binary data
+};
+
+/// One load error as data: all that the error message says of it in words.
+struct tErrorPlace
+{
+    unsigned int m_uiStart;   ///< offset of the first byte concerned; counted as tDataPlace::m_uiOffset
+    unsigned int m_uiEnd;     ///< offset after the last byte concerned
+    unsigned int m_uiLine;    ///< of the first byte; see tDataPlace
+    unsigned int m_uiColumn;  ///< of the first byte; see tDataPlace
+    std::string m_strMessage;
+    std::optional<tDataPlace> m_tSecond;  ///< where to look for details, when that is another place
+};
+
+/// Why a load failed.
+enum E_LoadFault : unsigned int
+{
+    LF_none = 0,         ///< it did not; or nothing was loaded yet
+    LF_text,             ///< the text does not follow the notation or the configuration
+    LF_encodingRule,     ///< the data follows no rule that the loader knows, or is too short to tell
+    LF_passwordMissing,  ///< the file needs a password, and none was given
+    LF_passwordWrong,    ///< the file names another password
+    LF_damagedFile,      ///< the binary file is cut short, changed, or holds what it must not
+    LF_tooBig,           ///< the data has more than 2147483647 bytes
+    LF_tooDeep,          ///< the document nests deeper than 1000 levels
+    LF_memory,           ///< out of memory
+    LF_stream,           ///< the input stream failed before or while it was read
+    LF_callback,         ///< a keyword callback of the application threw
 };
 
 /// Kinds of text tokens.
@@ -89,18 +125,28 @@ public:
     /// \param size      in bytes; at most 2147483647
     /// \param password  binary only; null or empty for none
     /// \param comments  keep comments in the tree (needs LCBC_COMMENT too)
-    /// \return false on failure: see getLastErrMsg and getErrorRanges
+    /// \return false on failure: see getLastErrMsg, getErrorPlaces and getLoadFault
     /// Throws CLogicError when the document nests deeper than 1000 levels, std::bad_alloc, and what keyword callbacks
     /// of the application throw; nothing else because of what the document says.
     virtual bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,
                         bool comments = true) = 0;
     /// True when the last load left no error.
     virtual bool getStatus() const = 0;
+    /// Why the last load failed, also when an exception ended it. Like the places it stays until the next load starts,
+    /// whatever happens to code and message. A loader refuses null data and a size of 0 before it starts, if at all.
+    virtual E_LoadFault getLoadFault() const;
+    /// The errors of the last load with their places, in the order in which they were met. They stay when the data is
+    /// gone. Empty after a fault that has no place, such as a wrong password. Cost: linear in the number of errors.
+    virtual std::vector<tErrorPlace> getErrorPlaces() const;
 
     bool loading(const char* text, CFields& target, const char* password = nullptr, bool comments = true);
     bool loading(const std::string& data, CFields& target, const char* password = nullptr, bool comments = true);
     bool loading(std::string_view data, CFields& target, const char* password = nullptr, bool comments = true);
     /// Reads to the end of the stream, or to the first byte of value 255, which is dropped, or 2147483647 bytes.
+    ///
+    /// A stream that has failed already, or breaks while it is read, is reported with code -999 and leaves the target
+    /// alone; what was read of it is not loaded. A stream that is merely at its end gives empty data. Throws also what
+    /// the stream throws when it was told to.
     bool loading(std::istream& in, CFields& target, const char* password = nullptr, bool comments = true);
 
     /// The encoding rule of the data: 0 text, 1 reserved, 2 binary, -1 not decidable.
@@ -109,11 +155,15 @@ public:
 protected:
     /// Refuses data of more bytes than offsets can count.
     bool isTooBig(unsigned long long size, const char* function, int line);
-    /// Forgets all errors of the last load.
+    /// Forgets all errors and the fault of the last load.
     virtual void forgetErrors();
 
     CLoaderConfig m_tConfig;
     bool m_bComment = false;  // comments are kept in this load
+    E_LoadFault m_eFault = LF_none;
+
+private:
+    bool readStream(std::istream& in, std::string& data);
 };
 
 /// What the two loaders share: parse stack, error list, and the places in the data.
@@ -128,17 +178,26 @@ public:
     bool getStatus() const override;
     /// The errors of the last load, in the order in which they were met.
     std::vector<tErrorRange> getErrorRanges() const;
+    std::vector<tErrorPlace> getErrorPlaces() const override;
 
 protected:
     friend class detail::CBinaryParser;
     friend class detail::COpenContainer;
     friend class detail::CTextParser;
 
+    struct tLineColumn
+    {
+        int m_iLine;
+        int m_iColumn;
+    };
+
     struct tErrorRecord
     {
         tTokenInfo m_tToken;
         std::string m_strMessage;
-        const char* m_pSecond;  // further place, or null
+        const char* m_pSecond;            // further place, or null
+        tLineColumn m_tLine{0, 0};        // of the token; counted by composeErrors
+        tLineColumn m_tSecondLine{0, 0};  // of the further place
     };
 
     static constexpr int s_cnStackDepthLimit = 1000;
@@ -156,6 +215,8 @@ protected:
     void startLoad(const char* data, unsigned int size, CFields& target, bool comments);
     /// Empties the stack; after a failure also empties a target that is a container.
     void finishLoad(CFields& target, bool done);
+    /// Finds the fault for the exception that is being handled.
+    void noteException();
 
     CFields* getStackTopField() const;
     /// Gets or adds a member of the container on top of the stack.
@@ -171,12 +232,16 @@ protected:
     CFields* getLastThirdField4Stack() const;
     CFields* getLastCommentField4Stack() const;
 
-    bool addRecord(const char* message, const tTokenInfo& token, const char* second = nullptr);
+    // Recording an error makes the fault LF_text unless there is one already.
+    bool addRecord(std::string_view message, const tTokenInfo& token, const char* second = nullptr);
     bool pushError(const CFields& node, const std::string& message);
     bool pushError(const CFields& node, const std::string& message, const CFields& second);
     std::vector<tErrorRange> getLoadErrors() const;
-    /// Writes all records into the error message; `location` turns a position into the words for it.
-    void composeErrors(std::string (*location)(const ILoaderCommon& loader, const char* position));
+    /// Writes all records into the error message. With `lines` places are lines and columns, which are counted now,
+    /// while the data is there, in one walk over it; else they are offsets.
+    void composeErrors(bool lines);
+    void countLines();
+    std::string words4Place(const char* position, const tLineColumn& place) const;
 
     /// The member or node below that has the name, or else the ID, and is to be read again; or null.
     CFields* findKnown(std::string_view name, unsigned int id);
@@ -240,6 +305,8 @@ public:
                 bool comments = true) override;
     bool getStatus() const override;
     std::vector<tErrorRange> getErrorRanges() const;
+    E_LoadFault getLoadFault() const override;
+    std::vector<tErrorPlace> getErrorPlaces() const override;
 
 protected:
     void forgetErrors() override;

@@ -2,6 +2,7 @@
 //
 // Sizes are tested before they are narrowed to the 32 bits that loaders work with.
 #include <istream>
+#include <new>
 
 #include "core/error_table.h"
 #include "io/base/murf_magic.h"
@@ -54,8 +55,33 @@ bool ILoaderBase::loading(std::string_view data, CFields& target, const char* pa
 
 bool ILoaderBase::loading(std::istream& in, CFields& target, const char* password, bool comments)
 {
-    const std::string data = detail::readStream(in, static_cast<std::size_t>(CFields::maxSint32));
-    return loading(std::string_view(data), target, password, comments);
+    std::string data;
+    if (readStream(in, data))
+        return loading(std::string_view(data), target, password, comments);
+    forgetErrors();
+    setUserError(detail::s_ciRuntimeError, "[%s#%d] Input stream failed", "murv::ILoaderBase::loading", __LINE__);
+    m_eFault = LF_stream;
+    return false;
+}
+
+bool ILoaderBase::readStream(std::istream& in, std::string& data)
+{
+    try
+    {
+        return detail::readStream(in, static_cast<std::size_t>(CFields::maxSint32), data);
+    }
+    catch (const std::bad_alloc&)
+    {
+        forgetErrors();
+        m_eFault = LF_memory;
+        throw;
+    }
+    catch (...)
+    {
+        forgetErrors();
+        m_eFault = LF_stream;
+        throw;
+    }
 }
 
 bool ILoaderBase::isTooBig(unsigned long long size, const char* function, int line)
@@ -64,12 +90,24 @@ bool ILoaderBase::isTooBig(unsigned long long size, const char* function, int li
         return false;
     forgetErrors();
     setUserError(detail::s_ciInvalidParameter, "[%s#%d] Too big data size(%llu)", function, line, size);
+    m_eFault = LF_tooBig;
     return true;
 }
 
 void ILoaderBase::forgetErrors()
 {
     clearError();
+    m_eFault = LF_none;
+}
+
+E_LoadFault ILoaderBase::getLoadFault() const
+{
+    return m_eFault;
+}
+
+std::vector<tErrorPlace> ILoaderBase::getErrorPlaces() const
+{
+    return {};
 }
 
 int ILoaderBase::getER(const char* data, unsigned int size)

@@ -1,13 +1,18 @@
 // io/base/loader_common.cpp - parse stack, error records and members by name and ID.
 //
 // Both loaders add members through here, so that repeated names and IDs mean the same in text and in binary data.
-#include <cstring>
+#include <algorithm>
+#include <new>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "core/field_access.h"
 #include "core/field_vector.h"
+#include "core/throw.h"
 #include "core/tree_walk.h"
 #include "io/base/id_index.h"
+#include "io/base/line_counter.h"
 #include "io/base/member_builder.h"
 #include "io/base/node_stack.h"
 #include "murv/loader.h"
@@ -62,7 +67,7 @@ std::vector<tErrorRange> ILoaderCommon::getErrorRanges() const
 
 void ILoaderCommon::forgetErrors()
 {
-    clearError();
+    ILoaderBase::forgetErrors();
     m_vError.clear();
 }
 
@@ -99,6 +104,27 @@ void ILoaderCommon::finishLoad(CFields& target, bool done)
     m_strComment.clear();
     if (!done)
         target.removeChildAll();
+}
+
+void ILoaderCommon::noteException()
+{
+    try
+    {
+        throw;
+    }
+    catch (const std::bad_alloc&)
+    {
+        m_eFault = LF_memory;
+    }
+    catch (const detail::CMemoryError&)
+    {
+        m_eFault = LF_memory;
+    }
+    catch (...)
+    {
+        if (m_eFault != LF_tooDeep)
+            m_eFault = LF_callback;
+    }
 }
 
 CFields* ILoaderCommon::getStackTopField() const
@@ -223,9 +249,11 @@ CFields* ILoaderCommon::getLastCommentField4Stack() const
     return nullptr;
 }
 
-bool ILoaderCommon::addRecord(const char* message, const tTokenInfo& token, const char* second)
+bool ILoaderCommon::addRecord(std::string_view message, const tTokenInfo& token, const char* second)
 {
-    m_vError.push_back({token, message, second});
+    m_vError.push_back({token, std::string(message), second});
+    if (m_eFault == LF_none)
+        m_eFault = LF_text;
     return false;
 }
 
@@ -234,8 +262,7 @@ bool ILoaderCommon::pushError(const CFields& node, const std::string& message)
     const std::ptrdiff_t size = m_pDataEnd - m_pDataBegin;
     if (node.getOffsetStart() > size || node.getOffsetEnd() > size)
         return false;
-    m_vError.push_back(
-        {{TT_error, m_pDataBegin + node.getOffsetStart(), m_pDataBegin + node.getOffsetEnd()}, message, nullptr});
+    addRecord(message, {TT_error, m_pDataBegin + node.getOffsetStart(), m_pDataBegin + node.getOffsetEnd()});
     return true;
 }
 
@@ -257,14 +284,63 @@ std::vector<tErrorRange> ILoaderCommon::getLoadErrors() const
     return ranges;
 }
 
-void ILoaderCommon::composeErrors(std::string (*location)(const ILoaderCommon& loader, const char* position))
+std::vector<tErrorPlace> ILoaderCommon::getErrorPlaces() const
 {
-    clearError();
+    const auto offset = [this](const char* position) { return static_cast<unsigned int>(position - m_pDataBegin); };
+    const auto number = [](int count) { return static_cast<unsigned int>(std::max(count, 0)); };
+    std::vector<tErrorPlace> places;
+    places.reserve(m_vError.size());
     for (const tErrorRecord& record : m_vError)
     {
-        std::string text = "* " + location(*this, record.m_tToken.m_pBegin) + "\n  " + record.m_strMessage + "\n";
+        tErrorPlace place{offset(record.m_tToken.m_pBegin),
+                          offset(record.m_tToken.m_pEnd),
+                          number(record.m_tLine.m_iLine),
+                          number(record.m_tLine.m_iColumn),
+                          record.m_strMessage,
+                          std::nullopt};
         if (record.m_pSecond != nullptr)
-            text += "See " + location(*this, record.m_pSecond) + " for detail.\n";
+            place.m_tSecond = {offset(record.m_pSecond), number(record.m_tSecondLine.m_iLine),
+                               number(record.m_tSecondLine.m_iColumn)};
+        places.push_back(std::move(place));
+    }
+    return places;
+}
+
+void ILoaderCommon::countLines()
+{
+    std::vector<std::pair<const char*, tLineColumn*>> places;
+    for (tErrorRecord& record : m_vError)
+    {
+        places.emplace_back(record.m_tToken.m_pBegin, &record.m_tLine);
+        if (record.m_pSecond != nullptr)
+            places.emplace_back(record.m_pSecond, &record.m_tSecondLine);
+    }
+    std::sort(places.begin(), places.end());  // so that one walk over the data is enough
+    detail::CLineCounter counter(m_pDataBegin);
+    for (const auto& [position, place] : places)
+        *place = {counter.line4(position), counter.column()};
+}
+
+std::string ILoaderCommon::words4Place(const char* position, const tLineColumn& place) const
+{
+    if (place.m_iLine != 0)
+        return "Line " + std::to_string(place.m_iLine) + ", Column " + std::to_string(place.m_iColumn);
+    if (position < m_pDataBegin)
+        return {};
+    return "Offset " + std::to_string(static_cast<unsigned int>(position - m_pDataBegin));
+}
+
+void ILoaderCommon::composeErrors(bool lines)
+{
+    clearError();
+    if (lines)
+        countLines();
+    for (const tErrorRecord& record : m_vError)
+    {
+        std::string text =
+            "* " + words4Place(record.m_tToken.m_pBegin, record.m_tLine) + "\n  " + record.m_strMessage + "\n";
+        if (record.m_pSecond != nullptr)
+            text += "See " + words4Place(record.m_pSecond, record.m_tSecondLine) + " for detail.\n";
         addErrMsg(text.c_str());
     }
 }

@@ -10,12 +10,14 @@
 namespace murv::detail
 {
 
-std::string readStream(std::istream& in, std::size_t most)
+bool readStream(std::istream& in, std::size_t most, std::string& data)
 {
     using tTraits = std::istream::traits_type;
     constexpr std::size_t piece = std::size_t{64} * 1024;
     constexpr char end = '\xFF';
-    std::string data;
+    data.clear();
+    if (in.fail())
+        return false;
     std::vector<char> block(std::min(piece, most) + 1);
     while (data.size() < most)
     {
@@ -37,7 +39,7 @@ std::string readStream(std::istream& in, std::size_t most)
         if (!in.good())
             break;
     }
-    return data;
+    return !in.bad();
 }
 
 }  // namespace murv::detail

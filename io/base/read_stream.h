@@ -12,8 +12,10 @@ namespace murv::detail
 {
 
 /// Reads to the end of the stream, to the first byte of value 255, which is taken and dropped, or until there are
-/// `most` bytes. A stream that gives nothing at all fails, as with a line that is read. Throws std::bad_alloc, and what
-/// the stream throws when it was told to.
-std::string readStream(std::istream& in, std::size_t most);
+/// `most` bytes. A stream that gives nothing at all fails, as with a line that is read.
+/// \param data  receives what was read
+/// \return false when the stream had failed before or broke meanwhile; true at a mere end, also right at the start.
+/// Throws std::bad_alloc, and what the stream throws when it was told to.
+bool readStream(std::istream& in, std::size_t most, std::string& data);
 
 }  // namespace murv::detail

@@ -55,6 +55,7 @@ bool CLoaders::loadit(const char* data, unsigned int size, CFields& target, cons
     {
         setUserError(detail::s_ciInvalidParameter, "[%s#%d] Unknown encoding rule(%d)", "murv::CLoaders::loadit",
                      __LINE__, rule);
+        m_eFault = LF_encodingRule;
         return false;
     }
     return rule == 2 ? loadBy(m_tBinary, data, size, target, password, comments)
@@ -63,7 +64,7 @@ bool CLoaders::loadit(const char* data, unsigned int size, CFields& target, cons
 
 void CLoaders::forgetErrors()
 {
-    clearError();
+    ILoaderBase::forgetErrors();
     m_pLast = nullptr;
 }
 
@@ -74,7 +75,9 @@ bool CLoaders::loadBy(ILoaderCommon& loader, const char* data, unsigned int size
     loader.setLCBC(m_tConfig);
     if (loader.loadit(data, size, target, password, comments))
         return true;
+    m_eFault = LF_memory;  // should the message not find room
     CErrorBase::operator=(loader);
+    m_eFault = loader.getLoadFault();
     return false;
 }
 
@@ -86,6 +89,16 @@ bool CLoaders::getStatus() const
 std::vector<tErrorRange> CLoaders::getErrorRanges() const
 {
     return m_pLast == nullptr ? std::vector<tErrorRange>() : m_pLast->getErrorRanges();
+}
+
+E_LoadFault CLoaders::getLoadFault() const
+{
+    return m_pLast == nullptr || m_eFault != LF_none ? m_eFault : m_pLast->getLoadFault();
+}
+
+std::vector<tErrorPlace> CLoaders::getErrorPlaces() const
+{
+    return m_pLast == nullptr ? std::vector<tErrorPlace>() : m_pLast->getErrorPlaces();
 }
 
 std::istream& operator>>(std::istream& in, CFields& target)

@@ -24,6 +24,19 @@ std::string pattern(std::size_t size)
     return text;
 }
 
+std::string read(std::istream& in, std::size_t most)
+{
+    std::string data = "left over";
+    readStream(in, most, data);
+    return data;
+}
+
+bool isRead(std::istream& in)
+{
+    std::string data;
+    return readStream(in, s_cnNoLimit, data);
+}
+
 /// Gives what it has, then throws.
 class CBreakingBuffer : public std::streambuf
 {
@@ -49,7 +62,7 @@ TEST(ReadStream, readsToTheEnd)
     for (const std::size_t size : {std::size_t{1}, s_cnPiece - 1, s_cnPiece, s_cnPiece + 1, 3 * s_cnPiece})
     {
         std::istringstream in(pattern(size));
-        EXPECT_EQ(readStream(in, s_cnNoLimit), pattern(size)) << size;
+        EXPECT_EQ(read(in, s_cnNoLimit), pattern(size)) << size;
         EXPECT_TRUE(in.eof());
         EXPECT_FALSE(in.fail());
     }
@@ -60,9 +73,9 @@ TEST(ReadStream, takesTheByteOf255AndLeavesWhatIsBehind)
     for (const std::size_t size : {std::size_t{0}, std::size_t{1}, s_cnPiece - 1, s_cnPiece, s_cnPiece + 1})
     {
         std::istringstream in(pattern(size) + "\xFFnext");
-        EXPECT_EQ(readStream(in, s_cnNoLimit), pattern(size)) << size;
+        EXPECT_EQ(read(in, s_cnNoLimit), pattern(size)) << size;
         EXPECT_TRUE(in.good());
-        EXPECT_EQ(readStream(in, s_cnNoLimit), "next");
+        EXPECT_EQ(read(in, s_cnNoLimit), "next");
     }
 }
 
@@ -71,7 +84,7 @@ TEST(ReadStream, stopsAtTheMostBytes)
     for (const std::size_t most : {std::size_t{1}, std::size_t{5}, s_cnPiece, s_cnPiece + 7})
     {
         std::istringstream in(pattern(2 * s_cnPiece));
-        EXPECT_EQ(readStream(in, most), pattern(most)) << most;
+        EXPECT_EQ(read(in, most), pattern(most)) << most;
         EXPECT_TRUE(in.good());
         EXPECT_EQ(in.tellg(), static_cast<std::streamoff>(most));
     }
@@ -80,9 +93,9 @@ TEST(ReadStream, stopsAtTheMostBytes)
 TEST(ReadStream, behindExactlyTheMostBytesThereIsNothing)
 {
     std::istringstream in("12345");
-    EXPECT_EQ(readStream(in, 5), "12345");
+    EXPECT_EQ(read(in, 5), "12345");
     EXPECT_FALSE(in.fail());
-    EXPECT_EQ(readStream(in, 5), "");
+    EXPECT_EQ(read(in, 5), "");
     EXPECT_TRUE(in.fail());
 }
 
@@ -90,14 +103,14 @@ TEST(ReadStream, blanksAtTheBeginAreKept)
 {
     std::istringstream in(" \n\t1");
     in >> std::skipws;
-    EXPECT_EQ(readStream(in, s_cnNoLimit), " \n\t1");
+    EXPECT_EQ(read(in, s_cnNoLimit), " \n\t1");
 }
 
 TEST(ReadStream, aStreamThatFailedBeforeGivesNothing)
 {
     std::istringstream in("text");
     in.setstate(std::ios_base::failbit);
-    EXPECT_EQ(readStream(in, s_cnNoLimit), "");
+    EXPECT_EQ(read(in, s_cnNoLimit), "");
     EXPECT_TRUE(in.fail());
 }
 
@@ -105,13 +118,40 @@ TEST(ReadStream, aStreamThatBreaksGivesWhatWasThere)
 {
     CBreakingBuffer buffer("begin");
     std::istream in(&buffer);
-    EXPECT_EQ(readStream(in, s_cnNoLimit), "begin");
+    EXPECT_EQ(read(in, s_cnNoLimit), "begin");
     EXPECT_TRUE(in.bad());
+}
+
+TEST(ReadStream, endsAreNoFailures)
+{
+    std::istringstream text("text");
+    EXPECT_TRUE(isRead(text));
+    std::istringstream empty("");
+    EXPECT_TRUE(isRead(empty));
+    std::istringstream mark("\xFF");
+    EXPECT_TRUE(isRead(mark));
+    EXPECT_TRUE(isRead(mark));  // at its end
+}
+
+TEST(ReadStream, tellsOfAStreamThatFailedBeforeOrBreaks)
+{
+    for (const std::ios_base::iostate state : {std::ios_base::failbit, std::ios_base::badbit})
+    {
+        std::istringstream failed("text");
+        failed.setstate(state);
+        EXPECT_FALSE(isRead(failed));
+    }
+    for (const char* const begin : {"", "begin"})
+    {
+        CBreakingBuffer buffer(begin);
+        std::istream in(&buffer);
+        EXPECT_FALSE(isRead(in)) << begin;
+    }
 }
 
 TEST(ReadStream, aStreamThatMayThrowDoes)
 {
     std::istringstream in("");
     in.exceptions(std::ios_base::failbit);
-    EXPECT_THROW(readStream(in, s_cnNoLimit), std::ios_base::failure);
+    EXPECT_THROW(read(in, s_cnNoLimit), std::ios_base::failure);
 }
