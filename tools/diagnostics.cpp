@@ -7,6 +7,7 @@
 
 #include "tools/json_text.h"
 #include "tools/output.h"
+#include "tools/utf8.h"
 
 namespace murv::tool
 {
@@ -49,9 +50,16 @@ std::string json4Diagnostic(const tDiagnostic& diagnostic)
     if (diagnostic.m_tRange)
     {
         const tRange range = *diagnostic.m_tRange;
-        const tLinePlace place = place4Offset(diagnostic.m_svSource, range.m_nBegin);
-        out += ",\"line\":" + std::to_string(place.m_nLine) + ",\"column\":" + std::to_string(place.m_nColumn) +
-               ",\"begin\":" + std::to_string(range.m_nBegin) + ",\"end\":" + std::to_string(range.m_nEnd);
+        if (diagnostic.m_bInBody)
+        {
+            out += ",\"counted_in\":\"body\"";
+        }
+        else
+        {
+            const tLinePlace place = place4Offset(diagnostic.m_svSource, range.m_nBegin);
+            out += ",\"line\":" + std::to_string(place.m_nLine) + ",\"column\":" + std::to_string(place.m_nColumn);
+        }
+        out += ",\"begin\":" + std::to_string(range.m_nBegin) + ",\"end\":" + std::to_string(range.m_nEnd);
     }
     out += ",\"message\":" + json4Text(diagnostic.m_strMessage);
     char separator = '[';
@@ -62,19 +70,6 @@ std::string json4Diagnostic(const tDiagnostic& diagnostic)
         separator = ',';
     }
     return out + (separator == ',' ? "]}" : "}");
-}
-
-/// File names come from outside, too: what a terminal would act on is not shown.
-std::string shownName(const std::string& name)
-{
-    std::string shown = name;
-    for (char& byte : shown)
-    {
-        const auto code = static_cast<unsigned char>(byte);
-        if (code < 0x20 || code == 0x7F)
-            byte = '?';
-    }
-    return shown;
 }
 }  // namespace
 
@@ -114,8 +109,9 @@ void CDiagnostics::error(const std::string& file, const std::string& message)
 std::string CDiagnostics::rendered(const tDiagnostic& diagnostic) const
 {
     const tSeverityRow& severity = s_ctSeverities[diagnostic.m_eSeverity];
-    std::string where = diagnostic.m_strFile.empty() ? std::string("murv") : shownName(diagnostic.m_strFile);
-    if (diagnostic.m_tRange)
+    std::string where = diagnostic.m_strFile.empty() ? std::string("murv") : shownText(diagnostic.m_strFile);
+    const bool excerpted = diagnostic.m_tRange && !diagnostic.m_bInBody;
+    if (excerpted)
     {
         const tLinePlace place = place4Offset(diagnostic.m_svSource, diagnostic.m_tRange->m_nBegin);
         where.append(1, ':').append(std::to_string(place.m_nLine));
@@ -126,8 +122,8 @@ std::string CDiagnostics::rendered(const tDiagnostic& diagnostic) const
     };
     std::string out = coloured(where + ":", s_cpBold) + " " +
                       coloured(std::string(severity.m_pName) + ":", severity.m_pColour) + " " +
-                      diagnostic.m_strMessage + "\n";
-    if (!diagnostic.m_tRange)
+                      shownText(diagnostic.m_strMessage) + "\n";
+    if (!excerpted)
         return out;
     const tExcerpt excerpt = excerpt4Range(diagnostic.m_svSource, *diagnostic.m_tRange);
     return out + excerpt.m_strLine + "\n" + coloured(excerpt.m_strMarks, s_cpMarks) + "\n";

@@ -21,7 +21,8 @@ enum E_Severity
     SV_note,
 };
 
-/// One thing to tell. The source must live until it has been reported.
+/// One thing to tell. The source must live until it has been reported. File and message may hold any bytes: people see
+/// them as shownText() gives them.
 struct tDiagnostic
 {
     E_Severity m_eSeverity = SV_error;
@@ -29,6 +30,7 @@ struct tDiagnostic
     std::string m_strMessage;          // without line feed
     std::string_view m_svSource;       // text that the range lies in
     std::optional<tRange> m_tRange;    // nothing: it concerns the file as a whole
+    bool m_bInBody = false;            // the range counts in the deciphered body of a binary file, which is not shown
     std::vector<tDiagnostic> m_vNote;  // further places
 };
 

@@ -7,10 +7,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <new>
 
 #include "murv/loader.h"
+#include "tools/binary_header.h"
 #include "tools/progress.h"
 
 namespace murv::tool
@@ -105,80 +106,89 @@ int readDescriptor(int descriptor, tInput& input)
     return readToEnd(descriptor, size == 0 ? 65535 : size, input, progress);
 }
 
-/// The offset behind "See " and " for detail." in a line of the composed message, if it is such a line.
-std::optional<std::size_t> secondPlace(std::string_view text, const std::string& line)
-{
-    unsigned long lineNumber = 0;
-    unsigned long column = 0;
-    if (std::sscanf(line.c_str(), "See Line %lu, Column %lu", &lineNumber, &column) != 2)
-        return std::nullopt;
-    return offset4Place(text, {lineNumber, column});
-}
-
-/// The second places of the errors, which only the composed message tells; one entry for each error.
-std::vector<std::optional<std::size_t>> secondPlaces(std::string_view text, std::string_view composed)
-{
-    std::vector<std::optional<std::size_t>> places;
-    while (!composed.empty())
-    {
-        const std::size_t end = std::min(composed.find('\n'), composed.size());
-        const std::string line(composed.substr(0, end));
-        composed.remove_prefix(std::min(end + 1, composed.size()));
-        if (line.rfind("* ", 0) == 0)
-            places.emplace_back();
-        else if (!places.empty() && line.rfind("See ", 0) == 0)
-            places.back() = secondPlace(text, line);
-    }
-    return places;
-}
-
-tDiagnostic diagnostic4Range(const tInput& input, E_Severity severity, std::string message, tRange range)
+tDiagnostic diagnostic4Range(const tInput& input, E_Severity severity, const std::string& message, tRange range)
 {
     tDiagnostic diagnostic;
     diagnostic.m_eSeverity = severity;
     diagnostic.m_strFile = input.m_strName;
-    diagnostic.m_strMessage = std::move(message);
+    diagnostic.m_strMessage = message;
     diagnostic.m_svSource = input.text();
     diagnostic.m_tRange = range;
     return diagnostic;
 }
 
-void reportErrors(const tInput& input, const CErrorBase& state, const std::vector<tErrorRange>& ranges,
-                  CDiagnostics& diagnostics)
+/// The same for a binary file. Its body is enciphered: the file's bytes there would say nothing.
+tDiagnostic diagnostic4Body(const tInput& input, E_Severity severity, const std::string& message, tRange range)
 {
-    if (ranges.empty())
+    tDiagnostic diagnostic;
+    diagnostic.m_eSeverity = severity;
+    diagnostic.m_strFile = input.m_strName;
+    diagnostic.m_strMessage = "offset " + std::to_string(range.m_nBegin) + ": " + message;
+    diagnostic.m_tRange = range;
+    diagnostic.m_bInBody = true;
+    return diagnostic;
+}
+
+/// What the offsets of a binary file count from.
+tDiagnostic noteOnOffsets(const tInput& input)
+{
+    tDiagnostic note;
+    note.m_eSeverity = SV_note;
+    note.m_strFile = input.m_strName;
+    note.m_strMessage = "offsets count from the start of the deciphered body";
+    if (const std::optional<tBinaryHeader> header = binaryHeader4File(input.text()))
     {
-        diagnostics.error(input.m_strName, withoutFunction(state.getLastErrMsg()));
-        return;
+        note.m_strMessage += ", which begins after the header of " + std::to_string(header->m_nHeaderBytes) + " bytes";
+        if (header->m_nPasswordBytes != 0)
+            note.m_strMessage += " and the password block of " + std::to_string(header->m_nPasswordBytes) + " bytes";
     }
-    if (!input.isText())
+    return note;
+}
+
+void reportErrors(const tInput& input, const ILoaderBase& loader, CDiagnostics& diagnostics)
+{
+    const std::vector<tErrorPlace> places = loader.getErrorPlaces();
+    if (places.empty())
+        diagnostics.error(input.m_strName, withoutFunction(loader.getLastErrMsg()));
+    const auto diagnostic4 = input.isText() ? &diagnostic4Range : &diagnostic4Body;
+    for (const tErrorPlace& place : places)
     {
-        for (const tErrorRange& range : ranges)  // the offset counts in the deciphered body, which is not shown
-            diagnostics.error(input.m_strName, "offset " + std::to_string(range.m_uiStart) + ": " + range.m_strMessage);
-        return;
-    }
-    const auto seconds = secondPlaces(input.text(), state.getLastErrMsg());
-    for (std::size_t i = 0; i < ranges.size(); ++i)
-    {
-        tDiagnostic diagnostic =
-            diagnostic4Range(input, SV_error, ranges[i].m_strMessage, {ranges[i].m_uiStart, ranges[i].m_uiEnd});
-        if (i < seconds.size() && seconds[i])
-            diagnostic.m_vNote.push_back(
-                diagnostic4Range(input, SV_note, "see here for detail", {*seconds[i], *seconds[i] + 1}));
+        tDiagnostic diagnostic = diagnostic4(input, SV_error, place.m_strMessage, {place.m_uiStart, place.m_uiEnd});
+        if (place.m_tSecond)
+        {
+            const std::size_t second = place.m_tSecond->m_uiOffset;
+            diagnostic.m_vNote.push_back(diagnostic4(input, SV_note, "see here for detail", {second, second + 1}));
+        }
+        if (!input.isText())
+            diagnostic.m_vNote.push_back(noteOnOffsets(input));
         diagnostics.report(diagnostic);
     }
 }
 
-/// The loader's words for a password that is missing or wrong.
-bool isPasswordFault(const std::string& message)
+struct tFaultRow
 {
-    const std::string text = withoutFunction(message);
-    return text == "Input the password" || text == "Mismatched password" || text == "'SEED' encryption need the key";
+    E_LoadFault m_eFault;
+    E_ExitCode m_eCode;
+};
+
+constexpr tFaultRow s_ctFaults[] = {
+    {LF_text, EC_malformed},         {LF_encodingRule, EC_malformed}, {LF_passwordMissing, EC_password},
+    {LF_passwordWrong, EC_password}, {LF_damagedFile, EC_malformed},  {LF_tooBig, EC_malformed},
+    {LF_tooDeep, EC_malformed},      {LF_memory, EC_internal},
+};
+
+E_ExitCode code4Fault(E_LoadFault fault)
+{
+    for (const tFaultRow& row : s_ctFaults)
+    {
+        if (row.m_eFault == fault)
+            return row.m_eCode;
+    }
+    return EC_internal;  // no streams and no callbacks here
 }
 
 /// One load. What is too short for the front loader to tell is text.
-template <typename tLoader>
-E_ExitCode loadBy(tLoader& loader, const tInput& input, const std::string& password, CDiagnostics& diagnostics,
+E_ExitCode loadBy(ILoaderBase& loader, const tInput& input, const std::string& password, CDiagnostics& diagnostics,
                   CFields& tree)
 {
     CProgress progress(input.m_strName, input.m_nSize);
@@ -189,14 +199,16 @@ E_ExitCode loadBy(tLoader& loader, const tInput& input, const std::string& passw
         if (loader.loading(std::string_view(input.m_pBytes.get(), input.m_nSize), tree, password.c_str(), true))
             return EC_done;
         progress.hide();
-        reportErrors(input, loader, loader.getErrorRanges(), diagnostics);
+        reportErrors(input, loader, diagnostics);
     }
     catch (const CLogicError& error)
     {
+        if (loader.getLoadFault() != LF_tooDeep)
+            throw std::bad_alloc();
         progress.hide();
         diagnostics.error(input.m_strName, withoutFunction(error.what()) + " (values may nest 1000 levels)");
     }
-    return isPasswordFault(loader.getLastErrMsg()) ? EC_password : EC_malformed;
+    return code4Fault(loader.getLoadFault());
 }
 
 E_ExitCode loadBytes(const tInput& input, const tLoadOptions& options, unsigned int flags, CDiagnostics& diagnostics,

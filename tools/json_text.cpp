@@ -13,10 +13,12 @@ namespace murv::tool
 
 namespace
 {
-void appendEscaped(std::string& out, char byte)
+/// A control character, a quote or a backslash. What a terminal would act on is escaped too, so that JSON can be looked
+/// at; to a reader of JSON it is the same.
+void appendEscaped(std::string& out, char32_t character)
 {
     constexpr char digits[] = "0123456789abcdef";
-    switch (byte)
+    switch (character)
     {
     case '"': out += "\\\""; return;
     case '\\': out += "\\\\"; return;
@@ -27,15 +29,9 @@ void appendEscaped(std::string& out, char byte)
     case '\t': out += "\\t"; return;
     default: break;
     }
-    const auto code = static_cast<unsigned char>(byte);
-    if (code >= 0x20 && code != 0x7F)
-    {
-        out += byte;
-        return;
-    }
-    out += "\\u00";
-    out += digits[code >> 4U];
-    out += digits[code & 0xFU];
+    out += "\\u";
+    for (const unsigned int shift : {12U, 8U, 4U, 0U})
+        out += digits[character >> shift & 0xFU];
 }
 
 std::string json4Double(double value)
@@ -73,10 +69,11 @@ std::string json4Text(std::string_view text)
     while (!text.empty())
     {
         const std::size_t length = utf8Length(text);
+        const char32_t character = length == 0 ? 0 : codePoint(text.substr(0, length));
         if (length == 0)
             out += "\xEF\xBF\xBD";
-        else if (length == 1)
-            appendEscaped(out, text[0]);
+        else if (character == '"' || character == '\\' || isControl(character))
+            appendEscaped(out, character);
         else
             out += text.substr(0, length);
         text.remove_prefix(length == 0 ? 1 : length);

@@ -9,7 +9,8 @@
 namespace murv::tool
 {
 
-/// The text as a JSON string. JSON holds characters, not bytes: a byte that is part of none becomes U+FFFD.
+/// The text as a JSON string. JSON holds characters, not bytes: a byte that is part of none becomes U+FFFD. Characters
+/// that a terminal would act on are escaped.
 std::string json4Text(std::string_view text);
 
 /// The node's value as JSON on one line.

@@ -3,9 +3,8 @@
 
 #include <unistd.h>
 
-#include <utility>
-
 #include "tools/output.h"
+#include "tools/utf8.h"
 
 namespace murv::tool
 {
@@ -16,8 +15,8 @@ constexpr std::size_t s_cnLeastBytes = 64'000'000;
 constexpr const char* s_cpClearLine = "\r\x1b[K";
 }  // namespace
 
-CProgress::CProgress(std::string name, std::size_t total)
-    : m_strName(std::move(name)), m_nTotal(total), m_bWatched(total > s_cnLeastBytes && isatty(STDERR_FILENO) == 1)
+CProgress::CProgress(std::string_view name, std::size_t total)
+    : m_strName(shownText(name)), m_nTotal(total), m_bWatched(total > s_cnLeastBytes && isatty(STDERR_FILENO) == 1)
 {
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace murv::tool
 {
@@ -13,7 +14,7 @@ class CProgress
 {
 public:
     /// \param total  bytes to come; shown above 64 MB only
-    CProgress(std::string name, std::size_t total);
+    CProgress(std::string_view name, std::size_t total);
     CProgress(const CProgress&) = delete;
     CProgress& operator=(const CProgress&) = delete;
     ~CProgress();

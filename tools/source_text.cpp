@@ -42,10 +42,8 @@ std::vector<tCell> cells4Line(std::string_view text, tRange line)
     {
         const std::string_view rest = text.substr(at, line.m_nEnd - at);
         const std::size_t length = utf8Length(rest);
-        const auto first = static_cast<unsigned char>(rest[0]);
-        const bool c1Control = length == 2 && first == 0xC2 && static_cast<unsigned char>(rest[1]) < 0xA0;
-        const bool control = (length == 1 && (first < 0x20 || first == 0x7F) && first != '\t') || c1Control;
-        cells.push_back({at, length == 0 || control ? std::string_view("?") : rest.substr(0, length)});
+        const bool shown = length != 0 && (rest[0] == '\t' || !isControl(codePoint(rest.substr(0, length))));
+        cells.push_back({at, shown ? rest.substr(0, length) : std::string_view("?")});
         at += length == 0 ? 1 : length;
     }
     return cells;
@@ -100,23 +98,6 @@ tLinePlace place4Offset(std::string_view text, std::size_t offset)
         ++line;
     }
     return {line, offset - lineBegin + 1};
-}
-
-std::optional<std::size_t> offset4Place(std::string_view text, tLinePlace place)
-{
-    if (place.m_nLine == 0 || place.m_nColumn == 0)
-        return std::nullopt;
-    std::size_t lineBegin = 0;
-    for (std::size_t line = 1; line < place.m_nLine; ++line)
-    {
-        const std::size_t lineEnd = findBreak(text, lineBegin);
-        if (lineEnd == text.size())
-            return std::nullopt;
-        lineBegin = behindBreak(text, lineEnd);
-    }
-    if (place.m_nColumn - 1 > text.size() - lineBegin)
-        return std::nullopt;
-    return lineBegin + place.m_nColumn - 1;
 }
 
 tExcerpt excerpt4Range(std::string_view text, tRange range)

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,13 +33,11 @@ struct tExcerpt
 };
 
 tLinePlace place4Offset(std::string_view text, std::size_t offset);
-/// The reverse; nothing when there is no such line, or it is shorter.
-std::optional<std::size_t> offset4Place(std::string_view text, tLinePlace place);
 
 /// The line in which the range begins, with "^" at its begin and "~" up to its end.
 ///
 /// Tabs stay tabs in both lines, and a character of several bytes counts once, so that the marks stand where they
-/// should. Bytes that a terminal would act on are shown as "?". A long line is cut around the place.
+/// should. What a terminal would act on is shown as "?". A long line is cut around the place.
 tExcerpt excerpt4Range(std::string_view text, tRange range);
 
 /// The comments of a document that has been loaded, and the remarks in its packet expressions, in order.

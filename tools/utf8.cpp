@@ -37,6 +37,20 @@ bool hasShape(std::string_view text, const tShapeRow& shape)
     }
     return true;
 }
+
+struct tCharacterRange
+{
+    char32_t m_cFirst;
+    char32_t m_cLast;
+};
+
+constexpr tCharacterRange s_ctControls[] = {
+    {0x00, 0x1F},                        // C0
+    {0x7F, 0x9F},                        // DEL and C1
+    {0x061C, 0x061C},                    // the rest change the direction of writing: marks,
+    {0x200E, 0x200F}, {0x202A, 0x202E},  // embeddings and overrides,
+    {0x2066, 0x2069},                    // isolates
+};
 }  // namespace
 
 std::size_t utf8Length(std::string_view text)
@@ -50,6 +64,40 @@ std::size_t utf8Length(std::string_view text)
             return hasShape(text, shape) ? shape.m_ucLength : 0;
     }
     return 0;
+}
+
+char32_t codePoint(std::string_view sequence)
+{
+    constexpr unsigned char firstBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
+    char32_t character = static_cast<unsigned char>(sequence[0]) & firstBits[sequence.size()];
+    for (const char byte : sequence.substr(1))
+        character = character << 6U | (static_cast<unsigned char>(byte) & 0x3FU);
+    return character;
+}
+
+bool isControl(char32_t character)
+{
+    for (const tCharacterRange& range : s_ctControls)
+    {
+        if (character >= range.m_cFirst && character <= range.m_cLast)
+            return true;
+    }
+    return false;
+}
+
+std::string shownText(std::string_view text)
+{
+    std::string shown;
+    while (!text.empty())
+    {
+        const std::size_t length = utf8Length(text);
+        if (length == 0 || isControl(codePoint(text.substr(0, length))))
+            shown += '?';
+        else
+            shown += text.substr(0, length);
+        text.remove_prefix(length == 0 ? 1 : length);
+    }
+    return shown;
 }
 
 }  // namespace murv::tool

@@ -5,6 +5,7 @@
 
 #include "tools/files_verb.h"
 #include "tools/json_text.h"
+#include "tools/utf8.h"
 
 namespace murv::tool
 {
@@ -32,7 +33,7 @@ private:
             session.m_tOutput.put("{\"file\":" + json4Text(input.m_strName) +
                                   ",\"accepted\":" + (code == EC_done ? "true" : "false") + "}\n");
         else if (code == EC_done && !m_bQuiet)
-            session.m_tOutput.put(input.m_strName + ": accepted\n");
+            session.m_tOutput.put(shownText(input.m_strName) + ": accepted\n");
         return code;
     }
 

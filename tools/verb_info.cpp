@@ -6,9 +6,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "ber/cipher.h"
-#include "ber/layout.h"
 #include "murv/flags.h"
+#include "tools/binary_header.h"
 #include "tools/fact_sheet.h"
 #include "tools/files_verb.h"
 #include "tools/json_text.h"
@@ -19,23 +18,18 @@ namespace murv::tool
 
 namespace
 {
-CFactSheet facts4Header(std::string_view file)
+CFactSheet facts4Header(const tBinaryHeader& header, std::size_t fileBytes)
 {
-    const auto byte = [file](std::size_t offset) { return static_cast<unsigned char>(file[offset]); };
-    const bool isLittle = (byte(detail::s_cuiFlagsOffset) & detail::s_cucLittleEndian) != 0;
-    const auto version = detail::readNumber<std::uint32_t>(file.data() + detail::s_cnVersionOffset, isLittle);
-    const unsigned int cipher = byte(detail::s_cnEncryptionOffset);
-    const std::size_t passwordSize = byte(detail::s_cnPasswordSizeOffset);
-    const std::size_t behindHeader = file.size() - detail::s_cnHeaderSize;
+    const std::size_t behindHeader = fileBytes - header.m_nHeaderBytes;
     char text[11];
-    std::snprintf(text, sizeof text, "0x%08X", version);
+    std::snprintf(text, sizeof text, "0x%08X", header.m_uiVersion);
     CFactSheet facts(0);
-    facts.add("bytes", file.size());
+    facts.add("bytes", fileBytes);
     facts.add("version", text);
-    facts.add("byte order", isLittle ? "little-endian" : "big-endian");
-    facts.add("encryption", detail::isValidCipher(cipher) ? detail::cipherName(cipher) : "unknown");
-    facts.add("password block bytes", passwordSize);
-    facts.add("body bytes", behindHeader - std::min(behindHeader, passwordSize));
+    facts.add("byte order", header.m_bLittleEndian ? "little-endian" : "big-endian");
+    facts.add("encryption", header.m_pCipher);
+    facts.add("password block bytes", header.m_nPasswordBytes);
+    facts.add("body bytes", behindHeader - std::min(behindHeader, header.m_nPasswordBytes));
     return facts;
 }
 
@@ -67,11 +61,10 @@ public:
 private:
     E_ExitCode runInput(const tInput& input, tSession& session) const override
     {
-        const std::string_view file = input.text();
-        if (file.size() < detail::s_cnHeaderSize ||
-            !detail::hasMurfMagic(file.data(), static_cast<unsigned int>(file.size())))
+        const std::optional<tBinaryHeader> header = binaryHeader4File(input.text());
+        if (!header)
             return session.m_tDiagnostics.error(input.m_strName, "is not a binary file"), EC_malformed;
-        CFactSheet facts = facts4Header(file);
+        CFactSheet facts = facts4Header(*header, input.m_nSize);
         CFields tree;
         const E_ExitCode code = loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_error, session.m_tDiagnostics, tree);
         if (code == EC_done)

@@ -40,6 +40,56 @@ TEST(BinaryFiles, areNotReplacedByText)
     EXPECT_EQ(files.read("a.murf"), document);
 }
 
+TEST(BinaryFiles, offsetsSayWhatTheyCountFrom)
+{
+    const CTemporaryDirectory files;
+    const std::string document = CFields("text").toMURV(ER_BER);
+    files.write("a.murf", document.substr(0, document.size() - 4));
+    const tRun run = murv(files, {"check", "a.murf"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError,
+              "a.murf: error: offset 0: No more parsing. Over the data length.\n"
+              "a.murf: note: offset 32: see here for detail\n"
+              "a.murf: note: offsets count from the start of the deciphered body, which begins after the header of 13 "
+              "bytes\n");
+    EXPECT_EQ(murv(files, {"check", "--json", "a.murf"}).m_strError,
+              "{\"severity\":\"error\",\"file\":\"a.murf\",\"counted_in\":\"body\",\"begin\":0,\"end\":32,"
+              "\"message\":\"offset 0: No more parsing. Over the data length.\",\"notes\":["
+              "{\"severity\":\"note\",\"file\":\"a.murf\",\"counted_in\":\"body\",\"begin\":32,\"end\":33,"
+              "\"message\":\"offset 32: see here for detail\"},"
+              "{\"severity\":\"note\",\"file\":\"a.murf\",\"message\":\"offsets count from the start of the "
+              "deciphered body, which begins after the header of 13 bytes\"}]}\n");
+}
+
+TEST(BinaryFiles, offsetsCountBehindThePasswordBlockToo)
+{
+    const CTemporaryDirectory files;
+    files.write("password", "secret");
+    const std::string document = CFields("text").toMURV(ER_BER, SAVE_ALL, "secret");
+    files.write("a.murf", document.substr(0, document.size() - 2));
+    const tRun run = murv(files, {"check", "--password-file", "password", "a.murf"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_NE(run.m_strError.find("a.murf: note: offsets count from the start of the deciphered body, which begins "
+                                  "after the header of 13 bytes and the password block of 8 bytes\n"),
+              std::string::npos)
+        << run.m_strError;
+}
+
+TEST(BinaryFiles, thatNeedAPasswordSayWhetherItIsMissingOrWrong)
+{
+    const CTemporaryDirectory files;
+    files.write("password", "other");
+    files.write("a.murf", CFields("text").toMURV(ER_BER, SAVE_ALL, "secret"));
+    const tRun missing = murv(files, {"check", "a.murf"});
+    EXPECT_EQ(missing.m_iExit, 6);
+    EXPECT_EQ(missing.m_strError, "a.murf: error: Input the password\n");
+    const tRun wrong = murv(files, {"check", "--password-file", "password", "a.murf"});
+    EXPECT_EQ(wrong.m_iExit, 6);
+    EXPECT_EQ(wrong.m_strError, "a.murf: error: Mismatched password\n");
+    // A document cannot pass for one by what it says.
+    EXPECT_EQ(murvOn("[(ACF8 Input the password", {"check", "-"}).m_iExit, 3);
+}
+
 TEST(BinaryFiles, thatAreCutAreMalformedWhereverTheyEnd)
 {
     const CTemporaryDirectory files;

@@ -174,6 +174,9 @@ TEST(InputOutput, progressIsShownForBigFilesOnATerminalOnly)
     EXPECT_EQ(big.m_iExit, 0);
     EXPECT_NE(big.m_strError.find("\r\x1b[Kbig.murv: reading 100 %"), std::string::npos) << big.m_strError;
     EXPECT_NE(big.m_strError.find("\r\x1b[Kbig.murv: loading\r\x1b[K"), std::string::npos) << big.m_strError;
+    writeSparse(files, "big\x1b[31m\xE2\x80\xAE.murv", 65'000'000);
+    const tRun odd = murv(files, {"check", "-q", "big\x1b[31m\xE2\x80\xAE.murv"}, around);
+    EXPECT_NE(odd.m_strError.find("\r\x1b[Kbig?[31m?.murv: loading\r\x1b[K"), std::string::npos) << odd.m_strError;
     const tRun small = murv(files, {"check", "-q", "small.murv"}, around);
     EXPECT_EQ(small.m_strError.find("reading"), std::string::npos) << small.m_strError;
     EXPECT_EQ(murv(files, {"check", "-q", "big.murv"}).m_strError.find("reading"), std::string::npos);
