@@ -1,9 +1,11 @@
 // tools/fact_sheet.cpp - facts for people and for programs.
 #include "tools/fact_sheet.h"
 
+#include <string_view>
 #include <utility>
 
 #include "tools/json_text.h"
+#include "tools/utf8.h"
 
 namespace murv::tool
 {
@@ -15,6 +17,15 @@ constexpr std::size_t s_cnLabelWidth = 24;
 std::string spaces(std::size_t width, std::size_t used)
 {
     return std::string(width > used ? width - used : 0, ' ');
+}
+
+/// "packet expressions" as "packet_expressions", "IDs" as "ids".
+std::string key4Label(std::string_view label)
+{
+    std::string key;
+    for (const char letter : label)
+        key += letter == ' ' ? '_' : letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    return key;
 }
 }  // namespace
 
@@ -30,7 +41,7 @@ void CFactSheet::add(const char* label, std::string text)
 
 std::string CFactSheet::text(const std::string& heading) const
 {
-    std::string out = heading + "\n";
+    std::string out = shownText(heading) + "\n";
     for (const tFact& fact : m_vFacts)
     {
         const std::string label = std::string("  ") + fact.m_pLabel;
@@ -47,7 +58,7 @@ std::string CFactSheet::json(const std::string& head) const
     std::string out = "{" + head;
     for (const tFact& fact : m_vFacts)
     {
-        out += "," + json4Text(fact.m_pLabel) + ":";
+        out += "," + json4Text(key4Label(fact.m_pLabel)) + ":";
         out += fact.m_bNumber ? fact.m_strValue : json4Text(fact.m_strValue);
     }
     return out + "}\n";

@@ -1,6 +1,6 @@
 // tools/fact_sheet.h - what a verb tells of a file: a heading and labelled facts below it.
 //
-// The same labels serve people and programs.
+// The same labels serve people and programs: keys of JSON are the labels in small letters, with "_" for blanks.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ public:
     void add(const char* label, std::size_t number);
     void add(const char* label, std::string text);
 
-    /// One line for the heading, and one for each fact.
+    /// One line for the heading, which may hold any bytes, and one for each fact.
     std::string text(const std::string& heading) const;
     /// One JSON object in a line: `head`, which is members of it, then the facts.
     std::string json(const std::string& head) const;

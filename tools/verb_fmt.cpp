@@ -9,7 +9,9 @@
 
 #include "murv/flags.h"
 #include "tools/files_verb.h"
+#include "tools/json_text.h"
 #include "tools/text_format.h"
+#include "tools/utf8.h"
 
 namespace murv::tool
 {
@@ -31,7 +33,7 @@ std::string unit4Option(const std::string& option)
 class CFmtVerb : public CFilesVerb
 {
 public:
-    CFmtVerb() : CFilesVerb("Diagnostics as JSON lines")
+    CFmtVerb() : CFilesVerb("Diagnostics, and what --check names, as JSON lines")
     {
     }
 
@@ -82,7 +84,8 @@ private:
         if (m_bCheck)
         {
             if (differs)
-                session.m_tOutput.put(input.m_strName + "\n");
+                session.m_tOutput.put(isJson() ? "{\"file\":" + json4Text(input.m_strName) + ",\"differs\":true}\n"
+                                               : shownText(input.m_strName) + "\n");
             return differs ? EC_no : EC_done;
         }
         if (m_bInPlace)

@@ -22,8 +22,8 @@ public:
         verb.add_option("PATH", m_strPath,
                         "Where the value is: orders[3].price, \"quoted name\".x, #7 for the ID 7, . for the root")
             ->required();
-        CLI::Option* const raw =
-            verb.add_flag("-r,--raw", m_bRaw, "A string as its bytes, without quotes, escapes and line feed");
+        CLI::Option* const raw = verb.add_flag(
+            "-r,--raw", m_bRaw, "The value and nothing else: a string as its bytes, no line feed after it");
         verb.add_flag("--json", m_bJson, "The value as JSON, diagnostics as JSON lines")->excludes(raw);
         m_tLoad.declare(verb);
     }
@@ -84,9 +84,11 @@ private:
         value.setOffsetStart(node.getOffsetStart());
         value.setOffsetEnd(node.getOffsetEnd());
         value.setVK(VK_actual);
+        tFormat format;
+        format.m_bFinalNewline = !m_bRaw;
         std::string text;
         tLoss loss;
-        if (!writeText(value, input.isText() ? input.text() : std::string_view(), {}, text, loss))
+        if (!writeText(value, input.isText() ? input.text() : std::string_view(), format, text, loss))
             return reportLoss(input, loss, session.m_tDiagnostics);
         session.m_tOutput.put(text);
         return EC_done;

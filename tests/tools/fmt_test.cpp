@@ -31,6 +31,19 @@ constexpr const char* s_cpPretty =
     "} // end\n";
 }  // namespace
 
+TEST(Fmt, checkGivesALineOfJsonForEachFileThatDiffers)
+{
+    const CTemporaryDirectory files;
+    files.write("a \"x\".murv", "[1,2]");
+    files.write("b.murv", "[ 1, 2 ]\n");
+    files.write("c.murv", "[3]");
+    const tRun run = murv(files, {"fmt", "--check", "--json", "a \"x\".murv", "b.murv", "c.murv"});
+    EXPECT_EQ(run.m_iExit, 1);
+    EXPECT_EQ(run.m_strOutput,
+              "{\"file\":\"a \\\"x\\\".murv\",\"differs\":true}\n{\"file\":\"c.murv\",\"differs\":true}\n");
+    EXPECT_EQ(run.m_strError, "");
+}
+
 TEST(Fmt, writesOneMemberALine)
 {
     EXPECT_EQ(fmt(s_cpUgly), s_cpPretty);

@@ -41,11 +41,11 @@ TEST(Info, plainFileIsShownWhole)
               "  depth                 3\n");
 }
 
-TEST(Info, jsonHasTheSameLabels)
+TEST(Info, jsonHasTheSameLabelsWithoutBlanks)
 {
     EXPECT_EQ(murvOn(fileOf(), {"info", "--json", "-"}).m_strOutput,
-              "{\"file\":\"<stdin>\",\"bytes\":181,\"version\":\"0x01050000\",\"byte order\":\"little-endian\","
-              "\"encryption\":\"VERNAM\",\"password block bytes\":0,\"body bytes\":168,\"nodes\":4,\"containers\":2,"
+              "{\"file\":\"<stdin>\",\"bytes\":181,\"version\":\"0x01050000\",\"byte_order\":\"little-endian\","
+              "\"encryption\":\"VERNAM\",\"password_block_bytes\":0,\"body_bytes\":168,\"nodes\":4,\"containers\":2,"
               "\"leaves\":2,\"depth\":3}\n");
 }
 

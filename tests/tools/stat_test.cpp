@@ -41,13 +41,13 @@ TEST(Stat, countsNodesTypesAndWhatTheyCarry)
               "  string bytes                   4\n");
 }
 
-TEST(Stat, jsonHasTheSameLabels)
+TEST(Stat, jsonHasTheSameLabelsWithoutBlanks)
 {
     EXPECT_EQ(
         murvOn(s_cpDocument, {"stat", "--json", "-"}).m_strOutput,
         "{\"file\":\"<stdin>\",\"encoding\":\"text\",\"bytes\":103,\"depth\":3,\"nodes\":8,\"null\":1,\"array\":1,"
-        "\"fields\":1,\"bool\":1,\"sint\":1,\"uint\":1,\"double\":1,\"codelist\":1,\"names\":2,\"IDs\":1,"
-        "\"packet expressions\":1,\"comments\":4,\"string bytes\":4}\n");
+        "\"fields\":1,\"bool\":1,\"sint\":1,\"uint\":1,\"double\":1,\"codelist\":1,\"names\":2,\"ids\":1,"
+        "\"packet_expressions\":1,\"comments\":4,\"string_bytes\":4}\n");
 }
 
 TEST(Stat, severalFilesGiveSeveralBlocks)
