@@ -4,6 +4,8 @@
 #include <exception>
 #include <new>
 
+#include "tools/command_line.h"
+#include "tools/utf8.h"
 #include "tools/verb.h"
 
 #ifndef MURV_VERSION
@@ -40,7 +42,7 @@ E_ExitCode answer(const CLI::App& tool, const CLI::ParseError& error, tSession& 
         session.m_tOutput.put(verbs.empty() ? tool.help() : verbs.front()->help(tool.get_name()));
         return session.m_tOutput.finish(session.m_tDiagnostics);
     }
-    session.m_tDiagnostics.error("", std::string(error.what()) + " (see murv --help)");
+    session.m_tDiagnostics.error("", fault4Call(tool, error));
     return EC_wrongCall;
 }
 
@@ -48,6 +50,7 @@ E_ExitCode runTool(int argc, char** argv)
 {
     tSession session;
     CLI::App tool("Reads, checks and lays out murv documents.", "murv");
+    tool.formatter(std::make_shared<CHelpFormatter>());
     tool.set_version_flag("--version", MURV_VERSION, "Print the version and exit");
     tool.require_subcommand(1);
     tool.footer(exitCodeHelp());
@@ -55,7 +58,7 @@ E_ExitCode runTool(int argc, char** argv)
     std::vector<std::pair<CLI::App*, std::unique_ptr<IVerb>>> verbs;
     for (const tVerbRow& row : s_ctVerbs)
     {
-        CLI::App* const app = tool.add_subcommand(row.m_pName, row.m_pSummary);
+        CLI::App* const app = tool.add_subcommand(row.m_pName, row.m_pSummary)->group("Verbs");
         verbs.emplace_back(app, row.m_pMake());
         verbs.back().second->declare(*app);
     }
@@ -95,7 +98,7 @@ int main(int argc, char** argv)
     }
     catch (const std::exception& error)
     {
-        writeAll(2, "murv: internal error: " + std::string(error.what()) + "\n");
+        writeAll(2, "murv: internal error: " + shownText(error.what()) + "\n");
     }
     return EC_internal;
 }

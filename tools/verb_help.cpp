@@ -1,7 +1,8 @@
 // tools/verb_help.cpp - murv help: the same text as --help, also for a verb that is named.
 #include "tools/verb.h"
 
-#include <CLI/CLI.hpp>
+#include "tools/command_line.h"
+#include "tools/nearest.h"
 
 namespace murv::tool
 {
@@ -29,7 +30,7 @@ public:
             if (verb->get_name() == m_strVerb)
                 return put(verb->help(m_pTool->get_name()), session);
         }
-        session.m_tDiagnostics.error("", "no verb is called " + m_strVerb);
+        session.m_tDiagnostics.error("", "no verb is called " + m_strVerb + hint4(m_strVerb, verbNames()));
         return EC_wrongCall;
     }
 

@@ -280,7 +280,7 @@ TEST(Convert, passwordFileWithoutANameIsAWrongCall)
     {
         const tRun run = toBinary(files, {option, "", "a.murv"});
         EXPECT_EQ(run.m_iExit, 2) << option;
-        EXPECT_EQ(run.m_strError, "murv: error: " + std::string(option) + ": names no file (see murv --help)\n");
+        EXPECT_EQ(run.m_strError, "murv: error: " + std::string(option) + ": names no file (see murv help convert)\n");
     }
     EXPECT_FALSE(hasResult(files));
 }

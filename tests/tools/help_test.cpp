@@ -1,6 +1,8 @@
 // tests/tools/help_test.cpp - help, version, and calls that are wrong.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/tools/tool.h"
 
 namespace murv::tests
@@ -35,6 +37,66 @@ TEST(Help, ofAnUnknownVerbIsAWrongCall)
     const tRun run = murvOn("", {"help", "cook"});
     EXPECT_EQ(run.m_iExit, 2);
     EXPECT_EQ(run.m_strError, "murv: error: no verb is called cook\n");
+}
+
+TEST(Help, speaksOfVerbsAndNamesEachOptionOnce)
+{
+    for (const char* const verb : {"", "fmt", "check", "get", "stat", "convert", "info", "help"})
+    {
+        const std::string help =
+            *verb == '\0' ? murvOn("", {"--help"}).m_strOutput : murvOn("", {"help", verb}).m_strOutput;
+        EXPECT_EQ(help.find("SUBCOMMAND"), std::string::npos) << help;
+        EXPECT_EQ(help.find("Subcommand"), std::string::npos) << help;
+        EXPECT_EQ(help.find("TEXT"), std::string::npos) << help;
+        std::vector<std::string> seen;
+        const std::string options = help.substr(help.find("\nOptions:"), help.find("\n\n", help.find("\nOptions:")));
+        for (std::size_t at = options.find("--"); at != std::string::npos; at = options.find("--", at + 2))
+            seen.push_back(options.substr(at, options.find_first_of(" \n,", at) - at));
+        for (const std::string& option : seen)
+            EXPECT_EQ(std::count(seen.begin(), seen.end(), option), 1) << verb << " " << option;
+    }
+    EXPECT_NE(murvOn("", {"--help"}).m_strOutput.find("\nUsage: murv [OPTIONS] VERB\n"), std::string::npos);
+    EXPECT_NE(murvOn("", {"--help"}).m_strOutput.find("\nVerbs:\n  fmt "), std::string::npos);
+}
+
+TEST(Help, saysWhichValuesAnOptionTakes)
+{
+    EXPECT_NE(murvOn("", {"help", "convert"}).m_strOutput.find("  --to text|compact|binary (required)\n"),
+              std::string::npos);
+    EXPECT_NE(murvOn("", {"help", "fmt"}).m_strOutput.find("  --indent N|tab (2) "), std::string::npos);
+}
+
+TEST(Help, wrongCallsNameTheWordAndWhatIsNearIt)
+{
+    const std::pair<std::vector<std::string>, const char*> calls[] = {
+        {{}, "a verb is required (see murv --help)"},
+        {{"frm", "x"}, "no verb is called frm; did you mean fmt? (see murv --help)"},
+        {{"chekc", "x"}, "no verb is called chekc; did you mean check? (see murv --help)"},
+        {{"conv", "x"}, "no verb is called conv; did you mean convert? (see murv --help)"},
+        {{"cook", "x"}, "no verb is called cook (see murv --help)"},
+        {{"x", "fmt", "a"}, "no verb is called x (see murv --help)"},
+        {{"f\x1b[2J", "x"}, "no verb is called f?[2J (see murv --help)"},
+        {{std::string(100000, 'f')}, nullptr},
+        {{"help", "frm"}, "no verb is called frm; did you mean fmt?"},
+        {{"--versoin"}, "no option is called --versoin; did you mean --version? (see murv --help)"},
+        {{"fmt", "--chekc", "a"}, "no option is called --chekc; did you mean --check? (see murv help fmt)"},
+        {{"fmt", "--chekc"}, "no option is called --chekc; did you mean --check? (see murv help fmt)"},
+        {{"fmt", "--chekc=5", "a"}, "no option is called --chekc; did you mean --check? (see murv help fmt)"},
+        {{"fmt", "--cook", "a"}, "no option is called --cook (see murv help fmt)"},
+        {{"fmt", "-x", "a"}, "no option is called -x (see murv help fmt)"},
+        {{"get", "a", "b", "c"}, "unexpected argument c (see murv help get)"},
+        {{"get", "a"}, "PATH is required (see murv help get)"},
+        {{"fmt", "--check", "-i", "a"}, "--check excludes --in-place (see murv help fmt)"},
+    };
+    for (const auto& [call, message] : calls)
+    {
+        const tRun run = murvOn("", call);
+        EXPECT_EQ(run.m_iExit, 2);
+        if (message != nullptr)
+            EXPECT_EQ(run.m_strError, "murv: error: " + std::string(message) + "\n");
+        else
+            EXPECT_EQ(run.m_strError.rfind("murv: error: no verb is called fff", 0), 0U);
+    }
 }
 
 TEST(Help, versionIsOneLine)
