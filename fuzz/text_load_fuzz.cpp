@@ -67,6 +67,47 @@ void requireRoundTrip(const CFields& tree, bool oneLine)
     require(found.empty(), "what was saved loads as something else", found + "\n" + text);
 }
 
+/// "Line 3, Column 7", counted byte by byte.
+std::string words4Offset(const std::string& text, std::size_t offset)
+{
+    int line = 1;
+    int column = 1;
+    for (std::size_t at = 0; at < offset; ++at)
+    {
+        const bool isPairBegin = text[at] == '\r' && at + 1 < offset && text[at + 1] == '\n';
+        const bool isBreak = text[at] == '\n' || (text[at] == '\r' && !isPairBegin);
+        line += isBreak ? 1 : 0;
+        column = isBreak ? 1 : column + 1;
+    }
+    return "Line " + std::to_string(line) + ", Column " + std::to_string(column);
+}
+
+std::string words4Place(unsigned int line, unsigned int column)
+{
+    return "Line " + std::to_string(line) + ", Column " + std::to_string(column);
+}
+
+/// The places are those of the message, and of the text.
+void requirePlaces(const CLoader4SER& loader, const std::string& text)
+{
+    require(loader.getStatus() == (loader.getLoadFault() == LF_none), "fault and status disagree",
+            loader.getLastErrMsg());
+    std::string message;
+    for (const tErrorPlace& place : loader.getErrorPlaces())
+    {
+        const std::string words = words4Place(place.m_uiLine, place.m_uiColumn);
+        require(words == words4Offset(text, place.m_uiStart), "wrong line or column", words);
+        message += "* " + words + "\n  " + place.m_strMessage + "\n";
+        if (!place.m_tSecond)
+            continue;
+        require(place.m_tSecond->m_uiOffset <= text.size(), "second place outside the data", message);
+        const std::string second = words4Place(place.m_tSecond->m_uiLine, place.m_tSecond->m_uiColumn);
+        require(second == words4Offset(text, place.m_tSecond->m_uiOffset), "wrong line or column", second);
+        message += "See " + second + " for detail.\n";
+    }
+    require(message == loader.getLastErrMsg(), "places and message disagree", message + loader.getLastErrMsg());
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -83,14 +124,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     catch (const CLogicError& error)
     {
-        require(std::string(error.what()).find("Exceeded s_cnStackDepthLimit") != std::string::npos, "thrown",
-                error.what());
+        require(loader.getLoadFault() == LF_tooDeep, "thrown", error.what());
         return 0;
     }
     require(done == loader.getLastErrMsg().empty() && done == loader.getStatus(), "result and message disagree",
             loader.getLastErrMsg());
     for (const tErrorRange& range : loader.getErrorRanges())
         require(range.m_uiStart <= range.m_uiEnd && range.m_uiEnd < size, "range outside the data", range.m_strMessage);
+    requirePlaces(loader, {reinterpret_cast<const char*>(data + 1), size - 1});
     if (!done)
         return 0;
     requireRoundTrip(tree, false);
