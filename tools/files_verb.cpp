@@ -38,8 +38,15 @@ E_ExitCode CFilesVerb::begin(CDiagnostics& /*diagnostics*/)
     return EC_done;
 }
 
+E_ExitCode CFilesVerb::beforeReading(const std::string& /*path*/, CDiagnostics& /*diagnostics*/) const
+{
+    return EC_done;
+}
+
 E_ExitCode CFilesVerb::runFile(const std::string& path, tSession& session) const
 {
+    if (const E_ExitCode code = beforeReading(path, session.m_tDiagnostics))
+        return code;
     tInput input;
     if (const E_ExitCode code = readInput(path, session.m_tDiagnostics, input))
         return code;

@@ -41,6 +41,8 @@ private:
     virtual void declareOwn(CLI::App& verb);
     /// Runs once, before the first file is read. \return EC_done to go on
     virtual E_ExitCode begin(CDiagnostics& diagnostics);
+    /// Looks at a file before it is opened. \return EC_done to read it
+    virtual E_ExitCode beforeReading(const std::string& path, CDiagnostics& diagnostics) const;
     virtual E_ExitCode runInput(const tInput& input, tSession& session) const = 0;
 
     E_ExitCode runFile(const std::string& path, tSession& session) const;

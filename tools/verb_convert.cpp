@@ -11,6 +11,7 @@
 #include "murv/loader.h"
 #include "murv/saver.h"
 #include "tools/input.h"
+#include "tools/replace_file.h"
 #include "tools/text_format.h"
 
 namespace murv::tool
@@ -28,7 +29,8 @@ public:
             ->required()
             ->check(CLI::IsMember({"text", "compact", "binary"}));
         verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output")
-            ->type_name("FILE");
+            ->type_name("FILE")
+            ->check([](const std::string& name) { return name.empty() ? "names no file" : std::string(); });
         verb.add_flag("--json", m_bJson, "Diagnostics as JSON lines");
         m_tLoad.declare(verb);
         CLI::Option* const without =

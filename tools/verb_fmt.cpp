@@ -10,6 +10,7 @@
 #include "murv/flags.h"
 #include "tools/files_verb.h"
 #include "tools/json_text.h"
+#include "tools/replace_file.h"
 #include "tools/text_format.h"
 #include "tools/utf8.h"
 
@@ -73,6 +74,11 @@ private:
         if (m_bInPlace && std::count(files().begin(), files().end(), "-") != 0)
             return diagnostics.error("", "the standard input cannot be replaced: --in-place needs files"), false;
         return true;
+    }
+
+    E_ExitCode beforeReading(const std::string& path, CDiagnostics& diagnostics) const override
+    {
+        return m_bInPlace ? checkReplaceable(path, diagnostics) : EC_done;
     }
 
     E_ExitCode runInput(const tInput& input, tSession& session) const override

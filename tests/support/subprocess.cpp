@@ -120,6 +120,7 @@ void redirect(int descriptor, int to)
     limit(RLIMIT_CPU, s_cullMostSeconds);
     limit(RLIMIT_FSIZE, around.m_ullMostFileBytes);
     limit(RLIMIT_AS, around.m_ullMostMemory);
+    alarm(around.m_uiMostSeconds);
     fexecve(program, arguments, environment);
     _exit(s_ciNotStarted);
 }

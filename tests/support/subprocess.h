@@ -21,6 +21,7 @@ struct tSurroundings
     bool m_bNobody = false;                     // without the rights of root
     unsigned long long m_ullMostFileBytes = 0;  // files may not grow beyond; 0 for no limit
     unsigned long long m_ullMostMemory = 0;     // address space in bytes; 0 for no limit
+    unsigned int m_uiMostSeconds = 0;           // SIGALRM ends it then; 0 for no limit
 };
 
 struct tRun

@@ -372,8 +372,23 @@ TEST(Convert, outputThatCannotBeWrittenIsAnOutputFailure)
     files.write("a.murv", s_cpDocument);
     const tRun run = murv(files, {"convert", "--to", "text", "-o", "no/such/place", "a.murv"});
     EXPECT_EQ(run.m_iExit, 5);
-    EXPECT_EQ(run.m_strError, "no/such/place: error: not written: No such file or directory\n");
+    EXPECT_EQ(run.m_strError, "no/such/place: error: not written: the directory of the file does not exist\n");
     EXPECT_EQ(murv(files, {"convert", "--to", "text", "-o", "/dev/full", "a.murv"}).m_iExit, 5);
+}
+
+TEST(Convert, outputWithoutANameIsAWrongCall)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", s_cpDocument);
+    for (const char* option : {"-o", "--output"})
+    {
+        const tRun run = murv(files, {"convert", "--to", "text", option, "", "a.murv"});
+        EXPECT_EQ(run.m_iExit, 2) << option;
+        EXPECT_EQ(run.m_strOutput, "") << option;
+        EXPECT_EQ(run.m_strError, "murv: error: --output: names no file (see murv --help)\n") << option;
+    }
+    EXPECT_EQ(murv(files, {"convert", "--to", "text", "a.murv", "--output="}).m_iExit, 2);
+    EXPECT_EQ(files.names(), "a.murv");
 }
 
 TEST(Convert, otherEncodingIsAWrongCall)
