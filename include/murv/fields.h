@@ -520,7 +520,7 @@ public:
     /// \return the bytes that remain behind the item; negative: how many are missing, or -1 for an unreadable number.
     /// Throws CLogicError when an external keyword has no ParsePkt callback.
     int pkt_Parse4OneSelf(const char* data, unsigned int length, bool a_bSet);
-    /// Reads the items of all leaves of a subtree. Values that were read before an item was missing stay stored.
+    /// Reads all leaves of a subtree, in as many passes as docs/packets.md says. What was read before a failure stays.
     int pkt_Parse4Children(const char* data, unsigned int length, bool a_bSet, CFields* a_pRoot = nullptr);
 
     /// Whether the two values are equal, for leaves with the keyword "valid" (`valid` true) or "fix" (false); true for
