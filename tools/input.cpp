@@ -150,16 +150,18 @@ void reportErrors(const tInput& input, const ILoaderBase& loader, CDiagnostics& 
     const std::vector<tErrorPlace> places = loader.getErrorPlaces();
     if (places.empty())
         diagnostics.error(input.m_strName, withoutFunction(loader.getLastErrMsg()));
-    const auto diagnostic4 = input.isText() ? &diagnostic4Range : &diagnostic4Body;
     for (const tErrorPlace& place : places)
     {
+        // The loader knows: what has a binary header is read as text where that header says so.
+        const bool isText = place.m_uiLine != 0;
+        const auto diagnostic4 = isText ? &diagnostic4Range : &diagnostic4Body;
         tDiagnostic diagnostic = diagnostic4(input, SV_error, place.m_strMessage, {place.m_uiStart, place.m_uiEnd});
         if (place.m_tSecond)
         {
             const std::size_t second = place.m_tSecond->m_uiOffset;
             diagnostic.m_vNote.push_back(diagnostic4(input, SV_note, "see here for detail", {second, second + 1}));
         }
-        if (!input.isText())
+        if (!isText)
             diagnostic.m_vNote.push_back(noteOnOffsets(input));
         diagnostics.report(diagnostic);
     }
@@ -203,8 +205,10 @@ E_ExitCode loadBy(ILoaderBase& loader, const tInput& input, const std::string& p
     }
     catch (const CLogicError& error)
     {
-        if (loader.getLoadFault() != LF_tooDeep)
+        if (loader.getLoadFault() == LF_memory)
             throw std::bad_alloc();
+        if (loader.getLoadFault() != LF_tooDeep)
+            throw;
         progress.hide();
         diagnostics.error(input.m_strName, withoutFunction(error.what()) + " (values may nest 1000 levels)");
     }

@@ -34,7 +34,7 @@ std::string unit4Option(const std::string& option)
 class CFmtVerb : public CFilesVerb
 {
 public:
-    CFmtVerb() : CFilesVerb("Diagnostics, and what --check names, as JSON lines")
+    CFmtVerb() : CFilesVerb("Diagnostics, and names of files that differ, as JSON lines")
     {
     }
 

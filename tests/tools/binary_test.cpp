@@ -75,6 +75,12 @@ TEST(BinaryFiles, offsetsCountBehindThePasswordBlockToo)
         << run.m_strError;
 }
 
+TEST(BinaryFiles, ofTheReservedRuleAreReadAsText)
+{
+    EXPECT_EQ(murvOn(std::string("MURF\0\0\5\1\x0D\0\2\0\0", 13), {"check", "-"}).m_strError,
+              "<stdin>:1:1: error: Missing '}' or field member name\nMURF????\n^\n");
+}
+
 TEST(BinaryFiles, thatNeedAPasswordSayWhetherItIsMissingOrWrong)
 {
     const CTemporaryDirectory files;

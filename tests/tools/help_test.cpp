@@ -49,7 +49,8 @@ TEST(Help, speaksOfVerbsAndNamesEachOptionOnce)
         EXPECT_EQ(help.find("Subcommand"), std::string::npos) << help;
         EXPECT_EQ(help.find("TEXT"), std::string::npos) << help;
         std::vector<std::string> seen;
-        const std::string options = help.substr(help.find("\nOptions:"), help.find("\n\n", help.find("\nOptions:")));
+        const std::size_t begin = help.find("\nOptions:");
+        const std::string options = help.substr(begin, help.find("\n\n", begin) - begin);
         for (std::size_t at = options.find("--"); at != std::string::npos; at = options.find("--", at + 2))
             seen.push_back(options.substr(at, options.find_first_of(" \n,", at) - at));
         for (const std::string& option : seen)
@@ -86,7 +87,7 @@ TEST(Help, wrongCallsNameTheWordAndWhatIsNearIt)
         {{"fmt", "-x", "a"}, "no option is called -x (see murv help fmt)"},
         {{"get", "a", "b", "c"}, "unexpected argument c (see murv help get)"},
         {{"get", "a"}, "PATH is required (see murv help get)"},
-        {{"fmt", "--check", "-i", "a"}, "--check excludes --in-place (see murv help fmt)"},
+        {{"fmt", "--check", "-i", "a"}, "--in-place excludes --check (see murv help fmt)"},
     };
     for (const auto& [call, message] : calls)
     {

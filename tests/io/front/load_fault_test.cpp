@@ -117,14 +117,18 @@ private:
 
 constexpr const char* s_cpStreamFailed = "[murv::ILoaderBase::loading#0] Input stream failed";
 
-std::vector<std::unique_ptr<ILoaderBase>> allLoaders()
+/// One of each class.
+struct tAllLoaders
 {
-    std::vector<std::unique_ptr<ILoaderBase>> all;
-    all.push_back(std::make_unique<CLoaders>());
-    all.push_back(std::make_unique<CLoader4SER>());
-    all.push_back(std::make_unique<CLoader4BER>());
-    return all;
-}
+    std::vector<ILoaderBase*> all()
+    {
+        return {&m_tFront, &m_tText, &m_tBinary};
+    }
+
+    CLoaders m_tFront;
+    CLoader4SER m_tText;
+    CLoader4BER m_tBinary;
+};
 
 }  // namespace
 
@@ -143,7 +147,8 @@ TEST(LoadFault, saysOfEachKindOfDataWhyItIsRefused)
 
 TEST(LoadFault, isNoneBeforeTheFirstLoad)
 {
-    for (const auto& loader : allLoaders())
+    tAllLoaders loaders;
+    for (ILoaderBase* const loader : loaders.all())
     {
         EXPECT_EQ(loader->getLoadFault(), LF_none);
         EXPECT_TRUE(loader->getErrorPlaces().empty());
@@ -160,12 +165,12 @@ TEST(LoadFault, dataOfNoBinaryFileFollowsAnotherRule)
 
 TEST(LoadFault, tooMuchDataIsTooBigForEveryLoader)
 {
-    for (const auto& loader : allLoaders())
+    tAllLoaders loaders;
+    for (ILoaderBase* const loader : loaders.all())
     {
         CFields tree;
         EXPECT_FALSE(loader->loadit("[1]", 2147483648u, tree));
         EXPECT_EQ(loader->getLoadFault(), LF_tooBig);
-        EXPECT_TRUE(loader->loading("", tree) || loader->getLoadFault() != LF_none);
         // NOLINTNEXTLINE(bugprone-string-constructor): never read
         EXPECT_FALSE(loader->loading(std::string_view("[1]", 2147483648u), tree));
         EXPECT_EQ(loader->getLoadFault(), LF_tooBig);
@@ -249,7 +254,8 @@ TEST(LoadFault, exceptionOfAKeywordCallbackIsTheCallbacks)
 
 TEST(LoadFault, streamThatFailedBeforeItsFirstByteIsReported)
 {
-    for (const auto& loader : allLoaders())
+    tAllLoaders loaders;
+    for (ILoaderBase* const loader : loaders.all())
     {
         std::istringstream in("[1, 2]");
         in.setstate(std::ios_base::failbit);
