@@ -1,8 +1,7 @@
-// core/double_text.cpp - doubles as decimal text: of 17 significant digits, or of as few as bring them back.
+// core/double_text.cpp - doubles as decimal text of 17 significant digits.
 //
 // The mantissa is scaled by a power of ten to an integer of 17 digits, with one exact rounding: powers of 128 bits are
-// enough for every double, so that no second, slower way is needed. The fewest digits are found by scaling the double
-// and the two ends of the range that reads back to it, and looking which of the decimals around lie inside.
+// enough for every double, so that no second, slower way is needed.
 #include "core/double_text.h"
 
 #include <bit>
@@ -28,7 +27,6 @@ constexpr std::uint64_t s_cullSignBit = std::uint64_t{1} << 63;
 constexpr std::uint64_t s_cull17Digits = 10000000000000000U;  // the smallest number of 17 digits
 constexpr std::uint64_t s_cull18Digits = 100000000000000000U;
 constexpr double s_cdFirstWithExponent = 1e17;
-constexpr int s_cnLongestWhole = 16;  // digits before the point, in the shortest text
 
 /// value = digits * 10^(exponent - 16), with exactly 17 digits.
 struct tDecimal17
@@ -166,7 +164,7 @@ char* writeExponent(char* out, int exponent) noexcept
     return writeUnsigned(out, magnitude);
 }
 
-/// Lays out a number that is not whole, or has an exponent, as "%g" does. With an exponent of 16, there is one.
+/// Lays out a number that is not whole, or has an exponent, as "%g" does.
 char* layOut(char* out, const tDecimal17& decimal) noexcept
 {
     const tDigitText text = spellDigits(decimal.m_ullDigits);
@@ -185,116 +183,7 @@ char* layOut(char* out, const tDecimal17& decimal) noexcept
     return writeExponent(text.m_iCount == 1 ? out + 1 : end, decimal.m_iExponent);
 }
 
-/// A range of numbers in quarters of a unit, which is a power of ten. Numbers between quarters have the last bit set,
-/// so that comparing them with quarters is exact.
-struct tScaledRange
-{
-    std::uint64_t m_ullLower;
-    std::uint64_t m_ullValue;
-    std::uint64_t m_ullUpper;
-
-    /// Whether so many units read back to the value.
-    bool holds(std::uint64_t units) const noexcept
-    {
-        return m_ullLower <= 4 * units && 4 * units <= m_ullUpper;
-    }
-};
-
-/// Scales the value and the ends of the range that reads back to it.
-///
-/// \param quarters  four times the mantissa
-/// \param close     the next double below is only half as far away as the next above
-/// \param shift     scales together with 5^power
-tScaledRange scaleRange(std::uint64_t quarters, bool close, int power, unsigned int shift) noexcept
-{
-    // A cut power is raised by one: then products err upwards, by less than what the last bit tells apart.
-    tWide128 scale = s_ctPowers[power];
-    if (power < 0 || power > s_cnLastExactPower)
-    {
-        ++scale.m_ullLow;
-        scale.m_ullHigh += scale.m_ullLow == 0 ? 1 : 0;
-    }
-    const auto scaled = [&](std::uint64_t number) {
-        const tWide192 product = multiplyWide(number << shift, scale);
-        return product.m_ullHigh | (product.m_ullMiddle > 1 ? 1U : 0U);
-    };
-    // Halfway numbers are rounded to the even mantissa.
-    const std::uint64_t odd = (quarters >> 2) & 1;
-    return {scaled(quarters - (close ? 1 : 2)) + odd, scaled(quarters), scaled(quarters + 2) - odd};
-}
-
-/// floor(log10(2^exponent)), or of three quarters of that.
-int log10OfTwoTo(int exponent, bool threeQuarters) noexcept
-{
-    return (exponent * 1262611 - (threeQuarters ? 524031 : 0)) >> 22;
-}
-
-/// The shortest digits of digits * 10^exponent, brought to 17.
-tDecimal17 fillDigits(std::uint64_t digits, int exponent) noexcept
-{
-    int count = digits4Unsigned(digits);
-    exponent += count - 1;
-    for (; count < 17; ++count)
-        digits *= 10;
-    return {digits, exponent};
-}
-
-/// The decimal of fewest digits that reads back to the number; of several the nearest.
-///
-/// The unit is the largest power of ten that is below the width of the range, so that the range holds a whole number of
-/// units, and at most one of tens of units; the latter is the shorter one, also when many zeros end it.
-tDecimal17 toShortest(std::uint64_t magnitude) noexcept
-{
-    const int field = static_cast<int>(magnitude >> 52);
-    const std::uint64_t fraction = magnitude & s_cullMantissaMask;
-    const std::uint64_t mantissa = field == 0 ? fraction : fraction | (s_cullMantissaMask + 1);
-    const int exponent = (field == 0 ? 1 : field) - 1075;
-    const bool close = fraction == 0 && field > 1;
-    const int unit = log10OfTwoTo(exponent, close);
-    const int shift = exponent + log2OfPower(-unit) - unit + 1;
-    const tScaledRange range = scaleRange(4 * mantissa, close, -unit, static_cast<unsigned int>(shift));
-
-    const std::uint64_t below = range.m_ullValue / 4;
-    if (below >= 10)
-    {
-        const std::uint64_t tens = below / 10;
-        const bool isLower = range.holds(10 * tens);
-        const bool isUpper = range.holds(10 * tens + 10);
-        if (isLower != isUpper)
-            return fillDigits(tens + (isUpper ? 1 : 0), unit + 1);
-    }
-    const bool isLower = range.holds(below);
-    const bool isUpper = range.holds(below + 1);
-    if (isLower != isUpper)
-        return fillDigits(below + (isUpper ? 1 : 0), unit);
-    const std::uint64_t half = 4 * below + 2;
-    const bool up = range.m_ullValue > half || (range.m_ullValue == half && (below & 1) != 0);
-    return fillDigits(below + (up ? 1 : 0), unit);
-}
-
 }  // namespace
-
-char* writeShortestDouble(char* out, double value) noexcept
-{
-    constexpr double firstInexact = 9007199254740992.0;  // below, whole numbers need all their digits
-    const auto bits = std::bit_cast<std::uint64_t>(value);
-    const std::uint64_t magnitude = bits & ~s_cullSignBit;
-    *out = '-';
-    out += bits >> 63;
-
-    const auto positive = std::bit_cast<double>(magnitude);
-    if (positive < firstInexact)
-    {
-        const auto whole = static_cast<std::int64_t>(positive);
-        if (static_cast<double>(whole) == positive)
-            return writeText(writeUnsigned(out, static_cast<unsigned long long>(whole)), ".0");
-    }
-    const tDecimal17 decimal = toShortest(magnitude);
-    char* const end = layOut(out, decimal);
-    // Whole numbers of 16 digits end here without a point; what has an exponent ends with its digits.
-    const bool isWhole = decimal.m_iExponent == s_cnLongestWhole - 1 && decimal.m_ullDigits % 10 == 0;
-    return isWhole ? writeText(out + s_cnLongestWhole, ".0") : end;
-}
 
 char* writeDouble(char* out, double value) noexcept
 {

@@ -119,7 +119,12 @@ char* writeQuotedCharacters(char* out, const char* text, std::size_t length) noe
     const char* const end = text + length;
     for (;;)
     {
-        copyUntilStop<tEscapeStop>(text, end, out);
+        // Not copyUntilStop(): with a second caller it would be inlined nowhere, and quoting ASCII would pay for it.
+        const char* const stop = findEscape(text, end);
+        if (stop != text)
+            std::memcpy(out, text, static_cast<std::size_t>(stop - text));
+        out += stop - text;
+        text = stop;
         if (text == end)
             break;
         const tUtf8Point point = readUtf8(text, end);

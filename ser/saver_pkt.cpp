@@ -135,7 +135,7 @@ private:
         }
         if (m_bNames && !name.empty())
         {
-            out = m_tValues.writeText(out, name);
+            out = m_tValues.writeName(out, name);
             *out++ = '=';
             if (m_bYaml)
                 *out++ = ' ';

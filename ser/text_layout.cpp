@@ -83,7 +83,7 @@ inline char* CTextLayout::writeId(char* out, unsigned int id, unsigned char& wri
 
 inline char* CTextLayout::writeName(char* out, std::string_view name, unsigned char& written)
 {
-    out = m_tValues.writeText(out, name);
+    out = m_tValues.writeName(out, name);
     if (m_bSpacing)
         *out++ = ' ';
     *out++ = '=';
@@ -316,15 +316,24 @@ std::string_view CTextLayout::measured(std::uint32_t index) const
 void CTextLayout::writeOnOneLine(std::uint32_t count)
 {
     const std::string_view separator = m_bSpacing ? ", " : ",";
-    putBlankAfterName();
-    putText(m_tValues.isLossless() ? "[" : "[ ");
+    const bool isLossless = m_tValues.isLossless();
+    if (isLossless) [[unlikely]]
+    {
+        putBlankAfterName();
+        putText("[");
+    }
+    else
+        putText("[ ");
     for (std::uint32_t i = 0; i < count; ++i)
     {
         if (i != 0)
             m_tSink.put(separator);
         m_tSink.put(measured(i));
     }
-    m_tSink.put(m_tValues.isLossless() ? "]" : " ]");
+    if (isLossless) [[unlikely]]
+        m_tSink.put("]");
+    else
+        m_tSink.put(" ]");
 }
 
 void CTextLayout::putEmpty(std::string_view brackets)

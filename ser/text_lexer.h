@@ -187,10 +187,10 @@ inline bool CTextParser::setSimple(CFields& node, const tTokenInfo& token, const
 
 inline bool CTextParser::loadFreshNumber(const char*& p, CFields& node)
 {
+    if (*p == s_ccOtherInteger && m_bLossless) [[unlikely]]
+        return false;  // it may be marked
     tScannedNumber number;
     const char* const end = scanNumberToken(p, m_pEnd, number);
-    if (m_bLossless)
-        applyMark(number, p, end);
     setNumber(node, number);
     finishFresh(p, node, end);
     return true;

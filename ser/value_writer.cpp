@@ -6,6 +6,7 @@
 
 #include "core/error_table.h"
 #include "core/type_names.h"
+#include "ser/integer_mark.h"
 
 namespace murv
 {
@@ -30,8 +31,49 @@ CValueWriter::CValueWriter(ISaver& saver)
       m_bBlanks((saver.m_ucStyle & SAVE_SPACING) != 0 && (saver.m_ucStyle & SAVE_VALUE) != 0),
       m_bValues((saver.m_ucStyle & SAVE_VALUE) != 0),
       m_bNullWord(saver.BC32_Check(SCBC_NULL_WORD | SCBC_LOSSLESS)),
-      m_bLossless(saver.BC32_Check(SCBC_LOSSLESS))
+      m_bLossless(saver.BC32_Check(SCBC_LOSSLESS)),
+      m_pQuote(m_bLossless ? writeQuotedCharacters : writeQuoted)
 {
+}
+
+char CValueWriter::writeWhole(ITextSink& sink, const CFields& node, unsigned char& written)
+{
+    if (m_bExpressions && hasExpression(node))
+        return writeExpressed(sink, node, written);
+    return writeWholeValue(sink, tFieldAccess::slot(node, VK_actual), written);
+}
+
+char CValueWriter::writeWholeValue(ITextSink& sink, const tSlot& slot, unsigned char& written)
+{
+    constexpr std::size_t roomOfOthers = 2 + s_cnDoubleTextRoom;
+    const bool isText = slot.m_eType == DT_codelist;
+    const std::string_view codes = isText ? view4Codes(slot.m_bOwned, slot.m_uValue.m_pData) : std::string_view();
+    char* const begin = sink.room(isText ? 1 + roomWhenQuoted(codes) : roomOfOthers);
+    char* out = writeBlank(begin, written);
+    if (m_bValues && isText)
+    {
+        out = writeQuotedCharacters(out, codes.data(), codes.size());
+        written |= WRITTEN_VALUE;
+    }
+    else if (m_bValues)
+        out = writeMarked(out, slot, written);
+    sink.take(out);
+    return out == begin ? '\0' : out[-1];
+}
+
+char* CValueWriter::writeMarked(char* out, const tSlot& slot, unsigned char& written)
+{
+    if (slot.m_eType == DT_double)
+    {
+        written |= WRITTEN_VALUE;
+        return writeShortestDouble(out, slot.m_uValue.m_dValue);
+    }
+    const bool isMarked = slot.m_eType == DT_sint   ? slot.m_uValue.m_llValue > s_cllLastPlainSigned
+                          : slot.m_eType == DT_uint ? slot.m_uValue.m_ullValue <= std::uint64_t{s_cllLastPlainSigned}
+                                                    : false;
+    if (isMarked)
+        *out++ = s_ccOtherInteger;
+    return writeOther(out, slot, written);
 }
 
 char CValueWriter::writeExpressed(ITextSink& sink, const CFields& node, unsigned char& written)
@@ -57,7 +99,8 @@ char CValueWriter::writeExpressed(ITextSink& sink, const CFields& node, unsigned
         last = expression.back();
         sink.put(expression);
     }
-    const char lastOfValue = writeValue(sink, tFieldAccess::slot(node, kind), written);
+    const tSlot slot = tFieldAccess::slot(node, kind);
+    const char lastOfValue = m_bLossless ? writeWholeValue(sink, slot, written) : writeValue(sink, slot, written);
     return lastOfValue == '\0' ? last : lastOfValue;
 }
 

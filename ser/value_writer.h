@@ -16,7 +16,6 @@
 #include "core/quote.h"
 #include "io/base/text_sink.h"
 #include "murv/saver.h"
-#include "ser/integer_mark.h"
 
 namespace murv::detail
 {
@@ -69,11 +68,10 @@ public:
         const uMultiValue& value = tFieldAccess::value(node);
         return type == DT_double ? !std::signbit(value.m_dValue) : type == DT_uint || value.m_llValue >= 0;
     }
-    /// A name or a string value in quotes; needs quotedRoom().
-    char* writeText(char* out, std::string_view text) const
+    /// A name in quotes; needs quotedRoom().
+    char* writeName(char* out, std::string_view name) const
     {
-        return m_bLossless ? writeQuotedCharacters(out, text.data(), text.size())
-                           : writeQuoted(out, text.data(), text.size());
+        return m_pQuote(out, name.data(), name.size());
     }
 
     /// \param node     a scalar
@@ -81,6 +79,8 @@ public:
     /// \return the last byte written, 0 when nothing was; a blank only when the value behind it wrote nothing
     char write(ITextSink& sink, const CFields& node, unsigned char& written)
     {
+        if (m_bLossless) [[unlikely]]
+            return writeWhole(sink, node, written);
         if (m_bExpressions && hasExpression(node)) [[unlikely]]
             return writeExpressed(sink, node, written);
         return writeValue(sink, tFieldAccess::slot(node, VK_actual), written);
@@ -116,19 +116,13 @@ private:
     {
         char* const begin = sink.room(1 + roomWhenQuoted(codes));
         char* out = writeBlank(begin, written);
-        if (m_bValues && (!codes.empty() || m_bLossless))
+        if (m_bValues && !codes.empty())
         {
-            out = writeText(out, codes);
+            out = writeQuoted(out, codes.data(), codes.size());
             written |= WRITTEN_VALUE;
         }
         sink.take(out);
         return out == begin ? '\0' : out[-1];
-    }
-    /// A number that reads as another integer type without its mark.
-    char* writeMark(char* out, bool isMarked) const
-    {
-        *out = s_ccOtherInteger;
-        return out + (m_bLossless && isMarked ? 1 : 0);
     }
     char* writeBlank(char* out, unsigned char written) const
     {
@@ -145,18 +139,9 @@ private:
             out = copyWord(out, "null");
             break;
         case DT_bool: out = copyWord(out, slot.m_uValue.m_bValue ? "true" : "false"); break;
-        case DT_sint:
-            out = writeMark(out, slot.m_uValue.m_llValue > s_cllLastPlainSigned);
-            out = writeSigned(out, slot.m_uValue.m_llValue);
-            break;
-        case DT_uint:
-            out = writeMark(out, slot.m_uValue.m_ullValue <= std::uint64_t{s_cllLastPlainSigned});
-            out = writeUnsigned(out, slot.m_uValue.m_ullValue);
-            break;
-        case DT_double:
-            out = m_bLossless ? writeShortestDouble(out, slot.m_uValue.m_dValue)
-                              : writeDouble(out, slot.m_uValue.m_dValue);
-            break;
+        case DT_sint: out = writeSigned(out, slot.m_uValue.m_llValue); break;
+        case DT_uint: out = writeUnsigned(out, slot.m_uValue.m_ullValue); break;
+        case DT_double: out = writeDouble(out, slot.m_uValue.m_dValue); break;
         default: reportUnknown(slot.m_eType); return out;
         }
         written |= WRITTEN_VALUE;
@@ -167,6 +152,10 @@ private:
         std::memcpy(out, word.data(), word.size());
         return out + word.size();
     }
+    /// A scalar of a lossless saving. Apart, so that others pay one test for it.
+    char writeWhole(ITextSink& sink, const CFields& node, unsigned char& written);
+    char writeWholeValue(ITextSink& sink, const tSlot& slot, unsigned char& written);
+    char* writeMarked(char* out, const tSlot& slot, unsigned char& written);
     char writeExpressed(ITextSink& sink, const CFields& node, unsigned char& written);
     void reportUnknown(E_DataType type);
 
@@ -176,6 +165,7 @@ private:
     bool m_bValues;
     bool m_bNullWord;
     bool m_bLossless;
+    char* (*m_pQuote)(char*, const char*, std::size_t) noexcept;
 };
 
 }  // namespace murv::detail
