@@ -3,10 +3,10 @@
 // Only ratios between rows of the same run mean anything: the machine is shared and its clock moves. For stable
 // medians run with --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true.
 
-#include "ber/seed.h"
-#include "ber/seed_wide.h"
-#include "ber/vernam.h"
-#include "ber/vernam_wide.h"
+#include "ber/cipher/seed.h"
+#include "ber/cipher/seed_wide.h"
+#include "ber/cipher/vernam.h"
+#include "ber/cipher/vernam_wide.h"
 
 #include <benchmark/benchmark.h>
 #include <openssl/evp.h>

@@ -13,8 +13,8 @@
 #include "ber/body_source.h"
 #include "ber/seen_ids.h"
 #include "core/field_access.h"
-#include "io/base/member_builder.h"
-#include "io/base/node_stack.h"
+#include "io/member_builder.h"
+#include "io/node_stack.h"
 #include "murv/loader.h"
 
 namespace murv::detail

@@ -7,7 +7,7 @@
 
 #include "ber/layout.h"
 #include "core/field_vector.h"
-#include "core/walk_stack.h"
+#include "core/memory/walk_stack.h"
 
 namespace murv::detail
 {

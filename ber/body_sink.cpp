@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "ber/vernam.h"
+#include "ber/cipher/vernam.h"
 
 namespace murv::detail
 {

@@ -11,9 +11,9 @@
 #include <string>
 #include <string_view>
 
-#include "ber/cipher.h"
-#include "ber/seed.h"
-#include "ber/wipe.h"
+#include "ber/cipher/cipher.h"
+#include "ber/cipher/seed.h"
+#include "ber/cipher/wipe.h"
 #include "murv/saver.h"
 
 namespace murv::detail

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "ber/vernam.h"
+#include "ber/cipher/vernam.h"
 
 namespace murv::detail
 {

@@ -10,10 +10,10 @@
 #include <memory>
 #include <string_view>
 
-#include "ber/cipher.h"
+#include "ber/cipher/cipher.h"
+#include "ber/cipher/seed.h"
+#include "ber/cipher/wipe.h"
 #include "ber/layout.h"
-#include "ber/seed.h"
-#include "ber/wipe.h"
 
 namespace murv::detail
 {

@@ -10,8 +10,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "core/word_bytes.h"
-#include "io/base/murf_magic.h"
+#include "core/text/word_bytes.h"
+#include "io/encoding_rule.h"
 #include "murv/packet_expression.h"
 #include "murv/types.h"
 

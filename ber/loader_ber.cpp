@@ -7,10 +7,10 @@
 #include <string_view>
 
 #include "ber/binary_parser.h"
-#include "ber/cipher.h"
+#include "ber/cipher/cipher.h"
+#include "ber/cipher/vernam.h"
+#include "ber/cipher/wipe.h"
 #include "ber/layout.h"
-#include "ber/vernam.h"
-#include "ber/wipe.h"
 #include "core/error_table.h"
 #include "murv/loader.h"
 

@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "ber/binary_writer.h"
+#include "ber/cipher/vernam.h"
+#include "ber/cipher/wipe.h"
 #include "ber/layout.h"
-#include "ber/vernam.h"
-#include "ber/wipe.h"
 #include "core/error_table.h"
-#include "io/base/loss.h"
+#include "io/loss.h"
 #include "murv/saver.h"
 #include "packet/pei_rules.h"
 

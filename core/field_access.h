@@ -10,8 +10,8 @@
 #include <utility>
 
 #include "core/heap_text.h"
-#include "core/node_aside.h"
-#include "core/word_bytes.h"
+#include "core/side_record.h"
+#include "core/text/word_bytes.h"
 #include "murv/fields.h"
 
 namespace murv::detail

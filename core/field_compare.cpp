@@ -6,7 +6,7 @@
 
 #include "core/field_access.h"
 #include "core/field_vector.h"
-#include "core/walk_stack.h"
+#include "core/memory/walk_stack.h"
 #include "murv/fields.h"
 
 namespace murv

@@ -7,8 +7,8 @@
 #include <limits>
 #include <string_view>
 
-#include "core/double_limits.h"
 #include "core/field_access.h"
+#include "core/text/double_limits.h"
 #include "core/throw.h"
 #include "murv/fields.h"
 #include "murv/text.h"

@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "core/double_limits.h"
 #include "core/field_access.h"
 #include "core/field_vector.h"
+#include "core/text/double_limits.h"
 #include "core/throw.h"
 #include "murv/fields.h"
 

@@ -10,7 +10,7 @@
 #include <memory>
 #include <new>
 
-#include "core/heap_block.h"
+#include "core/memory/heap_block.h"
 
 namespace murv
 {

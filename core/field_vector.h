@@ -12,8 +12,8 @@
 #include <memory>
 #include <new>
 
-#include "core/block_pool.h"
 #include "core/field_access.h"
+#include "core/memory/block_pool.h"
 #include "core/name_index.h"
 #include "murv/fields.h"
 

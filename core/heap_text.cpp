@@ -8,7 +8,7 @@
 #include <memory>
 #include <utility>
 
-#include "core/heap_block.h"
+#include "core/memory/heap_block.h"
 #include "core/throw.h"
 
 namespace murv::detail

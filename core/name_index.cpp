@@ -12,9 +12,9 @@
 
 #include "core/field_access.h"
 #include "core/field_vector.h"
-#include "core/heap_block.h"
-#include "core/wide_math.h"
-#include "core/word_bytes.h"
+#include "core/memory/heap_block.h"
+#include "core/text/wide_math.h"
+#include "core/text/word_bytes.h"
 
 namespace murv::detail
 {

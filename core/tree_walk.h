@@ -4,8 +4,8 @@
 #pragma once
 
 #include "core/field_vector.h"
-#include "core/poison.h"
-#include "core/walk_stack.h"
+#include "core/memory/poison.h"
+#include "core/memory/walk_stack.h"
 
 namespace murv::detail
 {

@@ -7,11 +7,11 @@
 #include <bit>
 #include <cstdint>
 
-#include "core/double_text.h"
 #include "core/field_access.h"
-#include "core/integer_text.h"
+#include "core/text/double_text.h"
+#include "core/text/integer_text.h"
+#include "core/text/word_bytes.h"
 #include "core/throw.h"
-#include "core/word_bytes.h"
 
 namespace murv::detail
 {

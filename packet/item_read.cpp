@@ -10,8 +10,8 @@
 
 #include "core/field_access.h"
 #include "core/heap_text.h"
-#include "core/number_scan.h"
-#include "core/word_bytes.h"
+#include "core/text/number_scan.h"
+#include "core/text/word_bytes.h"
 #include "packet/limits.h"
 
 namespace murv::detail

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "core/field_access.h"
-#include "core/integer_text.h"
+#include "core/text/integer_text.h"
 #include "core/throw.h"
 #include "core/tree_walk.h"
 #include "murv/fields.h"

@@ -9,20 +9,26 @@ import pathlib
 import re
 import sys
 
+CORE = ["core", "core/text", "core/memory"]
+
 # Layer: the layers it may include, besides itself and the public headers.
 ALLOWED = {
     "include/murv": [],
-    "core": [],
-    "packet": ["core"],
-    "io/base": ["core", "packet"],
-    "ser": ["core", "packet", "io/base"],
-    "ber": ["core", "packet", "io/base"],
-    "io/front": ["core", "packet", "io/base", "ser", "ber"],
-    "tools": ["core", "packet", "io/base", "ser", "ber", "io/front"],
+    "core/text": [],
+    "core/memory": [],
+    "core": ["core/text", "core/memory"],
+    "packet": [*CORE],
+    "io/ids": [*CORE],
+    "io": [*CORE, "packet", "io/ids"],
+    "ser": [*CORE, "packet", "io"],
+    "ber/cipher": ["core/text"],
+    "ber": [*CORE, "packet", "io", "io/ids", "ber/cipher"],
+    "front": [*CORE, "packet", "io", "ser", "ber"],
+    "tools": ["ber", "ber/cipher"],
     "examples": [],
     "tests/package/consumer": [],
 }
-LIBRARY = ["include/murv", "core", "packet", "io/base", "ser", "ber", "io/front"]
+LIBRARY = ["include/murv", *CORE, "packet", "io", "io/ids", "ser", "ber", "ber/cipher", "front"]
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)
 # Headers for processor instructions and sanitizers come with the compiler, as the standard library does.

@@ -6,7 +6,7 @@
 
 #include <climits>
 
-#include "core/number_scan.h"
+#include "core/text/number_scan.h"
 
 namespace murv::detail
 {

@@ -7,7 +7,7 @@
 
 #include "core/error_table.h"
 #include "core/field_access.h"
-#include "core/integer_text.h"
+#include "core/text/integer_text.h"
 #include "core/type_names.h"
 #include "murv/error.h"
 #include "murv/saver.h"

@@ -3,7 +3,7 @@
 // The layout engine before a string sink.
 #include <string>
 
-#include "io/base/text_sink.h"
+#include "io/text_sink.h"
 #include "murv/saver.h"
 #include "ser/text_layout.h"
 #include "ser/text_loss.h"

@@ -4,10 +4,10 @@
 #include <string>
 
 #include "core/field_vector.h"
-#include "core/integer_text.h"
-#include "core/quote.h"
-#include "core/walk_stack.h"
-#include "io/base/text_sink.h"
+#include "core/memory/walk_stack.h"
+#include "core/text/integer_text.h"
+#include "core/text/quote.h"
+#include "io/text_sink.h"
 #include "murv/saver.h"
 #include "ser/text_loss.h"
 #include "ser/value_writer.h"

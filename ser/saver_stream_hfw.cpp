@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "core/error_table.h"
-#include "io/base/text_sink.h"
+#include "io/text_sink.h"
 #include "murv/saver.h"
 #include "ser/text_layout.h"
 #include "ser/text_loss.h"

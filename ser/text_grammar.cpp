@@ -2,9 +2,9 @@
 
 #include "core/field_access.h"
 #include "core/field_vector.h"
-#include "core/number_scan.h"
+#include "core/text/number_scan.h"
 #include "core/throw.h"
-#include "io/base/open_container.h"
+#include "io/open_container.h"
 #include "murv/text.h"
 #include "ser/text_lexer.h"
 

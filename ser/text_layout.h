@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "core/field_vector.h"
-#include "core/walk_stack.h"
-#include "io/base/text_sink.h"
+#include "core/memory/walk_stack.h"
+#include "io/text_sink.h"
 #include "murv/saver.h"
 #include "ser/indentation.h"
 #include "ser/value_writer.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "core/byte_scan.h"
+#include "core/text/byte_scan.h"
 #include "murv/text.h"
 
 namespace murv::detail

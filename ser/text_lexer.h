@@ -7,10 +7,10 @@
 #include <array>
 #include <cstring>
 
-#include "core/byte_scan.h"
 #include "core/field_access.h"
 #include "core/field_vector.h"
-#include "core/number_scan.h"
+#include "core/text/byte_scan.h"
+#include "core/text/number_scan.h"
 #include "ser/integer_mark.h"
 #include "ser/text_parser.h"
 

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "core/field_access.h"
-#include "io/base/loss.h"
-#include "io/base/text_sink.h"
+#include "io/loss.h"
+#include "io/text_sink.h"
 #include "murv/loader.h"
 #include "ser/pei_reader.h"
 #include "ser/text_layout.h"

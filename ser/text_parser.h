@@ -8,8 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "io/base/id_index.h"
-#include "io/base/member_builder.h"
+#include "io/member_builder.h"
 #include "murv/loader.h"
 
 namespace murv::detail

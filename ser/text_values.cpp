@@ -2,10 +2,10 @@
 
 #include <cstring>
 
-#include "core/byte_scan.h"
 #include "core/field_access.h"
-#include "core/number_scan.h"
-#include "core/unescape.h"
+#include "core/text/byte_scan.h"
+#include "core/text/number_scan.h"
+#include "core/text/unescape.h"
 #include "murv/text.h"
 #include "ser/pei_reader.h"
 #include "ser/text_lexer.h"

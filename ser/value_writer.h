@@ -10,11 +10,11 @@
 #include <cstring>
 #include <string_view>
 
-#include "core/double_text.h"
 #include "core/field_access.h"
-#include "core/integer_text.h"
-#include "core/quote.h"
-#include "io/base/text_sink.h"
+#include "core/text/double_text.h"
+#include "core/text/integer_text.h"
+#include "core/text/quote.h"
+#include "io/text_sink.h"
 #include "murv/saver.h"
 
 namespace murv::detail

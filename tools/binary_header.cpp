@@ -1,7 +1,7 @@
 // tools/binary_header.cpp - the one file of the tool that knows the layout of binary files.
 #include "tools/binary_header.h"
 
-#include "ber/cipher.h"
+#include "ber/cipher/cipher.h"
 #include "ber/layout.h"
 
 namespace murv::tool

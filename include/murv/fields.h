@@ -610,7 +610,7 @@ private:
     uMultiValue m_uActValue;  // first value
     // A name of up to 23 bytes, zeros behind it; or the address of a longer one, an owned block that ends in NUL.
     alignas(char*) char m_acName[s_cuiNameRoom] = {};
-    std::uintptr_t m_uiAside = 0;  // side record or index owner, see core/node_aside.h
+    std::uintptr_t m_uiAside = 0;  // side record or index owner, see core/side_record.h
     unsigned int m_uiID = 0;       // 0 for none
     int m_iOffsetStart = 0;
     int m_iOffsetEnd = 0;

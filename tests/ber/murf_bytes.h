@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "ber/cipher.h"
+#include "ber/cipher/cipher.h"
 #include "murv/loader.h"
 #include "murv/saver.h"
 #include "tests/support/thrown.h"

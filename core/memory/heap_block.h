@@ -1,0 +1,33 @@
+// core/memory/heap_block.h - malloc and realloc that leave the caller's errno alone.
+//
+// Running out of memory is told by exceptions and results here; errno belongs to the application.
+#pragma once
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+
+namespace murv::detail
+{
+
+/// Null when there is no memory.
+inline void* allotBlock(std::size_t size) noexcept
+{
+    const int before = errno;
+    void* const block = std::malloc(size);
+    if (block == nullptr)
+        errno = before;
+    return block;
+}
+
+/// Null, with the old block as it was, when there is no memory.
+inline void* resizeBlock(void* block, std::size_t size) noexcept
+{
+    const int before = errno;
+    void* const resized = std::realloc(block, size);
+    if (resized == nullptr)
+        errno = before;
+    return resized;
+}
+
+}  // namespace murv::detail

@@ -1,0 +1,46 @@
+// core/memory/poison.h - tells AddressSanitizer which parts of our own memory are free.
+//
+// So it sees a wrong access to a block out of a larger piece as it sees one to a block of the heap. Other builds
+// compile to nothing.
+#pragma once
+
+#include <cstddef>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define MURV_ADDRESS_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define MURV_ADDRESS_SANITIZER 1
+#endif
+#endif
+
+#ifdef MURV_ADDRESS_SANITIZER
+#include <sanitizer/asan_interface.h>
+#endif
+
+namespace murv::detail
+{
+
+#ifdef MURV_ADDRESS_SANITIZER
+inline constexpr std::size_t s_cnRedZone = 16;  // bytes behind a block that nobody may touch
+
+inline void poison(const void* memory, std::size_t size) noexcept
+{
+    ASAN_POISON_MEMORY_REGION(memory, size);
+}
+inline void unpoison(const void* memory, std::size_t size) noexcept
+{
+    ASAN_UNPOISON_MEMORY_REGION(memory, size);
+}
+#else
+inline constexpr std::size_t s_cnRedZone = 0;
+
+inline void poison(const void* /*memory*/, std::size_t /*size*/) noexcept
+{
+}
+inline void unpoison(const void* /*memory*/, std::size_t /*size*/) noexcept
+{
+}
+#endif
+
+}  // namespace murv::detail

@@ -1,0 +1,49 @@
+// core/side_record.h - the side record of a node: what few nodes need.
+//
+// A plain node has none; it is made when a second value, a comment, the user pointer or callback arguments are first
+// stored. The node's word that points to it serves twice: in a large field set, where renaming a member must reach the
+// name index, a plain member's word names the set instead (lowest bit 1), and a side record carries the set's address.
+#pragma once
+
+#include <cstring>
+
+#include "core/heap_text.h"
+#include "murv/packet_expression.h"
+#include "murv/types.h"
+
+namespace murv::detail
+{
+
+/// Clears both values at once; the bits of VK_fix and VK_valid together.
+inline constexpr auto s_ceBothKinds = static_cast<E_ValueKind>(VK_fix | VK_valid);
+
+/// A value with its type; the node keeps its first one in its own words.
+struct tSlot
+{
+    E_DataType m_eType = DT_null;
+    bool m_bOwned = false;  // DT_codelist: the data is an owned block
+    uMultiValue m_uValue;
+};
+
+/// A bool with all eight bytes set, so that a copy under another type is well defined.
+inline uMultiValue boolValue(bool value)
+{
+    uMultiValue bytes;
+    bytes.m_ullValue = 0;
+    std::memcpy(&bytes.m_ullValue, &value, sizeof value);
+    return bytes;
+}
+
+inline constexpr unsigned int s_cuiCommentCount = 3;
+
+struct tNodeAside
+{
+    CFieldVector* m_pOwner = nullptr;  // set whose index knows the name; not owned
+    tSlot m_tSecond;
+    CHeapString m_tComment[s_cuiCommentCount];
+    bool m_bComment = false;       // some comment was set once
+    const void* m_pOSA = nullptr;  // the application's; not owned
+    tInnerSupportedArgs4ESK m_tISA{};
+};
+
+}  // namespace murv::detail

@@ -1,0 +1,31 @@
+// io/line_counter.h - lines and columns of places in a text.
+//
+// The counter goes on from where it was, so that all the errors of a load cost one walk over the data.
+#pragma once
+
+namespace murv::detail
+{
+
+/// Counts from 1; a line ends with a line feed, a carriage return, or both, and columns count bytes.
+class CLineCounter
+{
+public:
+    explicit CLineCounter(const char* begin) : m_pScanned(begin), m_pLine(begin)
+    {
+    }
+    /// The line of a place that lies at or after the one asked for before.
+    int line4(const char* position);
+    /// The column of the place asked for last.
+    int column() const
+    {
+        return m_iColumn;
+    }
+
+private:
+    const char* m_pScanned;
+    const char* m_pLine;  // begin of the line that was reached
+    int m_iLine = 1;
+    int m_iColumn = 1;
+};
+
+}  // namespace murv::detail

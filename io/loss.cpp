@@ -1,0 +1,114 @@
+// io/loss.cpp - paths of nodes, and the rules that text and binary files share.
+#include "io/loss.h"
+
+#include <cstring>
+#include <string_view>
+
+#include "core/error_table.h"
+#include "core/text/quote.h"
+
+namespace murv::detail
+{
+
+namespace
+{
+
+/// A name that means the same without quotes, in a path and in a message.
+bool isPlainName(std::string_view name)
+{
+    return name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-") ==
+           std::string_view::npos;
+}
+
+void appendName(std::string& path, std::string_view name)
+{
+    if (!path.empty())
+        path += '.';
+    if (isPlainName(name))
+    {
+        path += name;
+        return;
+    }
+    const std::size_t before = path.size();
+    path.resize(before + quotedRoom(name.size()));
+    char* const end = writeQuotedCharacters(path.data() + before, name.data(), name.size());
+    path.resize(static_cast<std::size_t>(end - path.data()));
+}
+
+void appendStep(std::string& path, const tPathStep& step)
+{
+    const CFields& container = *step.m_pContainer;
+    const CFields& member = tFieldAccess::members(container)->at(step.m_uiIndex);
+    const std::string_view name = tFieldAccess::name(member);
+    // A name leads to the first member that has it.
+    if (tFieldAccess::type(container) == DT_fields && !name.empty() &&
+        container.findChildAt(name.data(), static_cast<unsigned int>(name.size())) == &member)
+        appendName(path, name);
+    else
+        path.append("[").append(std::to_string(step.m_uiIndex)).append("]");
+}
+
+/// Leaves out the middle of a path that is too long for a message, and no part of a character.
+void shorten(std::string& path)
+{
+    constexpr std::size_t longest = 300;
+    constexpr std::size_t kept = 140;
+    if (path.size() <= longest)
+        return;
+    const auto isInside = [&path](std::size_t at) { return (static_cast<unsigned char>(path[at]) & 0xC0) == 0x80; };
+    std::size_t begin = kept;
+    std::size_t end = path.size() - kept;
+    while (isInside(begin))
+        --begin;
+    while (isInside(end))
+        ++end;
+    path.replace(begin, end - begin, "...");
+}
+
+bool isSameSlot(const tSlot& a, const tSlot& b)
+{
+    if (a.m_eType != b.m_eType)
+        return false;
+    switch (a.m_eType)
+    {
+    case DT_bool: return a.m_uValue.m_bValue == b.m_uValue.m_bValue;
+    case DT_sint:
+    case DT_uint:
+    case DT_double: return a.m_uValue.m_ullValue == b.m_uValue.m_ullValue;
+    case DT_codelist: return view4Codes(a.m_bOwned, a.m_uValue.m_pData) == view4Codes(b.m_bOwned, b.m_uValue.m_pData);
+    default: return true;
+    }
+}
+
+}  // namespace
+
+std::string path4Steps(const std::vector<tPathStep>& steps)
+{
+    if (steps.empty())
+        return "the root";
+    std::string path;
+    for (const tPathStep& step : steps)
+        appendStep(path, step);
+    shorten(path);
+    return path;
+}
+
+const char* lossOfSecondValue(const CFields& node)
+{
+    const tPacketExpInfo& pei = tFieldAccess::pei(node);
+    const bool isDual = !tFieldAccess::isContainer(node) && pei.m_ucSkKind == 0 &&
+                        (pei.m_usSkIndex == VK_fix || pei.m_usSkIndex == VK_valid);
+    const unsigned int kind = isDual ? pei.m_usSkIndex : static_cast<unsigned int>(VK_actual);
+    const tSlot second = isDual ? tFieldAccess::slot(node, VK_actual) : tSlot{};
+    if (!isSameSlot(tFieldAccess::slot(node, VK_fix), second))
+        return isDual ? "two values that differ" : "a second value without the keyword \"fix\" or \"valid\"";
+    return tFieldAccess::kind(node) == kind ? nullptr : "a value kind that the keyword does not give";
+}
+
+void reportLoss(CErrorBase& saver, const char* function, const std::string& path, const char* medium, const char* loss)
+{
+    saver.setUserError(s_ciInvalidParameter, "[%s#%d] %s: %s cannot hold %s", function, __LINE__, path.c_str(), medium,
+                       loss);
+}
+
+}  // namespace murv::detail

@@ -1,0 +1,151 @@
+// tests/io/ids/same_ids_test.cpp - the first of many nodes with one ID, against the plain way.
+//
+// Containers are opened inside each other as a load would open them, also places that were opened before, and few IDs
+// go to many nodes. The model keeps each node's path from the root and looks at all of them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <random>
+#include <vector>
+
+#include "io/ids/id_index.h"
+
+using namespace murv;
+using namespace murv::detail;
+
+namespace
+{
+using tPath = std::vector<std::uint32_t>;
+
+class CSite
+{
+public:
+    CSite(unsigned int seed, unsigned int ids, std::size_t depth, std::size_t most)
+        : m_tRandom(seed), m_uiIds(ids), m_nDepth(depth), m_nMost(most)
+    {
+        m_vOpen.push_back({m_tIndex.addSet({}, false), 0, 0});
+    }
+    /// Fills a document; false when index and model differ.
+    bool isAlike()
+    {
+        while (m_bAlike && m_dNode.size() < m_nMost)
+            step();
+        return m_bAlike;
+    }
+    std::size_t asked() const
+    {
+        return m_nAsked;
+    }
+
+private:
+    struct tNode
+    {
+        CFields m_tField;
+        tPath m_vPath;
+        unsigned int m_uiId;
+        tNodePlace m_tTold;
+        bool m_bLiving = true;
+    };
+    struct tOpen
+    {
+        std::uint32_t m_uiSet;
+        std::uint32_t m_uiOpened;
+        std::uint32_t m_uiCount;  // of members
+    };
+
+    unsigned int random(std::size_t below)
+    {
+        return static_cast<unsigned int>(m_tRandom() % below);
+    }
+    static bool isBelow(const tPath& path, const tPath& above)
+    {
+        return path.size() > above.size() && std::equal(above.begin(), above.end(), path.begin());
+    }
+    void step()
+    {
+        const unsigned int choice = random(100);
+        if (choice < 40 && m_vOpen.size() < m_nDepth)
+            open(m_vOpen.back().m_uiCount != 0 && random(2) == 0);
+        else if (choice < 60 && m_vOpen.size() > 1)
+        {
+            m_vOpen.pop_back();
+            m_vPath.pop_back();
+        }
+        else
+            ask(1 + random(m_uiIds));
+    }
+    void open(bool again)
+    {
+        tOpen& outer = m_vOpen.back();
+        const std::uint32_t position = again ? random(outer.m_uiCount) : outer.m_uiCount++;
+        const tNodePlace place{outer.m_uiSet, position};
+        m_vPath.push_back(position);
+        if (again)
+        {
+            tNodePlace told = place;
+            for (tNode& node : m_dNode)
+            {
+                if (node.m_bLiving && node.m_vPath == m_vPath && random(2) == 0)
+                    told = node.m_tTold;
+                node.m_bLiving = node.m_bLiving && !isBelow(node.m_vPath, m_vPath);
+            }
+            m_tIndex.forget(told);
+            m_vOpen.push_back({m_tIndex.addSet(told, true), m_tIndex.now(), 0});
+        }
+        else
+            m_vOpen.push_back({m_tIndex.addSet(place, true), m_tIndex.now(), 0});
+    }
+    void ask(unsigned int id)
+    {
+        tOpen& open = m_vOpen.back();
+        const CFields* const found = m_tIndex.find(id, open.m_uiOpened).m_pNode;
+        const tNode* first = nullptr;
+        for (const tNode& node : m_dNode)
+        {
+            if (node.m_bLiving && node.m_uiId == id && isBelow(node.m_vPath, m_vPath) &&
+                (first == nullptr || node.m_vPath < first->m_vPath))
+                first = &node;
+        }
+        ++m_nAsked;
+        m_bAlike = found == (first == nullptr ? nullptr : &first->m_tField);
+        if (first != nullptr && random(4) != 0)
+            return;
+        tNode& node = m_dNode.emplace_back();
+        node.m_vPath = m_vPath;
+        node.m_vPath.push_back(open.m_uiCount);
+        node.m_uiId = id;
+        node.m_tTold = m_tIndex.enter(id, node.m_tField, {open.m_uiSet, open.m_uiCount++});
+    }
+
+    std::mt19937 m_tRandom;
+    unsigned int m_uiIds;
+    std::size_t m_nDepth;
+    std::size_t m_nMost;
+    CIdIndex m_tIndex;
+    std::deque<tNode> m_dNode;
+    std::vector<tOpen> m_vOpen;
+    tPath m_vPath;
+    std::size_t m_nAsked = 0;
+    bool m_bAlike = true;
+};
+}  // namespace
+
+TEST(SameIds, theFirstIsThatOfTheModelInRandomTrees)
+{
+    for (unsigned int seed = 1; seed <= 60; ++seed)
+    {
+        CSite site(seed, 1 + seed % 3, 2 + seed % 9, 400);
+        ASSERT_TRUE(site.isAlike()) << "seed " << seed;
+        ASSERT_GT(site.asked(), 200u);
+    }
+}
+
+TEST(SameIds, theFirstIsThatOfTheModelAmongThousands)
+{
+    for (unsigned int seed = 1; seed <= 3; ++seed)
+    {
+        CSite site(seed, 1, 3 + seed * 2, 4000);
+        ASSERT_TRUE(site.isAlike()) << "seed " << seed;
+    }
+}
