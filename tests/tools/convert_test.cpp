@@ -385,7 +385,7 @@ TEST(Convert, outputWithoutANameIsAWrongCall)
         const tRun run = murv(files, {"convert", "--to", "text", option, "", "a.murv"});
         EXPECT_EQ(run.m_iExit, 2) << option;
         EXPECT_EQ(run.m_strOutput, "") << option;
-        EXPECT_EQ(run.m_strError, "murv: error: --output: names no file (see murv --help)\n") << option;
+        EXPECT_EQ(run.m_strError, "murv: error: --output: names no file (see murv help convert)\n") << option;
     }
     EXPECT_EQ(murv(files, {"convert", "--to", "text", "a.murv", "--output="}).m_iExit, 2);
     EXPECT_EQ(files.names(), "a.murv");

@@ -36,7 +36,7 @@ TEST(Fmt, checkGivesALineOfJsonForEachFileThatDiffers)
 {
     const CTemporaryDirectory files;
     files.write("a \"x\".murv", "[1,2]");
-    files.write("b.murv", "[ 1, 2 ]\n");
+    files.write("b.murv", "[1, 2]\n");
     files.write("c.murv", "[3]");
     const tRun run = murv(files, {"fmt", "--check", "--json", "a \"x\".murv", "b.murv", "c.murv"});
     EXPECT_EQ(run.m_iExit, 1);

@@ -67,7 +67,7 @@ TEST(Get, rawIsTheValueAndNothingElse)
     EXPECT_EQ(value("#9.none", {"--raw"}), "null");
     EXPECT_EQ(value("orders[0].price", {"-r"}), "19.99");
     EXPECT_EQ(value("orders[1].price", {"-r"}), "1.0");
-    EXPECT_EQ(value("#9.list[1]", {"-r"}), "[ 2, 3 ]");
+    EXPECT_EQ(value("#9.list[1]", {"-r"}), "[2, 3]");
     EXPECT_EQ(murvOn("[\"a\\n\"]", {"get", "-r", "-", "[0]"}).m_strOutput, "a\n");
 }
 

@@ -22,7 +22,7 @@ namespace murv::tests
 namespace
 {
 constexpr const char* s_cpUgly = "[1,2]";
-constexpr const char* s_cpPretty = "[ 1, 2 ]\n";
+constexpr const char* s_cpPretty = "[1, 2]\n";
 constexpr int s_ciNotTraced = 99;
 
 /// The tool, stopped at its system calls.

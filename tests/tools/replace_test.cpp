@@ -23,7 +23,7 @@ namespace murv::tests
 namespace
 {
 constexpr const char* s_cpUgly = "[1,2]";
-constexpr const char* s_cpPretty = "[ 1, 2 ]\n";
+constexpr const char* s_cpPretty = "[1, 2]\n";
 constexpr const char* s_cpAccessList = "system.posix_acl_access";
 constexpr uid_t s_cuiNobody = 65534;
 
