@@ -1,6 +1,6 @@
 // tools/binary_header.h - what the first bytes of a binary file say.
 //
-// Loaders use the header and do not tell of it; people who look for what is wrong with a file want to see it.
+// Loaders read the header and do not show it; people who search for what is wrong with a file want to see it.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// tools/command_line.cpp - help, and what is wrong with a call.
+// tools/command_line.cpp - lays out the help, and finds the word that makes a call wrong.
 #include "tools/command_line.h"
 
 #include "tools/nearest.h"

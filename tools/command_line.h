@@ -1,7 +1,7 @@
 // tools/command_line.h - how the command line explains itself: help, and what is wrong with a call.
 //
-// The parser's own help repeats options beside those that they exclude, and its own messages speak of subcommands and
-// do not name the word that they stumbled over.
+// The parser's own help repeats an option next to each one that it excludes. Its own messages speak of subcommands and
+// do not name the wrong word.
 #pragma once
 
 #include <CLI/CLI.hpp>

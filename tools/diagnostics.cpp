@@ -1,4 +1,4 @@
-// tools/diagnostics.cpp - the two renderings of a diagnostic.
+// tools/diagnostics.cpp - diagnostics as text with marks and colour, and as JSON.
 #include "tools/diagnostics.h"
 
 #include <unistd.h>
@@ -95,7 +95,7 @@ void CDiagnostics::report(const tDiagnostic& diagnostic)
         for (const tDiagnostic& note : diagnostic.m_vNote)
             text += rendered(note);
     }
-    writeAll(STDERR_FILENO, text);  // nowhere is left to complain to when this fails
+    writeAll(STDERR_FILENO, text);  // when this fails there is no place left to report it
 }
 
 void CDiagnostics::error(const std::string& file, const std::string& message)
@@ -104,6 +104,12 @@ void CDiagnostics::error(const std::string& file, const std::string& message)
     diagnostic.m_strFile = file;
     diagnostic.m_strMessage = message;
     report(diagnostic);
+}
+
+E_ExitCode CDiagnostics::fail(const std::string& file, const std::string& message, E_ExitCode code)
+{
+    error(file, message);
+    return code;
 }
 
 std::string CDiagnostics::rendered(const tDiagnostic& diagnostic) const

@@ -1,7 +1,7 @@
-// tools/diagnostics.h - how every verb tells what is wrong.
+// tools/diagnostics.h - errors, warnings and notes, in one form for every verb.
 //
-// For people as compilers do it: file:line:column, the line itself, a caret below. For programs the same facts as one
-// JSON object a line. Both go to the standard error stream, so that results stay apart.
+// People get what compilers print: file:line:column, the line itself, a caret below it. Programs get the same facts as
+// one JSON object a line. Both go to the standard error stream, so that results stay apart.
 #pragma once
 
 #include <optional>
@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/exit_code.h"
 #include "tools/source_text.h"
 
 namespace murv::tool
@@ -21,8 +22,8 @@ enum E_Severity
     SV_note,
 };
 
-/// One thing to tell. The source must live until it has been reported. File and message may hold any bytes: people see
-/// them as shownText() gives them.
+/// One message. The source must live until the message has been reported. File and message may hold any bytes: people
+/// see them as shownText() gives them.
 struct tDiagnostic
 {
     E_Severity m_eSeverity = SV_error;
@@ -42,8 +43,10 @@ public:
 
     void setJson(bool json);
     void report(const tDiagnostic& diagnostic);
-    /// An error that concerns a file as a whole, or none.
+    /// Reports an error that concerns a file as a whole, or no file when the name is empty.
     void error(const std::string& file, const std::string& message);
+    /// The same for a function that ends with it: `return diagnostics.fail(...)`. \return the code
+    E_ExitCode fail(const std::string& file, const std::string& message, E_ExitCode code);
 
 private:
     std::string rendered(const tDiagnostic& diagnostic) const;
@@ -52,7 +55,7 @@ private:
     bool m_bColour = false;
 };
 
-/// "[function#line] text" as "text": where in the library it was noticed does not help the user of the tool.
+/// "[function#line] text" as "text": which line of the library noticed it does not help the user of the tool.
 std::string withoutFunction(std::string_view message);
 
 }  // namespace murv::tool

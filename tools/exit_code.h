@@ -1,7 +1,7 @@
 // tools/exit_code.h - what the tool's exit status means.
 //
-// Scripts depend on these numbers: a number that has been given out keeps its meaning for ever. The rows feed --help.
-// 4 is kept for verbs to come: packets that do not fit.
+// Scripts depend on these numbers: a published number keeps its meaning for ever. --help is made from the rows. 4 is
+// reserved for verbs to come: packets that do not fit.
 #pragma once
 
 #include <algorithm>

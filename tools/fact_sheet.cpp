@@ -1,4 +1,4 @@
-// tools/fact_sheet.cpp - facts for people and for programs.
+// tools/fact_sheet.cpp - prints facts in columns for people, and as JSON for programs.
 #include "tools/fact_sheet.h"
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// tools/fact_sheet.h - what a verb tells of a file: a heading and labelled facts below it.
+// tools/fact_sheet.h - what a verb says of a file: a heading and labelled facts below it.
 //
 // The same labels serve people and programs: keys of JSON are the labels in small letters, with "_" for blanks.
 #pragma once
@@ -13,7 +13,7 @@ namespace murv::tool
 class CFactSheet
 {
 public:
-    /// \param numberWidth  numbers are set to the right in so many columns for people
+    /// \param numberWidth  columns that numbers are right-aligned in, for people
     explicit CFactSheet(std::size_t numberWidth) : m_nNumberWidth(numberWidth)
     {
     }
@@ -23,7 +23,7 @@ public:
 
     /// One line for the heading, which may hold any bytes, and one for each fact.
     std::string text(const std::string& heading) const;
-    /// One JSON object in a line: `head`, which is members of it, then the facts.
+    /// One JSON object on one line: the members in `head`, then the facts.
     std::string json(const std::string& head) const;
 
 private:

@@ -1,4 +1,4 @@
-// tools/file_attributes.cpp - group, owner, extended attributes, mode; in this order.
+// tools/file_attributes.cpp - copies group, owner, extended attributes and mode, in this order.
 #include "tools/file_attributes.h"
 
 #include <sys/xattr.h>
@@ -38,7 +38,7 @@ std::string shown(const std::string& attribute)
     return text;
 }
 
-/// What the system takes away from every file that is written to, or computes anew.
+/// What the system removes from every file that is written to, or computes again.
 bool isOfContent(std::string_view attribute)
 {
     return attribute == "security.capability" || attribute == "security.ima" || attribute == "security.evm";
@@ -71,7 +71,7 @@ int keepAttribute(const char* path, int file, const char* name)
     return fsetxattr(file, name, value.data(), static_cast<std::size_t>(size), 0) == 0 ? 0 : errno;
 }
 
-/// A new file may have what the other one has not, such as the access control list that its directory prescribes.
+/// Removes what the new file has and the other one lacks, such as the access control list that its directory gives it.
 std::string removeOthers(const vNames& kept, int file)
 {
     std::vector<char> list(s_cnMostBytes);

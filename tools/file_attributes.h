@@ -1,7 +1,7 @@
-// tools/file_attributes.h - who may use a file, carried over to the one that replaces it.
+// tools/file_attributes.h - gives a new file the owner, rights and attributes of the file that it replaces.
 //
-// A file that falls into other hands, or is readable for more people than before, is worse than one not replaced. So
-// what cannot be kept is an error, never a warning.
+// A file that changes hands, or that more people may read than before, is worse than one that was not replaced. So what
+// cannot be kept is an error, never a warning.
 #pragma once
 
 #include <sys/stat.h>
@@ -13,11 +13,11 @@ namespace murv::tool
 
 /// Gives an open file the group, owner, extended attributes (access control lists are such) and mode of another.
 ///
-/// The mode comes last: until then nobody gains a right by a half-finished state, and a change of owner takes bits of
-/// it away. Attributes that speak of the content - security.capability, security.ima, security.evm - are left out.
+/// The mode comes last, so that nobody gains a right from a half-finished state, and because a change of owner clears
+/// bits of it. Attributes that describe the content - security.capability, security.ima, security.evm - are left out.
 /// \param path  the other file, not a symbolic link
 /// \param like  what stat() says of it
-/// \param file  made with mode 0600, its content already written, for writing takes attributes away
+/// \param file  made with mode 0600, its content already written, because writing removes attributes
 /// \return empty, or what cannot be kept, and why
 std::string keepAttributes(const std::string& path, const struct stat& like, int file);
 

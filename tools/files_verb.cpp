@@ -1,4 +1,4 @@
-// tools/files_verb.cpp - one file after the other.
+// tools/files_verb.cpp - runs a verb on one file after the other, and keeps the gravest code.
 #include "tools/files_verb.h"
 
 #include <CLI/CLI.hpp>

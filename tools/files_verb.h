@@ -1,7 +1,7 @@
 // tools/files_verb.h - what the verbs that take several files have in common.
 //
-// The list of files, --json and the options of loading are declared here, and the loop stands here, so that each of
-// these verbs goes on behind a file that fails and ends with the gravest code. A verb says what is done with one file.
+// This class declares the list of files, --json and the options of loading, and has the loop over the files. So each of
+// these verbs goes on after a file that fails, and ends with the gravest code. A verb adds what to do with one file.
 #pragma once
 
 #include <string>
@@ -37,7 +37,7 @@ protected:
     }
 
 private:
-    /// Declares the verb's own options; the help shows them behind FILE and before the common ones.
+    /// Declares the verb's own options; the help shows them after FILE and before the common ones.
     virtual void declareOwn(CLI::App& verb);
     /// Runs once, before the first file is read. \return EC_done to go on
     virtual E_ExitCode begin(CDiagnostics& diagnostics);

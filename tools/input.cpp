@@ -1,4 +1,4 @@
-// tools/input.cpp - files into bytes, bytes into trees.
+// tools/input.cpp - turns files into bytes and bytes into trees, and faults of either into diagnostics.
 #include "tools/input.h"
 
 #include <fcntl.h>
@@ -62,7 +62,7 @@ int readUpTo(int descriptor, char* to, std::size_t most, std::size_t& got, CProg
     return 0;
 }
 
-/// Reads to the end; a first block of `expected` bytes and one more, which shows the end, is enough for most files.
+/// Reads to the end. The first block has one byte more than expected, so that one read shows the end of most files.
 int readToEnd(int descriptor, std::size_t expected, tInput& input, CProgress& progress)
 {
     std::size_t room = expected + 1;
@@ -117,7 +117,7 @@ tDiagnostic diagnostic4Range(const tInput& input, E_Severity severity, const std
     return diagnostic;
 }
 
-/// The same for a binary file. Its body is enciphered: the file's bytes there would say nothing.
+/// The same for a binary file. Its body is enciphered, so there is no excerpt to show.
 tDiagnostic diagnostic4Body(const tInput& input, E_Severity severity, const std::string& message, tRange range)
 {
     tDiagnostic diagnostic;
@@ -152,7 +152,7 @@ void reportErrors(const tInput& input, const ILoaderBase& loader, CDiagnostics& 
         diagnostics.error(input.m_strName, withoutFunction(loader.getLastErrMsg()));
     for (const tErrorPlace& place : places)
     {
-        // The loader knows: what has a binary header is read as text where that header says so.
+        // Only the loader knows which it was: a file with a binary header may say in it that it is text.
         const bool isText = place.m_uiLine != 0;
         const auto diagnostic4 = isText ? &diagnostic4Range : &diagnostic4Body;
         tDiagnostic diagnostic = diagnostic4(input, SV_error, place.m_strMessage, {place.m_uiStart, place.m_uiEnd});
@@ -189,7 +189,7 @@ E_ExitCode code4Fault(E_LoadFault fault)
     return EC_internal;  // no streams and no callbacks here
 }
 
-/// One load. What is too short for the front loader to tell is text.
+/// One load, with everything that goes wrong turned into diagnostics and an exit code.
 E_ExitCode loadBy(ILoaderBase& loader, const tInput& input, const std::string& password, CDiagnostics& diagnostics,
                   CFields& tree)
 {
@@ -224,7 +224,7 @@ E_ExitCode loadBytes(const tInput& input, const tLoadOptions& options, unsigned 
         if (const E_ExitCode code = options.m_tPassword.read(input, diagnostics, password))
             return code;
     }
-    if (input.m_nSize < s_cnFrontLoaderLeast)
+    if (input.m_nSize < s_cnFrontLoaderLeast)  // it would refuse fewer bytes; they can only be text
     {
         CLoader4SER loader(flags);
         return loadBy(loader, input, password, diagnostics, tree);
@@ -233,15 +233,15 @@ E_ExitCode loadBytes(const tInput& input, const tLoadOptions& options, unsigned 
     return loadBy(loader, input, password, diagnostics, tree);
 }
 
-/// Reports text behind the document. \return false when it makes the document malformed
-bool checkTextBehind(const tInput& input, const CFields& tree, E_Severity severity, CDiagnostics& diagnostics)
+/// Reports text after the document. \return false when it makes the document malformed
+bool checkTextAfter(const tInput& input, const CFields& tree, E_Severity severity, CDiagnostics& diagnostics)
 {
     const std::string_view text = input.text();
     const std::size_t end = skipComments(text, static_cast<std::size_t>(tree.getOffsetEnd()));
     if (end == text.size())
         return true;
     const std::string message =
-        severity == SV_error ? "text behind the document would be lost" : "text behind the document is ignored";
+        severity == SV_error ? "text after the document would be lost" : "text after the document is ignored";
     diagnostics.report(diagnostic4Range(input, severity, message, {end, end + 1}));
     return severity != SV_error;
 }
@@ -286,16 +286,15 @@ E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput&
     const int error = file.get() < 0 ? errno : readDescriptor(file.get(), input);
     if (error == 0)
         return EC_done;
-    diagnostics.error(input.m_strName, std::string("cannot be read: ") + std::strerror(error));
-    return EC_inputOutput;
+    return diagnostics.fail(input.m_strName, std::string("cannot be read: ") + std::strerror(error), EC_inputOutput);
 }
 
-E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags, E_Severity textBehind,
+E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags, E_Severity textAfter,
                      CDiagnostics& diagnostics, CFields& tree)
 {
     if (const E_ExitCode code = loadBytes(input, options, options.flags() | flags, diagnostics, tree))
         return code;
-    if (input.isText() && !checkTextBehind(input, tree, textBehind, diagnostics))
+    if (input.isText() && !checkTextAfter(input, tree, textAfter, diagnostics))
         return EC_malformed;
     return EC_done;
 }

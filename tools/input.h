@@ -1,7 +1,7 @@
-// tools/input.h - reading files and loading documents, for every verb.
+// tools/input.h - reads files and loads documents, for every verb.
 //
-// Loading goes through the front loader, so each verb takes what it takes. Options that concern loading, among them
-// the place for a password, are declared here once.
+// Loading goes through the front loader, so each verb takes text and binary files alike. The options that concern
+// loading, among them where the password comes from, are declared here once.
 #pragma once
 
 #include <sys/stat.h>
@@ -39,7 +39,7 @@ struct tLoadOptions
     unsigned int flags() const;
 };
 
-/// Tells whether a path still leads to the file that was read, with the content that was read.
+/// Which file was read, and which state of it: isOf() says whether a path still leads to the same.
 struct tFileIdentity
 {
     dev_t m_tDevice = 0;
@@ -76,10 +76,12 @@ struct tInput
 /// Reads a file whole, with one allocation when its size is known. Reports failures.
 E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput& input);
 
-/// Loads a document with its comments. Reports all errors at their places, and text behind the document, which is not
-/// part of it, with the given severity; as an error it makes the document malformed.
-/// \param flags  bits of E_LoaderConfigBit besides those of the options
-E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags, E_Severity textBehind,
+/// Loads a document with its comments, and reports all errors at their places.
+///
+/// \param flags      bits of E_LoaderConfigBit besides those of the options
+/// \param textAfter  how to report text after the document, which is not part of it; as SV_error it makes the document
+///                   malformed
+E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags, E_Severity textAfter,
                      CDiagnostics& diagnostics, CFields& tree);
 
 }  // namespace murv::tool

@@ -1,4 +1,6 @@
-// tools/json_text.cpp - the walk keeps its own stack of iterators, for binary documents may nest without limit.
+// tools/json_text.cpp - JSON strings and values.
+//
+// The walk over a value keeps a stack of its own: the depth of a tree must not decide how deep the program recurses.
 #include "tools/json_text.h"
 
 #include <charconv>
@@ -13,8 +15,8 @@ namespace murv::tool
 
 namespace
 {
-/// A control character, a quote or a backslash. What a terminal would act on is escaped too, so that JSON can be looked
-/// at; to a reader of JSON it is the same.
+/// Escapes a quote, a backslash or a control character. What a terminal would act on is escaped too, so that people can
+/// look at JSON; programs read the same.
 void appendEscaped(std::string& out, char32_t character)
 {
     constexpr char digits[] = "0123456789abcdef";

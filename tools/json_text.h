@@ -1,4 +1,6 @@
 // tools/json_text.h - JSON for other programs: diagnostics, statistics, values.
+//
+// Documents hold bytes and JSON holds characters; what has no place in JSON is decided here, once.
 #pragma once
 
 #include <string>
@@ -9,7 +11,7 @@
 namespace murv::tool
 {
 
-/// The text as a JSON string. JSON holds characters, not bytes: a byte that is part of none becomes U+FFFD. Characters
+/// The text as a JSON string. A byte that is part of no well-formed UTF-8 becomes U+FFFD. Characters
 /// that a terminal would act on are escaped.
 std::string json4Text(std::string_view text);
 

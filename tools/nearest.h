@@ -1,4 +1,6 @@
-// tools/nearest.h - what somebody who mistyped a word may have meant.
+// tools/nearest.h - suggests the word that somebody may have meant who mistyped it.
+//
+// For verbs and options: a wrong call names the nearest one.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// tools/node_path.cpp - reading and following paths.
+// tools/node_path.cpp - reads paths step by step and follows them into a tree.
 #include "tools/node_path.h"
 
 #include "murv/text.h"

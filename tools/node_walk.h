@@ -1,6 +1,6 @@
-// tools/node_walk.h - visits all nodes of a tree with their depth.
+// tools/node_walk.h - visits all nodes of a tree in document order.
 //
-// Trees of hand-written programs may be deeper than any stack; the walk keeps its own.
+// Trees of hand-written programs may be deeper than any call stack, so the walk keeps a stack of its own.
 #pragma once
 
 #include <cstddef>
@@ -12,18 +12,24 @@
 namespace murv::tool
 {
 
-/// Calls `visit(node, depth)` for each node, a holder before its members; the root's depth is 1.
-template <typename tVisit>
-void forEachNode(const CFields& root, tVisit&& visit)
+/// Calls `visit(node, depth)` for each node, a container before its members; the depth of the root is 1.
+/// \tparam tNode  CFields, or const CFields. `visit` must not add or remove members.
+template <typename tNode, typename tVisit>
+void forEachNode(tNode& root, tVisit&& visit)
 {
-    std::vector<std::pair<const CFields*, std::size_t>> open{{&root, 1}};
-    while (!open.empty())
+    using tIterator = decltype(root.begin());
+    std::vector<std::pair<tIterator, tIterator>> open;  // members still to come, of each container around the node
+    tNode* node = &root;
+    for (;;)
     {
-        const auto [node, depth] = open.back();
-        open.pop_back();
-        visit(*node, depth);
-        for (const CFields& member : *node)
-            open.emplace_back(&member, depth + 1);
+        visit(*node, open.size() + 1);
+        if (node->isField() || node->isArray())
+            open.emplace_back(node->begin(), node->end());
+        while (!open.empty() && open.back().first == open.back().second)
+            open.pop_back();
+        if (open.empty())
+            return;
+        node = &*open.back().first++;
     }
 }
 

@@ -1,4 +1,4 @@
-// tools/output.cpp - writing to descriptors.
+// tools/output.cpp - writes to descriptors, and keeps the first failure.
 #include "tools/output.h"
 
 #include <fcntl.h>

@@ -1,6 +1,6 @@
-// tools/output.h - where results go.
+// tools/output.h - the standard output, and writing to any descriptor.
 //
-// A result that did not arrive is a failure of the tool, so every write is looked at.
+// A result that did not arrive is a failure of the tool, so every write is checked.
 #pragma once
 
 #include <string>
@@ -19,7 +19,7 @@ void holdStandardStreams();
 /// \return 0, or the errno of the write that failed
 int writeAll(int descriptor, std::string_view text);
 
-/// What the system says of an errno.
+/// The system's text for an errno.
 std::string text4Error(int error);
 
 /// The standard output stream.
@@ -28,7 +28,7 @@ class CStandardOutput
 public:
     /// After a failure nothing more is written.
     void put(std::string_view text);
-    /// Tells of a failure, unless the reader just went away.
+    /// Reports a failure, but not that the reader of a pipe went away.
     E_ExitCode finish(CDiagnostics& diagnostics) const;
 
 private:

@@ -1,4 +1,4 @@
-// tools/password.cpp - reads passwords.
+// tools/password.cpp - declares the options for passwords, and reads a password once.
 #include "tools/password.h"
 
 #include <CLI/CLI.hpp>
@@ -25,7 +25,7 @@ void CPasswordSource::declare(CLI::App& verb, const std::string& prefix, const s
 E_ExitCode CPasswordSource::read(const tInput& document, CDiagnostics& diagnostics, std::string& password) const
 {
     if (isStandardInput() && document.isStandardInput())
-        return diagnostics.error("", "the standard input cannot hold both document and password"), EC_wrongCall;
+        return diagnostics.fail("", "the standard input cannot hold both document and password", EC_wrongCall);
     if (isGiven() && !m_bRead)
     {
         tInput input;
@@ -37,11 +37,8 @@ E_ExitCode CPasswordSource::read(const tInput& document, CDiagnostics& diagnosti
         if (!text.empty() && text.back() == '\r')
             text.pop_back();
         if (text.empty() || text.find('\0') != std::string::npos)
-        {
-            diagnostics.error(input.m_strName,
-                              text.empty() ? "holds no password" : "a password has no byte of value 0");
-            return EC_password;
-        }
+            return diagnostics.fail(
+                input.m_strName, text.empty() ? "holds no password" : "a password has no byte of value 0", EC_password);
         m_strPassword = std::move(text);
         m_bRead = true;
     }

@@ -23,7 +23,7 @@ class CPasswordSource
 {
 public:
     /// Declares --password-file and --password-stdin, which exclude each other.
-    /// \param prefix   stands before "password" in the names
+    /// \param prefix   put before "password" in the names of the options
     /// \param whose    names the password in the help
     /// \param instead  one more option that excludes both, or null
     void declare(CLI::App& verb, const std::string& prefix, const std::string& whose, CLI::Option* instead = nullptr);
@@ -35,7 +35,7 @@ public:
     {
         return m_bStandardInput || m_strFile == "-";
     }
-    /// Reads the password once; a line end behind it is not part of it. It stays empty when none is given. Reports
+    /// Reads the password once; a line end after it is not part of it. It stays empty when none is given. Reports
     /// failures: a file that cannot be read, content that cannot be a password, a document on the same input.
     E_ExitCode read(const tInput& document, CDiagnostics& diagnostics, std::string& password) const;
 

@@ -1,4 +1,4 @@
-// tools/progress.cpp - the progress line.
+// tools/progress.cpp - draws the progress line and removes it again.
 #include "tools/progress.h"
 
 #include <unistd.h>

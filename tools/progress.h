@@ -19,7 +19,7 @@ public:
     CProgress& operator=(const CProgress&) = delete;
     ~CProgress();
 
-    /// Tells what is being done, and how much of it is done already.
+    /// Shows what is being done, and how much of it is done already.
     void show(const char* doing, std::size_t done);
     void show(const char* doing);
     /// Removes the line, so that something else can be written.

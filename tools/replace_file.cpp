@@ -1,4 +1,4 @@
-// tools/replace_file.cpp - finds the file behind a path, and puts a new one in its place.
+// tools/replace_file.cpp - finds the file that a path leads to, and puts a new one in its place.
 #include "tools/replace_file.h"
 
 #include <fcntl.h>
@@ -23,7 +23,7 @@ namespace
 struct tTarget
 {
     std::string m_strPath;     // of the file itself: no symbolic link
-    struct stat m_tFile = {};  // as long as it exists
+    struct stat m_tFile = {};  // when it exists
     bool m_bExists = false;
     bool m_bDescriptor = false;  // named as something that is open already, such as /dev/stdout
 };
@@ -67,7 +67,7 @@ int followLinks(tTarget& target)
 /// \return 0, or an errno; a file that is not there is no failure
 int findTarget(const std::string& path, tTarget& target)
 {
-    // Asked first, the system applies its own rules for links in directories that everybody may write to.
+    // The system is asked first: it has rules of its own for links in directories that everybody may write to.
     struct stat file = {};
     if (stat(path.c_str(), &file) != 0 && errno != ENOENT)
         return errno;
@@ -83,8 +83,8 @@ const char* kind4Mode(mode_t mode)
     return S_ISFIFO(mode) ? "pipe" : S_ISSOCK(mode) ? "socket" : "device";
 }
 
-/// Puts the new content in the place of a file that is there. \return empty, or what failed
-/// \param readBefore  what must still be there at the end; null when nothing was read
+/// Puts the new content in the place of a file that exists. \return empty, or what failed
+/// \param readBefore  the file that was read and must not have changed since; null when nothing was read
 std::string replace(const tTarget& target, std::string_view content, const tFileIdentity* readBefore)
 {
     // The new name needs a writable directory only; a file that is read-only is meant to stay, even for root.
@@ -122,7 +122,7 @@ std::string make(const std::string& path, std::string_view content)
     return error == 0 ? std::string() : text4Error(error);
 }
 
-/// Gives the bytes to what cannot be replaced, after what it may hold. \return empty, or what failed
+/// Appends the bytes to what cannot be replaced, such as a pipe. \return empty, or what failed
 std::string feed(const std::string& path, std::string_view content)
 {
     const int descriptor = open(path.c_str(), O_WRONLY | O_APPEND | O_NOCTTY | O_CLOEXEC);
@@ -136,8 +136,7 @@ E_ExitCode report(const std::string& file, const std::string& what, const std::s
 {
     if (fault.empty())
         return EC_done;
-    diagnostics.error(file, what + ": " + fault);
-    return EC_inputOutput;
+    return diagnostics.fail(file, what + ": " + fault, EC_inputOutput);
 }
 }  // namespace
 

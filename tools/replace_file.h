@@ -1,7 +1,7 @@
-// tools/replace_file.h - files that get a new content as a whole or not at all.
+// tools/replace_file.h - gives a file new content, all of it or none.
 //
-// The new content is written to a file beside the old one, forced to the disk, and then given its name: whatever fails,
-// and whenever, under that name stands either the old content or the new one.
+// The new content goes to a file beside the old one, is forced to the disk, and then takes the old one's name. Whatever
+// fails, and whenever, the name leads either to the old content or to the new.
 #pragma once
 
 #include <string>
@@ -14,19 +14,18 @@
 namespace murv::tool
 {
 
-/// Refuses what is neither a file nor a directory, before opening it blocks or takes something out of it.
-/// \return EC_done also when nothing is there: reading it tells more
+/// Refuses pipes, sockets and devices, before opening one blocks or takes something out of it.
+/// \return EC_done also when nothing is there: reading it gives the better message
 E_ExitCode checkReplaceable(const std::string& path, CDiagnostics& diagnostics);
 
 /// Replaces the content of a file that was read before.
 ///
-/// Mode, owner, group and extended attributes are kept; where that is not allowed, and where nobody may write to the
-/// file, it is left alone. A symbolic link stays, and what it leads to is replaced. So is a file left alone that has
-/// changed since it was read.
+/// Mode, owner, group and extended attributes are kept. The file is left alone when they cannot be kept, when nobody
+/// may write to it, and when it has changed since it was read. A symbolic link stays, and its target is replaced.
 E_ExitCode replaceFile(const tInput& input, std::string_view content, CDiagnostics& diagnostics);
 
-/// Makes a file, or gives one that exists a new content, in the same manner. A symbolic link that leads to nothing gets
-/// what it leads to. A pipe or a device takes the bytes, and so does what is open already, such as /dev/stdout.
+/// Makes a file, or replaces the content of one that exists, in the same manner. For a symbolic link that leads to
+/// nothing, the target is made. A pipe or a device takes the bytes, and so does what is open already: /dev/stdout.
 E_ExitCode writeFile(const std::string& path, std::string_view content, CDiagnostics& diagnostics);
 
 }  // namespace murv::tool

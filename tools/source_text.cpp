@@ -1,4 +1,4 @@
-// tools/source_text.cpp - line breaks, excerpts, and a scanner that knows strings from comments.
+// tools/source_text.cpp - finds lines, cuts excerpts, and finds comments without taking strings for them.
 #include "tools/source_text.h"
 
 #include <algorithm>
@@ -16,8 +16,8 @@ constexpr std::size_t s_cnBytesAround = 4 * s_cnCellsShown;
 constexpr std::string_view s_csvCut = "...";
 constexpr std::string_view s_csvBlanks = " \t\r\n";
 
-/// The offset behind the line break that begins at `offset`.
-std::size_t behindBreak(std::string_view text, std::size_t offset)
+/// The offset after the line break that begins at `offset`.
+std::size_t afterBreak(std::string_view text, std::size_t offset)
 {
     const bool pair = text[offset] == '\r' && offset + 1 < text.size() && text[offset + 1] == '\n';
     return offset + (pair ? 2 : 1);
@@ -26,6 +26,31 @@ std::size_t behindBreak(std::string_view text, std::size_t offset)
 std::size_t findBreak(std::string_view text, std::size_t offset)
 {
     return std::min(text.find_first_of("\r\n", offset), text.size());
+}
+
+/// The part of a line that may be shown around a place.
+struct tLinePart
+{
+    tRange m_tRange;
+    bool m_bCutBefore;  // the line begins earlier
+    bool m_bCutAfter;   // the line ends later
+};
+
+/// Looks no further than what may be shown: a document may be one line of many megabytes.
+tLinePart linePartAround(std::string_view text, std::size_t place)
+{
+    const std::size_t first = place - std::min(place, s_cnBytesAround + 1);  // one more may be the line break
+    const std::size_t last = std::min(text.size(), place + s_cnBytesAround);
+    const std::size_t breakBefore = text.substr(first, place - first).find_last_of("\r\n");
+    const std::size_t lineEnd = findBreak(text.substr(0, last), place);
+    tLinePart part{{first, lineEnd}, false, lineEnd == last && last < text.size()};
+    if (breakBefore != std::string_view::npos)
+        part.m_tRange.m_nBegin += breakBefore + 1;
+    else
+        part.m_bCutBefore = first != 0;
+    while (part.m_bCutBefore && part.m_tRange.m_nBegin < place && isUtf8Inside(text[part.m_tRange.m_nBegin]))
+        ++part.m_tRange.m_nBegin;
+    return part;
 }
 
 /// One column of what is shown.
@@ -94,7 +119,7 @@ tLinePlace place4Offset(std::string_view text, std::size_t offset)
     const std::string_view before = text.substr(0, offset);
     for (std::size_t at = findBreak(before, 0); at < offset; at = findBreak(before, lineBegin))
     {
-        lineBegin = behindBreak(before, at);
+        lineBegin = afterBreak(before, at);
         ++line;
     }
     return {line, offset - lineBegin + 1};
@@ -103,23 +128,12 @@ tLinePlace place4Offset(std::string_view text, std::size_t offset)
 tExcerpt excerpt4Range(std::string_view text, tRange range)
 {
     const std::size_t begin = std::min(range.m_nBegin, text.size());
-    // Only what may be shown is looked at: a document may be one line of many megabytes.
-    tRange line{begin - std::min(begin, s_cnBytesAround), std::min(text.size(), begin + s_cnBytesAround)};
-    const std::size_t breakBefore = begin == 0 ? std::string_view::npos : text.find_last_of("\r\n", begin - 1);
-    const bool cutBefore = line.m_nBegin > (breakBefore == std::string_view::npos ? 0 : breakBefore + 1);
-    if (!cutBefore)
-        line.m_nBegin = breakBefore == std::string_view::npos ? 0 : breakBefore + 1;
-    while (cutBefore && line.m_nBegin < begin && isUtf8Inside(text[line.m_nBegin]))
-        ++line.m_nBegin;
-    const std::size_t breakBehind = findBreak(text.substr(0, line.m_nEnd), begin);
-    const bool cutBehind = breakBehind == line.m_nEnd && line.m_nEnd < text.size();
-    line.m_nEnd = breakBehind;
-
-    const std::vector<tCell> cells = cells4Line(text, line);
+    const tLinePart line = linePartAround(text, begin);
+    const std::vector<tCell> cells = cells4Line(text, line.m_tRange);
     std::size_t place = 0;
     while (place + 1 < cells.size() && cells[place + 1].m_nOffset <= begin)
         ++place;
-    if (!cells.empty() && begin >= line.m_nEnd)
+    if (!cells.empty() && begin >= line.m_tRange.m_nEnd)
         place = cells.size();
     const std::size_t first = place > s_cnCellsBefore ? place - s_cnCellsBefore : 0;
     const std::size_t last = std::min(cells.size(), first + s_cnCellsShown);
@@ -129,7 +143,7 @@ tExcerpt excerpt4Range(std::string_view text, tRange range)
         excerpt.m_strLine += shown;
         excerpt.m_strMarks += mark == ' ' && shown == "\t" ? '\t' : mark;
     };
-    if (first != 0 || cutBefore)
+    if (first != 0 || line.m_bCutBefore)
     {
         excerpt.m_strLine += s_csvCut;
         excerpt.m_strMarks.append(s_csvCut.size(), ' ');
@@ -138,7 +152,7 @@ tExcerpt excerpt4Range(std::string_view text, tRange range)
         put(cells[i].m_svShown, i < place ? ' ' : i == place ? '^' : cells[i].m_nOffset < range.m_nEnd ? '~' : ' ');
     if (place >= last)
         excerpt.m_strMarks += '^';
-    if (last != cells.size() || cutBehind)
+    if (last != cells.size() || line.m_bCutAfter)
         excerpt.m_strLine += s_csvCut;
     excerpt.m_strMarks.erase(excerpt.m_strMarks.find_last_of("^~") + 1);
     return excerpt;

@@ -1,7 +1,7 @@
-// tools/source_text.h - places in a text document, as people see them.
+// tools/source_text.h - lines, columns, excerpts and comments of a text document.
 //
-// A line ends with a line feed, a carriage return, or both; lines and columns count from 1, columns count bytes, as in
-// the library's own messages.
+// As in the library's own messages, a line ends with a line feed, a carriage return, or both; lines and columns count
+// from 1, and columns count bytes.
 #pragma once
 
 #include <cstddef>
@@ -36,8 +36,8 @@ tLinePlace place4Offset(std::string_view text, std::size_t offset);
 
 /// The line in which the range begins, with "^" at its begin and "~" up to its end.
 ///
-/// Tabs stay tabs in both lines, and a character of several bytes counts once, so that the marks stand where they
-/// should. What a terminal would act on is shown as "?". A long line is cut around the place.
+/// Tabs stay tabs in both lines, and a character of several bytes counts once, so that the marks are below what they
+/// mark. What a terminal would act on is shown as "?". A long line is cut around the place.
 tExcerpt excerpt4Range(std::string_view text, tRange range);
 
 /// The comments of a document that has been loaded, and the remarks in its packet expressions, in order.

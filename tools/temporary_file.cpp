@@ -1,4 +1,4 @@
-// tools/temporary_file.cpp - making, naming and removing, also when a signal ends the tool.
+// tools/temporary_file.cpp - makes, names and removes the file, also when a signal ends the tool.
 #include "tools/temporary_file.h"
 
 #include <fcntl.h>
@@ -18,7 +18,7 @@ namespace
 {
 constexpr int s_ciEndingSignals[] = {SIGHUP, SIGINT, SIGTERM};
 
-/// Path of the file that is to go when a signal ends the tool, or null. Changed only while these signals are held.
+/// Path of the file to remove when a signal ends the tool, or null. Changed only while these signals are held.
 std::atomic<const char*> s_pLeftover = nullptr;
 static_assert(std::atomic<const char*>::is_always_lock_free, "a signal handler reads it");
 
@@ -84,7 +84,7 @@ std::string directory4Path(const std::string& path)
     return path.substr(0, path.rfind('/') + 1) + ".";
 }
 
-/// A short name, for that of the target may have the greatest length. \return empty when there is no randomness
+/// A short name, because the name of the target may have the greatest length allowed. \return empty without randomness
 std::string randomName()
 {
     std::uint64_t number = 0;

@@ -1,6 +1,6 @@
-// tools/temporary_file.h - a new file beside the one whose name it is to take.
+// tools/temporary_file.h - a new file beside the one whose name it will take.
 //
-// Whatever ends the tool early must not leave it lying there, so signals that end programs remove it as well.
+// Nothing that ends the tool early may leave it there, so signals that end programs remove it as well.
 #pragma once
 
 #include <sys/types.h>
@@ -15,7 +15,7 @@ class CTemporaryFile
 {
 public:
     /// Makes it, empty, under a name that nobody can foresee.
-    /// \param target  the file whose name it is to take; not a symbolic link
+    /// \param target  the file whose name it will take; not a symbolic link
     /// \param mode    who may use it; the umask or the access control list of the directory apply
     CTemporaryFile(const std::string& target, mode_t mode);
     CTemporaryFile(const CTemporaryFile&) = delete;

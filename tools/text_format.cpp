@@ -1,7 +1,7 @@
-// tools/text_format.cpp - spellings are kept by stand-ins: strings that the saver lays out and that are then replaced.
+// tools/text_format.cpp - keeps spellings by stand-ins: strings that the saver lays out and that are then replaced.
 //
-// A stand-in is as long as what it stands for, wherever quotes leave room for that, so that the saver's decisions
-// about lines fit. It is made of a text that occurs nowhere else in the result, which is counted, not assumed.
+// A stand-in is as long as the spelling that replaces it, wherever its quotes leave room for that, so that the saver
+// breaks lines rightly. It is made of a text that occurs nowhere else in the result; that is counted, not assumed.
 #include "tools/text_format.h"
 
 #include <algorithm>
@@ -13,6 +13,7 @@
 
 #include "murv/saver.h"
 #include "tools/node_path.h"
+#include "tools/node_walk.h"
 
 namespace murv::tool
 {
@@ -28,26 +29,6 @@ struct tKept
     std::string_view m_svSpelling;
 };
 
-/// Visits a node and all below it in document order, which is also the order in which they lie in memory.
-template <typename tVisitor>
-void forEachNode(CFields& root, tVisitor&& visit)
-{
-    std::vector<std::pair<CFields::iterator, CFields::iterator>> open;
-    CFields* node = &root;
-    for (;;)
-    {
-        const E_DataType type = node->getDT();
-        visit(*node, type);
-        if (type == DT_fields || type == DT_array)
-            open.emplace_back(node->begin(), node->end());
-        while (!open.empty() && open.back().first == open.back().second)
-            open.pop_back();
-        if (open.empty())
-            return;
-        node = &*open.back().first++;
-    }
-}
-
 std::string_view spelling4Node(const CFields& node, std::string_view source)
 {
     const auto begin = static_cast<std::size_t>(node.getOffsetStart());
@@ -62,19 +43,19 @@ bool isNumberSpelling(std::string_view text)
 
 constexpr const char* s_cpContainerPei = "the packet expression of this container would be lost";
 
-/// The first container with a packet expression, which neither text nor a binary file can give it back.
-tLoss findContainerPei(CFields& root)
+/// The first container with a packet expression, which neither text nor a binary file can hold.
+tLoss findContainerPei(const CFields& root)
 {
     tLoss loss;
-    forEachNode(root, [&loss](CFields& node, E_DataType type) {
-        const bool container = type == DT_fields || type == DT_array;
+    forEachNode(root, [&loss](const CFields& node, std::size_t /*depth*/) {
+        const bool container = node.isField() || node.isArray();
         if (loss.m_pNode == nullptr && container && !CFields::pkt_IsNullExp(node.pkt_GetExp()))
             loss = {&node, s_cpContainerPei};
     });
     return loss;
 }
 
-/// What a lossless saver could not hold: its message begins with the path of the node.
+/// What a lossless saver could not hold. Its message begins with the path of the node.
 tLoss loss4Message(CFields& root, const CErrorBase& saver)
 {
     constexpr std::string_view rootPath = "the root:";
@@ -101,7 +82,7 @@ tLoss loss4Message(CFields& root, const CErrorBase& saver)
     return loss;
 }
 
-/// Whether leaving out the only member would leave an empty container.
+/// Whether its only member is a null that has nothing else: written as nothing, it would leave an empty container.
 bool isOnlyNull(const CFields& container)
 {
     if (container.getChildCount() != 1)
@@ -115,7 +96,8 @@ std::vector<tKept> findKept(CFields& root, std::string_view source, bool nullWor
 {
     std::vector<tKept> kept;
     const CFields* neededNull = &root;
-    forEachNode(root, [&](CFields& node, E_DataType type) {
+    forEachNode(root, [&](CFields& node, std::size_t /*depth*/) {
+        const E_DataType type = node.getDT();
         if (type == DT_double && isNumberSpelling(spelling4Node(node, source)))
             kept.push_back({&node, spelling4Node(node, source)});
         else if (type == DT_null && !nullWord && &node != neededNull)
@@ -126,7 +108,7 @@ std::vector<tKept> findKept(CFields& root, std::string_view source, bool nullWor
     return kept;
 }
 
-/// Texts to make stand-ins of, in the order in which they are tried.
+/// The text that the stand-ins of an attempt are made of.
 std::string standIn4Attempt(std::size_t attempt)
 {
     constexpr std::string_view single = "~|^@!$%&;?<>'`*+.:_-";
@@ -141,7 +123,7 @@ void putStandIns(const std::vector<tKept>& kept, const std::string& standIn)
         if (item.m_svSpelling.size() > text.size() + s_cnQuotes)
             text.append(item.m_svSpelling.size() - s_cnQuotes - text.size(), standIn.back());
         const E_ValueKind kind = item.m_pNode->getVK();
-        // The second value, where there is one, is a copy again.
+        // setVK makes the second value a copy of the first again.
         item.m_pNode->setVK(VK_actual);
         item.m_pNode->setValue(text);
         item.m_pNode->setVK(kind);
@@ -157,14 +139,14 @@ std::size_t endOfStandIn(std::string_view text, std::size_t at, const std::strin
     return end != std::string_view::npos && text[end] == '"' ? end + 1 : std::string_view::npos;
 }
 
-/// Behind "=" and ")" stands a blank only when a value follows.
+/// Whether the text ends in the blank after "=" or ")", which is written only before a value.
 bool endsInBlankBeforeValue(std::string_view text)
 {
     const std::size_t size = text.size();
     return size >= 2 && text[size - 1] == ' ' && (text[size - 2] == '=' || text[size - 2] == ')');
 }
 
-/// Puts the spellings back; nothing when the stand-ins are not the only texts of their kind.
+/// Replaces the stand-ins by the spellings; nothing when other texts in the result look like stand-ins.
 std::optional<std::string> putSpellings(std::string_view text, const std::vector<tKept>& kept,
                                         const std::string& standIn)
 {
@@ -269,7 +251,7 @@ bool writeText(CFields& tree, std::string_view source, const tFormat& format, st
     const std::vector<tKept> kept = findKept(tree, source, format.m_bNullWord);
     if (kept.empty())
         return save(tree, format, text, loss);
-    constexpr std::size_t mostAttempts = 1000;  // a text that holds all of these was made to
+    constexpr std::size_t mostAttempts = 1000;  // only a deliberately hostile text contains all of them
     for (std::size_t attempt = 0; attempt < mostAttempts; ++attempt)
     {
         const std::string standIn = standIn4Attempt(attempt);

@@ -1,7 +1,7 @@
-// tools/text_format.h - the text of a document, laid out anew without changing what it says.
+// tools/text_format.h - writes a document with a new layout, without changing what it says.
 //
-// A lossless saving writes every value so that it reads back equal. A text that a person wrote is more than its values,
-// so doubles keep their spelling here, 1e3 or 1.50.
+// A lossless saving writes every value so that it reads back equal. A text that a person wrote is more than its values:
+// here doubles also keep their spelling, 1e3 or 1.50.
 #pragma once
 
 #include <optional>
@@ -19,22 +19,22 @@ namespace murv::tool
 struct tFormat
 {
     bool m_bCompact = false;       // one line, without comments
-    bool m_bOneLineArrays = true;  // short arrays of scalars stand on one line
+    bool m_bOneLineArrays = true;  // short arrays of scalars go on one line
     bool m_bNullWord = true;       // null is written as "null" instead of nothing
     bool m_bFinalNewline = true;
     std::string m_strIndentUnit = "  ";
 };
 
-/// What a document cannot hold although trees can.
+/// What a tree holds and a document cannot.
 struct tLoss
 {
-    const CFields* m_pNode = nullptr;  // that would lose something; null when its place is not known
+    const CFields* m_pNode = nullptr;  // the node that would lose it; null when its place is not known
     std::string m_strMessage;          // empty when all can be written
 };
 
 /// Writes the text of a tree, so that it reads back equal.
 ///
-/// \param tree    its values are changed on the way; of what it holds afterwards only the structure may be relied on
+/// \param tree    on return its values are unspecified; its structure is kept
 /// \param source  the text that it was loaded from; empty when it was not loaded from text
 /// \param loss    given the first thing that text cannot hold
 /// \return false when there is such a thing
@@ -43,7 +43,7 @@ bool writeText(CFields& tree, std::string_view source, const tFormat& format, st
 /// The same as a binary file.
 bool writeBinary(CFields& tree, const std::string& password, std::string& file, tLoss& loss);
 
-/// Tells what a result would lack, at the place in the document where it stands. \return the exit code for that
+/// Reports what a result would lack, at its place in the document. \return the exit code for that
 E_ExitCode reportLoss(const tInput& input, const tLoss& loss, CDiagnostics& diagnostics);
 
 /// Compares everything that a document states except comments: values, types, names, IDs, packet expressions.

@@ -1,4 +1,4 @@
-// tools/verb.h - what main() knows of a verb.
+// tools/verb.h - the table of verbs, and what main() knows of each.
 //
 // A verb declares its options, then runs once. A new verb is one source file and one row of the table.
 #pragma once

@@ -1,7 +1,7 @@
 // tools/verb_convert.cpp - murv convert: text to binary files and back.
 //
-// Savings are lossless: what a text or a binary file cannot hold is named. A result is written only after it has been
-// read back and holds the same tree.
+// Savings are lossless: the verb names what a text or a binary file cannot hold. It writes a result only after reading
+// it back and finding the same tree.
 #include "tools/verb.h"
 
 #include <unistd.h>
@@ -45,7 +45,7 @@ public:
     {
         session.m_tDiagnostics.setJson(m_bJson);
         if (const char* const fault = callFault())
-            return session.m_tDiagnostics.error("", fault), EC_wrongCall;
+            return session.m_tDiagnostics.fail("", fault, EC_wrongCall);
         tInput input;
         std::string result;
         if (const E_ExitCode code = readInput(m_strFile, session.m_tDiagnostics, input))
@@ -64,7 +64,7 @@ private:
         return m_strTo == "binary";
     }
 
-    /// What is wrong with the call, as far as the options alone tell; or null.
+    /// What is wrong with the call, as far as the options alone show; or null.
     const char* callFault() const
     {
         if (isBinary() && m_strOutput.empty() && isatty(STDOUT_FILENO) == 1)
@@ -108,10 +108,10 @@ private:
         CLoaders loader(LCBC_COMMENT | LCBC_DUPLICATE | LCBC_LOSSLESS);
         CFields again;
         if (!loader.loading(result, again, password.c_str()))
-            return diagnostics.error(input.m_strName, "a binary file cannot hold it: " + reason(loader)), EC_malformed;
+            return diagnostics.fail(input.m_strName, "a binary file cannot hold it: " + reason(loader), EC_malformed);
         if (isSameDocument(tree, again))
             return EC_done;
-        return diagnostics.error(input.m_strName, "not converted: the result does not read back equal"), EC_internal;
+        return diagnostics.fail(input.m_strName, "not converted: the result does not read back equal", EC_internal);
     }
 
     static std::string reason(const CLoaders& loader)
@@ -120,20 +120,20 @@ private:
         return errors.empty() ? withoutFunction(loader.getLastErrMsg()) : errors.front().m_strMessage;
     }
 
-    E_ExitCode toText(const tInput& input, CFields& spent, CDiagnostics& diagnostics, std::string& result) const
+    E_ExitCode toText(const tInput& input, CFields& tree, CDiagnostics& diagnostics, std::string& result) const
     {
         tFormat format;
         format.m_bCompact = m_strTo == "compact";
-        const CFields tree = spent;
+        const CFields before = tree;  // writing changes the values
         tLoss loss;
-        if (!writeText(spent, input.isText() ? input.text() : std::string_view(), format, result, loss))
+        if (!writeText(tree, input.isText() ? input.text() : std::string_view(), format, result, loss))
             return reportLoss(input, loss, diagnostics);
         CLoader4SER loader(m_tLoad.flags() | LCBC_DUPLICATE);
         CFields again;
-        if (loader.loading(result, again) && isSameDocument(tree, again))
+        if (loader.loading(result, again) && isSameDocument(before, again))
             return EC_done;
-        return diagnostics.error(input.m_strName, "text cannot hold it: the result does not read back equal"),
-               EC_malformed;
+        return diagnostics.fail(input.m_strName, "text cannot hold it: the result does not read back equal",
+                                EC_malformed);
     }
 
     std::string m_strFile;

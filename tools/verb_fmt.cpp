@@ -1,7 +1,7 @@
-// tools/verb_fmt.cpp - murv fmt: lays documents out anew.
+// tools/verb_fmt.cpp - murv fmt: gives documents a new layout.
 //
-// It never loses what a document says: a comment or a text that the result would lack is an error, and a file is
-// replaced only after the new text has been read back and holds the same tree.
+// It loses nothing that a document says. A comment or text that the result would lack is an error, and a file is
+// replaced only after the new text was read back and gave the same tree.
 #include "tools/verb.h"
 
 #include <CLI/CLI.hpp>
@@ -63,17 +63,17 @@ private:
         m_tFormat.m_bOneLineArrays = !m_bNoOneLineArrays;
         m_tFormat.m_bNullWord = !m_bNoNullWord;
         m_tFormat.m_bFinalNewline = !m_bNoFinalNewline;
-        return isPossible(diagnostics) ? EC_done : EC_wrongCall;
+        return checkCall(diagnostics);
     }
 
-    bool isPossible(CDiagnostics& diagnostics) const
+    E_ExitCode checkCall(CDiagnostics& diagnostics) const
     {
         const bool toOutput = !m_bInPlace && !m_bCheck;
         if (toOutput && files().size() > 1)
-            return diagnostics.error("", "several files need --in-place or --check"), false;
+            return diagnostics.fail("", "several files need --in-place or --check", EC_wrongCall);
         if (m_bInPlace && std::count(files().begin(), files().end(), "-") != 0)
-            return diagnostics.error("", "the standard input cannot be replaced: --in-place needs files"), false;
-        return true;
+            return diagnostics.fail("", "the standard input cannot be replaced: --in-place needs files", EC_wrongCall);
+        return EC_done;
     }
 
     E_ExitCode beforeReading(const std::string& path, CDiagnostics& diagnostics) const override
@@ -103,7 +103,7 @@ private:
     E_ExitCode layOut(const tInput& input, CDiagnostics& diagnostics, std::string& text) const
     {
         CFields tree;
-        // Members of equal names all stay: choosing among them is the business of who loads the document.
+        // Members of equal names all stay: the program that loads the document chooses among them.
         if (const E_ExitCode code = loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_error, diagnostics, tree))
             return code;
         tLoss loss;
@@ -135,10 +135,10 @@ private:
     E_ExitCode replace(const tInput& input, const std::string& text, CDiagnostics& diagnostics) const
     {
         if (!input.isText())
-            return diagnostics.error(input.m_strName, "is binary; --in-place is for text"), EC_malformed;
+            return diagnostics.fail(input.m_strName, "is binary; --in-place is for text", EC_malformed);
         if (!readsBackEqual(input, text, diagnostics))
-            return diagnostics.error(input.m_strName, "not replaced: the new text does not read back equal"),
-                   EC_internal;
+            return diagnostics.fail(input.m_strName, "not replaced: the new text does not read back equal",
+                                    EC_internal);
         return replaceFile(input, text, diagnostics);
     }
 

@@ -1,4 +1,4 @@
-// tools/verb_get.cpp - murv get: prints one value.
+// tools/verb_get.cpp - murv get: finds one value by its path and prints it as text, as raw bytes or as JSON.
 #include "tools/verb.h"
 
 #include <CLI/CLI.hpp>
@@ -75,9 +75,15 @@ private:
     E_ExitCode put(CFields& node, const tInput& input, tSession& session) const
     {
         if (m_bJson)
-            return session.m_tOutput.put(json4Value(node) + "\n"), EC_done;
+        {
+            session.m_tOutput.put(json4Value(node) + "\n");
+            return EC_done;
+        }
         if (m_bRaw && node.isCodelist())
-            return session.m_tOutput.put(node.asString()), EC_done;
+        {
+            session.m_tOutput.put(node.asString());
+            return EC_done;
+        }
         // The value alone: what belongs to the member (name, ID, packet expression, comments) is left out.
         CFields value;
         value.swapValue(node, false);

@@ -22,7 +22,7 @@ public:
     {
         if (m_strVerb.empty())
         {
-            m_pTool->clear();  // else the help would be that of the verb that was called, this one
+            m_pTool->clear();  // else this would be the help of the verb that was called: help
             return put(m_pTool->help(), session);
         }
         for (const CLI::App* verb : m_pTool->get_subcommands({}))

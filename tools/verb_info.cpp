@@ -20,7 +20,7 @@ namespace
 {
 CFactSheet facts4Header(const tBinaryHeader& header, std::size_t fileBytes)
 {
-    const std::size_t behindHeader = fileBytes - header.m_nHeaderBytes;
+    const std::size_t afterHeader = fileBytes - header.m_nHeaderBytes;
     char text[11];
     std::snprintf(text, sizeof text, "0x%08X", header.m_uiVersion);
     CFactSheet facts(0);
@@ -29,7 +29,7 @@ CFactSheet facts4Header(const tBinaryHeader& header, std::size_t fileBytes)
     facts.add("byte order", header.m_bLittleEndian ? "little-endian" : "big-endian");
     facts.add("encryption", header.m_pCipher);
     facts.add("password block bytes", header.m_nPasswordBytes);
-    facts.add("body bytes", behindHeader - std::min(behindHeader, header.m_nPasswordBytes));
+    facts.add("body bytes", afterHeader - std::min(afterHeader, header.m_nPasswordBytes));
     return facts;
 }
 
@@ -63,7 +63,7 @@ private:
     {
         const std::optional<tBinaryHeader> header = binaryHeader4File(input.text());
         if (!header)
-            return session.m_tDiagnostics.error(input.m_strName, "is not a binary file"), EC_malformed;
+            return session.m_tDiagnostics.fail(input.m_strName, "is not a binary file", EC_malformed);
         CFactSheet facts = facts4Header(*header, input.m_nSize);
         CFields tree;
         const E_ExitCode code = loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_error, session.m_tDiagnostics, tree);

@@ -16,7 +16,7 @@ namespace
 {
 constexpr std::array<const char*, 8> s_cpTypeNames = {"null", "array", "fields", "bool",
                                                       "sint", "uint",  "double", "codelist"};
-constexpr std::size_t s_cnNumberWidth = 10;  // such numbers stand in columns
+constexpr std::size_t s_cnNumberWidth = 10;  // numbers are right-aligned in such columns
 static_assert(s_cpTypeNames.size() == DT_codelist + 1, "one name for each type");
 
 struct tCounts

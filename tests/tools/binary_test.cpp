@@ -61,7 +61,7 @@ TEST(BinaryFiles, offsetsSayWhatTheyCountFrom)
               "deciphered body, which begins after the header of 13 bytes\"}]}\n");
 }
 
-TEST(BinaryFiles, offsetsCountBehindThePasswordBlockToo)
+TEST(BinaryFiles, offsetsCountAfterThePasswordBlockToo)
 {
     const CTemporaryDirectory files;
     files.write("password", "secret");

@@ -117,7 +117,7 @@ TEST(Check, linesEndWithAnyLineBreak)
                   "<stdin>:2:6: error: Missing ',' or '}' in field declaration\n \"a\" : 1\n     ^\n");
 }
 
-TEST(Check, placeAtTheEndIsBehindTheLastLine)
+TEST(Check, placeAtTheEndIsAfterTheLastLine)
 {
     EXPECT_EQ(errors("{ \"a\" = 1"),
               "<stdin>:1:10: error: Missing ',' or '}' in field declaration\n{ \"a\" = 1\n         ^\n");
@@ -139,12 +139,12 @@ TEST(Check, headerOfAnUnknownRuleIsRefused)
     EXPECT_EQ(errors("MURF12345678"), "<stdin>: error: Unknown encoding rule(-1)\n");
 }
 
-TEST(Check, warnsOfTextBehindTheDocument)
+TEST(Check, warnsOfTextAfterTheDocument)
 {
     const tRun run = murvOn("[1] [2]", {"check", "-"});
     EXPECT_EQ(run.m_iExit, 0);
     EXPECT_EQ(run.m_strOutput, "<stdin>: accepted\n");
-    EXPECT_EQ(run.m_strError, "<stdin>:1:5: warning: text behind the document is ignored\n[1] [2]\n    ^\n");
+    EXPECT_EQ(run.m_strError, "<stdin>:1:5: warning: text after the document is ignored\n[1] [2]\n    ^\n");
 }
 
 TEST(Check, documentsThatNestTooDeepAreMalformed)

@@ -161,12 +161,12 @@ TEST(Fmt, numbersAsNamesNeedTheOption)
     EXPECT_EQ(run.m_strError, "<stdin>:1:2: error: Missing '}' or field member name\n{1=2}\n ^\n");
 }
 
-TEST(Fmt, refusesToLoseTextBehindTheDocument)
+TEST(Fmt, refusesToLoseTextAfterTheDocument)
 {
     const tRun run = murvOn("{\"a\"=1} // fine\n\"more\"\n", {"fmt", "-"});
     EXPECT_EQ(run.m_iExit, 3);
     EXPECT_EQ(run.m_strOutput, "");
-    EXPECT_EQ(run.m_strError, "<stdin>:2:1: error: text behind the document would be lost\n\"more\"\n^\n");
+    EXPECT_EQ(run.m_strError, "<stdin>:2:1: error: text after the document would be lost\n\"more\"\n^\n");
 }
 
 TEST(Fmt, refusesToLoseAComment)

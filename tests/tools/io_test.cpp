@@ -10,7 +10,7 @@ namespace murv::tests
 
 namespace
 {
-/// A file of that size that takes no room on the disk; it holds zeros behind its first bytes.
+/// A file of that size that takes no room on the disk; it holds zeros after its first bytes.
 void writeSparse(const CTemporaryDirectory& files, const std::string& name, std::uintmax_t size)
 {
     std::filesystem::resize_file(files.write(name, "[1]"), size);
