@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Checks which file includes which: layers point one way, and a source includes its own header first.
+"""Checks which file includes which: rooms point one way, and a source includes its own header first.
 
-The table below is the whole rule. Public headers include public headers and the standard library; programs that use the
-library (examples, the package consumer) see nothing but public headers.
+The table below is the whole rule; docs/architecture.md draws it. Public headers include public headers and the standard
+library; programs that use the library (examples, the package consumer) include public headers only.
 """
 
 import pathlib
@@ -11,7 +11,7 @@ import sys
 
 CORE = ["core", "core/text", "core/memory"]
 
-# Layer: the layers it may include, besides itself and the public headers.
+# Room: the rooms that it may include, besides itself and the public headers.
 ALLOWED = {
     "include/murv": [],
     "core/text": [],
@@ -35,8 +35,8 @@ INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTIL
 STANDARD = re.compile(r"^(c?[a-z_0-9]+|[a-z]mmintrin\.h|x86intrin\.h|arm_neon\.h|cpuid\.h|sanitizer/[a-z_]+\.h)$")
 
 
-def layer_of(path):
-    """The layer that a path relative to the root lies in, or None."""
+def room_of(path):
+    """The room of a path relative to the root, or None."""
     parent = path.rsplit("/", 1)[0] if "/" in path else ""
     return parent if parent in ALLOWED else None
 
@@ -51,22 +51,22 @@ def target_of(root, path, name):
     return beside if (root / beside).is_file() else None
 
 
-def check_target(root, layer, path, name):
+def check_target(root, room, path, name):
     """The complaint about one quoted include, or None."""
     target = target_of(root, path, name)
     if target is None or not (root / target).is_file():
         return f'"{name}" is not a file of the project'
-    other = layer_of(target)
+    other = room_of(target)
     if other is None:
-        return f'"{name}" lies outside the layers'
-    if other in (layer, "include/murv") or other in ALLOWED[layer]:
+        return f'"{name}" is outside the rooms'
+    if other in (room, "include/murv") or other in ALLOWED[room]:
         return None
-    return f"{layer} may not include {other}"
+    return f"{room} may not include {other}"
 
 
 def check_file(root, path):
     """Yields (line, complaint) for one file."""
-    layer = layer_of(path)
+    room = room_of(path)
     text = (root / path).read_text(encoding="utf-8")
     first = None
     for match in INCLUDE.finditer(text):
@@ -74,12 +74,12 @@ def check_file(root, path):
         quoted, name = match.group(1) == '"', match.group(2)
         first = first or (line, name)
         if quoted:
-            complaint = check_target(root, layer, path, name)
+            complaint = check_target(root, room, path, name)
             if complaint:
                 yield line, complaint
         elif name.startswith("murv/"):
             yield line, f'write "{name}" with quotes'
-        elif layer in LIBRARY and not STANDARD.match(name):
+        elif room in LIBRARY and not STANDARD.match(name):
             yield line, f"<{name}> is not of the standard library"
     own = path[: -len(".cpp")] + ".h"
     if path.endswith(".cpp") and first and (root / own).is_file() and target_of(root, path, first[1]) != own:
@@ -90,8 +90,8 @@ def main():
     root = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent).resolve()
     files = sorted(
         file.relative_to(root).as_posix()
-        for layer in ALLOWED
-        for file in (root / layer).glob("*")
+        for room in ALLOWED
+        for file in (root / room).glob("*")
         if file.suffix in (".h", ".cpp")
     )
     complaints = [f"{path}:{line}: {text}" for path in files for line, text in check_file(root, path)]

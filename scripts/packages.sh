@@ -1,13 +1,13 @@
 # packages.sh - sourced by the scripts: makes sure that Debian packages are there.
 #
-# Nothing is touched, and no network is needed, when all are installed already. Otherwise they are installed where we
-# may (root, or sudo without a password); where we may not, the missing ones are named and the script ends.
+# When all are installed, nothing changes and no network is needed. Otherwise they are installed if we may (root, or
+# sudo without a password); if not, the script names the missing ones and ends.
 
 # needPackages PACKAGE... - returns when all are installed, else ends the script with status 1.
 needPackages()
 {
     if ! command -v dpkg-query >/dev/null; then
-        echo "not a Debian system: expecting these to be there under other names: $*" >&2
+        echo "not a Debian system: these must be there under other names: $*" >&2
         return 0
     fi
     local missing=() package
