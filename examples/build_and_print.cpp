@@ -1,4 +1,4 @@
-// build_and_print.cpp - builds a tree by hand, prints it both ways, walks it, and shows how errors arrive.
+// build_and_print.cpp - builds a tree by hand, prints it both ways, walks it, and shows how errors are reported.
 #include <iostream>
 #include <string>
 

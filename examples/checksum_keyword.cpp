@@ -1,4 +1,4 @@
-// checksum_keyword.cpp - a keyword of one's own: a checksum over the packet in front of it.
+// checksum_keyword.cpp - a keyword of one's own: a checksum over the packet before it.
 //
 // While a packet is made, the callback sees what was made so far and gives the checksum item its value. While a packet
 // is checked, another callback sees the bytes and compares.
@@ -39,7 +39,7 @@ const char* getText(unsigned short index, unsigned char)
 }
 
 /// Making: the node gets its value from the packet so far.
-int allot(unsigned short, unsigned char, murv::CFields& node)
+int make(unsigned short, unsigned char, murv::CFields& node)
 {
     node = checksumOf(*node.pkt_GetISA4ESK().madePacket());
     return 1;
@@ -51,15 +51,15 @@ int prepare(unsigned short, unsigned char, murv::CFields&)
     return 1;
 }
 
-/// Checking: the item itself lies within the packet, or we would not be asked.
+/// Checking: runs only when the item lies within the packet.
 int check(unsigned short, unsigned char, murv::CFields& node)
 {
     const murv::tInnerSupportedArgs4ESK& around = node.pkt_GetISA4ESK();
     const std::string_view packet(around.givenPacket(), around.m_uiPacketLen);
     const std::string_view item = packet.substr(around.m_uiOffset, node.pkt_GetExp().m_uiLength);
-    unsigned long long told = 0;
-    return murv::aton64(item.data(), static_cast<unsigned int>(item.size()), told) &&
-                   told == checksumOf(packet.substr(0, around.m_uiOffset))
+    unsigned long long stated = 0;
+    return murv::aton64(item.data(), static_cast<unsigned int>(item.size()), stated) &&
+                   stated == checksumOf(packet.substr(0, around.m_uiOffset))
                ? 1
                : 0;
 }
@@ -83,7 +83,7 @@ int main()
 {
     murv::CFields::setGetIdxFP4ESK(s_cucKind, &getIndex);
     murv::CFields::setGetTxtFP4ESK(s_cucKind, &getText);
-    murv::CFields::setAllotPktFP4ESK(s_cucKind, &allot);
+    murv::CFields::setAllotPktFP4ESK(s_cucKind, &make);
     murv::CFields::setParsePktFP4ESK(s_cucKind, &prepare);
     murv::CFields::setCheckPktFP4ESK(s_cucKind, &check);
 

@@ -1,8 +1,8 @@
 // edit_config.cpp - loads a configuration, changes it, saves it, and loads what was saved.
 //
-// Comments and IDs come through; the result is written as text that people can go on editing. A mistake in it is shown
-// at its place, and leaves the configuration that is in use alone. An argument names another document than service.murv
-// in the current directory.
+// Comments and IDs are kept, and people can go on editing the text that is saved. A mistake in it is shown at its place
+// and leaves the configuration that is in use alone. The document is service.murv in the current directory, or the
+// argument.
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -20,7 +20,7 @@ void report(const std::string& name, const murv::CLoaders& loader)
     const std::vector<murv::tErrorPlace> places = loader.getErrorPlaces();
     for (const murv::tErrorPlace& place : places)
         std::cout << name << ":" << place.m_uiLine << ":" << place.m_uiColumn << ": " << place.m_strMessage << "\n";
-    if (places.empty())  // no place is to blame: a password is missing, the data is too short
+    if (places.empty())  // the fault has no place: a password is missing, the data is too short
         std::cout << name << ": " << loader.getLastErrMsg() << "\n";
 }
 
@@ -55,7 +55,7 @@ void change(murv::CFields& config)
     config["listen"]["port"] = 9443;
     config["limits"]["requestsPerSecond"] = config["limits"]["requestsPerSecond"].asSint32() * 2;
 
-    // By ID, wherever it is; and a member that was not there before.
+    // A node by its ID, at any depth; it gets a new member.
     murv::CFields& pool = (*config.findID(3))["pool"];
     pool.addChildRef("idleTimeout") = 60;
     pool["idleTimeout"].setComment("// closed when unused for so long", murv::CP_trailing);

@@ -1,7 +1,7 @@
 // murv/saver.h - writing trees as text or binary data.
 //
-// CSavers is the entrance: it owns one saver of each kind and picks it by the encoding rule. What is written is chosen
-// per call by the style byte; how it looks is chosen per saver by its configuration word.
+// Start with CSavers: it owns one saver of each kind and picks one by the encoding rule. The style byte of a call
+// chooses what is written; the configuration word of a saver chooses how it looks.
 #ifndef MURV_SAVER_H
 #define MURV_SAVER_H
 
@@ -56,7 +56,7 @@ enum E_EncodingRule : unsigned int
 /// Bits of the style byte: which parts of the nodes are saved.
 enum E_SaveStyle : unsigned int
 {
-    SAVE_SPACING = 1,   ///< blanks around "=", behind "," and before values
+    SAVE_SPACING = 1,   ///< blanks around "=", after "," and before values
     SAVE_ID = 2,        ///< IDs, as "#7 "
     SAVE_NAME = 4,      ///< names
     SAVE_PEI = 8,       ///< packet expressions
@@ -68,16 +68,17 @@ enum E_SaveStyle : unsigned int
 /// Bits of the saver configuration word.
 enum E_SaverConfigBit : unsigned int
 {
-    SCBC_ONE_LINE_ARRAY = 1,  ///< short arrays of scalars stand on one line
+    SCBC_ONE_LINE_ARRAY = 1,  ///< short arrays of scalars go on one line
     SCBC_NULL_WORD = 2,       ///< null is written as "null" instead of nothing
     SCBC_FINAL_NEWLINE = 4,   ///< the document ends with a line feed
     SCBC_SECOND_VALUE = 8,    ///< of two values that differ the second one is written; else its keyword is left out
-    /// What is saved reads back equal, with LCBC_LOSSLESS, LCBC_COMMENT and LCBC_DUPLICATE, or the saving fails and
-    /// writes nothing: the message then names the node by its path. In text this changes how values look.
+    /// What is saved reads back equal when the loader has LCBC_LOSSLESS, LCBC_COMMENT and LCBC_DUPLICATE. A tree that
+    /// cannot be held makes the saving fail and write nothing; the message names the node by its path. In text this
+    /// changes how values look.
     SCBC_LOSSLESS = 16,
 };
 
-/// What all savers share: configuration, style, crypt type and the error state.
+/// What all savers share: configuration, style, cipher and the error state.
 class MURV_API ISaver : public CErrorBase, public CBitCombi32
 {
 public:
@@ -89,8 +90,8 @@ public:
 
     void setSCBC(unsigned int scbc);
     unsigned int getSCBC() const;
-    /// Sets the type that is kept for binary files: 0 "VERNAM" or 1 "SEED". What is written does not depend on it: a
-    /// file with a password is SEED, one without is VERNAM.
+    /// Keeps the number of a cipher: 0 "VERNAM" or 1 "SEED". Files do not depend on it: one with a password is SEED,
+    /// one without is VERNAM.
     /// \return false, with nothing changed, for any other type
     bool setCryptType(unsigned char type);
     unsigned char getCryptType() const;
@@ -101,7 +102,7 @@ protected:
     friend class detail::CValueWriter;
 
     /// The text of one scalar: packet expression and value, with the blanks between them.
-    /// \param written  parts that stand before it already: 2 ID, 4 name, 8 packet expression, 16 value; updated
+    /// \param written  parts already written before it: 2 ID, 4 name, 8 packet expression, 16 value; updated
     std::string makePEIandValue(const CFields& node, unsigned char& written);
     /// The notation of a packet expression, in a buffer of this object that the next call overwrites.
     const char* makePEI(E_DataType type, const tPacketExpInfo& pei, unsigned char& written);
@@ -139,13 +140,13 @@ public:
     IStreamSaver& operator=(const IStreamSaver& other) = default;
     ~IStreamSaver() override;
 
-    /// Writes bytes as they are: the stream's formatting flags and locale do not count.
+    /// Writes bytes as they are: the stream's formatting flags and locale have no effect.
     virtual void saving(std::ostream& os, const CFields& root, unsigned char style = SAVE_ALL,
                         const char* password = nullptr) = 0;
 
 protected:
     std::ostream* m_pStream = nullptr;  // not owned; null when idle
-    detail::tKeptBlock m_tSlice;        // text that the stream has not been given yet
+    detail::tKeptBlock m_tSlice;        // text not yet written to the stream
 };
 
 /// Writes indented text into a string.
@@ -167,7 +168,7 @@ public:
     CSaver4SER_PKT();
     /// Comments and spacing are never written.
     std::string saving(const CFields& root, unsigned char style = SAVE_ALL, const char* password = nullptr) override;
-    /// Puts a blank behind each "=", as YAML's flow style asks behind its separator.
+    /// Puts a blank after each "=", as YAML's flow style requires after its separator.
     void setCompatibilityYAML(bool compatible);
 
 private:
@@ -187,7 +188,7 @@ public:
 class MURV_API CStreamSaver4SER_HFW : public IStreamSaver
 {
 public:
-    /// \param indentUnit  text that each level is indented by
+    /// \param indentUnit  indentation of one level
     explicit CStreamSaver4SER_HFW(std::string indentUnit = "  ");
     void saving(std::ostream& os, const CFields& root, unsigned char style = SAVE_ALL,
                 const char* password = nullptr) override;

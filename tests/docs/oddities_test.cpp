@@ -55,7 +55,7 @@ TEST(Oddities, commaBeforeTheEndAddsANull)
     EXPECT_EQ(load("[,]").getChildCount(), 2U);
 }
 
-TEST(Oddities, textBehindTheRootIsIgnored)
+TEST(Oddities, textAfterTheRootIsIgnored)
 {
     EXPECT_EQ(load("[1] anything ]]]").getChildCount(), 1U);
 }
@@ -103,7 +103,7 @@ TEST(Oddities, integersAboveThirtyOneBitsAreUnsigned)
     EXPECT_EQ(load("[18446744073709551616]")[0].getDT(), DT_double);
 }
 
-TEST(Oddities, unicodeEscapesAreTwoBytesUnlessToldOtherwise)
+TEST(Oddities, unicodeEscapesAreTwoBytesUnlessTheBitIsSet)
 {
     EXPECT_EQ(load("[\"\\u0041\"]")[0].asString(), std::string("\0A", 2));
     EXPECT_EQ(load("[\"\\u0041\"]", s_cuiDefault | LCBC_UNICODE_UTF8)[0].asString(), "A");
@@ -126,7 +126,7 @@ TEST(Oddities, aRepeatedIdFillsTheSameMemberAgain)
     EXPECT_EQ(compact(load("{#1 \"a\"=1, #1 \"b\"=2}")), "{#1\"a\"=2}");
 }
 
-TEST(Oddities, bytesBehindTheExpressionAreARemark)
+TEST(Oddities, bytesAfterTheExpressionAreARemark)
 {
     EXPECT_EQ(compact(load("[(ANF4 in cents) 7]")), "[(ANF4)7]");
 }
@@ -178,7 +178,7 @@ TEST(Oddities, emptyStringsAreWrittenAsNothing)
     EXPECT_TRUE(load(compact(tree))["a"].isNull());
 }
 
-TEST(Oddities, nullIsWrittenAsNothingUnlessToldOtherwise)
+TEST(Oddities, nullIsWrittenAsNothingUnlessTheBitIsSet)
 {
     CFields tree;
     tree.addChildRef("a");
@@ -215,7 +215,7 @@ TEST(Oddities, aListOnOneLineTouchesItsEqualsSign)
     EXPECT_EQ(CSavers(SCBC_ONE_LINE_ARRAY).saving(load("{\"a\"=[1,2]}"), ER_SER_HFW), "{\n  \"a\" =[ 1, 2 ]\n}");
 }
 
-TEST(Oddities, twentyFiveElementsNeverStandOnOneLine)
+TEST(Oddities, twentyFiveElementsNeverGoOnOneLine)
 {
     CFields list(DT_array);
     for (int i = 0; i < 23; ++i)
@@ -226,7 +226,7 @@ TEST(Oddities, twentyFiveElementsNeverStandOnOneLine)
     EXPECT_NE(saver.saving(list, ER_SER_HFW).find('\n'), std::string::npos);
 }
 
-TEST(Oddities, compactTextHasNoBlankBehindAnId)
+TEST(Oddities, compactTextHasNoBlankAfterAnId)
 {
     EXPECT_EQ(compact(load("{#7 \"a\" = 1}")), "{#7\"a\"=1}");
     EXPECT_EQ(compact(load("{#3 5}")), "{#35}");
