@@ -72,9 +72,8 @@ enum E_SaverConfigBit : unsigned int
     SCBC_NULL_WORD = 2,       ///< null is written as "null" instead of nothing
     SCBC_FINAL_NEWLINE = 4,   ///< the document ends with a line feed
     SCBC_SECOND_VALUE = 8,    ///< of two values that differ the second one is written; else its keyword is left out
-    /// What is saved reads back equal when the loader has LCBC_LOSSLESS, LCBC_COMMENT and LCBC_DUPLICATE. A tree that
-    /// cannot be held makes the saving fail and write nothing; the message names the node by its path. In text this
-    /// changes how values look.
+    /// What is saved reads back equal, with LCBC_LOSSLESS, LCBC_COMMENT and LCBC_DUPLICATE, or the saving fails, writes
+    /// nothing, and names the node by its path in the message. In text this changes how values look.
     SCBC_LOSSLESS = 16,
 };
 
