@@ -1,7 +1,8 @@
 // murv/packet_expression.h - the packet expression that every node carries.
 //
-// It says how a leaf's value lies in a packet. The ten bytes are written to binary files as they are, so their layout
-// is asserted at compile time.
+// It says how a leaf's value lies in a packet. The ten bytes are written to binary files as they are, so each field has
+// its bits on every machine. Compilers fill a byte with bit-fields from the end where the machine's numbers begin: the
+// fields that share a byte are therefore declared in the opposite order for big-endian machines.
 #ifndef MURV_PACKET_EXPRESSION_H
 #define MURV_PACKET_EXPRESSION_H
 
@@ -33,21 +34,39 @@ enum E_LengthExpCode : unsigned int
     LEC_D = 2,  ///< decided at run time by a size keyword
 };
 
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+#define MURV_BIG_ENDIAN 1
+#else
+#define MURV_BIG_ENDIAN 0
+#endif
+
 #pragma pack(push, 1)
 
 /// Packet expression (PEI) of a node: ten bytes without padding, all zero for "none".
 struct tPacketExpInfo
 {
-    E_PacketExpCode m_ePacketExp : 1;    ///< ASCII or binary
-    E_RuntimeExpCode m_eRuntimeExp : 1;  ///< bytes or number when parsed
-    E_LengthExpCode m_eLengthExp : 2;    ///< fixed, variable, run time; 3 is invalid
+#if MURV_BIG_ENDIAN
+    unsigned int m_uiReserved : 4;
+    E_LengthExpCode m_eLengthExp : 2;
+    E_RuntimeExpCode m_eRuntimeExp : 1;
+    E_PacketExpCode m_ePacketExp : 1;
+#else
+    E_PacketExpCode m_ePacketExp : 1;    ///< bit 0: ASCII or binary
+    E_RuntimeExpCode m_eRuntimeExp : 1;  ///< bit 1: bytes or number when parsed
+    E_LengthExpCode m_eLengthExp : 2;    ///< bits 2 and 3: fixed, variable, run time; 3 is invalid
     unsigned int m_uiReserved : 4;       ///< always 0
-    unsigned char m_ucPrefixSize;        ///< variable item: width of the prefix in digits or bytes, 0..9
-    signed char m_cCalibration;          ///< variable item: added to the prefix's number to give the total length
-    unsigned char m_ucSkKind : 4;        ///< supporting keyword: 0 internal, 1..15 external kind
-    unsigned char m_ucSkOption : 4;      ///< supporting keyword: option, 0..9
-    unsigned short m_usSkIndex;          ///< supporting keyword: index, 0 for none
-    unsigned int m_uiLength;             ///< length in bytes; of a variable item the total last made or parsed
+#endif
+    unsigned char m_ucPrefixSize;  ///< variable item: width of the prefix in digits or bytes, 0..9
+    signed char m_cCalibration;    ///< variable item: added to the prefix's number to give the total length
+#if MURV_BIG_ENDIAN
+    unsigned char m_ucSkOption : 4;
+    unsigned char m_ucSkKind : 4;
+#else
+    unsigned char m_ucSkKind : 4;        ///< bits 0 to 3: supporting keyword: 0 internal, 1..15 external kind
+    unsigned char m_ucSkOption : 4;      ///< bits 4 to 7: supporting keyword: option, 0..9
+#endif
+    unsigned short m_usSkIndex;  ///< supporting keyword: index, 0 for none
+    unsigned int m_uiLength;     ///< length in bytes; of a variable item the total last made or parsed
 };
 
 #pragma pack(pop)
@@ -63,12 +82,19 @@ union uPacketLengthExpression
     unsigned int m_uiValue;  ///< the whole word
     __extension__ struct
     {
+#if MURV_BIG_ENDIAN
+        unsigned int m_uiLength31 : 31;
+        unsigned int m_bVariable : 1;
+#else
         unsigned int m_bVariable : 1;    ///< some item in it is of variable length
         unsigned int m_uiLength31 : 31;  ///< length in bytes
+#endif
     };
 };
 
 static_assert(sizeof(uPacketLengthExpression) == 4, "a packet length is one word");
+
+#undef MURV_BIG_ENDIAN
 
 /// What a callback of an external supporting keyword sees of the packet around its node; zero at all other times.
 struct tInnerSupportedArgs4ESK

@@ -44,6 +44,8 @@ void write(CBodyBytes& body, const CFields& node)
         body.text(node.asString());
     else if (node.isNull())
         body.number(0, 4);
+    else if (node.isBool())
+        body.number(1, 4).number(node.asBool() ? 1 : 0, 1);
     else
         body.number(node.getRawBytes(), 4).number(node.getValueRef().m_ullValue, node.getRawBytes());
 }

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
 #include <random>
+#include <vector>
 
 using namespace murv;
 using namespace murv::detail;
@@ -158,7 +161,8 @@ TEST(IdIndex, orderOfPlacesIsThatOfTheirPaths)
             std::vector<std::uint32_t> path = paths[in];
             path.push_back(2000 + static_cast<std::uint32_t>(i));
             CFields* const node = site.enter(1, sets[in], path.back());
-            if (first == nullptr || path < least)
+            // Not "<": with g++ 12 and C++20 it compares a part only of such vectors on big-endian machines.
+            if (first == nullptr || std::lexicographical_compare(path.begin(), path.end(), least.begin(), least.end()))
             {
                 least = path;
                 first = node;

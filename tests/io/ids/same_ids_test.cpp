@@ -58,6 +58,11 @@ private:
     {
         return static_cast<unsigned int>(m_tRandom() % below);
     }
+    /// As "<" does, which with g++ 12 and C++20 compares a part only of such vectors on big-endian machines.
+    static bool isBefore(const tPath& a, const tPath& b)
+    {
+        return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end());
+    }
     static bool isBelow(const tPath& path, const tPath& above)
     {
         return path.size() > above.size() && std::equal(above.begin(), above.end(), path.begin());
@@ -104,7 +109,7 @@ private:
         for (const tNode& node : m_dNode)
         {
             if (node.m_bLiving && node.m_uiId == id && isBelow(node.m_vPath, m_vPath) &&
-                (first == nullptr || node.m_vPath < first->m_vPath))
+                (first == nullptr || isBefore(node.m_vPath, first->m_vPath)))
                 first = &node;
         }
         ++m_nAsked;
