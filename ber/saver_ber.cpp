@@ -71,7 +71,9 @@ bool makeFile(std::string& file, detail::tKeptBlock& block, const tFileHead& hea
         return false;
     try
     {
-        file.reserve(head.m_nSize + size);
+        if (size > file.max_size() - head.m_nSize)  // on a 32-bit machine
+            throw std::bad_alloc();
+        file.reserve(head.m_nSize + static_cast<std::size_t>(size));
         file.append(head.m_tBytes.data(), head.m_nSize);
         detail::CBodySink sink(block, file, head.m_eCipher);
         if (detail::isCipherKeyNeeded(head.m_eCipher) && !sink.setKey(password))

@@ -214,12 +214,14 @@ bool CFields::toSint64(long long& out, E_ValueKind vk) const
 
 bool CFields::toSint64(long& out, E_ValueKind vk) const
 {
-    static_assert(sizeof(long) <= sizeof(long long));
     out = 0;
     long long wide = 0;
     const bool done = toSint64(wide, vk);
     out = static_cast<long>(wide);
-    return done;
+    if (out == wide)
+        return done;
+    out = 0;  // a long of 32 bits cannot hold it
+    return false;
 }
 
 bool CFields::toUint64(unsigned long long& out, E_ValueKind vk) const
@@ -241,7 +243,10 @@ bool CFields::toUint64(unsigned long& out, E_ValueKind vk) const
     unsigned long long wide = 0;
     const bool done = toUint64(wide, vk);
     out = static_cast<unsigned long>(wide);
-    return done;
+    if (out == wide)
+        return done;
+    out = 0;
+    return false;
 }
 
 unsigned int CFields::getCodePoint(const char** data, E_ValueKind vk) const

@@ -42,8 +42,9 @@ public:
     /// A vector of one block without members yet, which comes from the pool when it may; throws std::bad_alloc.
     static CFieldVector* make(std::uint32_t room, detail::CBlockPool& pool)
     {
-        const std::size_t size = s_cnHeadSize + std::size_t{room} * sizeof(CFields);
-        char* const block = size > detail::CBlockPool::s_cnLongestBlock ? nullptr : pool.take(size);
+        const std::uint64_t size = s_cnHeadSize + std::uint64_t{room} * sizeof(CFields);
+        char* const block =
+            size > detail::CBlockPool::s_cnLongestBlock ? nullptr : pool.take(static_cast<std::size_t>(size));
         if (block == nullptr)
             return make(room);
         const auto distance = static_cast<std::uint32_t>(pool.distance(block) / detail::CBlockPool::s_cnAlignment);

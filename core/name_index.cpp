@@ -316,7 +316,7 @@ bool CNameIndex::resize(std::uint64_t room) noexcept
         clear();
         return false;
     }
-    std::memset(table, 0xFF, room * sizeof(tEntry));
+    std::memset(table, 0xFF, static_cast<std::size_t>(room) * sizeof(tEntry));
     tEntry* const before = m_pTable;
     const std::uint64_t beforeRoom = before == nullptr ? 0 : std::uint64_t{m_uiMask} + 1;
     m_pTable = table;

@@ -148,11 +148,11 @@ const char* selfTestMessage()
 
 /// The checks and the allocation that both directions share. \return the zero-filled buffer, or null
 unsigned char* prepare(std::uint32_t* schedule, const void* data, std::size_t length, const void* key,
-                       std::size_t keyLength, std::size_t size)
+                       std::size_t keyLength, std::uint64_t size)
 {
     if (data == nullptr || length == 0 || key == nullptr || keyLength == 0 || size > 0xFFFFFFFFu)
         return nullptr;
-    auto* buffer = static_cast<unsigned char*>(std::calloc(size, 1));
+    auto* buffer = static_cast<unsigned char*>(std::calloc(static_cast<std::size_t>(size), 1));
     if (buffer != nullptr && !SeedKeyFromPassword(schedule, key, keyLength))
     {
         std::free(buffer);
@@ -199,7 +199,7 @@ std::size_t seedEncryptTo(const std::uint32_t* schedule, unsigned char* out, con
     }
     else if (rest != 0)
         std::memmove(out + full, in + full, rest);
-    return seedCipherSize(length, padAlways);
+    return static_cast<std::size_t>(seedCipherSize(length, padAlways));
 }
 
 std::size_t seedDecryptTo(const std::uint32_t* schedule, unsigned char* out, const unsigned char* in,
@@ -286,7 +286,7 @@ std::uint32_t SeedEncrypt(const void* data, std::size_t length, const void* key,
     if (length > 0xFFFFFFFFu)
         return 0;
     detail::tSchedule schedule;
-    const std::size_t size = detail::seedCipherSize(length, padAlways);
+    const std::uint64_t size = detail::seedCipherSize(length, padAlways);
     unsigned char* buffer = detail::prepare(schedule.data(), data, length, key, keyLength, size);
     if (buffer == nullptr)
         return 0;

@@ -52,13 +52,13 @@ inline constexpr std::size_t s_cuiSeedBlock = 16;     // bytes in a block, and i
 inline constexpr std::size_t s_cuiSeedSchedule = 32;  // words in a key schedule
 
 /// Whether encryption fills up and encrypts the partial last block of data of that length.
-constexpr bool isSeedPadded(std::size_t length, bool padAlways)
+constexpr bool isSeedPadded(std::uint64_t length, bool padAlways)
 {
     return length % s_cuiSeedBlock != 0 && (padAlways || length < s_cuiSeedBlock);
 }
 
-/// Size of the encrypted form of `length` bytes. \pre length is at most 32 bits
-constexpr std::size_t seedCipherSize(std::size_t length, bool padAlways)
+/// Size of the encrypted form of `length` bytes, which may be 2^32. \pre length is at most 32 bits
+constexpr std::uint64_t seedCipherSize(std::uint64_t length, bool padAlways)
 {
     return isSeedPadded(length, padAlways) ? (length / s_cuiSeedBlock + 1) * s_cuiSeedBlock : length;
 }

@@ -5,16 +5,20 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 
 namespace murv::detail
 {
 
-/// Null when there is no memory.
-inline void* allotBlock(std::size_t size) noexcept
+/// Null when there is no memory; sizes are counted in 64 bits, so that none becomes a small one on 32-bit machines.
+inline void* allotBlock(std::uint64_t size) noexcept
 {
+    const auto bytes = static_cast<std::size_t>(size);
+    if (bytes != size)
+        return nullptr;
     const int before = errno;
-    void* const block = std::malloc(size);
+    void* const block = std::malloc(bytes);
     if (block == nullptr)
         errno = before;
     return block;

@@ -5,6 +5,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <new>
 
 #include "core/text/byte_scan.h"
 
@@ -14,9 +16,15 @@ namespace murv::detail
 /// The first byte in [p, end) that writeQuoted() escapes, or `end`.
 const char* findEscape(const char* p, const char* end) noexcept;
 
-/// Bytes that writeQuoted() needs at most. Near the end of the address space the sum would wrap; no text is that long.
-constexpr std::size_t quotedRoom(std::size_t length) noexcept
+/// Bytes that writeQuoted() needs at most. Where the sum would wrap, on 32-bit machines, it throws std::bad_alloc; with
+/// 64 bits no text is that long.
+constexpr std::size_t quotedRoom(std::size_t length)
 {
+    if constexpr (sizeof length < sizeof(std::uint64_t))
+    {
+        if (length > SIZE_MAX / 8)
+            throw std::bad_alloc();
+    }
     return 2 + 4 * length;
 }
 

@@ -394,7 +394,8 @@ public:
     float asFloat(E_ValueKind vk = VK_actual) const;
     double asDouble(E_ValueKind vk = VK_actual) const;
     std::string asString(E_ValueKind vk = VK_actual) const;
-    /// Reads numbers and decimal text. \return false, with `out` 0 or what the text gave, for anything else.
+    /// Reads numbers and decimal text. \return false, with `out` 0 or what the text gave, for anything else; also, with
+    /// `out` 0, when a `long` of 32 bits cannot hold the number.
     bool toSint64(long long& out, E_ValueKind vk = VK_actual) const;
     bool toSint64(long& out, E_ValueKind vk = VK_actual) const;
     bool toUint64(unsigned long long& out, E_ValueKind vk = VK_actual) const;
@@ -607,7 +608,8 @@ private:
 
     static constexpr unsigned int s_cuiNameRoom = 24;
 
-    uMultiValue m_uActValue;  // first value
+    // Some 32-bit machines align doubles to 4 bytes, and the node is to be a cache line everywhere.
+    alignas(8) uMultiValue m_uActValue;  // first value
     // A name of up to 23 bytes, zeros behind it; or the address of a longer one, an owned block that ends in NUL.
     alignas(char*) char m_acName[s_cuiNameRoom] = {};
     std::uintptr_t m_uiAside = 0;  // side record or index owner, see core/side_record.h

@@ -307,8 +307,9 @@ TEST(ToSint64, readsNumbersAndText)
         EXPECT_EQ(row.m_bOk, row.m_tNode.toSint64(out));
         EXPECT_EQ(row.m_llValue, out);
         long narrow = 99;
-        EXPECT_EQ(row.m_bOk, row.m_tNode.toSint64(narrow));
-        EXPECT_EQ(row.m_llValue, narrow);
+        const bool fits = row.m_llValue == static_cast<long>(row.m_llValue);
+        EXPECT_EQ(row.m_bOk && fits, row.m_tNode.toSint64(narrow));
+        EXPECT_EQ(fits ? row.m_llValue : 0, narrow);
     }
 }
 
@@ -350,6 +351,8 @@ TEST(ToUint64, readsNumbersAndText)
     unsigned long narrow = 99;
     EXPECT_TRUE(CFields("7").toUint64(narrow));
     EXPECT_EQ(7u, narrow);
+    EXPECT_EQ(sizeof narrow == 8, CFields("18446744073709551615").toUint64(narrow));
+    EXPECT_EQ(sizeof narrow == 8 ? CFields::maxUint64 : 0, narrow);
 }
 
 TEST(ToUint64, readsTheChosenSlot)

@@ -86,10 +86,10 @@ TEST(Interface, everyIntegerTypeIsAnIndex)
     EXPECT_EQ(1, constant[std::size_t{0}].asSint32());
     EXPECT_EQ(1, array[std::uint8_t{0}].asSint32());
     EXPECT_EQ(1, array[short{0}].asSint32());
-    EXPECT_FALSE(array.isValidChild(std::size_t{1} << 32));
+    EXPECT_FALSE(array.isValidChild(1ULL << 32));
     EXPECT_FALSE(array.isValidChild(-1LL));
-    EXPECT_EQ(5, array.copyChildAt(std::size_t{1} << 32, 5).asSint32());
-    EXPECT_FALSE(array.removeChildAt(std::size_t{1} << 32));
+    EXPECT_EQ(5, array.copyChildAt(1ULL << 32, 5).asSint32());
+    EXPECT_FALSE(array.removeChildAt(1ULL << 32));
     EXPECT_TRUE(array.removeChildAt(std::size_t{0}));
 }
 
@@ -220,7 +220,7 @@ TEST(Interface, removingByNameAndLengthNeedsNoOut)
     EXPECT_FALSE(tree.removeChildAt("abc", -1));
     EXPECT_TRUE(tree.removeChildAt("abcdef", 3));
     tree.addChildRef("abc");
-    EXPECT_FALSE(tree.removeChildAt("abc", std::size_t{1} << 32 | 3));
+    EXPECT_FALSE(tree.removeChildAt("abc", 1ULL << 32 | 3));
     CFields out;
     EXPECT_TRUE(tree.removeChildAt("abcdef", std::strlen("abc"), &out));
     EXPECT_STREQ("abc", out.getName());
