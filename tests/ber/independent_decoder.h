@@ -4,8 +4,10 @@
 // library share does not hide. It trusts the file and takes shortcuts.
 #pragma once
 
+#ifdef MURV_TEST_OPENSSL
 #include <openssl/evp.h>
 #include <openssl/provider.h>
+#endif
 
 #include <cstdint>
 #include <cstring>
@@ -24,7 +26,11 @@ public:
     /// Whether files with a password can be read: SEED is in a module of OpenSSL that may be missing.
     static bool isSeedThere()
     {
+#ifdef MURV_TEST_OPENSSL
         return seed().m_pCipher != nullptr;
+#else
+        return false;
+#endif
     }
 
     static CFields decode(const std::string& file, const std::string& password = {})
@@ -42,20 +48,6 @@ public:
     }
 
 private:
-    struct tSeed
-    {
-        std::unique_ptr<OSSL_LIB_CTX, decltype(&OSSL_LIB_CTX_free)> m_pLibrary{OSSL_LIB_CTX_new(), OSSL_LIB_CTX_free};
-        std::unique_ptr<OSSL_PROVIDER, decltype(&OSSL_PROVIDER_unload)> m_pLegacy{
-            OSSL_PROVIDER_load(m_pLibrary.get(), "legacy"), OSSL_PROVIDER_unload};
-        std::unique_ptr<EVP_CIPHER, decltype(&EVP_CIPHER_free)> m_pCipher{
-            EVP_CIPHER_fetch(m_pLibrary.get(), "SEED-ECB", nullptr), EVP_CIPHER_free};
-    };
-    static tSeed& seed()
-    {
-        static tSeed s_tSeed;
-        return s_tSeed;
-    }
-
     /// Symbols from "?" on stand for 0 to 63; "-" fills up.
     static std::string decode64(const std::string& text)
     {
@@ -68,6 +60,20 @@ private:
                 bytes += static_cast<char>(bits >> (6 - i % 4 * 2));
         }
         return bytes;
+    }
+#ifdef MURV_TEST_OPENSSL
+    struct tSeed
+    {
+        std::unique_ptr<OSSL_LIB_CTX, decltype(&OSSL_LIB_CTX_free)> m_pLibrary{OSSL_LIB_CTX_new(), OSSL_LIB_CTX_free};
+        std::unique_ptr<OSSL_PROVIDER, decltype(&OSSL_PROVIDER_unload)> m_pLegacy{
+            OSSL_PROVIDER_load(m_pLibrary.get(), "legacy"), OSSL_PROVIDER_unload};
+        std::unique_ptr<EVP_CIPHER, decltype(&EVP_CIPHER_free)> m_pCipher{
+            EVP_CIPHER_fetch(m_pLibrary.get(), "SEED-ECB", nullptr), EVP_CIPHER_free};
+    };
+    static tSeed& seed()
+    {
+        static tSeed s_tSeed;
+        return s_tSeed;
     }
     static std::string decryptSeed(const std::string& text, std::string key)
     {
@@ -84,11 +90,18 @@ private:
                           reinterpret_cast<const unsigned char*>(text.data()), static_cast<int>(whole));
         return bytes;
     }
-
-    std::string take(std::size_t count)
+#else
+    static std::string decryptSeed(const std::string& /*text*/, const std::string& /*key*/)
     {
-        if (m_strBody.size() - m_nAt < count)
+        throw std::runtime_error("built without OpenSSL");
+    }
+#endif
+
+    std::string take(std::uint64_t size)
+    {
+        if (m_strBody.size() - m_nAt < size)
             throw std::runtime_error("end of body");
+        const auto count = static_cast<std::size_t>(size);
         m_nAt += count;
         return m_strBody.substr(m_nAt - count, count);
     }
@@ -109,9 +122,10 @@ private:
         const std::uint64_t count = isContainer ? number(4) : 0;
         if (!isContainer)
         {
-            const std::string expression = take(10);
             tPacketExpInfo pei;
-            std::memcpy(&pei, expression.data(), sizeof pei);
+            std::memcpy(&pei, take(4).data(), 4);
+            pei.m_usSkIndex = static_cast<unsigned short>(number(2));
+            pei.m_uiLength = static_cast<unsigned int>(number(4));
             to.pkt_SetExp(pei);
         }
         to.setName(take(number(1)));

@@ -279,7 +279,7 @@ std::vector<CFields> sampleValues()
         values.emplace_back(static_cast<unsigned long long>(word));
         values.emplace_back(number);
         values.emplace_back(static_cast<double>(word % 100000) / 8);
-        std::string text(word % 40, '\0');
+        std::string text(static_cast<std::size_t>(word % 40), '\0');
         for (char& byte : text)
             byte = static_cast<char>(random());
         values.emplace_back(text);

@@ -542,7 +542,7 @@ TEST(PacketParse, everyValueMadeIsReadBackAsTheRulesSay)
             EXPECT_EQ(read.asDouble(), real);
         }
 
-        const std::string raw = modelBigEndian(random()).substr(0, random() % 9);
+        const std::string raw = modelBigEndian(random()).substr(0, static_cast<std::size_t>(random() % 9));
         read = leaf4(CFields(), pei4("BCV", 2, -7));
         EXPECT_EQ(parsed(read, made(raw, pei4("BCV", 2, -7))), 0);
         EXPECT_EQ(read, CFields(raw));

@@ -75,7 +75,7 @@ struct tTerminal
 
 void limit(decltype(RLIMIT_FSIZE) resource, unsigned long long most)
 {
-    const rlimit bound = {most, most};
+    const rlimit bound = {static_cast<rlim_t>(most), static_cast<rlim_t>(most)};
     if (most != 0)
         setrlimit(resource, &bound);
 }

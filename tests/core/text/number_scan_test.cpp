@@ -67,7 +67,7 @@ testing::AssertionResult readsLikeStrtod(const std::string& text)
     return isDouble(text, std::strtod(text.c_str(), nullptr));
 }
 
-std::string randomDigits(std::mt19937_64& random, std::size_t count)
+std::string randomDigits(std::mt19937_64& random, std::uint64_t count)
 {
     std::string digits;
     while (digits.size() < count)

@@ -151,7 +151,7 @@ TEST(Quote, randomBytesOfEveryDensity)
     std::mt19937_64 random(1);
     for (int i = 0; i < 20000; ++i)
     {
-        std::string text(random() % 120, 'a');
+        std::string text(static_cast<std::size_t>(random() % 120), 'a');
         const std::uint64_t density = 1 + random() % 20;
         for (char& c : text)
             c = random() % density == 0 ? static_cast<char>(random()) : static_cast<char>(' ' + random() % 95);
@@ -272,7 +272,7 @@ TEST(QuoteCharacters, asciiIsAsEver)
     std::mt19937 random(3);
     for (int i = 0; i < 2000; ++i)
     {
-        std::string text(random() % 70, ' ');
+        std::string text(static_cast<std::size_t>(random() % 70), ' ');
         for (char& c : text)
             c = static_cast<char>(random() % 128);
         ASSERT_EQ(quotedCharacters(text), quotedText(text));

@@ -203,7 +203,7 @@ TEST(Unescape, whatIsQuotedReadsBack)
     std::mt19937_64 random(2);
     for (int i = 0; i < 20000; ++i)
     {
-        std::string text(random() % 100, ' ');
+        std::string text(static_cast<std::size_t>(random() % 100), ' ');
         for (char& c : text)
             c = random() % 3 == 0 ? static_cast<char>(random()) : 'a';
         std::vector<char> room(quotedRoom(text.size()));
@@ -221,7 +221,7 @@ TEST(Unescape, hostileTextStaysWithinTheRoom)
     std::size_t errors = 0;
     for (int i = 0; i < 100000; ++i)
     {
-        std::string text(random() % 40, ' ');
+        std::string text(static_cast<std::size_t>(random() % 40), ' ');
         for (char& c : text)
             c = pieces[random() % (sizeof pieces - 1)];
         const tDecoded result = decode(text, i % 2 == 0 ? UM_bytes : UM_codePoint);
