@@ -1,93 +1,73 @@
-// io/ids/id_entries.h - all nodes of a document that were given an ID.
+// io/ids/id_entries.h - all nodes of a document that were given an ID, numbered in the order in which they were made.
 //
-// Numbered as they were made, each with its place. Whether one still is there is asked most, so that is kept apart, one
-// bit each.
+// Entries are never removed. One is dead as soon as its container, or one around that, was emptied after it was made.
 #pragma once
 
 #include <cstdint>
 #include <vector>
 
-#include "io/ids/id_places.h"
+#include "io/ids/container_tree.h"
 #include "murv/fields.h"
 
 namespace murv::detail
 {
+
+/// A node with an ID.
+struct tIdEntry
+{
+    CFields* m_pNode;  // not owned; valid while the entry lives
+    tNodePlace m_tPlace;
+    std::uint32_t m_uiOwnSet = s_cuiNoPlace;  // number of the container that the node is, if it has one
+    // Links of the heap that finds the first entry of an ID, see first_of_id.h.
+    std::uint32_t m_uiFirstBelow;
+    std::uint32_t m_uiNext;
+};
 
 class CIdEntries
 {
 public:
     static constexpr std::uint32_t s_cuiNone = 0xFFFFFFFF;
 
-    struct tEntry
-    {
-        CFields* m_pNode;  // not owned; valid while the entry lives
-        tNodePlace m_tPlace;
-        std::uint32_t m_uiNextInSet;
-        std::uint32_t m_uiOwnSet;  // number of the container that the node is, or s_cuiNoPlace
-    };
-
     void clear()
     {
-        m_tPlaces.clear();
+        m_tContainers.clear();
         m_vEntry.clear();
-        m_vLiving.clear();
     }
-    CIdPlaces& places()
+    CContainerTree& containers()
     {
-        return m_tPlaces;
+        return m_tContainers;
     }
-    const CIdPlaces& places() const
-    {
-        return m_tPlaces;
-    }
-    /// How many there are, also of those that live no more.
+    /// How many there are, the dead included; the number of the next one.
     std::uint32_t count() const
     {
         return static_cast<std::uint32_t>(m_vEntry.size());
     }
     std::uint32_t add(CFields& node, tNodePlace place)
     {
-        const std::uint32_t number = count();
-        if (number % s_cuiBits == 0)
-            m_vLiving.push_back(0);
-        std::uint32_t& first = m_tPlaces.firstEntry(place.m_uiSet);
-        m_vEntry.push_back({&node, place, first, s_cuiNoPlace});
-        m_vLiving.back() |= bit(number);
-        first = number;
-        return number;
+        m_vEntry.push_back({&node, place, s_cuiNoPlace, s_cuiNone, s_cuiNone});
+        return count() - 1;
     }
-    void setOwnSet(std::uint32_t number, std::uint32_t set)
+    tIdEntry& operator[](std::uint32_t number)
     {
-        m_vEntry[number].m_uiOwnSet = set;
+        return m_vEntry[number];
     }
-    const tEntry& operator[](std::uint32_t number) const
+    const tIdEntry& operator[](std::uint32_t number) const
     {
         return m_vEntry[number];
     }
     bool isLiving(std::uint32_t number) const
     {
-        return (m_vLiving[number / s_cuiBits] & bit(number)) != 0;
+        return number >= m_tContainers.whenEmptied(m_vEntry[number].m_tPlace.m_uiSet);
     }
-    /// To be called before the members of the container are destroyed.
-    void killBelow(std::uint32_t set)
+    /// Document order of two living entries.
+    bool isBefore(std::uint32_t a, std::uint32_t b) const
     {
-        m_tPlaces.takeEntries(set, [this](std::uint32_t entry) {
-            for (; entry != s_cuiNone; entry = m_vEntry[entry].m_uiNextInSet)
-                m_vLiving[entry / s_cuiBits] &= ~bit(entry);
-        });
+        return m_tContainers.isBefore(m_vEntry[a].m_tPlace, m_vEntry[b].m_tPlace);
     }
 
 private:
-    static constexpr std::uint32_t s_cuiBits = 64;
-
-    static std::uint64_t bit(std::uint32_t number)
-    {
-        return std::uint64_t{1} << (number % s_cuiBits);
-    }
-
-    CIdPlaces m_tPlaces;
-    std::vector<tEntry> m_vEntry;
-    std::vector<std::uint64_t> m_vLiving;
+    CContainerTree m_tContainers;
+    std::vector<tIdEntry> m_vEntry;
 };
 
 }  // namespace murv::detail

@@ -1,68 +1,58 @@
-// io/ids/id_index.h - knows which IDs a document has given so far, and where.
+// io/ids/id_index.h - which node below the container being read has this ID?
 //
-// Adding a member by ID must find a node with that ID anywhere below the container being read, the first in document
-// order. Nodes are entered as they are made, so the ones below an open container are those entered since it was opened.
-// A document may also read a container a second time, which destroys what was in it and puts something else in the
-// middle of the tree: places tell then which comes first.
+// A member that is added with an ID is read into the first node in the document that has the ID and lies anywhere below
+// the container being read. docs/ids.md explains how that is found in a few steps, whatever the document.
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
+#include "io/ids/container_tree.h"
+#include "io/ids/first_of_id.h"
 #include "io/ids/id_entries.h"
 #include "io/ids/key_table.h"
-#include "io/ids/same_ids.h"
+#include "murv/fields.h"
 
 namespace murv::detail
 {
 
+/// The nodes of one load that were given an ID.
+///
+/// Containers are numbered when they first hold an ID. A tNodePlace says container and position, or instead which entry
+/// the node is: find() and enter() return the latter, as few callers need the place itself; resolve() gives that.
 class CIdIndex
 {
 public:
     struct tFound
     {
         CFields* m_pNode = nullptr;  // null when there is none
-        tNodePlace m_tPlace;         // told by its entry, as few ask for it
+        tNodePlace m_tPlace;         // by entry
     };
 
-    CIdIndex() = default;
-    CIdIndex(const CIdIndex&) = delete;
-    CIdIndex& operator=(const CIdIndex&) = delete;
-    ~CIdIndex();
-
     void clear();
-    /// The place itself, of one that is told by an entry.
+    /// The place as container and position.
     tNodePlace resolve(tNodePlace place) const
     {
         return isByEntry(place) ? m_tEntries[place.m_uiPosition].m_tPlace : place;
     }
-    /// Gives a container that was opened a number, the one it had when it is read again.
+    /// The number of a container that was opened: a new one, or the one it had when it is read again.
     /// \param place    has no set when it is the outermost one
-    /// \param byPlace  it may be found by its place, not only by its entry
+    /// \param byPlace  it may be opened again by its name, and must then be found by its place
     std::uint32_t addSet(tNodePlace place, bool byPlace);
     /// The moment, counted in nodes that were entered before.
     std::uint32_t now() const
     {
         return m_tEntries.count();
     }
-    /// Enters a node that stays where it is; gives its place, told by its entry.
+    /// Enters a node that stays where it is; returns its place by entry. Throws std::bad_alloc.
     tNodePlace enter(unsigned int id, CFields& node, tNodePlace place);
-    /// The first node with that ID below a container that is open and was opened at that moment.
+    /// The first node in the document with that ID among those entered from the moment `opened` on, which are the ones
+    /// below the container that was opened then. To be asked only by the innermost open container.
     tFound find(unsigned int id, std::uint32_t opened);
-    /// To be called before the members of the container at that place are destroyed.
+    /// Forgets the nodes below the container at that place. To be called before they are destroyed.
     void forget(tNodePlace place);
 
 private:
     static constexpr std::uint32_t s_cuiByEntry = s_cuiNoPlace - 1;  // instead of a set: the position is an entry
-    static constexpr std::uint32_t s_cuiMany = 0x80000000;
-
-    /// The nodes of one ID.
-    struct tSame
-    {
-        std::uint32_t m_uiNewest;  // the entry of the newest, also of one that is gone
-        std::uint32_t m_uiWhich;   // the entry of the only one, or s_cuiMany and where they are
-        CFields* m_pOnly;          // valid while that entry lives
-    };
 
     static bool isByEntry(tNodePlace place)
     {
@@ -70,8 +60,7 @@ private:
     }
 
     CIdEntries m_tEntries;
-    std::vector<CSameIds> m_vMany;
-    CKeyTable<std::uint32_t, tSame> m_tSame;  // by ID
+    CKeyTable<std::uint32_t, CFirstOfId> m_tFirst4Id;
 };
 
 }  // namespace murv::detail

@@ -1,6 +1,6 @@
-// io/ids/key_table.h - values by integer keys, for what a load remembers.
+// io/ids/key_table.h - a hash map with integer keys, for what a load remembers.
 //
-// Open addressing in one block: looking up touches one place in memory, and nothing is allocated for each key. The hash
+// Open addressing in one block: a look-up touches one place in memory, and nothing is allocated for each key. The hash
 // is seeded, so that a document cannot choose keys that collide.
 #pragma once
 
@@ -12,12 +12,12 @@
 namespace murv::detail
 {
 
-/// Keys are never taken out; a key of all ones cannot be entered.
+/// Keys are never removed. A key with all bits set marks a free slot and cannot be entered.
 template <typename tKey, typename tValue>
 class CKeyTable
 {
 public:
-    /// Forgets all; gives large memory back, so that one large load does not make all later ones slow.
+    /// Removes all. A large block is freed, so that clearing after one large load does not slow down all later ones.
     void clear()
     {
         if (m_vEntry.size() > s_cnKept)
@@ -30,19 +30,19 @@ public:
     {
         if (m_vEntry.empty())
             return nullptr;
-        tEntry& entry = m_vEntry[place(key)];
+        tEntry& entry = m_vEntry[slot(key)];
         return entry.m_tKey == key ? &entry.m_tValue : nullptr;
     }
     const tValue* find(tKey key) const
     {
         return const_cast<CKeyTable*>(this)->find(key);
     }
-    /// The value of the key, entered with `fresh` if it is not there. Valid until the next call.
+    /// The value of the key; a new key gets `fresh`. The reference is valid until the next call. Throws std::bad_alloc.
     tValue& enter(tKey key, const tValue& fresh, bool& isNew)
     {
         if (m_nUsed * 4 >= m_vEntry.size() * 3)
             grow();
-        tEntry& entry = m_vEntry[place(key)];
+        tEntry& entry = m_vEntry[slot(key)];
         isNew = entry.m_tKey != key;
         if (isNew)
         {
@@ -63,8 +63,8 @@ private:
         tValue m_tValue{};
     };
 
-    /// Where the key is, or would be.
-    std::size_t place(tKey key) const
+    /// The slot that holds the key, or the free one where it would be entered.
+    std::size_t slot(tKey key) const
     {
         std::uint64_t state = (key ^ m_ullSeed) * 0x9E3779B97F4A7C15;
         state = (state ^ state >> 32) * 0xD6E8FEB86659FD93;
@@ -81,12 +81,12 @@ private:
         for (const tEntry& entry : m_vEntry)
         {
             if (entry.m_tKey != s_ctFree)
-                wider.m_vEntry[wider.place(entry.m_tKey)] = entry;
+                wider.m_vEntry[wider.slot(entry.m_tKey)] = entry;
         }
         m_vEntry.swap(wider.m_vEntry);
     }
 
-    // The hash of names is seeded once per process; that of one byte serves as the seed here.
+    // The hash of names is seeded once per process; the hash of one byte serves as the seed here.
     std::uint64_t m_ullSeed = hash4Name("#", 1) * std::uint64_t{0x100000001};
     std::size_t m_nUsed = 0;
     std::vector<tEntry> m_vEntry;

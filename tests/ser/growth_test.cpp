@@ -200,6 +200,20 @@ TEST(GrowthOfLoad, repeatedIdsDeepDown)
     });
 }
 
+TEST(GrowthOfLoad, repeatedIdsAtManyDepths)
+{
+    // Containers hang on a path of 500 levels; each gets a node with one same ID, and they lose it from the first on.
+    expectLinear(2, [](unsigned int width) {
+        const unsigned int count = 500 * width;
+        std::string comb;
+        for (unsigned int i = 0; i < count; ++i)
+            comb += (i % width == 0 ? "{" : "") + id(i + 10) + "{},";
+        const std::string fill = joined(count, [=](unsigned int i) { return id(i * 7919 % count + 10) + "{#7 1}"; });
+        const std::string kill = joined(count, [](unsigned int i) { return id(i + 10) + "{},#7 2"; });
+        return "{" + comb + repeated("},", 500) + fill.substr(1, fill.size() - 2) + ",#7 2," + kill.substr(1);
+    });
+}
+
 TEST(GrowthOfLoad, comments)
 {
     expectLinear(200000, [](unsigned int n) { return "/*" + std::string(n, 'c') + "*/ 1"; });

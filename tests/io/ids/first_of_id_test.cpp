@@ -1,7 +1,10 @@
-// tests/io/ids/same_ids_test.cpp - the first of many nodes with one ID, against the plain way.
+// tests/io/ids/first_of_id_test.cpp - of the living nodes with one ID the first in the document is found.
 //
-// Containers are opened inside each other as a load would open them, also places that were opened before, and few IDs
-// go to many nodes. The model keeps each node's path from the root and looks at all of them.
+// Random documents are compared with a plain scan. Containers are opened inside each other as a load would open them,
+// also at places that were opened before, and few IDs go to many nodes. The model keeps each node's path from the root
+// and looks at all nodes.
+#include "io/ids/first_of_id.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -44,7 +47,7 @@ private:
         CFields m_tField;
         tPath m_vPath;
         unsigned int m_uiId;
-        tNodePlace m_tTold;
+        tNodePlace m_tByEntry;
         bool m_bLiving = true;
     };
     struct tOpen
@@ -88,15 +91,15 @@ private:
         m_vPath.push_back(position);
         if (again)
         {
-            tNodePlace told = place;
+            tNodePlace at = place;
             for (tNode& node : m_dNode)
             {
                 if (node.m_bLiving && node.m_vPath == m_vPath && random(2) == 0)
-                    told = node.m_tTold;
+                    at = node.m_tByEntry;
                 node.m_bLiving = node.m_bLiving && !isBelow(node.m_vPath, m_vPath);
             }
-            m_tIndex.forget(told);
-            m_vOpen.push_back({m_tIndex.addSet(told, true), m_tIndex.now(), 0});
+            m_tIndex.forget(at);
+            m_vOpen.push_back({m_tIndex.addSet(at, true), m_tIndex.now(), 0});
         }
         else
             m_vOpen.push_back({m_tIndex.addSet(place, true), m_tIndex.now(), 0});
@@ -120,7 +123,7 @@ private:
         node.m_vPath = m_vPath;
         node.m_vPath.push_back(open.m_uiCount);
         node.m_uiId = id;
-        node.m_tTold = m_tIndex.enter(id, node.m_tField, {open.m_uiSet, open.m_uiCount++});
+        node.m_tByEntry = m_tIndex.enter(id, node.m_tField, {open.m_uiSet, open.m_uiCount++});
     }
 
     std::mt19937 m_tRandom;
@@ -136,7 +139,51 @@ private:
 };
 }  // namespace
 
-TEST(SameIds, theFirstIsThatOfTheModelInRandomTrees)
+TEST(FirstOfId, isNoneOfNone)
+{
+    CIdEntries entries;
+    CFirstOfId first;
+    EXPECT_EQ(first.find(entries, 0), CIdEntries::s_cuiNone);
+}
+
+TEST(FirstOfId, isTheNextOneInTheDocumentWhenTheFirstDies)
+{
+    constexpr std::uint32_t count = 100;
+    CIdEntries entries;
+    CFirstOfId first;
+    CFields node;
+    const std::uint32_t root = entries.containers().add({});
+    for (std::uint32_t i = 0; i < count; ++i)  // made in another order than they lie in
+        first.add(entries, entries.add(node, {entries.containers().add({root, i * 37 % count}), 0}));
+    for (std::uint32_t position = 0; position < count; ++position)
+    {
+        const std::uint32_t found = first.find(entries, 0);
+        ASSERT_EQ(found * 37 % count, position);
+        ASSERT_EQ(first.find(entries, 0), found);
+        entries.containers().empty(entries[found].m_tPlace.m_uiSet, entries.count());
+    }
+    EXPECT_EQ(first.find(entries, 0), CIdEntries::s_cuiNone);
+}
+
+TEST(FirstOfId, whatAnInnerContainerHoldsIsFoundByTheOnesAroundIt)
+{
+    CIdEntries entries;
+    CFirstOfId first;
+    CFields node;
+    const std::uint32_t outer = entries.containers().add({});
+    const std::uint32_t inner = entries.containers().add({outer, 5});
+    first.add(entries, entries.add(node, {outer, 7}));
+    const std::uint32_t opened = entries.count();
+    EXPECT_EQ(first.find(entries, opened), CIdEntries::s_cuiNone);
+    first.add(entries, entries.add(node, {inner, 1}));
+    first.add(entries, entries.add(node, {inner, 0}));
+    EXPECT_EQ(first.find(entries, opened), 2u);
+    EXPECT_EQ(first.find(entries, 0), 2u);
+    entries.containers().empty(inner, entries.count());
+    EXPECT_EQ(first.find(entries, 0), 0u);
+}
+
+TEST(FirstOfId, isThatOfAPlainScanInRandomDocuments)
 {
     for (unsigned int seed = 1; seed <= 60; ++seed)
     {
@@ -146,7 +193,7 @@ TEST(SameIds, theFirstIsThatOfTheModelInRandomTrees)
     }
 }
 
-TEST(SameIds, theFirstIsThatOfTheModelAmongThousands)
+TEST(FirstOfId, isThatOfAPlainScanAmongThousands)
 {
     for (unsigned int seed = 1; seed <= 3; ++seed)
     {
