@@ -188,7 +188,7 @@ CFields* ILoaderCommon::findKnown(std::string_view name, unsigned int id)
 
 void ILoaderCommon::keepPlace(const detail::tNodePlace& place)
 {
-    m_uiMemberSet = place.m_uiSet;
+    m_uiMemberSet = place.m_uiContainer;
     m_uiMemberPosition = place.m_uiPosition;
 }
 

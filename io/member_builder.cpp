@@ -46,9 +46,9 @@ std::uint32_t CMemberBuilder::makeSet(CIdIndex& index)
     if (m_uiSet != s_cuiNoPlace)
         return m_uiSet;
     tNodePlace place = m_tPlace;
-    if (place.m_uiSet == s_cuiNoPlace && m_pOuter != nullptr)
-        place.m_uiSet = m_pOuter->makeSet(index);
-    m_uiSet = index.addSet(place, !tFieldAccess::name(m_tNode).empty());
+    if (place.m_uiContainer == s_cuiNoPlace && m_pOuter != nullptr)
+        place.m_uiContainer = m_pOuter->makeSet(index);
+    m_uiSet = index.addContainer(place, !tFieldAccess::name(m_tNode).empty());
     return m_uiSet;
 }
 

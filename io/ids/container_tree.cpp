@@ -19,13 +19,13 @@ void CContainerTree::clear()
 std::uint32_t CContainerTree::add(tNodePlace place)
 {
     const auto number = static_cast<std::uint32_t>(m_vContainer.size());
-    if (place.m_uiSet == s_cuiNoPlace)
+    if (place.m_uiContainer == s_cuiNoPlace)
     {
         m_vContainer.push_back({place, number, 0});
         return number;
     }
-    m_vContainer.push_back({place, farAbove4Child(place.m_uiSet), depth(place.m_uiSet) + 1});
-    m_vContainer[number].m_uiNextBeside = std::exchange(m_vContainer[place.m_uiSet].m_uiFirstBelow, number);
+    m_vContainer.push_back({place, farAbove4Child(place.m_uiContainer), depth(place.m_uiContainer) + 1});
+    m_vContainer[number].m_uiNextBeside = std::exchange(m_vContainer[place.m_uiContainer].m_uiFirstBelow, number);
     return number;
 }
 
@@ -69,7 +69,7 @@ void CContainerTree::empty(std::uint32_t container, std::uint32_t now)
 /// The place itself, or that of its ancestor at the depth if it lies deeper.
 tNodePlace CContainerTree::lift(tNodePlace place, std::uint32_t depth4Place) const
 {
-    std::uint32_t container = place.m_uiSet;
+    std::uint32_t container = place.m_uiContainer;
     if (depth(container) <= depth4Place)
         return place;
     while (depth(container) > depth4Place + 1)
@@ -79,14 +79,14 @@ tNodePlace CContainerTree::lift(tNodePlace place, std::uint32_t depth4Place) con
 
 bool CContainerTree::isBefore(tNodePlace a, tNodePlace b) const
 {
-    const std::uint32_t depth4A = depth(a.m_uiSet);
-    const std::uint32_t depth4B = depth(b.m_uiSet);
+    const std::uint32_t depth4A = depth(a.m_uiContainer);
+    const std::uint32_t depth4B = depth(b.m_uiContainer);
     a = lift(a, depth4B);
     b = lift(b, depth4A);
-    if (a.m_uiSet != b.m_uiSet)
+    if (a.m_uiContainer != b.m_uiContainer)
     {
-        std::uint32_t above4A = a.m_uiSet;
-        std::uint32_t above4B = b.m_uiSet;
+        std::uint32_t above4A = a.m_uiContainer;
+        std::uint32_t above4B = b.m_uiContainer;
         while (parent(above4A) != parent(above4B))
         {
             const bool far = farAbove(above4A) != farAbove(above4B);

@@ -17,7 +17,7 @@ inline constexpr std::uint32_t s_cuiNoPlace = 0xFFFFFFFF;
 /// Where a node lies: the number of its container, and its position there.
 struct tNodePlace
 {
-    std::uint32_t m_uiSet = s_cuiNoPlace;
+    std::uint32_t m_uiContainer = s_cuiNoPlace;
     std::uint32_t m_uiPosition = 0;
 };
 
@@ -62,11 +62,11 @@ private:
 
     static std::uint64_t key4Place(tNodePlace place)
     {
-        return std::uint64_t{place.m_uiSet} << 32 | place.m_uiPosition;
+        return std::uint64_t{place.m_uiContainer} << 32 | place.m_uiPosition;
     }
     std::uint32_t parent(std::uint32_t container) const
     {
-        return m_vContainer[container].m_tPlace.m_uiSet;
+        return m_vContainer[container].m_tPlace.m_uiContainer;
     }
     std::uint32_t farAbove(std::uint32_t container) const
     {

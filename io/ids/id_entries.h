@@ -17,7 +17,7 @@ struct tIdEntry
 {
     CFields* m_pNode;  // not owned; valid while the entry lives
     tNodePlace m_tPlace;
-    std::uint32_t m_uiOwnSet = s_cuiNoPlace;  // number of the container that the node is, if it has one
+    std::uint32_t m_uiOwnContainer = s_cuiNoPlace;  // number of the container that the node is, if it has one
     // Links of the heap that finds the first entry of an ID, see first_of_id.h.
     std::uint32_t m_uiFirstBelow;
     std::uint32_t m_uiNext;
@@ -57,7 +57,7 @@ public:
     }
     bool isLiving(std::uint32_t number) const
     {
-        return number >= m_tContainers.whenEmptied(m_vEntry[number].m_tPlace.m_uiSet);
+        return number >= m_tContainers.whenEmptied(m_vEntry[number].m_tPlace.m_uiContainer);
     }
     /// Document order of two living entries.
     bool isBefore(std::uint32_t a, std::uint32_t b) const

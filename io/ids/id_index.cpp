@@ -12,19 +12,19 @@ void CIdIndex::clear()
     m_tFirst4Id.clear();
 }
 
-std::uint32_t CIdIndex::addSet(tNodePlace place, bool byPlace)
+std::uint32_t CIdIndex::addContainer(tNodePlace place, bool byPlace)
 {
     if (!isByEntry(place))
         return byPlace ? m_tEntries.containers().addOrFind(place) : m_tEntries.containers().add(place);
-    std::uint32_t& own = m_tEntries[place.m_uiPosition].m_uiOwnSet;
+    std::uint32_t& own = m_tEntries[place.m_uiPosition].m_uiOwnContainer;
     if (own == s_cuiNoPlace)
-        own = addSet(m_tEntries[place.m_uiPosition].m_tPlace, byPlace);
+        own = addContainer(m_tEntries[place.m_uiPosition].m_tPlace, byPlace);
     return own;
 }
 
 void CIdIndex::forget(tNodePlace place)
 {
-    std::uint32_t container = isByEntry(place) ? m_tEntries[place.m_uiPosition].m_uiOwnSet : s_cuiNoPlace;
+    std::uint32_t container = isByEntry(place) ? m_tEntries[place.m_uiPosition].m_uiOwnContainer : s_cuiNoPlace;
     if (container == s_cuiNoPlace)
         container = m_tEntries.containers().find(resolve(place));
     if (container != s_cuiNoPlace)

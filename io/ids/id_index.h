@@ -35,9 +35,9 @@ public:
         return isByEntry(place) ? m_tEntries[place.m_uiPosition].m_tPlace : place;
     }
     /// The number of a container that was opened: a new one, or the one it had when it is read again.
-    /// \param place    has no set when it is the outermost one
+    /// \param place    has no container when it is the outermost one
     /// \param byPlace  it may be opened again by its name, and must then be found by its place
-    std::uint32_t addSet(tNodePlace place, bool byPlace);
+    std::uint32_t addContainer(tNodePlace place, bool byPlace);
     /// The moment, counted in nodes that were entered before.
     std::uint32_t now() const
     {
@@ -52,11 +52,11 @@ public:
     void forget(tNodePlace place);
 
 private:
-    static constexpr std::uint32_t s_cuiByEntry = s_cuiNoPlace - 1;  // instead of a set: the position is an entry
+    static constexpr std::uint32_t s_cuiByEntry = s_cuiNoPlace - 1;  // instead of a container: the position is an entry
 
     static bool isByEntry(tNodePlace place)
     {
-        return place.m_uiSet == s_cuiByEntry;
+        return place.m_uiContainer == s_cuiByEntry;
     }
 
     CIdEntries m_tEntries;

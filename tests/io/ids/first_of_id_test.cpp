@@ -27,7 +27,7 @@ public:
     CSite(unsigned int seed, unsigned int ids, std::size_t depth, std::size_t most)
         : m_tRandom(seed), m_uiIds(ids), m_nDepth(depth), m_nMost(most)
     {
-        m_vOpen.push_back({m_tIndex.addSet({}, false), 0, 0});
+        m_vOpen.push_back({m_tIndex.addContainer({}, false), 0, 0});
     }
     /// Fills a document; false when index and model differ.
     bool isAlike()
@@ -52,7 +52,7 @@ private:
     };
     struct tOpen
     {
-        std::uint32_t m_uiSet;
+        std::uint32_t m_uiContainer;
         std::uint32_t m_uiOpened;
         std::uint32_t m_uiCount;  // of members
     };
@@ -87,7 +87,7 @@ private:
     {
         tOpen& outer = m_vOpen.back();
         const std::uint32_t position = again ? random(outer.m_uiCount) : outer.m_uiCount++;
-        const tNodePlace place{outer.m_uiSet, position};
+        const tNodePlace place{outer.m_uiContainer, position};
         m_vPath.push_back(position);
         if (again)
         {
@@ -99,10 +99,10 @@ private:
                 node.m_bLiving = node.m_bLiving && !isBelow(node.m_vPath, m_vPath);
             }
             m_tIndex.forget(at);
-            m_vOpen.push_back({m_tIndex.addSet(at, true), m_tIndex.now(), 0});
+            m_vOpen.push_back({m_tIndex.addContainer(at, true), m_tIndex.now(), 0});
         }
         else
-            m_vOpen.push_back({m_tIndex.addSet(place, true), m_tIndex.now(), 0});
+            m_vOpen.push_back({m_tIndex.addContainer(place, true), m_tIndex.now(), 0});
     }
     void ask(unsigned int id)
     {
@@ -123,7 +123,7 @@ private:
         node.m_vPath = m_vPath;
         node.m_vPath.push_back(open.m_uiCount);
         node.m_uiId = id;
-        node.m_tByEntry = m_tIndex.enter(id, node.m_tField, {open.m_uiSet, open.m_uiCount++});
+        node.m_tByEntry = m_tIndex.enter(id, node.m_tField, {open.m_uiContainer, open.m_uiCount++});
     }
 
     std::mt19937 m_tRandom;
@@ -160,7 +160,7 @@ TEST(FirstOfId, isTheNextOneInTheDocumentWhenTheFirstDies)
         const std::uint32_t found = first.find(entries, 0);
         ASSERT_EQ(found * 37 % count, position);
         ASSERT_EQ(first.find(entries, 0), found);
-        entries.containers().empty(entries[found].m_tPlace.m_uiSet, entries.count());
+        entries.containers().empty(entries[found].m_tPlace.m_uiContainer, entries.count());
     }
     EXPECT_EQ(first.find(entries, 0), CIdEntries::s_cuiNone);
 }

@@ -1,4 +1,4 @@
-// tests/io/ids/id_index_test.cpp - finding IDs by place.
+// tests/io/ids/id_index_test.cpp - the first node in the document with an ID is found, and only while it is there.
 #include "io/ids/id_index.h"
 
 #include <gtest/gtest.h>
@@ -16,14 +16,14 @@ namespace
 /// The index with the outermost container in it, and nodes to point to.
 struct tSite
 {
-    std::uint32_t add(std::uint32_t set, std::uint32_t position, bool byPlace = true)
+    std::uint32_t add(std::uint32_t container, std::uint32_t position, bool byPlace = true)
     {
-        return m_tIndex.addSet({set, position}, byPlace);
+        return m_tIndex.addContainer({container, position}, byPlace);
     }
-    CFields* enter(unsigned int id, std::uint32_t set, std::uint32_t position)
+    CFields* enter(unsigned int id, std::uint32_t container, std::uint32_t position)
     {
         m_vNode.push_back(std::make_unique<CFields>());
-        m_tIndex.enter(id, *m_vNode.back(), {set, position});
+        m_tIndex.enter(id, *m_vNode.back(), {container, position});
         return m_vNode.back().get();
     }
     CFields* find(unsigned int id, std::uint32_t opened = 0)
@@ -32,7 +32,7 @@ struct tSite
     }
 
     CIdIndex m_tIndex;
-    std::uint32_t m_uiRoot = m_tIndex.addSet({}, true);
+    std::uint32_t m_uiRoot = m_tIndex.addContainer({}, true);
     std::vector<std::unique_ptr<CFields>> m_vNode;
 };
 }  // namespace
@@ -76,8 +76,8 @@ TEST(IdIndex, ofSeveralTheFirstInTheDocumentIsFound)
 TEST(IdIndex, aContainerComesBeforeWhatItHolds)
 {
     tSite site;
-    const std::uint32_t set = site.add(site.m_uiRoot, 3);
-    const std::uint32_t below = site.add(set, 0);
+    const std::uint32_t container = site.add(site.m_uiRoot, 3);
+    const std::uint32_t below = site.add(container, 0);
     site.enter(1, below, 0);
     CFields* const holder = site.enter(1, site.m_uiRoot, 3);
     EXPECT_EQ(site.find(1), holder);
@@ -87,9 +87,9 @@ TEST(IdIndex, forgetsAllBelowAPlaceButNotThePlace)
 {
     tSite site;
     CFields* const holder = site.enter(1, site.m_uiRoot, 3);
-    const std::uint32_t set = site.add(site.m_uiRoot, 3);
-    const std::uint32_t below = site.add(set, 1, false);
-    site.enter(2, set, 0);
+    const std::uint32_t container = site.add(site.m_uiRoot, 3);
+    const std::uint32_t below = site.add(container, 1, false);
+    site.enter(2, container, 0);
     site.enter(3, below, 0);
     CFields* const beside = site.enter(4, site.m_uiRoot, 4);
     site.m_tIndex.forget({site.m_uiRoot, 3});
@@ -104,8 +104,8 @@ TEST(IdIndex, whatWasForgottenMayComeAgainAndGoAgain)
     tSite site;
     for (int round = 0; round < 3; ++round)
     {
-        const std::uint32_t set = site.add(site.m_uiRoot, 3);
-        CFields* const node = site.enter(2, set, 0);
+        const std::uint32_t container = site.add(site.m_uiRoot, 3);
+        CFields* const node = site.enter(2, container, 0);
         EXPECT_EQ(site.find(2), node);
         site.m_tIndex.forget({site.m_uiRoot, 3});
         EXPECT_EQ(site.find(2), nullptr);
@@ -130,7 +130,7 @@ TEST(IdIndex, clearForgetsEverything)
     tSite site;
     site.enter(1, site.m_uiRoot, 0);
     site.m_tIndex.clear();
-    EXPECT_EQ(site.m_tIndex.addSet({}, true), 0u);
+    EXPECT_EQ(site.m_tIndex.addContainer({}, true), 0u);
     EXPECT_EQ(site.find(1), nullptr);
 }
 
