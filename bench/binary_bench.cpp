@@ -1,4 +1,4 @@
-// binary_bench.cpp - binary saving and loading beside msgpack and CBOR, on JSON documents.
+// bench/binary_bench.cpp - binary saving and loading beside msgpack and CBOR, on JSON documents.
 //
 // Rates are in bytes of the JSON text, so that rows of one document can be compared whatever their own sizes. The
 // folder of the documents is named by MURV_CORPORA_DIR. Destroying what was loaded is not counted.

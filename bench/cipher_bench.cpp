@@ -1,4 +1,4 @@
-// cipher_bench.cpp - speed of both ciphers against OpenSSL's base64 and SEED, in one run.
+// bench/cipher_bench.cpp - speed of both ciphers against OpenSSL's base64 and SEED, in one run.
 //
 // Only ratios between rows of the same run mean anything: the machine is shared and its clock moves. For stable
 // medians run with --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true.

@@ -1,3 +1,4 @@
+// bench/documents.cpp - the documents that the benches read and write.
 #include "bench/documents.h"
 
 #include <malloc.h>

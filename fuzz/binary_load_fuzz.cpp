@@ -1,4 +1,4 @@
-// binary_load_fuzz.cpp - binary files of any content.
+// fuzz/binary_load_fuzz.cpp - binary files of any content.
 //
 // The input's first byte chooses how the rest is used: as a whole file, or as a body after a valid header, which gets
 // the fuzzer past the encoding. What loads must be saved and load again as the same tree.

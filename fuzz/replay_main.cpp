@@ -1,4 +1,4 @@
-// replay_main.cpp - feeds stored inputs to a fuzz harness, without a fuzzer.
+// fuzz/replay_main.cpp - feeds stored inputs to a fuzz harness, without a fuzzer.
 //
 // What fuzzing once found runs with the ordinary tests and with every compiler. Each input stands in a block of exactly
 // its size, so that a read past the end is one that the sanitizers see.

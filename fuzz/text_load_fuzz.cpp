@@ -1,4 +1,4 @@
-// text_load_fuzz.cpp - text of any kind, loaded; and what loads is saved as text and must load again.
+// fuzz/text_load_fuzz.cpp - text of any kind, loaded; and what loads is saved as text and must load again.
 //
 // The first byte is the configuration word (0x80: no comments), the rest is the document.
 #include <cstddef>

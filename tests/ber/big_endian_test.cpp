@@ -1,4 +1,4 @@
-// big_endian_test.cpp - files whose numbers have their high byte first.
+// tests/ber/big_endian_test.cpp - files whose numbers have their high byte first.
 #include <gtest/gtest.h>
 
 #include <random>

@@ -1,4 +1,4 @@
-// file_format_page_test.cpp - the example on the page about the file format is what the saver writes.
+// tests/ber/file_format_page_test.cpp - the example on the page about the file format is what the saver writes.
 #include <gtest/gtest.h>
 
 #include <fstream>

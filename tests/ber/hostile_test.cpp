@@ -1,4 +1,4 @@
-// hostile_test.cpp - headers, passwords, bodies and counts that are not what they claim.
+// tests/ber/hostile_test.cpp - headers, passwords, bodies and counts that are not what they claim.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -70,7 +70,7 @@ CFields sampleTree()
     return tree;
 }
 
-/// Loads from a block of exactly that size, where a sanitizer sees every byte read behind it.
+/// Loads from a block of exactly that size, where a sanitizer sees every byte read after it.
 std::string messageOf(std::string_view file, const char* password = nullptr)
 {
     const std::unique_ptr<char[]> exact(new char[file.size()]);
@@ -175,7 +175,7 @@ TEST(HostileFile, unknownEncryptionTypesAreRefused)
     }
 }
 
-TEST(HostileFile, passwordBlockBehindTheEndOfTheFileIsTooShort)
+TEST(HostileFile, passwordBlockAfterTheEndOfTheFileIsTooShort)
 {
     const std::string file = with(save(CFields(5)), 12, '\xFF');
     EXPECT_EQ(messageOf(file, "pw"), "[murv::CLoader4BER::loadHeader#0] Very shorter MURF file size(69)");
@@ -281,7 +281,7 @@ TEST(HostileFile, foreignBytesAndPadsEndTheBody)
             EXPECT_NE(messageOf(with(file, at, byte)), "") << at;
 }
 
-TEST(HostileFile, foreignByteBehindTheRootDoesNoHarm)
+TEST(HostileFile, foreignByteAfterTheRootDoesNoHarm)
 {
     EXPECT_EQ(messageOf(save(CFields(5)) + "\x01 and more"), "");
 }

@@ -1,4 +1,4 @@
-// layout_test.cpp - numbers and packet expressions as bytes.
+// tests/ber/layout_test.cpp - numbers and packet expressions as bytes.
 #include "ber/layout.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// loader_test.cpp - what the binary loader makes of records, and what it says when it refuses one.
+// tests/ber/loader_test.cpp - what the binary loader makes of records, and what it says when it refuses one.
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -427,7 +427,7 @@ TEST(BinaryLoader, errorsHaveTheirRange)
     EXPECT_EQ(loaded.m_iCode, 0);
 }
 
-TEST(BinaryLoader, bytesBehindTheRootAreIgnored)
+TEST(BinaryLoader, bytesAfterTheRootAreIgnored)
 {
     EXPECT_EQ(load(file4Body(CBodyBytes().integer(5).bytes("anything").str())).m_tTree, CFields(5));
 }
@@ -466,9 +466,9 @@ TEST(BinaryLoader, oneLevelMoreThrows)
     for (const unsigned int containers : {1000u, 1001u, 5000u})
         EXPECT_EQ(thrown([&] { load(file4Body(nested(containers).str())); }),
                   "[murv::CLoader4BER::loadFieldInfo#0] Exceeded s_cnStackDepthLimit");
-    const std::string behind(2000, '\0');
-    EXPECT_EQ(load(file4Body(nested(999).str() + behind)).m_strMessage, "");
-    EXPECT_EQ(thrown([&] { load(file4Body(nested(1000).str() + behind)); }),
+    const std::string after(2000, '\0');
+    EXPECT_EQ(load(file4Body(nested(999).str() + after)).m_strMessage, "");
+    EXPECT_EQ(thrown([&] { load(file4Body(nested(1000).str() + after)); }),
               "[murv::CLoader4BER::loadFieldInfo#0] Exceeded s_cnStackDepthLimit");
 }
 

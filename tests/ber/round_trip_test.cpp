@@ -1,4 +1,4 @@
-// round_trip_test.cpp - what is saved is what is loaded, by us and by others.
+// tests/ber/round_trip_test.cpp - what is saved is what is loaded, by us and by others.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,4 +1,4 @@
-// saver_test.cpp - the bytes that the binary saver writes, and what it refuses.
+// tests/ber/saver_test.cpp - the bytes that the binary saver writes, and what it refuses.
 #include <gtest/gtest.h>
 
 #include <new>
@@ -210,7 +210,7 @@ TEST(BinarySaver, withoutExpressionsTheFirstValueIsSaved)
     EXPECT_EQ(save(dualLeaf(VK_fix), SAVE_ALL & ~SAVE_PEI), save(CFields(1)));
 }
 
-TEST(BinarySaver, passwordStandsEncodedBehindTheHeaderAndTheBodyIsEnciphered)
+TEST(BinarySaver, passwordStandsEncodedAfterTheHeaderAndTheBodyIsEnciphered)
 {
     EXPECT_EQ(save(CFields(5), SAVE_ALL, "secret"), file4Body(CBodyBytes().integer(5).str(), "secret"));
 }

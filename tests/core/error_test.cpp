@@ -1,4 +1,4 @@
-// Tests of the error state and of how misuse is thrown.
+// tests/core/error_test.cpp - the error state and of how misuse is thrown.
 //
 // The table of codes is spelled out once more here: its texts have shipped, so a change of the table must be noticed.
 #include "murv/error.h"

@@ -1,4 +1,4 @@
-// Tests of assignment, and of operations whose source is part of their target.
+// tests/core/field_assign_test.cpp - assignment, and of operations whose source is part of their target.
 //
 // Whatever the source is (the node itself, a member, the parent), the result is the one that a copy made beforehand
 // would give.

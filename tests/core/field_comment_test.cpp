@@ -1,4 +1,4 @@
-// Tests of comments and source offsets.
+// tests/core/field_comment_test.cpp - comments and source offsets.
 #include <gtest/gtest.h>
 
 #include <climits>

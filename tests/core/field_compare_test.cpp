@@ -1,4 +1,4 @@
-// Tests of equality and order.
+// tests/core/field_compare_test.cpp - equality and order.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -27,7 +27,7 @@ CFields field(const char* name, const CFields& value)
     return node;
 }
 
-/// All seven operators and compare() tell the same story.
+/// All seven operators and compare() agree.
 void expectOrder(const CFields& a, const CFields& b, int order)
 {
     EXPECT_EQ(order, a.compare(b));

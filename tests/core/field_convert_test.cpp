@@ -1,4 +1,6 @@
-// Tests of reading a value as another type: every accessor on every type, at and beyond every bound.
+// tests/core/field_convert_test.cpp - reading a value as another type.
+//
+// Every accessor on every type, at and beyond every bound.
 #include <gtest/gtest.h>
 
 #include <cfloat>

@@ -1,4 +1,4 @@
-// Tests of trees that nest a million levels, on a thread with a small stack.
+// tests/core/field_deep_test.cpp - trees that nest a million levels, on a thread with a small stack.
 #include <gtest/gtest.h>
 #include <pthread.h>
 

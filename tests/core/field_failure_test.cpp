@@ -1,4 +1,4 @@
-// Tests that running out of memory leaves whole objects and no leaks.
+// tests/core/field_failure_test.cpp - running out of memory leaves whole objects and no leaks.
 //
 // Each scenario runs again and again, with the first, second, third... allocation failing, until none is left to fail.
 #include <gtest/gtest.h>

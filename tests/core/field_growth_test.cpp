@@ -1,4 +1,4 @@
-// Tests that the cost of a member does not grow with the number of members before it.
+// tests/core/field_growth_test.cpp - the cost of a member does not grow with the number of members before it.
 //
 // Times are compared with each other, with room for noise: what must fail is a cost that grows with the size.
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ TEST(Growth, addingADistinctMemberCostsTheSameAmongAMillion)
     EXPECT_EQ(1000000u, large.getChildCount());
 }
 
-/// Processor seconds; at least what the clock can tell apart.
+/// Processor seconds; at least the step of the clock.
 template <typename tAction>
 double processorSeconds(tAction&& action)
 {

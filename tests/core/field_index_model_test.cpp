@@ -1,7 +1,8 @@
-// Tests that finding by name is always the plain scan from the front, whatever happened to the members before.
+// tests/core/field_index_model_test.cpp - finding by name is always the plain scan from the front.
 //
-// Large field sets have a name index. Random operations with few different names, so that many are equal, run across
-// the size at which the index appears and goes; after each one every name is looked for.
+// Whatever happened to the members before must not matter. Large field sets have a name index. Random operations with
+// few different names, so that many are equal, run across the size at which the index appears and goes; after each one
+// every name is looked for.
 #include <gtest/gtest.h>
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Tests of finding members and nodes by name and by ID.
+// tests/core/field_lookup_test.cpp - finding members and nodes by name and by ID.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,4 +1,4 @@
-// Tests of adding and counting members, of subscripts and of iterating.
+// tests/core/field_members_test.cpp - adding and counting members, of subscripts and of iterating.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -556,7 +556,7 @@ TEST(References, theUsualTwoMembers)
     EXPECT_EQ(2, tree["b"].asSint32());
 }
 
-TEST(References, stayValidWhileMembersBehindAreRemoved)
+TEST(References, stayValidWhileLaterMembersAreRemoved)
 {
     for (const E_DataType dt : {DT_array, DT_fields})
     {
@@ -571,7 +571,7 @@ TEST(References, stayValidWhileMembersBehindAreRemoved)
         {
             while (tree.getChildCount() > kept + 1)
                 ASSERT_TRUE(tree.removeChildAt(kept));
-            tree.addChildRef("again") = -1;  // behind them, in place of one that was removed
+            tree.addChildRef("again") = -1;  // after them, in place of one that was removed
             ASSERT_TRUE(tree.removeChildAt(kept));
             for (unsigned int i = 0; i < kept; ++i)
             {

@@ -1,4 +1,4 @@
-// Tests of a node's own name and ID.
+// tests/core/field_name_test.cpp - a node's own name and ID.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,4 +1,4 @@
-// Tests of removing members and of resizing arrays.
+// tests/core/field_remove_test.cpp - removing members and of resizing arrays.
 #include <gtest/gtest.h>
 
 #include <string>

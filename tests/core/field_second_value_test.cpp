@@ -1,4 +1,4 @@
-// Tests of the second value and of the value kind that marks it as used.
+// tests/core/field_second_value_test.cpp - the second value and of the value kind that marks it as used.
 #include <gtest/gtest.h>
 
 #include <cmath>

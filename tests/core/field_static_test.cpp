@@ -1,4 +1,4 @@
-// Tests of the static nodes, also before main begins.
+// tests/core/field_static_test.cpp - the static nodes, also before main begins.
 //
 // The initialisers below run in an unknown order with those of other files, so the static nodes must be ready always.
 #include <gtest/gtest.h>

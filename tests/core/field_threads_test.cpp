@@ -1,4 +1,6 @@
-// Tests of several threads: one tree may be read from many, and distinct trees may be used at once.
+// tests/core/field_threads_test.cpp - what several threads may do.
+//
+// One tree may be read from many threads, and distinct trees may be used at once.
 #include <gtest/gtest.h>
 
 #include <atomic>

@@ -1,4 +1,4 @@
-// Tests of whole trees against simple models: copying, moving, counting, comparing.
+// tests/core/field_tree_model_test.cpp - whole trees against simple models: copying, moving, counting, comparing.
 #include <gtest/gtest.h>
 
 #include <cstdint>

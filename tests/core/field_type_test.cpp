@@ -1,4 +1,4 @@
-// Tests of what a value is and what it could be read as: every type against every test.
+// tests/core/field_type_test.cpp - what a value is and what it could be read as: every type against every test.
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// Tests of a node's first value: types, constructors, setting, copying, swapping, moving.
+// tests/core/field_value_test.cpp - a node's first value: types, constructors, setting, copying, swapping, moving.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -305,7 +305,7 @@ TEST(FieldValue, pointerIsToTheStoredScalar)
     EXPECT_EQ(nullptr, CFields(DT_fields).getValuePtr());
 }
 
-TEST(FieldValue, pointerToAnOwnedStringIsBehindItsPrefix)
+TEST(FieldValue, pointerToAnOwnedStringIsAfterItsPrefix)
 {
     const CFields text("abc");
     EXPECT_STREQ("abc", static_cast<const char*>(text.getValuePtr()));

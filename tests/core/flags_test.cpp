@@ -1,4 +1,4 @@
-// Tests of the 32-bit flag words.
+// tests/core/flags_test.cpp - the 32-bit flag words.
 #include "murv/flags.h"
 
 #include <gtest/gtest.h>

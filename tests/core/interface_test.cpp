@@ -1,4 +1,4 @@
-// Tests that the calls an application writes without thinking compile and mean what they say.
+// tests/core/interface_test.cpp - the calls an application writes without thinking compile and mean what they say.
 #include <gtest/gtest.h>
 
 #include <cstddef>

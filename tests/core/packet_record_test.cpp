@@ -1,4 +1,4 @@
-// Tests of the packet expression that every node carries, and of the records beside it.
+// tests/core/packet_record_test.cpp - the packet expression that every node carries, and of the records beside it.
 #include <gtest/gtest.h>
 
 #include <cstring>

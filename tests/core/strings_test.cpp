@@ -1,4 +1,4 @@
-// Tests of the text holders: static text, names, and the heap blocks behind values and comments.
+// tests/core/strings_test.cpp - what holds text: static text, names, and the heap blocks of values and comments.
 #include "murv/strings.h"
 
 #include <gtest/gtest.h>

@@ -12,7 +12,7 @@
 namespace murv::tests
 {
 
-/// A copy of a text in a block of its own, `offset` bytes behind the block's beginning.
+/// A copy of a text in a block of its own, `offset` bytes after the block's beginning.
 class CExactText
 {
 public:

@@ -5,10 +5,10 @@
 #include <new>
 #include <sstream>
 #include <stdexcept>
-#include <streambuf>
 
 #include "murv/murv.h"
 #include "tests/ser/load_helpers.h"
+#include "tests/support/breaking_buffer.h"
 #include "tests/support/failing_malloc.h"
 #include "tests/support/thrown.h"
 
@@ -95,25 +95,6 @@ std::vector<tFaultCase> faultCases()
         {"cut body", plain.substr(0, plain.size() - 8), nullptr, LF_damagedFile, 1},
     };
 }
-
-/// Gives what it has, then breaks.
-class CBreakingBuffer : public std::streambuf
-{
-public:
-    explicit CBreakingBuffer(std::string text) : m_strText(std::move(text))
-    {
-        setg(m_strText.data(), m_strText.data(), m_strText.data() + m_strText.size());
-    }
-
-protected:
-    int_type underflow() override
-    {
-        throw std::runtime_error("the line broke");
-    }
-
-private:
-    std::string m_strText;
-};
 
 constexpr const char* s_cpStreamFailed = "[murv::ILoaderBase::loading#0] Input stream failed";
 

@@ -1,4 +1,4 @@
-// Tests of the entrance to all savers, of toMURV and of the stream insertion operator.
+// tests/front/savers_test.cpp - the entrance to all savers, of toMURV and of the stream insertion operator.
 #include <gtest/gtest.h>
 
 #include <iomanip>
@@ -238,14 +238,14 @@ TEST(StreamInsertion, throwsAndTellsStandardErrorWhatTheSaverReports)
     {
         message = error.what();
     }
-    const std::string told = testing::internal::GetCapturedStderr();
+    const std::string written = testing::internal::GetCapturedStderr();
     const std::string inner = "[murv::ISaver::makePEI#";
     const std::size_t begin = message.find(inner);
     ASSERT_NE(begin, std::string::npos) << message;
     EXPECT_EQ(withoutLine(message.substr(0, begin)), "[murv::operator <<#0] saver: ");
     EXPECT_EQ(withoutLine(message.substr(begin)),
               "[murv::ISaver::makePEI#0] '5' was invalid index of internal keyword");
-    EXPECT_EQ(told, message + "\n");
+    EXPECT_EQ(written, message + "\n");
     EXPECT_EQ(os.str(), "(ACF0) 1");
 }
 

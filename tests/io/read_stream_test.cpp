@@ -6,9 +6,11 @@
 #include <istream>
 #include <sstream>
 #include <stdexcept>
-#include <streambuf>
+
+#include "tests/support/breaking_buffer.h"
 
 using namespace murv::detail;
+using namespace murv::tests;
 
 namespace
 {
@@ -36,25 +38,6 @@ bool isRead(std::istream& in)
     std::string data;
     return readStream(in, s_cnNoLimit, data);
 }
-
-/// Gives what it has, then throws.
-class CBreakingBuffer : public std::streambuf
-{
-public:
-    explicit CBreakingBuffer(std::string text) : m_strText(std::move(text))
-    {
-        setg(m_strText.data(), m_strText.data(), m_strText.data() + m_strText.size());
-    }
-
-protected:
-    int_type underflow() override
-    {
-        throw std::runtime_error("the line broke");
-    }
-
-private:
-    std::string m_strText;
-};
 }  // namespace
 
 TEST(ReadStream, readsToTheEnd)
@@ -68,7 +51,7 @@ TEST(ReadStream, readsToTheEnd)
     }
 }
 
-TEST(ReadStream, takesTheByteOf255AndLeavesWhatIsBehind)
+TEST(ReadStream, takesTheByteOf255AndLeavesTheRest)
 {
     for (const std::size_t size : {std::size_t{0}, std::size_t{1}, s_cnPiece - 1, s_cnPiece, s_cnPiece + 1})
     {
@@ -90,7 +73,7 @@ TEST(ReadStream, stopsAtTheMostBytes)
     }
 }
 
-TEST(ReadStream, behindExactlyTheMostBytesThereIsNothing)
+TEST(ReadStream, afterExactlyTheMostBytesThereIsNothing)
 {
     std::istringstream in("12345");
     EXPECT_EQ(read(in, 5), "12345");

@@ -1,4 +1,4 @@
-// callback_test.cpp - external keywords: registration, what callbacks see, and what they may do.
+// tests/packet/callback_test.cpp - external keywords: registration, what callbacks see, and what they may do.
 
 #include "packet_helpers.h"
 
@@ -86,6 +86,18 @@ protected:
         s_tSeen = {};
     }
 
+    /// The callback of a sample's "b" was called once, with this packet and this place in it.
+    static void expectSeen(std::string_view packet, unsigned int packetLength, unsigned int offset)
+    {
+        EXPECT_EQ(s_tSeen.m_iCalls, 1);
+        EXPECT_EQ(s_tSeen.m_usIndex, 7);
+        EXPECT_EQ(s_tSeen.m_ucOption, 2);
+        EXPECT_EQ(s_tSeen.m_strPacket, packet);
+        EXPECT_EQ(s_tSeen.m_uiPacketLen, packetLength);
+        EXPECT_EQ(s_tSeen.m_uiOffset, offset);
+        EXPECT_TRUE(s_tSeen.m_bMemo);
+    }
+
     /// A plain leaf "a", a leaf "b" with keyword 7 option 2 of kind 3, a plain leaf "c".
     static CFields sample(const tPacketExpInfo& pei = pei4("ACF", 4))
     {
@@ -163,13 +175,7 @@ TEST_F(PacketCallback, makingShowsThePacketSoFar)
     CFields::setAllotPktFP4ESK(3, &recordMade);
     CFields tree = sample();
     EXPECT_EQ(tree.pkt_Make4Children(true), "AAbb  CC");
-    EXPECT_EQ(s_tSeen.m_iCalls, 1);
-    EXPECT_EQ(s_tSeen.m_usIndex, 7);
-    EXPECT_EQ(s_tSeen.m_ucOption, 2);
-    EXPECT_EQ(s_tSeen.m_strPacket, "AA");
-    EXPECT_EQ(s_tSeen.m_uiPacketLen, 0u);
-    EXPECT_EQ(s_tSeen.m_uiOffset, 0u);
-    EXPECT_TRUE(s_tSeen.m_bMemo);
+    expectSeen("AA", 0, 0);
     EXPECT_TRUE(isCallbackRecordZero(tree["b"]));
 }
 
@@ -178,13 +184,7 @@ TEST_F(PacketCallback, parsingShowsPacketAndOffset)
     CFields::setParsePktFP4ESK(3, &recordGiven);
     CFields tree = sample();
     EXPECT_EQ(parsedTree(tree, "AAxyzwCC"), 0);
-    EXPECT_EQ(s_tSeen.m_iCalls, 1);
-    EXPECT_EQ(s_tSeen.m_usIndex, 7);
-    EXPECT_EQ(s_tSeen.m_ucOption, 2);
-    EXPECT_EQ(s_tSeen.m_strPacket, "AAxyzwCC");
-    EXPECT_EQ(s_tSeen.m_uiPacketLen, 8u);
-    EXPECT_EQ(s_tSeen.m_uiOffset, 2u);
-    EXPECT_TRUE(s_tSeen.m_bMemo);
+    expectSeen("AAxyzwCC", 8, 2);
     EXPECT_EQ(tree["b"], CFields("xyzw"));
     EXPECT_TRUE(isCallbackRecordZero(tree["b"]));
 }
@@ -194,9 +194,7 @@ TEST_F(PacketCallback, checkingShowsPacketAndOffset)
     CFields::setCheckPktFP4ESK(3, &recordGiven);
     CFields tree = sample();
     EXPECT_EQ(failedLeaves(tree, "AAxyzwCC"), 0u);
-    EXPECT_EQ(s_tSeen.m_strPacket, "AAxyzwCC");
-    EXPECT_EQ(s_tSeen.m_uiOffset, 2u);
-    EXPECT_TRUE(s_tSeen.m_bMemo);
+    expectSeen("AAxyzwCC", 8, 2);
     EXPECT_TRUE(isCallbackRecordZero(tree["b"]));
 }
 
@@ -232,7 +230,7 @@ TEST_F(PacketCallback, refusalSkipsTheItemWhileMaking)
     }
 }
 
-TEST_F(PacketCallback, refusalLeavesTheValueWhileParsingAndGoesOnBehind)
+TEST_F(PacketCallback, refusalLeavesTheValueWhileParsingAndGoesOnAfterIt)
 {
     CFields::setParsePktFP4ESK(3, &refuse);
     CFields tree = sample();

@@ -1,4 +1,4 @@
-// check_test.cpp - comparing a leaf's two values, and checking packets against the keywords of a tree.
+// tests/packet/check_test.cpp - comparing a leaf's two values, and checking packets against the keywords of a tree.
 
 #include "packet_helpers.h"
 

@@ -1,4 +1,4 @@
-// keyword_test.cpp - the internal keywords: their table, the time they fill in, setting all leaves of one.
+// tests/packet/keyword_test.cpp - the internal keywords: their table, the time they fill in, setting all leaves of one.
 
 #include "packet_helpers.h"
 

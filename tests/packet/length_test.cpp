@@ -1,4 +1,4 @@
-// length_test.cpp - the packet expression record and the lengths that follow from it.
+// tests/packet/length_test.cpp - the packet expression record and the lengths that follow from it.
 
 #include "packet_helpers.h"
 

@@ -1,4 +1,4 @@
-// make_test.cpp - the items of all kinds, byte for byte, and what a packet is made of.
+// tests/packet/make_test.cpp - the items of all kinds, byte for byte, and what a packet is made of.
 
 #include "packet_helpers.h"
 #include "packet_model.h"

@@ -1,4 +1,6 @@
-// packet_helpers.h - what the packet tests share: leaves from a few letters, exact heap blocks, messages without lines.
+// tests/packet/packet_helpers.h - what the packet tests share.
+//
+// Leaves from a few letters, exact heap blocks, messages without lines.
 #pragma once
 
 #include "support/thrown.h"

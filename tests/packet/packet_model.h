@@ -1,4 +1,4 @@
-// packet_model.h - packet items by the shortest road: what making is compared with.
+// tests/packet/packet_model.h - packet items by the shortest road: what making is compared with.
 //
 // Written from the rules alone, one kind after the other, with the standard library's own conversions.
 #pragma once

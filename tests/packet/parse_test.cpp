@@ -1,4 +1,4 @@
-// parse_test.cpp - values and results of parsing, for whole, short and hostile packets.
+// tests/packet/parse_test.cpp - values and results of parsing, for whole, short and hostile packets.
 
 #include "packet_helpers.h"
 #include "packet_model.h"
@@ -212,9 +212,9 @@ TEST(PacketParse, variableBinaryNumberIsCountedFromItsPrefix)
 {
     // Two value bytes: the first two bytes of the item, which are the prefix.
     EXPECT_EQ(outcome(pei4("BNV", 2), bytes4("\0\4\1\2")).m_tValue, CFields(4));
-    // Eight value bytes behind one of prefix: the prefix and the first seven.
+    // Eight value bytes after one of prefix: the prefix and the first seven.
     EXPECT_EQ(outcome(pei4("BNV", 1), bytes4("\x09\0\0\0\0\0\0\0\5")).m_tValue, CFields(0x0900000000000000LL));
-    // Nine value bytes: the eight that end nine bytes behind the start.
+    // Nine value bytes: the eight that end nine bytes after the start.
     EXPECT_EQ(outcome(pei4("BNV", 1), bytes4("\x0A\x3F\xF8\0\0\0\0\0\0xx")).m_tValue, CFields(1.5));
     EXPECT_EQ(outcome(pei4("BNV", 1), bytes4("\1")).m_tValue, CFields(0));
 }
@@ -401,7 +401,7 @@ TEST(PacketParse, sumOfShortagesIsClamped)
     EXPECT_EQ(parsedTree(tree, ""), INT_MIN);
 }
 
-TEST(PacketParse, leafWithoutLengthBehindAShortageEndsItsSum)
+TEST(PacketParse, leafWithoutLengthAfterAShortageEndsItsSum)
 {
     CFields tree = pairTree(pei4("ACF", 5), CFields::nullPktExp);
     EXPECT_EQ(parsedTree(tree, "abc"), 0);
@@ -431,7 +431,7 @@ TEST(PacketParse, walkStopsWhenAnItemIsShorterThanRecorded)
     CFields tree = pairTree(pei4("ACV", 2), pei4("ACF", 1));
     EXPECT_EQ(parsedTree(tree, "06abcd9"), 6);
     EXPECT_EQ(parsedTree(tree, "06abcd9"), 0);
-    // Recorded 6, now 4: more bytes remain than lie behind the recorded length.
+    // Recorded 6, now 4: more bytes remain than there are after the recorded length.
     EXPECT_EQ(parsedTree(tree, "04xy567"), 7);
     EXPECT_EQ(tree["a"], CFields("xy"));
     EXPECT_EQ(tree["b"], CFields("9"));

@@ -1,4 +1,4 @@
-// pei_record_test.cpp - the rules for packet expressions that come from outside.
+// tests/packet/pei_record_test.cpp - the rules for packet expressions that come from outside.
 
 #include "packet_helpers.h"
 

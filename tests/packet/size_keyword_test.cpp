@@ -1,4 +1,4 @@
-// size_keyword_test.cpp - items that tell the length of others: making, reading back, limits.
+// tests/packet/size_keyword_test.cpp - items that give the length of others: making, reading back, limits.
 
 #include "packet_helpers.h"
 
@@ -96,7 +96,7 @@ TEST(PacketSize, variableSizeItemGrowsWithItsNumber)
     EXPECT_EQ(binary.pkt_Make4Children(true), bytes4("\x09\0\0\0\0\0\0\0\2ab"));
 }
 
-TEST(PacketSize, waitingItemsBehindAGrownOneAreFound)
+TEST(PacketSize, waitingItemsAfterAGrownOneAreFound)
 {
     CFields tree(DT_fields);
     addSize(tree, "first", 1, pei4("ANV", 1));
@@ -375,7 +375,7 @@ TEST(PacketSize, manySizeItemsCostLinearTime)
     EXPECT_EQ(tree.pkt_Make4Children(true), expected);
 }
 
-/// The packet of many size items that grow: first all of them and then what they tell, or each before its own.
+/// The packet of many size items that grow: first all of them and then the items they size, or each before its own.
 std::string makeGrowing(unsigned int count, bool waiting)
 {
     CFields tree(DT_array);

@@ -1,7 +1,7 @@
 // tests/real/layouts_test.cpp - records of public formats, read and made by the layouts in examples/layouts.
 //
 // The records were made by other programs; what they must say comes from the control records, the listings and the
-// decoded values beside them. tests/data/layouts/README.md tells where they are from.
+// decoded values beside them. tests/data/layouts/README.md says where they come from.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

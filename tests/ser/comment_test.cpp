@@ -22,18 +22,18 @@ TEST(Comment, onTheLineOfTheRootTrailsIt)
     EXPECT_EQ(loaded("{\"a\"=1} /*x*/"), "{a=1}<1:/*x*/>");
 }
 
-TEST(Comment, onALaterLineThanTheRootGoesBehindIt)
+TEST(Comment, onALaterLineThanTheRootGoesAfterIt)
 {
     EXPECT_EQ(loaded("5\n// x\n// y\n"), "5<2:// x\\10// y>");
     EXPECT_EQ(loaded("[1]\n/* x */"), "[1]<2:/* x */>");
 }
 
-TEST(Comment, trailingAndBehindTheRootAreBothKept)
+TEST(Comment, trailingAndAfterTheRootAreBothKept)
 {
     EXPECT_EQ(loaded("5 // x\n// y"), "5<1:// x><2:// y>");
 }
 
-TEST(Comment, behindTextThatIsIgnoredIsNotRead)
+TEST(Comment, afterTextThatIsIgnoredIsNotRead)
 {
     EXPECT_EQ(loaded("5 6 // x"), "5");
 }
@@ -103,13 +103,13 @@ TEST(Comment, beforeANodeTakesThePlaceOfWhatTheTargetHad)
     EXPECT_EQ(load.result(), "x=3<0:/*a*/\\10/*b*/>");
 }
 
-TEST(Comment, behindTheRootIsNotDividedIntoLines)
+TEST(Comment, afterTheRootIsNotDividedIntoLines)
 {
     EXPECT_EQ(loaded("5\n/*x*/\n/*y*/ // z"), "5<2:/*x*//*y*/// z>");
     EXPECT_EQ(loaded("/*a*/ /*b*/ 5\n/*x*/ /*y*/"), "5<0:/*a*/\\10/*b*/><2:/*x*//*y*/>");
 }
 
-TEST(Comment, behindAMemberOnItsLineTrailsIt)
+TEST(Comment, afterAMemberOnItsLineTrailsIt)
 {
     EXPECT_EQ(loaded("{\"a\"=1 // c\n,\"b\"=2}"), "{a=1<1:// c>,b=2}");
     EXPECT_EQ(loaded("{\"a\"=1, // c\n\"b\"=2}"), "{a=1<1:// c>,b=2}");
@@ -120,20 +120,20 @@ TEST(Comment, behindAMemberOnItsLineTrailsIt)
     EXPECT_EQ(loaded("{\"a\"=[1] // c\n}"), "{a=[1]<1:// c>}");
 }
 
-TEST(Comment, behindAnElementOnItsLineTrailsIt)
+TEST(Comment, afterAnElementOnItsLineTrailsIt)
 {
     EXPECT_EQ(loaded("[1 // c\n,2, // d\n3 /*e*/]"), "[1<1:// c>,2<1:// d>,3<1:/*e*/>]");
     EXPECT_EQ(loaded("[true /*c*/,\"t\" /*d*/,null /*e*/,[] /*f*/]"),
               "[true<1:/*c*/>,\"t\"<1:/*d*/>,null<1:/*e*/>,[null]<1:/*f*/>]");
 }
 
-TEST(Comment, behindAMissingValueTrailsItsMember)
+TEST(Comment, afterAMissingValueTrailsItsMember)
 {
     EXPECT_EQ(loaded("{\"a\"= , // c\n\"b\"=2}"), "{a=null<1:// c>,b=2}");
     EXPECT_EQ(loaded("{\"a\"= // c\n,\"b\"=2}"), "{a=null<0:// c>,b=2}");
 }
 
-TEST(Comment, behindAFirstMemberWithoutNameIsFoundAfterLookingAhead)
+TEST(Comment, afterAFirstMemberWithoutNameIsFoundAfterLookingAhead)
 {
     EXPECT_EQ(loaded("{1 // x\n}"), "{1<1:// x>}");
     EXPECT_EQ(loaded("{\"t\" // x\n,2}"), "{\"t\"<1:// x>,2}");
@@ -154,7 +154,7 @@ TEST(Comment, aBlockOfSeveralLinesDoesNotTrail)
     EXPECT_EQ(loaded("5 /*c\n*/"), "5<2:/*c\\10*/>");
 }
 
-TEST(Comment, behindABlockOfSeveralLinesItIsANewLine)
+TEST(Comment, afterABlockOfSeveralLinesItIsANewLine)
 {
     EXPECT_EQ(loaded("5 /*c\n*/ /*d*/"), "5<2:/*c\\10*//*d*/>");
     EXPECT_EQ(loaded("[1 /*c\n*/ // d\n,2]"), "[1,2<0:/*c\\10*/\\10// d>]");
@@ -258,7 +258,7 @@ TEST(Comment, findsItsValueWhereverThatWasMovedTo)
     }
 }
 
-// Its text would end there, and a comment without its end would swallow what a saver writes behind it.
+// Its text would end there, and a comment without its end would swallow what a saver writes after it.
 TEST(Comment, hasBlanksForBytesOfZero)
 {
     EXPECT_EQ(loaded("/*a\0b\0*/5 // c\0"sv), "5<0:/*a b */><1:// c >");

@@ -94,7 +94,7 @@ TEST(Duplicate, aMemberReadAgainKeepsItsIdAndPlace)
     EXPECT_EQ(loaded("{#1 \"a\"=1,\"b\"=2,\"a\"=3,#9 \"a\"=4}"), "{#1 a=4,b=2}");
 }
 
-TEST(Duplicate, aCommentBehindGoesToTheMemberReadAgain)
+TEST(Duplicate, aCommentAfterItGoesToTheMemberReadAgain)
 {
     EXPECT_EQ(loaded("{\"a\"=1,\n\"b\"=2,\n\"a\"=3 // c\n}"), "{a=3<1:// c>,b=2}");
     EXPECT_EQ(loaded("{\"a\"={\"x\"=1},\n\"b\"=2,\n\"a\"={\"y\"=3} // c\n,\"d\"=4}"), "{a={y=3}<1:// c>,b=2,d=4}");

@@ -87,19 +87,19 @@ TEST(Error, commentsInWhatIsSkippedAreKept)
     EXPECT_EQ(show(tLoad("[1, @ /*of the number*/ ]").m_tTree), "[]");
 }
 
-TEST(Error, commentsBehindARootWithoutValueFollowTheDocument)
+TEST(Error, commentsAfterARootWithoutValueFollowTheDocument)
 {
     EXPECT_EQ(show(tLoad("\"n\" = @ // x").m_tTree), "n=null<2:// x>");
     EXPECT_EQ(show(tLoad("#0 // z\n// y").m_tTree), "null<2:// z\\10// y>");
     EXPECT_EQ(show(tLoad("(ACV2+129) /*f*/ /*g*/ false").m_tTree), "null<2:/*f*//*g*/>");
 }
 
-TEST(Error, commentsBehindARootOfBadEscapesTrailIt)
+TEST(Error, commentsAfterARootOfBadEscapesTrailIt)
 {
     EXPECT_EQ(show(tLoad("\"\\q\" // z").m_tTree), "null<1:// z>");
 }
 
-TEST(Error, commentsBehindAFailedContainerTrailIt)
+TEST(Error, commentsAfterAFailedContainerTrailIt)
 {
     EXPECT_EQ(show(tLoad("{1 /*q*/ \"x\" // z").m_tTree), "{}<1:// z>");
 }

@@ -70,7 +70,7 @@ TEST(Grammar, membersAreSeparatedByCommas)
     EXPECT_EQ(loaded("{1"), errorAt(1, 3, s_cpNoFieldsEnd));
 }
 
-TEST(Grammar, behindACommentAMissingCommaIsNamedAlone)
+TEST(Grammar, afterACommentAMissingCommaIsNamedAlone)
 {
     EXPECT_EQ(loaded("{\"a\"=1 /*c*/ \"b\"=2}"), errorAt(1, 14, s_cpNoComma));
     EXPECT_EQ(loaded("{\"a\"=1 // c\n"), errorAt(2, 1, s_cpNoComma));
@@ -102,7 +102,7 @@ TEST(Grammar, anElementHasNoName)
     EXPECT_EQ(loaded("[\"a\"=1]"), errorAt(1, 5, s_cpNoArrayEnd));
 }
 
-TEST(Grammar, textBehindTheRootIsIgnored)
+TEST(Grammar, textAfterTheRootIsIgnored)
 {
     EXPECT_EQ(loaded("[1]]]"), "[1]");
     EXPECT_EQ(loaded("{\"a\"=1} {"), "{a=1}");

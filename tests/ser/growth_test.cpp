@@ -41,7 +41,7 @@ void expectLinear(unsigned int count, const tMake& make, bool good = true)
 {
     const double small = seconds4Load(make(count), good);
     const double large = seconds4Load(make(count * s_cuiFactor), good);
-    const double least = 0.0005;  // what the clock cannot tell apart
+    const double least = 0.0005;  // the clock is not finer
     EXPECT_LT(large, std::max(small, least) * s_cdBound) << small << " s and " << large << " s";
 }
 
@@ -156,7 +156,7 @@ TEST(GrowthOfLoad, repeatedIdsOfContainers)
 {
     expectLinear(2000,
                  [](unsigned int n) { return joined(2 * n, [n](unsigned int i) { return id(i % n) + "{\"x\"=1}"; }); });
-    // With IDs inside, which go and come again, and others behind them.
+    // With IDs inside, which go and come again, and others after them.
     expectLinear(1500, [](unsigned int n) {
         return joined(3 * n, [n](unsigned int i) { return id(i % n) + "{" + id(n + i % n) + "1}"; });
     });

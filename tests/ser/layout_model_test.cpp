@@ -1,4 +1,4 @@
-// Tests of the text savers against the plain models, on random trees.
+// tests/ser/layout_model_test.cpp - the text savers against the plain models, on random trees.
 //
 // The trees are full of what decides about line breaks and blanks: missing names, empty values, comments of all
 // positions and endings, packet expressions, second values, and containers of every size around the limits.

@@ -29,7 +29,7 @@ TEST(Lexer, wordsMindCase)
     EXPECT_EQ(loaded("[NULL]"), errorAt(1, 2, s_cpNoValue));
 }
 
-TEST(Lexer, aWordNeedsNoBoundaryBehindIt)
+TEST(Lexer, aWordNeedsNoBoundaryAfterIt)
 {
     EXPECT_EQ(loaded("[truex]"), errorAt(1, 6, s_cpNoArrayEnd));
     EXPECT_EQ(loaded("[nulll]"), errorAt(1, 6, s_cpNoArrayEnd));
@@ -86,7 +86,7 @@ TEST(Lexer, anUnclosedStringIsAnErrorAtItsQuote)
     EXPECT_EQ(loaded("[\""), errorAt(1, 2, s_cpNoValue));
 }
 
-TEST(Lexer, aBackslashTakesTheByteBehindItWithIt)
+TEST(Lexer, aBackslashTakesTheByteAfterItWithIt)
 {
     EXPECT_EQ(loaded("\"\\\\\""), "\"\\\"");
     EXPECT_EQ(loaded("[\"\\\\\",\"\\\"\",\"\\\\\\\"\"]"), "[\"\\\",\"\"\",\"\\\"\"]");

@@ -48,7 +48,7 @@ inline std::string showValue(const CFields& node, E_ValueKind vk = VK_actual)
     }
 }
 
-/// `#7 name=value`, containers in their brackets; doubles end in d, unsigned numbers in u; comments stand behind the
+/// `#7 name=value`, containers in their brackets; doubles end in d, unsigned numbers in u; comments stand after the
 /// value as <0:before> <1:trailing> <2:after>; a second value that is in use as |value.
 inline std::string show(const CFields& node)
 {

@@ -44,6 +44,28 @@ bool loadFailing(CLoader4SER& loader, CFields& tree, const std::string& text, lo
     return fail.hasFailed();
 }
 
+/// Loads the text again and again, with each allocation failing in turn, each time with a loader and a tree of its own
+/// that `check(loader, tree, more, done)` then looks at. Nothing may leak. \return how many loads it took.
+template <typename tCheck>
+long loadWithEachFailing(const std::string& text, const tCheck& check)
+{
+    long failAt = 0;
+    for (bool more = true; more && !testing::Test::HasFatalFailure();)
+    {
+        const testing::ScopedTrace trace(__FILE__, __LINE__, ++failAt);
+        const long before = CFailingMalloc::liveBlocks();
+        {
+            CLoader4SER loader;
+            CFields tree;
+            bool done = false;
+            more = loadFailing(loader, tree, text, failAt, done);
+            check(loader, tree, more, done);
+        }
+        EXPECT_EQ(CFailingMalloc::liveBlocks(), before);
+    }
+    return failAt;
+}
+
 }  // namespace
 
 TEST(LoadMemory, everyAllocationMayFail)
@@ -53,27 +75,17 @@ TEST(LoadMemory, everyAllocationMayFail)
     const std::string text = document();
     const std::string expected = loaded(text);
     ASSERT_EQ(expected.substr(0, 14), "#5 root={a=[\"e");
-    long failAt = 1;
-    for (bool more = true; more; ++failAt)
-    {
-        const long before = CFailingMalloc::liveBlocks();
-        {
-            CLoader4SER loader;
-            CFields tree;
-            bool done = false;
-            more = loadFailing(loader, tree, text, failAt, done);
-            ASSERT_TRUE(more || done);
-            ASSERT_TRUE(done || tree.getChildCount() == 0) << failAt;
-            ASSERT_TRUE(loader.loading(text, tree)) << failAt << " " << loader.getLastErrMsg();
-            ASSERT_EQ(show(tree), expected) << failAt;
-        }
-        ASSERT_EQ(CFailingMalloc::liveBlocks(), before) << failAt;
-    }
-    EXPECT_GT(failAt, CFailingMalloc::isMallocReached() ? 50 : 20);
+    const long loads = loadWithEachFailing(text, [&](CLoader4SER& loader, CFields& tree, bool more, bool done) {
+        ASSERT_TRUE(more || done);
+        ASSERT_TRUE(done || tree.getChildCount() == 0);
+        ASSERT_TRUE(loader.loading(text, tree)) << loader.getLastErrMsg();
+        ASSERT_EQ(show(tree), expected);
+    });
+    EXPECT_GE(loads, CFailingMalloc::isMallocReached() ? 50 : 20);
 }
 
-// What is left over goes on behind the "=", where the comment stands.
-TEST(LoadMemory, nameWithoutMemoryEndsTheLoadBehindItsAssign)
+// The rest of the document is read on from after the "=", where the comment is.
+TEST(LoadMemory, nameWithoutMemoryEndsTheLoadAfterItsAssign)
 {
     if (!CFailingMalloc::isMallocReached())
         GTEST_SKIP() << "NOT TESTED: another allocator is in the way";
@@ -104,19 +116,9 @@ TEST(LoadMemory, everyAllocationOfAFailingLoadMayFail)
     text.insert(text.size() - 20, "@");
     const std::string expected = loaded(text);
     ASSERT_EQ(expected.substr(0, 7), "* Line ");
-    long failAt = 1;
-    for (bool more = true; more; ++failAt)
-    {
-        const long before = CFailingMalloc::liveBlocks();
-        {
-            CLoader4SER loader;
-            CFields tree;
-            bool done = false;
-            more = loadFailing(loader, tree, text, failAt, done);
-            ASSERT_FALSE(done);
-            ASSERT_FALSE(loader.loading(text, tree));
-            ASSERT_EQ(loader.getLastErrMsg(), expected);
-        }
-        ASSERT_EQ(CFailingMalloc::liveBlocks(), before) << failAt;
-    }
+    loadWithEachFailing(text, [&](CLoader4SER& loader, CFields& tree, bool, bool done) {
+        ASSERT_FALSE(done);
+        ASSERT_FALSE(loader.loading(text, tree));
+        ASSERT_EQ(loader.getLastErrMsg(), expected);
+    });
 }

@@ -135,12 +135,13 @@ std::string mend(CFields& node, const std::string& path)
 void expectRefusal(const CFields& tree, const std::string& path)
 {
     constexpr std::size_t longest = 300;
-    constexpr std::size_t told = 130;
+    constexpr std::size_t shown = 130;
     for (int way = 0; way < WAY_binary; ++way)
     {
         const tSaving saving = save(tree, way);
         ASSERT_EQ(saving.m_strBytes, "") << way;
-        const std::string wanted = "] " + (path.size() > longest ? path.substr(0, told) : path + ": text cannot hold ");
+        const std::string wanted =
+            "] " + (path.size() > longest ? path.substr(0, shown) : path + ": text cannot hold ");
         ASSERT_NE(saving.m_strError.find(wanted), std::string::npos) << saving.m_strError << " / " << wanted;
     }
 }

@@ -11,7 +11,7 @@ using namespace murv::tests;
 
 namespace
 {
-/// As the root, as an element, as a member and as a value behind a packet expression.
+/// As the root, as an element, as a member and as a value after a packet expression.
 std::string everywhere(std::string_view number)
 {
     const std::string text(number);

@@ -49,7 +49,7 @@ TEST(Offset, ofAMissingValueIsTheByteBeforeItsEnd)
     EXPECT_EQ(offsets4Text(" ,"), "0..1");
 }
 
-TEST(Offset, ofAValueBehindAPacketExpressionIsTheValues)
+TEST(Offset, ofAValueAfterAPacketExpressionIsTheValues)
 {
     EXPECT_EQ(offsets4Text("[(ACF4) 12]"), "0..11 8..10");
     EXPECT_EQ(offsets4Text("{\"a\"=(ACF4) \"t\"}"), "0..16 12..15");

@@ -149,7 +149,7 @@ TEST(PacketExpressionText, isOfOneValueOnly)
     EXPECT_EQ(+load.m_tTree.getChildAt(3).pkt_GetExp().m_uiLength, 6u);
 }
 
-TEST(PacketExpressionText, behindAScalarHasNoMember)
+TEST(PacketExpressionText, afterAScalarHasNoMember)
 {
     const char* const noMember = "Add a field for this syntax";
     EXPECT_EQ(loaded("[1 (ACF4)]"), errorAt(1, 4, noMember));
@@ -159,7 +159,7 @@ TEST(PacketExpressionText, behindAScalarHasNoMember)
     EXPECT_EQ(loaded("{\"a\" (ACF4) = 1}"), errorAt(1, 6, noMember));
 }
 
-TEST(PacketExpressionText, behindAContainerIsNoSeparator)
+TEST(PacketExpressionText, afterAContainerIsNoSeparator)
 {
     EXPECT_EQ(loaded("[[1] (ACF4)]"), errorAt(1, 6, s_cpNoArrayEnd));
     EXPECT_EQ(loaded("{\"a\"={1} (ACF4)}"), errorAt(1, 10, s_cpNoFieldsEnd));

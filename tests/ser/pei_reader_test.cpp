@@ -1,4 +1,4 @@
-// pei_reader_test.cpp - packet expressions from text: every field, every refusal.
+// tests/ser/pei_reader_test.cpp - packet expressions from text: every field, every refusal.
 
 #include "ser/pei_reader.h"
 

@@ -1,4 +1,4 @@
-// pei_writer_test.cpp - packet expressions as text, and that the reader understands them.
+// tests/ser/pei_writer_test.cpp - packet expressions as text, and that the reader understands them.
 
 #include "murv/saver.h"
 #include "ser/pei_reader.h"

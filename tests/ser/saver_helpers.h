@@ -31,6 +31,15 @@ inline CFields arrayOf(unsigned int count, int number)
     return array;
 }
 
+/// The 256 bytes in order.
+inline std::string everyByte()
+{
+    std::string bytes;
+    for (int i = 0; i < 256; ++i)
+        bytes += static_cast<char>(i);
+    return bytes;
+}
+
 /// Appends a member to a field set and gives it a value.
 inline CFields& add(CFields& set, std::string_view name, const CFields& value, unsigned int id = 0)
 {

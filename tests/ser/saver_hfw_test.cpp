@@ -1,4 +1,4 @@
-// Tests of the human-friendly text as a string.
+// tests/ser/saver_hfw_test.cpp - the human-friendly text as a string.
 //
 // Texts are exact. Trees are made by the interface, so nothing here leans on a loader.
 #include <gtest/gtest.h>
@@ -28,6 +28,15 @@ CFields fieldsOf(std::string_view name, const CFields& value, unsigned int id = 
 std::string oneLine(const CFields& tree)
 {
     return text4String(tree, SAVE_ALL, s_cuiOneLine);
+}
+
+/// Two members with comments on their lines.
+std::string text4Trailing(const char* first, const char* second)
+{
+    CFields tree(DT_fields);
+    add(tree, "a", 1).setComment(first, CP_trailing);
+    add(tree, "b", 2).setComment(second, CP_trailing);
+    return text4String(tree);
 }
 
 TEST(SaverHfw, writesOneMemberALine)
@@ -119,9 +128,7 @@ TEST(SaverHfw, quotesNamesWithTheirEscapes)
 
 TEST(SaverHfw, writesEveryByteOfAString)
 {
-    std::string bytes;
-    for (int i = 0; i < 256; ++i)
-        bytes += static_cast<char>(i);
+    const std::string bytes = everyByte();
     EXPECT_EQ(text4String(CFields(bytes)), ToQuotedEscapeString(bytes));
     const std::string large(100000, '\n');
     EXPECT_EQ(text4String(CFields(large)), ToQuotedEscapeString(large));
@@ -213,7 +220,7 @@ TEST(SaverHfw, writesNoTextForEmptyElementsOfAOneLineArray)
     EXPECT_EQ(text4String(arrayOf({CFields()}), 63, 11), "[ null ]");
 }
 
-TEST(SaverHfw, aOneLineArrayStandsBehindNameOrIdWithoutBlank)
+TEST(SaverHfw, aOneLineArrayStandsAfterNameOrIdWithoutBlank)
 {
     EXPECT_EQ(oneLine(fieldsOf("f", arrayOf({1}))), "{\n  \"f\" =[ 1 ]\n}");
     EXPECT_EQ(oneLine(fieldsOf("", arrayOf({1}), 4)), "{\n  #4 [ 1 ]\n}");
@@ -240,7 +247,7 @@ TEST(SaverHfw, measuredElementsEndWithALineFeedOfTheirOwn)
     EXPECT_EQ(text4String(array), "[\n  1\n// after\n]");
 }
 
-TEST(SaverHfw, measuredElementsHaveTheBlankBehindAPacketExpressionOnly)
+TEST(SaverHfw, measuredElementsHaveTheBlankAfterAPacketExpressionOnly)
 {
     const CFields array = arrayOf({withItem(1, itemOf(4)), commented(withItem("", itemOf(4)), "// c", CP_trailing)});
     EXPECT_EQ(oneLine(array), "[\n  (ACF4) 1,\n  (ACF4)  // c\n]");
@@ -313,10 +320,7 @@ TEST(SaverHfw, elementsForgetWhatWasWrittenBefore)
 
 TEST(SaverHfw, aCommentOnTheLineFollowsTheComma)
 {
-    CFields tree(DT_fields);
-    add(tree, "a", 1).setComment("// note", CP_trailing);
-    add(tree, "b", 2).setComment("// last", CP_trailing);
-    EXPECT_EQ(text4String(tree), "{\n  \"a\" = 1, // note\n  \"b\" = 2 // last\n}");
+    EXPECT_EQ(text4Trailing("// note", "// last"), "{\n  \"a\" = 1, // note\n  \"b\" = 2 // last\n}");
 }
 
 TEST(SaverHfw, commentsBeforeAreIndentedWhereALineBeginsWithASlash)
@@ -348,10 +352,7 @@ TEST(SaverHfw, theRootsCommentsStandAroundIt)
 
 TEST(SaverHfw, aCommentThatEndsInABlankIsFollowedByItsLineBreak)
 {
-    CFields tree(DT_fields);
-    add(tree, "a", 1).setComment("// note ", CP_trailing);
-    add(tree, "b", 2).setComment("// note ", CP_trailing);
-    EXPECT_EQ(text4String(tree), "{\n  \"a\" = 1, // note \n  \"b\" = 2 // note \n}");
+    EXPECT_EQ(text4Trailing("// note ", "// note "), "{\n  \"a\" = 1, // note \n  \"b\" = 2 // note \n}");
 }
 
 TEST(SaverHfw, aCommentThatEndsInALineFeedNeedsNoOther)

@@ -1,4 +1,4 @@
-// Tests of text savers that run out of memory: they throw, leak nothing and can be used again.
+// tests/ser/saver_memory_test.cpp - text savers that run out of memory: they throw, leak nothing and can be used again.
 #include <gtest/gtest.h>
 
 #include <new>

@@ -1,4 +1,4 @@
-// Tests of the text on one line.
+// tests/ser/saver_pkt_test.cpp - the text on one line.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -19,7 +19,7 @@ TEST(SaverPkt, writesOneLine)
     EXPECT_EQ(text4Packet(sampleTree(), 63, 13), "{\"a\"=1,\"flags\"=[1,2,3],#7\"sub\"={\"x\"=5}}\n");
 }
 
-TEST(SaverPkt, putsABlankBehindEqualSignsForYaml)
+TEST(SaverPkt, putsABlankAfterEqualSignsForYaml)
 {
     CSaver4SER_PKT saver;
     saver.setSCBC(13);
@@ -97,9 +97,7 @@ TEST(SaverPkt, writesNamesAndIdsOfElementsNever)
 
 TEST(SaverPkt, writesEveryByteOfAString)
 {
-    std::string bytes;
-    for (int i = 0; i < 256; ++i)
-        bytes += static_cast<char>(i);
+    const std::string bytes = everyByte();
     EXPECT_EQ(text4Packet(CFields(bytes)), ToQuotedEscapeString(bytes));
 }
 

@@ -1,4 +1,6 @@
-// Tests of the human-friendly text for streams: the bytes of the string saver, whatever the stream is set to.
+// tests/ser/saver_stream_test.cpp - the human-friendly text for streams.
+//
+// The bytes are those of the string saver, whatever the stream is set to.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,4 +1,6 @@
-// Tests of the value writer behind all text savers: one scalar with packet expression, blanks and second value.
+// tests/ser/value_writer_test.cpp - the value writer that all text savers share.
+//
+// It writes one scalar with packet expression, blanks and second value.
 #include <gtest/gtest.h>
 
 #include <limits>

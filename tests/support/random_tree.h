@@ -1,6 +1,6 @@
 // tests/support/random_tree.h - random trees with everything in them that text can hold.
 //
-// What text cannot hold is left out here or named in the expectation: a comment behind a node that is not the root
+// What text cannot hold is left out here or named in the expectation: a comment after a node that is not the root
 // moves to the next node, and a value that is written as nothing has no line that a trailing comment could share.
 #pragma once
 
@@ -170,7 +170,7 @@ private:
     std::mt19937 m_tRandom;
 };
 
-/// The slot as text gives it back: whole numbers get the type that their digits tell, NaN and nothing become null.
+/// The slot as text gives it back: whole numbers get the type that their digits give, NaN and nothing become null.
 inline void setAsRead(CFields& to, const CFields& from, E_ValueKind vk)
 {
     const E_DataType type = from.getDT(vk);

@@ -135,7 +135,7 @@ std::vector<char*> pointers(std::vector<std::string>& texts)
     return list;
 }
 
-/// What the sanitizers are told must reach the program, too.
+/// The options of the sanitizers must reach the program, too.
 void addInherited(std::vector<std::string>& environment)
 {
     for (const char* name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "PATH"})

@@ -1,4 +1,4 @@
-// tests/support/subprocess.h - runs a program as a user's shell would, and tells all that can be seen of it.
+// tests/support/subprocess.h - runs a program as a user's shell would, and returns all that can be seen of it.
 #pragma once
 
 #include <string>

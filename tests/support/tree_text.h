@@ -1,6 +1,6 @@
 // tests/support/tree_text.h - everything a tree holds, as text.
 //
-// Written without the library's savers, and without recursion, so that it can tell what they or a copy left out.
+// Written without the library's savers, and without recursion, so that it shows what they or a copy left out.
 #pragma once
 
 #include <cstring>

@@ -30,6 +30,15 @@ constexpr const char* s_cpPretty =
     "  },\n"
     "  \"list\" = [1, 2, 3]\n"
     "} // end\n";
+
+/// What is said about a document that is refused: nothing is written, and the exit code is 3.
+std::string refusal(const std::string& document)
+{
+    const tRun run = murvOn(document, {"fmt", "-"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strOutput, "");
+    return run.m_strError;
+}
 }  // namespace
 
 TEST(Fmt, checkGivesALineOfJsonForEachFileThatDiffers)
@@ -156,24 +165,18 @@ TEST(Fmt, unicodeEscapesFollowTheOption)
 TEST(Fmt, numbersAsNamesNeedTheOption)
 {
     EXPECT_EQ(fmt("{1=2}", {"--number-names"}), "{\n  \"1\" = 2\n}\n");
-    const tRun run = murvOn("{1=2}", {"fmt", "-"});
-    EXPECT_EQ(run.m_iExit, 3);
-    EXPECT_EQ(run.m_strError, "<stdin>:1:2: error: Missing '}' or field member name\n{1=2}\n ^\n");
+    EXPECT_EQ(refusal("{1=2}"), "<stdin>:1:2: error: Missing '}' or field member name\n{1=2}\n ^\n");
 }
 
 TEST(Fmt, refusesToLoseTextAfterTheDocument)
 {
-    const tRun run = murvOn("{\"a\"=1} // fine\n\"more\"\n", {"fmt", "-"});
-    EXPECT_EQ(run.m_iExit, 3);
-    EXPECT_EQ(run.m_strOutput, "");
-    EXPECT_EQ(run.m_strError, "<stdin>:2:1: error: text after the document would be lost\n\"more\"\n^\n");
+    EXPECT_EQ(refusal("{\"a\"=1} // fine\n\"more\"\n"),
+              "<stdin>:2:1: error: text after the document would be lost\n\"more\"\n^\n");
 }
 
 TEST(Fmt, refusesToLoseAComment)
 {
-    const tRun run = murvOn("[ 1, /* first */ // second\n 2 ]", {"fmt", "-"});
-    EXPECT_EQ(run.m_iExit, 3);
-    EXPECT_EQ(run.m_strError,
+    EXPECT_EQ(refusal("[ 1, /* first */ // second\n 2 ]"),
               "<stdin>:1:6: error: this comment would be lost: a value keeps one comment on its line\n"
               "[ 1, /* first */ // second\n"
               "     ^~~~~~~~~~~\n");
@@ -181,9 +184,7 @@ TEST(Fmt, refusesToLoseAComment)
 
 TEST(Fmt, refusesToLoseARemark)
 {
-    const tRun run = murvOn("{\"a\"=(ANF4 cents) 1}", {"fmt", "-"});
-    EXPECT_EQ(run.m_iExit, 3);
-    EXPECT_EQ(run.m_strError,
+    EXPECT_EQ(refusal("{\"a\"=(ANF4 cents) 1}"),
               "<stdin>:1:12: error: this remark in a packet expression would be lost\n"
               "{\"a\"=(ANF4 cents) 1}\n"
               "           ^~~~~\n");
@@ -191,9 +192,7 @@ TEST(Fmt, refusesToLoseARemark)
 
 TEST(Fmt, refusesToLoseThePacketExpressionOfAContainer)
 {
-    const tRun run = murvOn("[(ACF4) [1]]", {"fmt", "-"});
-    EXPECT_EQ(run.m_iExit, 3);
-    EXPECT_EQ(run.m_strError,
+    EXPECT_EQ(refusal("[(ACF4) [1]]"),
               "<stdin>:1:9: error: the packet expression of this container would be lost\n"
               "[(ACF4) [1]]\n"
               "        ^\n");

@@ -15,6 +15,16 @@ void writeSparse(const CTemporaryDirectory& files, const std::string& name, std:
 {
     std::filesystem::resize_file(files.write(name, "[1]"), size);
 }
+
+/// What is said by a call that cannot write its output, and must have the exit code 5 then.
+std::string outputFailure(const std::vector<std::string>& call, const tSurroundings& around)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", "[1, 2]");
+    const tRun run = murv(files, call, around);
+    EXPECT_EQ(run.m_iExit, 5) << call.front();
+    return run.m_strError;
+}
 }  // namespace
 
 TEST(InputOutput, missingFileIsAnInputFailure)
@@ -73,41 +83,29 @@ TEST(InputOutput, pipesAndDevicesAreReadToTheirEnd)
 
 TEST(InputOutput, fullDiskIsAnOutputFailure)
 {
-    const CTemporaryDirectory files;
-    files.write("a.murv", "[1, 2]");
     tSurroundings around;
     around.m_strOutputFile = "/dev/full";
     const std::vector<std::vector<std::string>> calls = {
         {"fmt", "a.murv"}, {"check", "a.murv"}, {"get", "a.murv", "[0]"}, {"stat", "a.murv"}, {"--help"}, {"--version"},
         {"help"}};
     for (const std::vector<std::string>& call : calls)
-    {
-        const tRun run = murv(files, call, around);
-        EXPECT_EQ(run.m_iExit, 5) << call.front();
-        EXPECT_EQ(run.m_strError, "murv: error: cannot write to the standard output: No space left on device\n");
-    }
+        EXPECT_EQ(outputFailure(call, around),
+                  "murv: error: cannot write to the standard output: No space left on device\n");
 }
 
 TEST(InputOutput, readerThatWentAwayIsNoNews)
 {
-    const CTemporaryDirectory files;
-    files.write("a.murv", "[1, 2]");
     tSurroundings around;
     around.m_bReaderGone = true;
-    const tRun run = murv(files, {"fmt", "a.murv"}, around);
-    EXPECT_EQ(run.m_iExit, 5);
-    EXPECT_EQ(run.m_strError, "");
+    EXPECT_EQ(outputFailure({"fmt", "a.murv"}, around), "");
 }
 
 TEST(InputOutput, closedOutputIsAnOutputFailure)
 {
-    const CTemporaryDirectory files;
-    files.write("a.murv", "[1, 2]");
     tSurroundings around;
     around.m_bClosedOutput = true;
-    const tRun run = murv(files, {"fmt", "a.murv"}, around);
-    EXPECT_EQ(run.m_iExit, 5);
-    EXPECT_EQ(run.m_strError, "murv: error: cannot write to the standard output: Bad file descriptor\n");
+    EXPECT_EQ(outputFailure({"fmt", "a.murv"}, around),
+              "murv: error: cannot write to the standard output: Bad file descriptor\n");
 }
 
 TEST(InputOutput, closedStreamsAreNotTakenForFiles)

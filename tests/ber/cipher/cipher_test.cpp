@@ -1,4 +1,4 @@
-// cipher_test.cpp - the dispatch by cipher number: names, keys, failures, and memory that cannot be had.
+// tests/ber/cipher/cipher_test.cpp - the dispatch by cipher number: names, keys, failures, and no memory.
 //
 // What the ciphers do is tested where they are; here it counts that the right one is called with the right things.
 

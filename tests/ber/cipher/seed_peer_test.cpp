@@ -1,4 +1,4 @@
-// seed_peer_test.cpp - SEED against OpenSSL's on random keys and blocks.
+// tests/ber/cipher/seed_peer_test.cpp - SEED against OpenSSL's on random keys and blocks.
 //
 // The published examples are four; ten thousand random ones reach every entry of every table. OpenSSL 3 keeps SEED in
 // its legacy provider, a module of its own, so the comparison is skipped where that is not installed.

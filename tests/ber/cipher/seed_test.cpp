@@ -1,4 +1,6 @@
-// seed_test.cpp - the SEED cipher: published examples, self test, key rules, block rules, and wide against portable.
+// tests/ber/cipher/seed_test.cpp - the SEED cipher: published examples, self test, key rules, block rules.
+//
+// Wide and portable code are compared.
 //
 // Inputs lie in blocks of exactly their size, so that the sanitizer sees a byte read or written too many.
 
@@ -21,6 +23,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/ber/cipher/random_bytes.h"
 #include "tests/support/processor.h"
 
 namespace
@@ -29,23 +32,12 @@ namespace
 using namespace murv;
 using namespace murv::tests;
 
-using tBytes = std::vector<unsigned char>;
-
 struct tSchedule
 {
     std::uint32_t m_aui[detail::s_cuiSeedSchedule] = {};
 
     bool operator==(const tSchedule&) const = default;
 };
-
-tBytes randomBytes(std::size_t length, unsigned int seed)
-{
-    std::mt19937 random(seed);
-    tBytes bytes(length);
-    for (unsigned char& byte : bytes)
-        byte = static_cast<unsigned char>(random());
-    return bytes;
-}
 
 tSchedule schedule4(const tBytes& password)
 {

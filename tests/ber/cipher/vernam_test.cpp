@@ -1,5 +1,6 @@
-// vernam_test.cpp - the keyless text encoding: alphabet, layout, stop rules, edges, and every kernel against each
-// other.
+// tests/ber/cipher/vernam_test.cpp - the keyless text encoding: alphabet, layout, stop rules, edges.
+//
+// Every kernel is compared with each other.
 //
 // Inputs lie in blocks of exactly their size, so that the sanitizer sees a byte read or written too many.
 
@@ -17,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/ber/cipher/random_bytes.h"
 #include "tests/support/processor.h"
 
 namespace
@@ -25,20 +27,9 @@ namespace
 using namespace murv;
 using namespace murv::tests;
 
-using tBytes = std::vector<unsigned char>;
-
 tBytes bytes4(const std::string& text)
 {
     return tBytes(text.begin(), text.end());
-}
-
-tBytes randomBytes(std::size_t length, unsigned int seed)
-{
-    std::mt19937 random(seed);
-    tBytes bytes(length);
-    for (unsigned char& byte : bytes)
-        byte = static_cast<unsigned char>(random());
-    return bytes;
 }
 
 std::string encoded(const tBytes& plain)
@@ -261,7 +252,7 @@ TEST(Vernam, symbolThatStandsAloneGivesNothing)
     EXPECT_EQ(decoded("CbPUC"), (tBytes{0x12, 0x34, 0x56}));
 }
 
-TEST(Vernam, textBehindThePadIsIgnored)
+TEST(Vernam, textAfterThePadIsIgnored)
 {
     EXPECT_EQ(decoded("C_--CbPU"), (tBytes{0x12}));
     EXPECT_EQ(decoded("C_-PU"), (tBytes{0x12}));
@@ -275,7 +266,7 @@ TEST(Vernam, textThatBeginsWithAPadOrForeignByteFails)
     EXPECT_EQ(decoded("----"), tBytes());
 }
 
-TEST(Vernam, decodedBufferIsZeroBehindTheBytes)
+TEST(Vernam, decodedBufferIsZeroAfterTheBytes)
 {
     const std::string text = encoded(randomBytes(90, 3)) + "-" + std::string(60, 'a');
     unsigned char* out = nullptr;

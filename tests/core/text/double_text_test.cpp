@@ -1,4 +1,4 @@
-// Tests of doubles as text of 17 significant digits.
+// tests/core/text/double_text_test.cpp - doubles as text of 17 significant digits.
 //
 // The reference is printf's "%.17g" in the "C" locale, which the C library computes exactly.
 #include "core/text/double_text.h"
@@ -55,7 +55,7 @@ std::size_t digitCount(const std::string& text)
     return first == std::string::npos ? 0 : digits.find_last_not_of('0') - first + 1;
 }
 
-/// Judged by the C library: the text gives the same bits, is told from a whole number, and the nearest number of one
+/// Judged by the C library: the text gives the same bits, is not that of a whole number, and the nearest number of one
 /// digit less is another double.
 testing::AssertionResult isShortest(double value)
 {

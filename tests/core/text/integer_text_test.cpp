@@ -1,4 +1,4 @@
-// Tests of integers as decimal text.
+// tests/core/text/integer_text_test.cpp - integers as decimal text.
 //
 // Digit counts change at powers of ten, so both sides of each are looked at.
 #include "core/text/integer_text.h"

@@ -1,4 +1,4 @@
-// Tests of decimal text as a typed number.
+// tests/core/text/number_scan_test.cpp - decimal text as a typed number.
 //
 // Integers are given by their limits; doubles are compared with the C library's strtod, which rounds exactly.
 #include "core/text/number_scan.h"
@@ -89,7 +89,7 @@ std::string times(std::string digits, long long factor)
     return digits;
 }
 
-/// All 1074 digits behind the point.
+/// All 1074 digits after the point.
 std::string smallestDoubleFraction()
 {
     char text[1100];
@@ -140,7 +140,7 @@ TEST(NumberScan, integersBeyond64BitsAreDoubles)
     EXPECT_TRUE(isDouble("184467440737095516.1", 184467440737095516.1));
 }
 
-TEST(NumberScan, nothingBehindTheSignIsZero)
+TEST(NumberScan, nothingAfterTheSignIsZero)
 {
     EXPECT_TRUE(isSint("", 0));
     EXPECT_TRUE(isSint("-", 0));
@@ -291,9 +291,9 @@ TEST(NumberScan, middleOfTheTwoSmallestDoublesGoesToEven)
     EXPECT_TRUE(isDouble(middle + "9e-1", DBL_TRUE_MIN));
 }
 
-TEST(NumberScan, middleBehindTheLargestDoubleIsTheFirstInfinity)
+TEST(NumberScan, middleAfterTheLargestDoubleIsTheFirstInfinity)
 {
-    // The largest double is (2^54 - 2) * 2^970; the middle behind it is one more step of 2^970.
+    // The largest double is (2^54 - 2) * 2^970; the middle after it is one more step of 2^970.
     char step[400];
     std::snprintf(step, sizeof step, "%.0f", std::ldexp(1.0, 970));
     std::string middle = times("0" + times(std::string(20, '0') + step, 1 << 27), 1 << 27);
@@ -355,16 +355,16 @@ TEST(NumberScan, thousandDigitsReadLikeStrtod)
     }
 }
 
-/// Reads a token with and without something behind it, where the short and the long way of reading part.
-void expectTokenLikeText(const std::string& token, const std::string& behind)
+/// Reads a token with and without something after it, where the fast path and the general path of reading part.
+void expectTokenLikeText(const std::string& token, const std::string& after)
 {
-    const CExactText exact(token + behind);
+    const CExactText exact(token + after);
     tScannedNumber number{};
     const char* const end = scanNumberToken(exact.begin(), exact.begin() + exact.size(), number);
     const tScannedNumber alone = scan(token);
-    ASSERT_EQ(token.size(), static_cast<std::size_t>(end - exact.begin())) << token << behind;
-    ASSERT_EQ(alone.m_eType, number.m_eType) << token << behind;
-    ASSERT_EQ(alone.m_uValue.m_ullValue, number.m_uValue.m_ullValue) << token << behind;
+    ASSERT_EQ(token.size(), static_cast<std::size_t>(end - exact.begin())) << token << after;
+    ASSERT_EQ(alone.m_eType, number.m_eType) << token << after;
+    ASSERT_EQ(alone.m_uValue.m_ullValue, number.m_uValue.m_ullValue) << token << after;
 }
 
 TEST(NumberScan, tokensReadLikeTheirTextAlone)

@@ -1,4 +1,4 @@
-// Tests of quoting and of the scans for the next byte of a kind.
+// tests/core/text/quote_test.cpp - quoting and of the scans for the next byte of a kind.
 //
 // The block-wise code is compared with a byte-wise rule at every alignment, length and place.
 #include "core/text/quote.h"

@@ -1,6 +1,6 @@
-// Tests of the exported text functions.
+// tests/core/text/text_test.cpp - the exported text functions.
 //
-// The rules behind them have tests of their own; here stand the overloads and what each promises at its edges.
+// Quoting, numbers and the like have tests of their own; here are the overloads, and what each promises at its edges.
 #include "murv/text.h"
 
 #include <gtest/gtest.h>

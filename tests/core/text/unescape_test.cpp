@@ -1,4 +1,4 @@
-// Tests of decoding escaped text.
+// tests/core/text/unescape_test.cpp - decoding escaped text.
 //
 // Texts stand in blocks of their exact size and are decoded into blocks of the same size.
 #include "core/text/unescape.h"
@@ -47,7 +47,7 @@ testing::AssertionResult decodes(std::string_view text, E_UnicodeMode mode, std:
                                        << result.m_strMessage;
 }
 
-/// The error, its place, and what was decoded before it; tried alone and behind a text of 20 bytes.
+/// The error, its place, and what was decoded before it; tried alone and after a text of 20 bytes.
 testing::AssertionResult fails(const std::string& text, E_UnicodeMode mode, std::string_view message)
 {
     for (const std::string& before : {std::string(), std::string("12345678901234567890")})

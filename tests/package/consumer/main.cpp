@@ -1,4 +1,4 @@
-// main.cpp - a program that uses the installed library as its users do.
+// tests/package/consumer/main.cpp - a program that uses the installed library as its users do.
 //
 // It crosses the library's border in each way that can go wrong in packaging: calls, inline code, virtual calls, an
 // exception thrown inside and caught by type outside.
