@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "core/field_vector.h"
-#include "core/throw.h"
+#include "io/load_messages.h"
 #include "packet/pei_rules.h"
 
 namespace murv::detail
@@ -18,11 +18,8 @@ namespace murv::detail
 namespace
 {
 constexpr const char* s_cpOverEnd = "No more parsing. Over the data length.";
-constexpr const char* s_cpNoValue = "Syntax error: value, field or array expected.";
 constexpr const char* s_cpNoMembers = "Element number must be bigger than 0";
 constexpr const char* s_cpBadId = "Failed to set the field ID";
-constexpr const char* s_cpNotAdded = "This field not allow the duplication or a error occured";
-constexpr const char* s_cpBadLengthCode = "Mismatched syntax for packet E_LengthExpCode";
 constexpr const char* s_cpBadComment = "Comments must start with /";
 constexpr const char* s_cpContainerValue = "value must not be DT_fields or DT_array";
 constexpr const char* s_cpBadLength = "Mismatched value length";
@@ -35,13 +32,13 @@ bool isZero(const char* bytes, std::size_t count)
 }
 }  // namespace
 
-CBinaryParser::CBinaryParser(ILoaderCommon& loader, CBodySource& source, bool littleEndian)
-    : m_tLoader(loader),
+CBinaryParser::CBinaryParser(tLoad& load, CBodySource& source, bool littleEndian)
+    : m_tLoad(load),
       m_tSource(source),
       m_bLittleEndian(littleEndian),
-      m_bKeepComments(loader.m_bComment),
-      m_bDuplicate((loader.getLCBC() & LCBC_DUPLICATE) != 0),
-      m_bLossless((loader.getLCBC() & LCBC_LOSSLESS) != 0)
+      m_bKeepComments(load.m_bComments),
+      m_bDuplicate(load.has(LCBC_DUPLICATE)),
+      m_bLossless(load.has(LCBC_LOSSLESS))
 {
 }
 
@@ -52,11 +49,8 @@ bool CBinaryParser::loadDocument(CFields& target)
 
 bool CBinaryParser::loadFieldInfo(CFields* target)
 {
-    if (m_tLoader.m_iDepth >= ILoaderCommon::s_cnStackDepthLimit) [[unlikely]]
-    {
-        m_tLoader.m_eFault = LF_tooDeep;
-        throwAt("murv::CLoader4BER::loadFieldInfo", "Exceeded s_cnStackDepthLimit");
-    }
+    if (!m_tLoad.isDepthLeft()) [[unlikely]]
+        m_tLoad.throwTooDeep("murv::CLoader4BER::loadFieldInfo");
     m_tSource.lookAhead();
     tMURF_Node record;
     record.m_nStart = m_tSource.offset();
@@ -106,8 +100,8 @@ bool CBinaryParser::fillContainer(CFields& node, E_DataType type, std::uint32_t 
 
 bool CBinaryParser::loadMembers(CFields& container, std::uint32_t count)
 {
-    ++m_tLoader.m_iDepth;
-    m_tLoader.m_vStack.push_back(&container);
+    ++m_tLoad.m_iDepth;
+    m_tLoad.m_vStack.push_back(&container);
     m_ullAwaited += count;
     bool done = true;
     if (tFieldAccess::type(container) == DT_array)
@@ -118,15 +112,15 @@ bool CBinaryParser::loadMembers(CFields& container, std::uint32_t count)
     else
     {
         CMemberBuilder* const outer = m_pBuilder;
-        CMemberBuilder builder(m_tNoStack, container, m_tLoader.m_pLastValueNode, 0);
+        CMemberBuilder builder(m_tNoStack, container, m_tLoad.m_pLastValueNode, 0);
         m_pBuilder = &builder;
         for (std::uint32_t i = 0; i < count && done; ++i, --m_ullAwaited)
             done = loadMember(builder);
         builder.close();
         m_pBuilder = outer;
     }
-    m_tLoader.m_vStack.pop_back();
-    --m_tLoader.m_iDepth;
+    m_tLoad.m_vStack.pop_back();
+    --m_tLoad.m_iDepth;
     return done;
 }
 
@@ -134,8 +128,7 @@ template <typename tParent>
 bool CBinaryParser::loadMember(tParent& parent)
 {
     m_tSource.lookAhead();
-    const bool isNear = m_bLittleEndian && m_tSource.inWindow() >= CBodySource::s_cnAhead &&
-                        m_tLoader.m_iDepth < ILoaderCommon::s_cnStackDepthLimit;
+    const bool isNear = m_bLittleEndian && m_tSource.inWindow() >= CBodySource::s_cnAhead && m_tLoad.isDepthLeft();
     if (!isNear)
         return loadFieldInfo(nullptr);
     tPlainLeaf leaf;
@@ -237,7 +230,7 @@ CFieldVector* CBinaryParser::makeMembers(std::uint32_t count) const
     if (count == 0)
         return CFieldVector::empty();
     const std::uint64_t possible = m_tSource.mostRemaining() / (m_bLossless ? s_cnEmptyContainer : s_cnShortestRecord);
-    return m_ullAwaited + count <= possible ? CFieldVector::make(count, m_tLoader.m_pNodeStack->pool())
+    return m_ullAwaited + count <= possible ? CFieldVector::make(count, m_tLoad.m_tNodeStack.pool())
                                             : CFieldVector::empty();
 }
 
@@ -441,7 +434,7 @@ CFields* CBinaryParser::takeNode(const tMURF_Node& record, CFields* target)
     }
     else
     {
-        CFields& container = *m_tLoader.getStackTopField();
+        CFields& container = m_tLoad.top();
         node = tFieldAccess::type(container) == DT_array ? addElement(container, record) : addMember(container, record);
     }
     if (node != nullptr && tFieldAccess::id(*node) != 0 && !m_bDuplicate)
@@ -494,9 +487,11 @@ bool CBinaryParser::addError(const char* message, const tMURF_Node& record)
 
 bool CBinaryParser::addErrorAt(const char* message, const tMURF_Node& record, std::size_t place)
 {
-    const char* const begin = m_tLoader.m_pDataBegin;
-    const char* const second = place == record.m_nStart ? nullptr : begin + place;
-    return m_tLoader.addRecord(message, {TT_error, begin + record.m_nStart, begin + m_tSource.offset()}, second);
+    std::optional<std::ptrdiff_t> second;
+    if (place != record.m_nStart)
+        second = static_cast<std::ptrdiff_t>(place);
+    return m_tLoad.addError(message, static_cast<std::ptrdiff_t>(record.m_nStart),
+                            static_cast<std::ptrdiff_t>(m_tSource.offset()), second);
 }
 
 bool CBinaryParser::addOverEnd(const tMURF_Node& record)

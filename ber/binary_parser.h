@@ -13,9 +13,9 @@
 #include "ber/body_source.h"
 #include "ber/seen_ids.h"
 #include "core/field_access.h"
+#include "io/load.h"
 #include "io/member_builder.h"
 #include "io/node_stack.h"
-#include "murv/loader.h"
 
 namespace murv::detail
 {
@@ -54,7 +54,7 @@ class CBinaryParser
 {
 public:
     /// \param littleEndian  whether the file's numbers are
-    CBinaryParser(ILoaderCommon& loader, CBodySource& source, bool littleEndian);
+    CBinaryParser(tLoad& load, CBodySource& source, bool littleEndian);
 
     bool loadDocument(CFields& target);
 
@@ -113,7 +113,7 @@ private:
     bool addErrorAt(const char* message, const tMURF_Node& record, std::size_t place);
     bool addOverEnd(const tMURF_Node& record);
 
-    ILoaderCommon& m_tLoader;
+    tLoad& m_tLoad;
     CBodySource& m_tSource;
     const bool m_bLittleEndian;
     const bool m_bKeepComments;

@@ -12,6 +12,7 @@
 #include "ber/cipher/wipe.h"
 #include "ber/layout.h"
 #include "core/error_table.h"
+#include "io/load.h"
 #include "murv/loader.h"
 
 namespace murv
@@ -154,15 +155,27 @@ E_LoadFault decryptField(CErrorBase& loader, detail::CBodySource& source, const 
     return fail(loader, FF_body, __LINE__, 0U);
 }
 
+E_LoadFault loadFile(CErrorBase& loader, detail::tLoad& load, std::string_view file, std::string_view password,
+                     CFields& target)
+{
+    tFileHead head{};
+    E_LoadFault fault = loadHeader(loader, file, password, head);
+    if (fault == LF_none)
+        fault = checkField(loader, head, password);
+    if (fault != LF_none)
+        return fault;
+    detail::CBodySource source(head.m_strvBody, head.m_eCipher);
+    fault = decryptField(loader, source, head, password);
+    if (fault != LF_none)
+        return fault;
+    return detail::CBinaryParser(load, source, head.m_bLittleEndian).loadDocument(target) ? LF_none : LF_damagedFile;
+}
+
 }  // namespace
 
 CLoader4BER::CLoader4BER(unsigned int flags) : ILoaderCommon(flags)
 {
 }
-
-CLoader4BER::CLoader4BER(const CLoader4BER& other) = default;
-CLoader4BER& CLoader4BER::operator=(const CLoader4BER& other) = default;
-CLoader4BER::~CLoader4BER() = default;
 
 bool CLoader4BER::loadit(const char* data, unsigned int size, CFields& target, const char* password, bool comments)
 {
@@ -171,31 +184,19 @@ bool CLoader4BER::loadit(const char* data, unsigned int size, CFields& target, c
     if (isTooBig(size, "murv::CLoader4BER::loadit", __LINE__))
         return false;
     const std::string_view key = password == nullptr ? std::string_view() : std::string_view(password);
-    const bool keep = true;  // a failed load leaves what it has read
     try
     {
         startLoad(data, size, target, comments);
-        tFileHead head{};
-        m_eFault = loadHeader(*this, {data, size}, key, head);
-        if (m_eFault == LF_none)
-            m_eFault = checkField(*this, head, key);
-        if (m_eFault == LF_none)
-        {
-            detail::CBodySource source(head.m_strvBody, head.m_eCipher);
-            m_eFault = decryptField(*this, source, head, key);
-            if (m_eFault == LF_none && !detail::CBinaryParser(*this, source, head.m_bLittleEndian).loadDocument(target))
-            {
-                m_eFault = LF_damagedFile;
-                composeErrors(false);
-            }
-        }
-        finishLoad(target, keep);
-        return m_eFault == LF_none;
+        m_pLoad->m_eFault = loadFile(*this, *m_pLoad, {data, size}, key, target);
+        if (!getStatus())
+            composeErrors(false);
+        m_pLoad->finish();  // a failed load leaves what it has read
+        return m_pLoad->m_eFault == LF_none;
     }
     catch (...)
     {
-        noteException();
-        finishLoad(target, keep);
+        m_pLoad->noteException();
+        m_pLoad->finish();
         throw;
     }
 }

@@ -32,8 +32,6 @@ CLoaders& CLoaders::operator=(const CLoaders& other)
     return *this;
 }
 
-CLoaders::~CLoaders() = default;
-
 void CLoaders::follow(const CLoaders& other)
 {
     m_pLast = other.m_pLast == nullptr          ? nullptr

@@ -14,19 +14,6 @@
 namespace murv::detail
 {
 
-void CNodeStack::prepare(std::size_t documentSize) noexcept
-{
-    constexpr std::size_t most = std::size_t{32} * 1024;
-    constexpr std::size_t bytes4Node = 4;  // shorter members are rare enough
-    const std::size_t nodes = documentSize / bytes4Node + 8;
-    const std::size_t room = (nodes < most ? nodes : most) * sizeof(CFields);
-    m_nUsed = 0;
-    if (room <= m_nRoom)
-        return;
-    m_pMemory.reset(new (std::nothrow) char[room]);
-    m_nRoom = m_pMemory == nullptr ? 0 : room;
-}
-
 void CMemberBuilder::abandon() noexcept
 {
     try
@@ -41,15 +28,15 @@ void CMemberBuilder::abandon() noexcept
     }
 }
 
-std::uint32_t CMemberBuilder::makeSet(CIdIndex& index)
+std::uint32_t CMemberBuilder::makeNumber(CIdIndex& index)
 {
-    if (m_uiSet != s_cuiNoPlace)
-        return m_uiSet;
+    if (m_uiNumber != s_cuiNoPlace)
+        return m_uiNumber;
     tNodePlace place = m_tPlace;
     if (place.m_uiContainer == s_cuiNoPlace && m_pOuter != nullptr)
-        place.m_uiContainer = m_pOuter->makeSet(index);
-    m_uiSet = index.addContainer(place, !tFieldAccess::name(m_tNode).empty());
-    return m_uiSet;
+        place.m_uiContainer = m_pOuter->makeNumber(index);
+    m_uiNumber = index.addContainer(place, !tFieldAccess::name(m_tNode).empty());
+    return m_uiNumber;
 }
 
 std::uint32_t CMemberBuilder::findInMany(std::string_view name)

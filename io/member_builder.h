@@ -56,10 +56,10 @@ public:
     /// Number of the container, which it has as soon as there is an ID below it.
     std::uint32_t set() const noexcept
     {
-        return m_uiSet;
+        return m_uiNumber;
     }
     /// As above; gives it a number if it has none. Throws std::bad_alloc.
-    std::uint32_t makeSet(CIdIndex& index);
+    std::uint32_t makeNumber(CIdIndex& index);
     std::uint32_t count() const noexcept
     {
         return members()->count();
@@ -142,7 +142,7 @@ private:
     std::uint32_t m_uiOpened;
     CMemberBuilder* m_pOuter = nullptr;  // of the container that this one lies in when its place has no set; not owned
     tNodePlace m_tPlace;
-    std::uint32_t m_uiSet = s_cuiNoPlace;
+    std::uint32_t m_uiNumber = s_cuiNoPlace;
     bool m_bOpen = true;
     bool m_bFiltered = false;                     // the filter knows all names
     std::uint64_t m_ullFilter[s_cuiFilterWords];  // set once m_bFiltered

@@ -3,8 +3,8 @@
 // Containers are opened inside each other; what is open is a chain that unwinds by itself, whatever ends the load.
 #pragma once
 
+#include "io/load.h"
 #include "io/member_builder.h"
-#include "murv/loader.h"
 
 namespace murv::detail
 {
@@ -13,15 +13,15 @@ namespace murv::detail
 class COpenContainer
 {
 public:
-    /// \param node  a container without members that has a vector: the loader's target, or the member just had
-    COpenContainer(ILoaderCommon& loader, CFields& node)
-        : m_pCurrent(loader.m_pBuilder),
-          m_pOuter(loader.m_pBuilder),
-          m_tBuilder(*loader.m_pNodeStack, node, loader.m_pLastValueNode,
-                     loader.m_pIdIndex == nullptr ? 0 : loader.m_pIdIndex->now())
+    /// \param node  a container without members that has a vector: the load's target, or the current member
+    COpenContainer(tLoad& load, CFields& node)
+        : m_pCurrent(load.m_pBuilder),
+          m_pOuter(load.m_pBuilder),
+          m_tBuilder(load.m_tNodeStack, node, load.m_pLastValueNode,
+                     load.m_pIdIndex == nullptr ? 0 : load.m_pIdIndex->now())
     {
-        if (loader.m_eMember != ILoaderCommon::MS_fresh)
-            m_tBuilder.setPlace(m_pOuter, {loader.m_uiMemberSet, loader.m_uiMemberPosition});
+        if (load.m_eMember != tLoad::MS_added)
+            m_tBuilder.setPlace(m_pOuter, load.m_tMemberPlace);
         else if (m_pOuter != nullptr)
             m_tBuilder.setPlace(m_pOuter, {s_cuiNoPlace, m_pOuter->count() - 1});
         m_pCurrent = &m_tBuilder;
@@ -31,6 +31,11 @@ public:
     ~COpenContainer()
     {
         m_pCurrent = m_pOuter;
+    }
+    /// The container's members.
+    CMemberBuilder& members()
+    {
+        return m_tBuilder;
     }
     /// To be called when all members are there.
     void close()

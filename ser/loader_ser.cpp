@@ -17,7 +17,7 @@ bool CLoader4SER::loadit(const char* data, unsigned int size, CFields& target, c
     try
     {
         startLoad(data == nullptr ? "" : data, data == nullptr ? 0 : size, target, comments);
-        detail::CTextParser parser(*this);
+        detail::CTextParser parser(*m_pLoad);
         const bool done = parser.loadDocument(target);
         if (!done)
             composeErrors(true);
@@ -26,7 +26,7 @@ bool CLoader4SER::loadit(const char* data, unsigned int size, CFields& target, c
     }
     catch (...)
     {
-        noteException();
+        m_pLoad->noteException();
         finishLoad(target, false);
         throw;
     }

@@ -5,6 +5,7 @@
 
 #include <string_view>
 
+#include "io/load_messages.h"
 #include "murv/packet_expression.h"
 
 namespace murv::detail
@@ -19,7 +20,7 @@ struct tPeiLetters
 inline constexpr tPeiLetters s_ctPeiLetters[] = {
     {"AB", "Mismatched syntax for packet E_PacketExpCode"},
     {"CN", "Mismatched syntax for packet E_RuntimeExpCode"},
-    {"FVD", "Mismatched syntax for packet E_LengthExpCode"},
+    {"FVD", s_cpBadLengthCode},
 };
 
 inline constexpr unsigned int s_cuiPeiLetters = 3;

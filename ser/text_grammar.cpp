@@ -4,6 +4,7 @@
 #include "core/field_vector.h"
 #include "core/text/number_scan.h"
 #include "core/throw.h"
+#include "io/load_messages.h"
 #include "io/open_container.h"
 #include "murv/text.h"
 #include "ser/text_lexer.h"
@@ -13,11 +14,9 @@ namespace murv::detail
 
 namespace
 {
-constexpr const char* s_cpNoValue = "Syntax error: value, field or array expected.";
 constexpr const char* s_cpBadId = "Failed to loading for the #ID syntax";
 constexpr const char* s_cpNoName = "Missing '}' or field member name";
 constexpr const char* s_cpNoRootNumber = "Missing field member name";
-constexpr const char* s_cpNotAdded = "This field not allow the duplication or a error occured";
 constexpr const char* s_cpNoFieldsEnd = "Missing ',' or '}' in field declaration";
 constexpr const char* s_cpNoComma = "Missing ','";
 constexpr const char* s_cpNoArrayEnd = "Missing ',' or ']' in array declaration";
@@ -37,27 +36,24 @@ const char* fault4Separator(const char* valueEnd, const tTokenInfo& token, const
 bool CTextParser::loadDocument(CFields& target)
 {
     bool done = loadFieldInfo(true);
-    m_tLoader.m_bPeiAllowed = false;  // what follows the root's value is not looked at
+    m_bPeiAllowed = false;  // what follows the root's value is not looked at
     tTokenInfo token;
     skipCommentTokens(token);
-    if (m_tLoader.m_bComment && !m_tLoader.m_strComment.empty())
-        target.setComment(m_tLoader.m_strComment, CP_after);
-    if ((m_tLoader.getLCBC() & LCBC_ROOT_CONTAINER) != 0 && !tFieldAccess::isContainer(target))
+    if (m_bComments && !m_strComment.empty())
+        target.setComment(m_strComment, CP_after);
+    if (m_tLoad.has(LCBC_ROOT_CONTAINER) && !tFieldAccess::isContainer(target))
         done = addError(s_cpScalarRoot, {TT_error, m_pBegin, m_pEnd});
     return done;
 }
 
 bool CTextParser::loadFieldInfo(bool root)
 {
-    if (m_tLoader.m_iDepth >= ILoaderCommon::s_cnStackDepthLimit)
-    {
-        m_tLoader.m_eFault = LF_tooDeep;
-        throwAt("murv::CLoader4SER::loadFieldInfo", "Exceeded s_cnStackDepthLimit");
-    }
-    ++m_tLoader.m_iDepth;
+    if (!m_tLoad.isDepthLeft())
+        m_tLoad.throwTooDeep("murv::CLoader4SER::loadFieldInfo");
+    ++m_tLoad.m_iDepth;
     const bool done = loadValue(root);
-    m_tLoader.m_bPeiPending = false;
-    --m_tLoader.m_iDepth;
+    m_bPeiPending = false;
+    --m_tLoad.m_iDepth;
     return done;
 }
 
@@ -68,7 +64,7 @@ bool CTextParser::loadValue(bool root)
     {
         tTokenInfo token;
         skipCommentTokens(token);
-        if (m_tLoader.m_bComment && !m_tLoader.m_strComment.empty())
+        if (m_bComments && !m_strComment.empty())
         {
             giveComments(top(), commented);
             commented = true;
@@ -78,7 +74,7 @@ bool CTextParser::loadValue(bool root)
             if (!loadRootFieldInfo(token))
                 return false;
             root = false;
-            m_tLoader.m_bPeiAllowed = true;
+            m_bPeiAllowed = true;
             continue;
         }
         switch (token.m_eType)
@@ -185,7 +181,7 @@ bool CTextParser::loadNameOrStepBack(const tTokenInfo& token, const char* number
     }
     if (token.m_eType == TT_number)
     {
-        if ((m_tLoader.getLCBC() & LCBC_NUMBER_NAME) == 0)
+        if (!m_tLoad.has(LCBC_NUMBER_NAME))
             return addErrorAndRecover(numberRefused, token, TT_fieldsEnd);
         CFields number;
         atonInField(token.m_pBegin, static_cast<unsigned int>(token.m_pEnd - token.m_pBegin), number);
@@ -207,11 +203,11 @@ bool CTextParser::followedByAssign(const tTokenInfo& token)
         ++m_pCursor;
         return true;
     }
-    const bool keep = m_tLoader.m_bComment;
+    const bool keep = m_bComments;
     tTokenInfo next;
-    m_tLoader.m_bComment = false;
+    m_bComments = false;
     skipCommentTokens(next);
-    m_tLoader.m_bComment = keep;
+    m_bComments = keep;
     if (next.m_eType != TT_assign)
         return false;
     if (keep)
@@ -227,7 +223,7 @@ bool CTextParser::loadMembers(const tTokenInfo& token)
 {
     CFields& node = top();
     startContainer(node, type, token);
-    COpenContainer open(m_tLoader, node);
+    COpenContainer open(m_tLoad, node);
     bool more = !m_bLossless || !isEmptyContainer(end);
     bool done = true;
     const char* p = m_pCursor;
@@ -303,8 +299,8 @@ bool CTextParser::loadChildField(const char*& p)
 
 bool CTextParser::loadElement(const char*& p)
 {
-    CFields& member = m_tLoader.m_pBuilder->appendElement();
-    m_tLoader.m_eMember = ILoaderCommon::MS_fresh;
+    CFields& member = m_tLoad.m_pBuilder->appendElement();
+    m_tLoad.m_eMember = tLoad::MS_added;
     return loadMemberValue(p, member, TT_arrayEnd);
 }
 
@@ -320,11 +316,11 @@ CFields* CTextParser::addChild(unsigned int id)
 {
     try
     {
-        return m_tLoader.addChild2StackTop(m_strName, id);
+        return m_tLoad.addMember(m_strName, id);
     }
     catch (const CMemoryError&)
     {
-        m_tLoader.m_eFault = LF_memory;
+        m_tLoad.m_eFault = LF_memory;
         return nullptr;
     }
     catch (const CLogicError&)
@@ -346,10 +342,10 @@ bool CTextParser::loadChildValue(CFields& member)
         loadToken(token);
         return loadScalar(member, token);
     }
-    m_tLoader.m_bPeiAllowed = true;
-    m_tLoader.m_vStack.push_back(&member);
+    m_bPeiAllowed = true;
+    m_tLoad.m_vStack.push_back(&member);
     const bool done = loadFieldInfo(false);
-    m_tLoader.m_vStack.pop_back();
+    m_tLoad.m_vStack.pop_back();
     return done;
 }
 
@@ -357,11 +353,11 @@ bool CTextParser::loadChildContainer(CFields& member, E_TokenType type)
 {
     const tTokenInfo token{type, m_pCursor, m_pCursor + 1};
     ++m_pCursor;
-    m_tLoader.m_vStack.push_back(&member);
-    ++m_tLoader.m_iDepth;
+    m_tLoad.m_vStack.push_back(&member);
+    ++m_tLoad.m_iDepth;
     const bool done = type == TT_arrayBegin ? loadArray(token) : loadChildFields(token);
-    --m_tLoader.m_iDepth;
-    m_tLoader.m_vStack.pop_back();
+    --m_tLoad.m_iDepth;
+    m_tLoad.m_vStack.pop_back();
     return done;
 }
 

@@ -11,15 +11,16 @@
 namespace murv::detail
 {
 
-CTextParser::CTextParser(ILoaderCommon& loader)
-    : m_tLoader(loader),
-      m_pBegin(loader.m_pDataBegin),
-      m_pEnd(loader.m_pDataEnd),
-      m_pCursor(loader.m_pDataBegin),
-      m_bTolerant((loader.getLCBC() & LCBC_COMMENT) != 0),
-      m_bEmptyNull((loader.getLCBC() & LCBC_EMPTY_NULL) != 0),
-      m_bLossless((loader.getLCBC() & LCBC_LOSSLESS) != 0),
-      m_pLineChecked(loader.m_pDataBegin)
+CTextParser::CTextParser(tLoad& load)
+    : m_tLoad(load),
+      m_pBegin(load.m_pDataBegin),
+      m_pEnd(load.m_pDataEnd),
+      m_pCursor(load.m_pDataBegin),
+      m_bTolerant(load.has(LCBC_COMMENT)),
+      m_bEmptyNull(load.has(LCBC_EMPTY_NULL)),
+      m_bLossless(load.has(LCBC_LOSSLESS)),
+      m_bComments(load.m_bComments),
+      m_pLineChecked(load.m_pDataBegin)
 {
 }
 
@@ -33,7 +34,7 @@ bool CTextParser::loadComment()
         return false;
     if (!(second == '/' ? loadCppStyleComment() : loadCStyleComment()))
         return false;
-    if (m_tLoader.m_bComment)
+    if (m_bComments)
         addComment(begin, m_pCursor, position4Comment(begin));
     return true;
 }
@@ -71,7 +72,7 @@ bool CTextParser::loadCppStyleComment()
 // A comment on the line of the last value belongs to that value, unless it is a block comment of several lines.
 E_CommentPosition CTextParser::position4Comment(const char* begin)
 {
-    const char* const valueEnd = m_tLoader.m_pLastValueEnd;
+    const char* const valueEnd = m_tLoad.m_pLastValueEnd;
     if (valueEnd == nullptr)
         return CP_before;
     // What was looked at for an earlier comment on this line is not looked at again.
@@ -90,7 +91,7 @@ E_CommentPosition CTextParser::position4Comment(const char* begin)
 void CTextParser::addComment(const char* begin, const char* end, E_CommentPosition position)
 {
     std::string own;
-    std::string& text = position == CP_trailing ? own : m_tLoader.m_strComment;
+    std::string& text = position == CP_trailing ? own : m_strComment;
     const std::size_t length = text.size();
     if (length != 0 && text.back() != '\n')
         m_vCommentSeam.push_back(length);
@@ -106,13 +107,13 @@ void CTextParser::addComment(const char* begin, const char* end, E_CommentPositi
     // A comment's text ends at a byte of zero: without its end it would swallow what is saved behind it.
     std::replace(text.begin() + static_cast<std::ptrdiff_t>(length), text.end(), '\0', ' ');
     if (position == CP_trailing)
-        m_tLoader.m_pLastValueNode->setComment(own, CP_trailing);
+        m_tLoad.m_pLastValueNode->setComment(own, CP_trailing);
 }
 
 // Every comment begins a line, as a saver writes them, so that the text is the same when it is loaded again.
 void CTextParser::giveComments(CFields& node, bool more)
 {
-    std::string& pending = m_tLoader.m_strComment;
+    std::string& pending = m_strComment;
     if (more || !m_vCommentSeam.empty())
     {
         std::string text = more ? node.getCommentCopy(CP_before) + '\n' : std::string();
@@ -148,7 +149,10 @@ unsigned int CTextParser::extractID(const tTokenInfo& token) const
 
 bool CTextParser::addError(const char* message, const tTokenInfo& token, const char* second)
 {
-    return m_tLoader.addRecord(message, token, second);
+    std::optional<std::ptrdiff_t> secondOffset;
+    if (second != nullptr)
+        secondOffset = second - m_pBegin;
+    return m_tLoad.addError(message, token.m_pBegin - m_pBegin, token.m_pEnd - m_pBegin, secondOffset);
 }
 
 bool CTextParser::addErrorAndRecover(const char* message, const tTokenInfo& token, E_TokenType until)
@@ -160,13 +164,13 @@ bool CTextParser::addErrorAndRecover(const char* message, const tTokenInfo& toke
 bool CTextParser::recover4Error(E_TokenType until)
 {
     // Of what is skipped, only comments are kept.
-    const std::size_t records = m_tLoader.m_vError.size();
-    m_tLoader.m_bPeiAllowed = false;
+    const std::size_t records = m_tLoad.m_tErrors.count();
+    m_bPeiAllowed = false;
     tTokenInfo token;
     do
         loadToken(token);
     while (token.m_eType != until && token.m_eType != TT_end);
-    m_tLoader.m_vError.resize(records);
+    m_tLoad.m_tErrors.cutTo(records);
     return false;
 }
 

@@ -73,9 +73,9 @@ inline void CTextParser::loadToken(tTokenInfo& token)
     case TT_fieldsEnd:
     case TT_arrayBegin:
     case TT_arrayEnd:
-    case TT_comma: m_tLoader.m_bPeiAllowed = false; break;
+    case TT_comma: m_bPeiAllowed = false; break;
     case TT_peiBegin:
-        if (m_tLoader.m_bPeiAllowed)
+        if (m_bPeiAllowed)
             loadPEI(token);
         break;
     case TT_string: valid = loadString(); break;
@@ -148,8 +148,8 @@ inline bool CTextParser::loadString()
 
 inline void CTextParser::startValue(CFields& node)
 {
-    m_tLoader.m_bPeiAllowed = false;
-    m_tLoader.m_bPeiPending = false;
+    m_bPeiAllowed = false;
+    m_bPeiPending = false;
     if (tFieldAccess::aside(node) != nullptr)
         tFieldAccess::dropSecond(node);
 }
@@ -230,7 +230,7 @@ inline bool CTextParser::loadFreshEmpty(const char* p, CFields& node)
 inline void CTextParser::finishFresh(const char*& p, CFields& node, const char* end)
 {
     tFieldAccess::setOffsets(node, offset(p), offset(end));
-    m_tLoader.m_bPeiAllowed = false;
+    m_bPeiAllowed = false;
     noteValue(node, end);
     p = end;
 }
@@ -238,10 +238,10 @@ inline void CTextParser::finishFresh(const char*& p, CFields& node, const char* 
 // A comment that follows on the same line goes to this node.
 inline void CTextParser::noteValue(CFields& node, const char* end)
 {
-    if (!m_tLoader.m_bComment)
+    if (!m_bComments)
         return;
-    m_tLoader.m_pLastValueEnd = end;
-    m_tLoader.m_pLastValueNode = &node;
+    m_tLoad.m_pLastValueEnd = end;
+    m_tLoad.m_pLastValueNode = &node;
 }
 
 // The name of most members: no ID, no escape, and "=" at once behind it.
@@ -285,8 +285,7 @@ inline bool CTextParser::loadPlainValue(const char*& p, CFields& member)
 inline bool CTextParser::loadMemberValue(const char*& p, CFields& member, E_TokenType closing)
 {
     p = skipBlanks(p, m_pEnd);
-    return (m_tLoader.m_eMember != ILoaderCommon::MS_reread && loadPlainValue(p, member)) ||
-           loadOtherValue(p, member, closing);
+    return (m_tLoad.m_eMember != tLoad::MS_reread && loadPlainValue(p, member)) || loadOtherValue(p, member, closing);
 }
 
 // "," or the end, when one of them is the next byte that is no blank.

@@ -8,8 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "io/load.h"
 #include "io/member_builder.h"
-#include "murv/loader.h"
+#include "murv/text.h"
+#include "murv/token.h"
 
 namespace murv::detail
 {
@@ -20,7 +22,7 @@ void setNumber(CFields& node, const char* text, unsigned int length);
 class CTextParser
 {
 public:
-    explicit CTextParser(ILoaderCommon& loader);
+    explicit CTextParser(tLoad& load);
 
     /// Reads the document of the load that was just started.
     bool loadDocument(CFields& target);
@@ -115,7 +117,7 @@ private:
     /// Nothing read before belongs to the value to come, and it may nest.
     bool isPlain() const
     {
-        return m_tLoader.m_strComment.empty() && m_tLoader.m_iDepth < ILoaderCommon::s_cnStackDepthLimit;
+        return m_strComment.empty() && m_tLoad.isDepthLeft();
     }
     int offset(const char* position) const
     {
@@ -123,18 +125,22 @@ private:
     }
     CFields& top() const
     {
-        return *m_tLoader.m_vStack.back();
+        return m_tLoad.top();
     }
 
-    ILoaderCommon& m_tLoader;
+    tLoad& m_tLoad;
     const char* const m_pBegin;
     const char* const m_pEnd;
     const char* m_pCursor;
     const bool m_bTolerant;                   // comments may stand anywhere
     const bool m_bEmptyNull;                  // a missing value is null
     const bool m_bLossless;                   // empty containers stay empty, integers may be marked
+    bool m_bComments;                         // comments are kept
+    bool m_bPeiAllowed = false;               // "(" opens a packet expression
+    bool m_bPeiPending = false;               // a packet expression was read for the value to come
     bool m_bClean = false;                    // the last string token holds no escape
     const char* m_pLineChecked;               // from here on lines behind the last value are still to be looked for
+    std::string m_strComment;                 // comments for the next node
     std::vector<std::size_t> m_vCommentSeam;  // where comments that wait for a node meet without a line feed
     std::string_view m_strPei;                // text of the packet expression just found
     std::string_view m_strName;               // of the member being read; in the data, in the scratch or in the next

@@ -80,7 +80,7 @@ bool CTextParser::toUnescapeString(const tTokenInfo& token, std::string_view& by
     }
     if (m_vScratch.size() < text.size())
         m_vScratch.resize(text.size());
-    const E_UnicodeMode mode = (m_tLoader.getLCBC() & LCBC_UNICODE_UTF8) != 0 ? UM_codePoint : UM_bytes;
+    const E_UnicodeMode mode = m_tLoad.has(LCBC_UNICODE_UTF8) ? UM_codePoint : UM_bytes;
     const tUnescaped result = unescape(text.data(), text.data() + text.size(), mode, m_vScratch.data());
     if (result.m_eError != UE_none)
         return addError(s_cpUnescapeMessages[result.m_eError], token, result.m_pPlace);
@@ -91,14 +91,14 @@ bool CTextParser::toUnescapeString(const tTokenInfo& token, std::string_view& by
 bool CTextParser::loadPEI(tTokenInfo& token)
 {
     const auto fail = [this, &token](const char* message) {
-        m_tLoader.m_bPeiPending = false;
+        m_bPeiPending = false;
         token.m_pEnd = m_pCursor;
         return addError(message, token);
     };
     CFields& node = top();
-    if (m_tLoader.m_bPeiPending)
+    if (m_bPeiPending)
         return fail("Duplicated '(' in packet expression");
-    if (m_tLoader.m_vStack.size() > 1 && tFieldAccess::isContainer(node))
+    if (m_tLoad.m_vStack.size() > 1 && tFieldAccess::isContainer(node))
         return fail("Packet expression type has not field or array");
     node.setOffsetStart(offset(token.m_pBegin));
     skipSpaces();
@@ -127,16 +127,16 @@ bool CTextParser::loadPEI(tTokenInfo& token)
     }
     m_pCursor = static_cast<const char*>(close) + 1;
     node.setOffsetEnd(offset(m_pCursor));
-    m_tLoader.m_bPeiPending = true;
+    m_bPeiPending = true;
     return true;
 }
 
 bool CTextParser::decodePEI(const tTokenInfo& token)
 {
-    if (!m_tLoader.m_bPeiPending)
+    if (!m_bPeiPending)
         return false;  // reading it has failed, and has been recorded
     tPacketExpInfo expression = {};
-    if (const char* const message = decodePei(m_strPei, m_tLoader.getLCBC(), expression))
+    if (const char* const message = decodePei(m_strPei, m_tLoad.m_uiConfig, expression))
         return addError(message, token);
     top().pkt_SetExp(expression);
     return true;

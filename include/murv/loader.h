@@ -1,13 +1,12 @@
 // murv/loader.h - reading data into trees.
 //
-// CLoaders is the entrance: it tells text from binary data and hands the data to the loader of that rule. A loader may
-// be used again and again; every load starts afresh, and its errors stay readable until the next one.
+// CLoaders is the entrance: it finds out whether data is text or binary and hands it to the loader of that rule. A
+// loader may be used again and again; every load starts afresh, and its errors stay readable until the next one.
 #ifndef MURV_LOADER_H
 #define MURV_LOADER_H
 
 #include <iosfwd>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,93 +15,16 @@
 #include "murv/export.h"
 #include "murv/fields.h"
 #include "murv/flags.h"
+#include "murv/load_error.h"
+#include "murv/token.h"
 
 namespace murv
 {
 
 namespace detail
 {
-class CBinaryParser;
-class CIdIndex;
-class CMemberBuilder;
-class CNodeStack;
-class COpenContainer;
-class CTextParser;
-struct tNodePlace;
-}  // namespace detail
-
-/// One load error with the place it concerns, in bytes from the start of the data.
-struct tErrorRange
-{
-    unsigned int m_uiStart;
-    unsigned int m_uiEnd;
-    std::string m_strMessage;
-};
-
-/// A position in the data of a load.
-struct tDataPlace
-{
-    unsigned int m_uiOffset;  ///< bytes from the start of the data; for binary data, of the deciphered body
-    unsigned int m_uiLine;    ///< from 1; a line ends with a line feed, a carriage return, or both; 0 for binary data
-    unsigned int m_uiColumn;  ///< from 1, in bytes, as the error message counts; 0 for binary data
-};
-
-/// One load error as data: all that the error message says of it in words.
-struct tErrorPlace
-{
-    unsigned int m_uiStart;   ///< offset of the first byte concerned; counted as tDataPlace::m_uiOffset
-    unsigned int m_uiEnd;     ///< offset after the last byte concerned
-    unsigned int m_uiLine;    ///< of the first byte; see tDataPlace
-    unsigned int m_uiColumn;  ///< of the first byte; see tDataPlace
-    std::string m_strMessage;
-    std::optional<tDataPlace> m_tSecond;  ///< where to look for details, when that is another place
-};
-
-/// Why a load failed.
-enum E_LoadFault : unsigned int
-{
-    LF_none = 0,         ///< it did not; or nothing was loaded yet
-    LF_text,             ///< the text does not follow the notation or the configuration
-    LF_encodingRule,     ///< the data follows no rule that the loader knows, or is too short to tell
-    LF_passwordMissing,  ///< the file needs a password, and none was given
-    LF_passwordWrong,    ///< the file names another password
-    LF_damagedFile,      ///< the binary file is cut short, changed, or holds what it must not
-    LF_tooBig,           ///< the data has more than 2147483647 bytes
-    LF_tooDeep,          ///< the document nests deeper than 1000 levels
-    LF_memory,           ///< out of memory
-    LF_stream,           ///< the input stream failed before or while it was read
-    LF_callback,         ///< a keyword callback of the application threw
-};
-
-/// Kinds of text tokens.
-enum E_TokenType : unsigned int
-{
-    TT_end = 0,  ///< end of the data, or a byte of value 0
-    TT_fieldsBegin,
-    TT_fieldsEnd,
-    TT_arrayBegin,
-    TT_arrayEnd,
-    TT_peiBegin,
-    TT_peiEnd,
-    TT_string,
-    TT_number,
-    TT_true,
-    TT_false,
-    TT_null,
-    TT_id,
-    TT_assign,
-    TT_comma,
-    TT_comment,
-    TT_error,  ///< anything else, or a malformed token
-};
-
-/// A token: a range of the data.
-struct tTokenInfo
-{
-    E_TokenType m_eType;
-    const char* m_pBegin;
-    const char* m_pEnd;
-};
+struct tLoad;  // io/load.h
+}
 
 /// What all loaders share: configuration and error state.
 class MURV_API ILoaderBase : public CErrorBase
@@ -166,62 +88,37 @@ private:
     bool readStream(std::istream& in, std::string& data);
 };
 
-/// What the two loaders share: parse stack, error list, and the places in the data.
+/// What the loaders of single rules share: the nodes that are being read, and the errors with their places.
+///
+/// An application's own loader calls startLoad, adds members to the node on top of the stack, records errors, calls
+/// composeErrors when there are any, and ends with finishLoad.
 class MURV_API ILoaderCommon : public ILoaderBase
 {
 public:
     explicit ILoaderCommon(unsigned int flags);
+    /// A copy has configuration and errors of the other, but no part in a load that is under way.
     ILoaderCommon(const ILoaderCommon& other);
     ILoaderCommon& operator=(const ILoaderCommon& other);
     ~ILoaderCommon() override;
 
     bool getStatus() const override;
+    E_LoadFault getLoadFault() const override;
     /// The errors of the last load, in the order in which they were met.
     std::vector<tErrorRange> getErrorRanges() const;
     std::vector<tErrorPlace> getErrorPlaces() const override;
 
 protected:
-    friend class detail::CBinaryParser;
-    friend class detail::COpenContainer;
-    friend class detail::CTextParser;
-
-    struct tLineColumn
-    {
-        int m_iLine;
-        int m_iColumn;
-    };
-
-    struct tErrorRecord
-    {
-        tTokenInfo m_tToken;
-        std::string m_strMessage;
-        const char* m_pSecond;            // further place, or null
-        tLineColumn m_tLine{0, 0};        // of the token; counted by composeErrors
-        tLineColumn m_tSecondLine{0, 0};  // of the further place
-    };
-
-    static constexpr int s_cnStackDepthLimit = 1000;
-
-    /// What is known of the member just had.
-    enum E_MemberState : unsigned char
-    {
-        MS_fresh,   // it was added
-        MS_placed,  // it was added with an ID, at the place that is kept
-        MS_reread,  // it was there before, at the place that is kept
-    };
-
     void forgetErrors() override;
     /// Empties all state of the last load and pushes the target.
+    /// \param data  not null; stays the caller's
     void startLoad(const char* data, unsigned int size, CFields& target, bool comments);
     /// Empties the stack; after a failure also empties a target that is a container.
     void finishLoad(CFields& target, bool done);
-    /// Finds the fault for the exception that is being handled.
-    void noteException();
 
     CFields* getStackTopField() const;
     /// Gets or adds a member of the container on top of the stack.
     /// \param name  empty for none; may hold any bytes
-    /// \return null when the member could not be had
+    /// \return null when the member could not be added
     CFields* addChild2StackTop(std::string_view name, unsigned int id);
     CFields* addChild2StackTop(const char* name, unsigned int id)
     {
@@ -232,41 +129,19 @@ protected:
     CFields* getLastThirdField4Stack() const;
     CFields* getLastCommentField4Stack() const;
 
-    // Recording an error makes the fault LF_text unless there is one already.
+    /// Records an error at a place in the data, and the fault LF_text unless there is one already.
+    /// \param second  a further place in the data, or null
+    /// \return false
     bool addRecord(std::string_view message, const tTokenInfo& token, const char* second = nullptr);
+    /// As above, at the source offsets of nodes; \return false, with nothing recorded, when these are not in the data.
     bool pushError(const CFields& node, const std::string& message);
     bool pushError(const CFields& node, const std::string& message, const CFields& second);
     std::vector<tErrorRange> getLoadErrors() const;
     /// Writes all records into the error message. With `lines` places are lines and columns, which are counted now,
     /// while the data is there, in one walk over it; else they are offsets.
     void composeErrors(bool lines);
-    void countLines();
-    std::string words4Place(const char* position, const tLineColumn& place) const;
 
-    /// The member or node below that has the name, or else the ID, and is to be read again; or null.
-    CFields* findKnown(std::string_view name, unsigned int id);
-    /// Remembers where the member just had lies.
-    void keepPlace(const detail::tNodePlace& place);
-    /// To be called before a node gets another value: what knows of nodes below it forgets them.
-    void forgetBelow(const CFields& node);
-
-    std::vector<tErrorRecord> m_vError;
-    std::vector<CFields*> m_vStack;  // not owned; entries may be null
-    const char* m_pDataBegin = nullptr;
-    const char* m_pDataEnd = nullptr;
-    const char* m_pCursor = nullptr;
-    const char* m_pLastValueEnd = nullptr;  // where the last value ended
-    CFields* m_pLastValueNode = nullptr;    // the node that a comment on the same line goes to
-    int m_iDepth = 0;
-    bool m_bPeiAllowed = false;  // "(" opens a packet expression
-    bool m_bPeiPending = false;  // a packet expression was read for the value to come
-    E_MemberState m_eMember = MS_fresh;
-    unsigned int m_uiMemberSet = 0;
-    unsigned int m_uiMemberPosition = 0;
-    std::string m_strComment;                          // comments for the next node
-    detail::CMemberBuilder* m_pBuilder = nullptr;      // of the innermost open container; lives on the reader's stack
-    std::unique_ptr<detail::CNodeStack> m_pNodeStack;  // kept between loads
-    std::unique_ptr<detail::CIdIndex> m_pIdIndex;
+    std::unique_ptr<detail::tLoad> m_pLoad;  // never null
 };
 
 /// Loads the text notation, indented or on one line.
@@ -284,9 +159,6 @@ class MURV_API CLoader4BER : public ILoaderCommon
 {
 public:
     explicit CLoader4BER(unsigned int flags = LCBC_COMMENT | LCBC_EMPTY_NULL);
-    CLoader4BER(const CLoader4BER& other);
-    CLoader4BER& operator=(const CLoader4BER& other);
-    ~CLoader4BER() override;
     bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,
                 bool comments = true) override;
 };
@@ -298,7 +170,6 @@ public:
     explicit CLoaders(unsigned int flags = LCBC_COMMENT | LCBC_EMPTY_NULL);
     CLoaders(const CLoaders& other);
     CLoaders& operator=(const CLoaders& other);
-    ~CLoaders() override;
 
     /// Data of fewer than 4 bytes is refused; null data or a size of 0 gives false and leaves the last error.
     bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,

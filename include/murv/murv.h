@@ -8,12 +8,14 @@
 #include "murv/export.h"
 #include "murv/fields.h"
 #include "murv/flags.h"
+#include "murv/load_error.h"
 #include "murv/loader.h"
 #include "murv/member_iterator.h"
 #include "murv/packet_expression.h"
 #include "murv/saver.h"
 #include "murv/strings.h"
 #include "murv/text.h"
+#include "murv/token.h"
 #include "murv/types.h"
 
 #endif

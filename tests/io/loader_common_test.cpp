@@ -3,7 +3,7 @@
 
 #include <sstream>
 
-#include "io/open_container.h"
+#include "io/load.h"
 #include "murv/loader.h"
 
 using namespace murv;
@@ -36,7 +36,7 @@ public:
     using ILoaderCommon::getLoadErrors;
     using ILoaderCommon::getStackTopField;
     using ILoaderCommon::m_bComment;
-    using ILoaderCommon::m_vStack;
+    using ILoaderCommon::m_pLoad;
     using ILoaderCommon::pushError;
     using ILoaderCommon::startLoad;
 
@@ -68,9 +68,9 @@ TEST(LoaderCommon, stackHoldsTheTargetDuringALoadAndNothingAfterwards)
     CFields target;
     loader.startLoad("abc", 3, target, true);
     EXPECT_EQ(loader.getStackTopField(), &target);
-    EXPECT_EQ(loader.m_vStack.size(), 1u);
+    EXPECT_EQ(loader.m_pLoad->m_vStack.size(), 1u);
     loader.finishLoad(target, true);
-    EXPECT_TRUE(loader.m_vStack.empty());
+    EXPECT_TRUE(loader.m_pLoad->m_vStack.empty());
 }
 
 TEST(LoaderCommon, anOwnLoaderAddsToTheStackTop)
@@ -127,7 +127,7 @@ TEST(LoaderCommon, lastFieldIsTheLastMemberOfTheTop)
     COpenLoader loader;
     EXPECT_EQ(loader.getLastField4Stack(), nullptr);
     CFields array = numbers(3);
-    loader.m_vStack = {&array};
+    loader.m_pLoad->m_vStack = {&array};
     EXPECT_EQ(loader.getLastField4Stack(), &array[2]);
 }
 
@@ -137,9 +137,9 @@ TEST(LoaderCommon, lastFieldIsTheTopItselfWithoutMembers)
     CFields array = numbers(3);
     CFields scalar(1);
     CFields empty(DT_fields);
-    loader.m_vStack = {&array, &scalar};
+    loader.m_pLoad->m_vStack = {&array, &scalar};
     EXPECT_EQ(loader.getLastField4Stack(), &scalar);
-    loader.m_vStack = {&array, &empty};
+    loader.m_pLoad->m_vStack = {&array, &empty};
     EXPECT_EQ(loader.getLastField4Stack(), &empty);
 }
 
@@ -147,9 +147,9 @@ TEST(LoaderCommon, lastFieldSkipsNullEntries)
 {
     COpenLoader loader;
     CFields array = numbers(1);
-    loader.m_vStack = {&array, nullptr, nullptr};
+    loader.m_pLoad->m_vStack = {&array, nullptr, nullptr};
     EXPECT_EQ(loader.getLastField4Stack(), &array[0]);
-    loader.m_vStack = {nullptr};
+    loader.m_pLoad->m_vStack = {nullptr};
     EXPECT_EQ(loader.getLastField4Stack(), nullptr);
 }
 
@@ -158,18 +158,18 @@ TEST(LoaderCommon, lastThirdFieldIsTwoPlacesBack)
 {
     COpenLoader loader;
     CFields three = numbers(3);
-    loader.m_vStack = {&three};
+    loader.m_pLoad->m_vStack = {&three};
     EXPECT_EQ(loader.getLastThirdField4Stack(), &three[1]);
     CFields one = numbers(1);
-    loader.m_vStack = {&three, &one};
+    loader.m_pLoad->m_vStack = {&three, &one};
     EXPECT_EQ(loader.getLastThirdField4Stack(), &one);
     CFields scalar(1);
-    loader.m_vStack = {&three, &scalar};
+    loader.m_pLoad->m_vStack = {&three, &scalar};
     EXPECT_EQ(loader.getLastThirdField4Stack(), &three[2]);
     CFields empty(DT_array);
-    loader.m_vStack = {&three, &empty, &scalar};
+    loader.m_pLoad->m_vStack = {&three, &empty, &scalar};
     EXPECT_EQ(loader.getLastThirdField4Stack(), &empty);
-    loader.m_vStack = {&empty, nullptr, &scalar, nullptr};
+    loader.m_pLoad->m_vStack = {&empty, nullptr, &scalar, nullptr};
     EXPECT_EQ(loader.getLastThirdField4Stack(), &empty);
 }
 
@@ -178,9 +178,9 @@ TEST(LoaderCommon, lastThirdFieldIsNullWhereTheStackIsTooShort)
     COpenLoader loader;
     EXPECT_EQ(loader.getLastThirdField4Stack(), nullptr);
     CFields scalar(1);
-    loader.m_vStack = {&scalar};
+    loader.m_pLoad->m_vStack = {&scalar};
     EXPECT_EQ(loader.getLastThirdField4Stack(), nullptr);
-    loader.m_vStack = {nullptr, &scalar, nullptr};
+    loader.m_pLoad->m_vStack = {nullptr, &scalar, nullptr};
     EXPECT_EQ(loader.getLastThirdField4Stack(), nullptr);
 }
 
@@ -191,7 +191,7 @@ TEST(LoaderCommon, lastCommentFieldIsTheLastMemberWithAComment)
     CFields inner = numbers(3);
     CFields scalar(1);
     scalar.setComment("/*not a member*/", CP_before);
-    loader.m_vStack = {&outer, nullptr, &inner, &scalar};
+    loader.m_pLoad->m_vStack = {&outer, nullptr, &inner, &scalar};
     EXPECT_EQ(loader.getLastCommentField4Stack(), nullptr);
     outer[0].setComment("/*c*/", CP_trailing);
     EXPECT_EQ(loader.getLastCommentField4Stack(), &outer[0]);
