@@ -1,12 +1,16 @@
-// ser/text_values.cpp - what a token's text is worth: numbers, strings, words and packet expressions.
+// ser/text_values.cpp - what the text of a token means: numbers, strings, words and packet expressions.
+//
+// The general path only; numbers and strings of the fast path are read where members are.
 
 #include <cstring>
 
 #include "core/field_access.h"
+#include "core/field_vector.h"
 #include "core/text/byte_scan.h"
 #include "core/text/number_scan.h"
 #include "core/text/unescape.h"
-#include "murv/text.h"
+#include "io/load_messages.h"
+#include "ser/integer_mark.h"
 #include "ser/pei_reader.h"
 #include "ser/text_lexer.h"
 
@@ -17,6 +21,8 @@ namespace detail
 {
 namespace
 {
+constexpr const char* s_cpNoPeiEnd = "Missing ')' in packet expression";
+
 /// Replaces the value of any node.
 void replaceByNumber(CFields& node, const tScannedNumber& number)
 {
@@ -45,6 +51,36 @@ bool atonInField(const char* text, unsigned int length, CFields& node)
 
 namespace detail
 {
+
+void CTextParser::startContainer(CFields& node, E_DataType type, const tTokenInfo& token)
+{
+    startValue(node);
+    makeContainer(node, type);
+    tFieldAccess::setOffsetStart(node, offset(token.m_pBegin));
+}
+
+bool CTextParser::loadScalar(const char* p, CFields& node, const tTokenInfo& token)
+{
+    tSlot slot;
+    bool done = false;
+    switch (token.m_eType)
+    {
+    case TT_string: done = allotUnescapeString(node, token); break;
+    case TT_number: done = decodeNumber(node, token); break;
+    case TT_true:
+    case TT_false:
+        slot.m_eType = DT_bool;
+        slot.m_uValue = boolValue(token.m_eType == TT_true);
+        done = setWord(node, token, slot);
+        break;
+    case TT_null: done = setWord(node, token, slot); break;
+    default:
+        tFieldAccess::setOffsets(node, offset(token.m_pBegin), offset(token.m_pEnd));
+        return addError(s_cpNoValue, token);
+    }
+    noteValue(node, p);
+    return done;
+}
 
 bool CTextParser::decodeNumber(CFields& node, const tTokenInfo& token)
 {
@@ -88,47 +124,57 @@ bool CTextParser::toUnescapeString(const tTokenInfo& token, std::string_view& by
     return true;
 }
 
-bool CTextParser::loadPEI(tTokenInfo& token)
+// Whether it was read is in m_bPeiPending; an error is recorded.
+void CTextParser::loadPEI(const char*& p, tTokenInfo& token)
 {
-    const auto fail = [this, &token](const char* message) {
-        m_bPeiPending = false;
-        token.m_pEnd = m_pCursor;
-        return addError(message, token);
-    };
     CFields& node = top();
+    const char* fault = nullptr;
     if (m_bPeiPending)
-        return fail("Duplicated '(' in packet expression");
-    if (m_tLoad.m_vStack.size() > 1 && tFieldAccess::isContainer(node))
-        return fail("Packet expression type has not field or array");
-    node.setOffsetStart(offset(token.m_pBegin));
-    skipSpaces();
-    if (m_pCursor != m_pEnd && *m_pCursor == ')')
+        fault = "Duplicated '(' in packet expression";
+    else if (m_tLoad.m_vStack.size() > 1 && tFieldAccess::isContainer(node))
+        fault = "Packet expression type has not field or array";
+    else
     {
-        ++m_pCursor;
-        return fail("This packet expression empty");
+        node.setOffsetStart(offset(token.m_pBegin));
+        fault = findPeiEnd(p, m_strPei);
     }
-    const char* const begin = m_pCursor;
-    while (m_pCursor != m_pEnd && *m_pCursor != ')' && !tLineStop::isStop(static_cast<unsigned char>(*m_pCursor)) &&
-           *m_pCursor != ' ' && *m_pCursor != '\t')
-        ++m_pCursor;
-    if (m_pCursor == m_pEnd)
-        return fail("Found not ')' in packet expression");
-    m_strPei = {begin, static_cast<std::size_t>(m_pCursor - begin)};
-    if (m_strPei.size() < 4)
-        return fail("The packet expression is too short");
-    if (m_strPei.size() > 255)
-        return fail("The packet expression is too long");
-    // What stands between the expression and the ")" is a remark.
-    const void* const close = std::memchr(m_pCursor, ')', static_cast<std::size_t>(m_pEnd - m_pCursor));
+    m_bPeiPending = fault == nullptr;
+    if (fault == nullptr)
+    {
+        node.setOffsetEnd(offset(p));
+        return;
+    }
+    token.m_pEnd = p;
+    addError(fault, token);
+    if (fault == s_cpNoPeiEnd)
+        recover4Error(p, TT_peiEnd);
+}
+
+/// Reads up to the ")" that ends a packet expression. \return null, or the message
+const char* CTextParser::findPeiEnd(const char*& p, std::string_view& text) const
+{
+    skipSpaces(p);
+    if (p != m_pEnd && *p == ')')
+    {
+        ++p;
+        return "This packet expression empty";
+    }
+    const char* const begin = p;
+    while (p != m_pEnd && *p != ')' && !tLineStop::isStop(static_cast<unsigned char>(*p)) && *p != ' ' && *p != '\t')
+        ++p;
+    if (p == m_pEnd)
+        return "Found not ')' in packet expression";
+    text = {begin, static_cast<std::size_t>(p - begin)};
+    if (text.size() < 4)
+        return "The packet expression is too short";
+    if (text.size() > 255)
+        return "The packet expression is too long";
+    // Anything between the expression and the ")" is a remark.
+    const void* const close = std::memchr(p, ')', static_cast<std::size_t>(m_pEnd - p));
     if (close == nullptr)
-    {
-        fail("Missing ')' in packet expression");
-        return recover4Error(TT_peiEnd);
-    }
-    m_pCursor = static_cast<const char*>(close) + 1;
-    node.setOffsetEnd(offset(m_pCursor));
-    m_bPeiPending = true;
-    return true;
+        return s_cpNoPeiEnd;
+    p = static_cast<const char*>(close) + 1;
+    return nullptr;
 }
 
 bool CTextParser::decodePEI(const tTokenInfo& token)

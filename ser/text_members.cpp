@@ -1,0 +1,329 @@
+// ser/text_members.cpp - members of field sets and elements of arrays.
+//
+// Nearly all of a document is members, and most of these are read by the fast path. Whatever it does not know it leaves
+// to the general path, from the same place, so that there is one set of messages.
+
+#include <cstring>
+
+#include "core/field_access.h"
+#include "core/field_vector.h"
+#include "core/text/byte_scan.h"
+#include "core/text/number_scan.h"
+#include "core/throw.h"
+#include "io/load_messages.h"
+#include "io/open_container.h"
+#include "ser/integer_mark.h"
+#include "ser/text_lexer.h"
+
+namespace murv::detail
+{
+
+namespace
+{
+
+constexpr const char* s_cpNoFieldsEnd = "Missing ',' or '}' in field declaration";
+constexpr const char* s_cpNoComma = "Missing ','";
+constexpr const char* s_cpNoArrayEnd = "Missing ',' or ']' in array declaration";
+constexpr const char* s_cpNoOpenMember = "Add a field for this syntax";
+
+/// The message for a token where a separator is missing. After a scalar "(" would be a packet expression that comes too
+/// late; after a container there cannot be one at all.
+const char* message4Separator(const char* valueEnd, const tTokenInfo& token, const char* message)
+{
+    const bool late = token.m_eType == TT_peiBegin && valueEnd[-1] != '}' && valueEnd[-1] != ']';
+    return late ? s_cpNoOpenMember : message;
+}
+
+/// Takes a step of the general path with a copy of the cursor, so that the cursor of the fast path stays in a register.
+/// A variable whose own address is given away is stored and loaded again around every call: without the copy, arrays of
+/// numbers took a fifth longer to load.
+template <typename tStep>
+bool takeGeneralPath(const char*& p, tStep&& step)
+{
+    const char* copy = p;
+    const bool done = step(copy);
+    p = copy;
+    return done;
+}
+
+}  // namespace
+
+// The fast path. `member` was just made.
+
+// The name of most members: no ID, no escape, and "=" next.
+inline bool CTextParser::loadNameFast(const char*& p, tTokenInfo& token)
+{
+    if (p == m_pEnd || *p != '"')
+        return false;
+    const char* const begin = p + 1;
+    const char* const end = findStringStop(begin, m_pEnd);
+    if (end == m_pEnd || *end != '"')
+        return false;
+    const char* const assign = skipBlanks(end + 1, m_pEnd);
+    if (assign == m_pEnd || *assign != '=')
+        return false;
+    token = {TT_string, p, end + 1};
+    m_strName = {begin, static_cast<std::size_t>(end - begin)};
+    p = assign + 1;
+    return true;
+}
+
+// The value of most members: it begins here, without comment or packet expression.
+inline bool CTextParser::loadValueFast(const char*& p, CFields& member)
+{
+    if (p == m_pEnd || !isValueAlone())
+        return false;
+    switch (type4Byte(*p))
+    {
+    case TT_number: return loadNumberFast(p, member);
+    case TT_string: return loadStringFast(p, member);
+    case TT_true: return loadWordFast(p, member, "true", DT_bool, true);
+    case TT_false: return loadWordFast(p, member, "false", DT_bool, false);
+    case TT_null: return loadWordFast(p, member, "null", DT_null, false);
+    case TT_fieldsEnd:
+    case TT_arrayEnd:
+    case TT_comma: return loadEmptyFast(p, member);
+    default: return false;
+    }
+}
+
+inline bool CTextParser::loadNumberFast(const char*& p, CFields& member)
+{
+    if (*p == s_ccOtherInteger && m_bLossless) [[unlikely]]
+        return false;  // it may be marked
+    tScannedNumber number;
+    const char* const end = scanNumberToken(p, m_pEnd, number);
+    tFieldAccess::setType(member, number.m_eType).m_ullValue = number.m_uValue.m_ullValue;
+    finishFast(p, member, end);
+    return true;
+}
+
+inline bool CTextParser::loadStringFast(const char*& p, CFields& member)
+{
+    const char* const begin = p + 1;
+    const char* const end = findStringStop(begin, m_pEnd);
+    if (end == m_pEnd || *end != '"' || static_cast<std::size_t>(end - begin) > s_cuiLongestCodes)
+        return false;
+    const char* const codes = duplicatePrefixedStream(begin, static_cast<unsigned int>(end - begin));
+    tFieldAccess::setType(member, DT_codelist, true).m_pData = codes;
+    finishFast(p, member, end + 1);
+    return true;
+}
+
+inline bool CTextParser::loadWordFast(const char*& p, CFields& member, std::string_view word, E_DataType type,
+                                      bool value)
+{
+    if (static_cast<std::size_t>(m_pEnd - p) < word.size() || std::memcmp(p, word.data(), word.size()) != 0)
+        return false;
+    tFieldAccess::setType(member, type) = boolValue(value);
+    finishFast(p, member, p + word.size());
+    return true;
+}
+
+inline bool CTextParser::loadEmptyFast(const char* p, CFields& member)
+{
+    if (!m_bEmptyNull)
+        return false;
+    finishFast(p, member, p);
+    setEmptyOffsets(member, p);
+    return true;
+}
+
+inline void CTextParser::finishFast(const char*& p, CFields& member, const char* end)
+{
+    tFieldAccess::setOffsets(member, offset(p), offset(end));
+    m_bPeiAllowed = false;
+    noteValue(member, end);
+    p = end;
+}
+
+// "," or the end, when one of them is the next byte that is no blank.
+inline bool CTextParser::loadSeparatorFast(const char*& p, char end, bool& more) const
+{
+    const char* const at = skipBlanks(p, m_pEnd);
+    if (at == m_pEnd || (*at != ',' && *at != end))
+        return false;
+    more = *at == ',';
+    p = at + 1;
+    return true;
+}
+
+// Both paths.
+
+bool CTextParser::loadFields(const char*& p, const tTokenInfo& token)
+{
+    return loadMembers<DT_fields>(p, token);
+}
+
+bool CTextParser::loadArray(const char*& p, const tTokenInfo& token)
+{
+    return loadMembers<DT_array>(p, token);
+}
+
+template <E_DataType type>
+bool CTextParser::loadMembers(const char*& cursor, const tTokenInfo& token)
+{
+    constexpr bool isArray = type == DT_array;
+    constexpr char end = isArray ? ']' : '}';
+    CFields& node = top();
+    startContainer(node, type, token);
+    COpenContainer open(m_tLoad, node);
+    bool more = !m_bLossless || !isEmptyContainer(cursor, end);
+    bool done = true;
+    const char* p = cursor;  // the cursor itself, in a register; see takeGeneralPath
+    while (done && more)
+    {
+        skipSpaces(p);
+        done = isArray ? loadElement(p) : loadFieldMember(p);
+        if (done && !loadSeparatorFast(p, end, more))
+            done = takeGeneralPath(p, [this, &more](const char*& at) {
+                return isArray ? loadArraySeparator(at, more) : loadFieldSeparator(at, more);
+            });
+    }
+    cursor = p;
+    open.close();
+    tFieldAccess::setOffsetEnd(node, offset(p));
+    finishKind(node);
+    noteValue(node, p);
+    return done;
+}
+
+inline bool CTextParser::loadFieldMember(const char*& p)
+{
+    unsigned int id = 0;
+    tTokenInfo token;
+    if (!loadNameFast(p, token) && !takeGeneralPath(p, [&](const char*& at) { return loadNameGeneral(at, token, id); }))
+        return false;
+    CFields* const member = addMember(id);
+    if (member == nullptr)
+        return addError(s_cpNotAdded, token);
+    skipSpaces(p);
+    return loadMemberValue(p, *member, TT_fieldsEnd);
+}
+
+inline bool CTextParser::loadElement(const char*& p)
+{
+    CFields& element = m_tLoad.m_pBuilder->appendElement();
+    m_tLoad.m_eMember = tLoad::MS_added;
+    return loadMemberValue(p, element, TT_arrayEnd);
+}
+
+inline bool CTextParser::loadMemberValue(const char*& p, CFields& member, E_TokenType closing)
+{
+    return (m_tLoad.m_eMember != tLoad::MS_reread && loadValueFast(p, member)) ||
+           takeGeneralPath(p, [&](const char*& at) { return loadValueGeneral(at, member, closing); });
+}
+
+CFields* CTextParser::addMember(unsigned int id)
+{
+    try
+    {
+        return m_tLoad.addMember(m_strName, id);
+    }
+    catch (const CMemoryError&)
+    {
+        m_tLoad.m_eFault = LF_memory;
+        return nullptr;
+    }
+    catch (const CLogicError&)
+    {
+        return nullptr;
+    }
+}
+
+/// Reads the end of a container, also after comments, if nothing stands before it; else nothing but comments.
+bool CTextParser::isEmptyContainer(const char*& p, char end)
+{
+    skipSpaces(p);
+    const char* const first = p;
+    tTokenInfo token{TT_comment, first, first};
+    while (p != m_pEnd && *p == '/' && token.m_eType == TT_comment)
+    {
+        loadToken(p, token);
+        skipSpaces(p);
+    }
+    if (p != m_pEnd && *p == end && token.m_eType == TT_comment)
+    {
+        ++p;
+        return true;
+    }
+    // Comments that are not tolerated before a value are met again, and are an error there.
+    if (!m_bTolerant || token.m_eType != TT_comment)
+        p = first;
+    return false;
+}
+
+// The general path.
+
+bool CTextParser::loadNameGeneral(const char*& p, tTokenInfo& token, unsigned int& id)
+{
+    loadToken(p, token);
+    skipComments(p, token);
+    return loadHead(p, token, false, id);
+}
+
+// `member` is the last one added, or one that is read again.
+bool CTextParser::loadValueGeneral(const char*& p, CFields& member, E_TokenType closing)
+{
+    return loadOneValue(p, member) || recover4Error(p, closing);
+}
+
+bool CTextParser::loadOneValue(const char*& p, CFields& member)
+{
+    const E_TokenType type = p == m_pEnd ? TT_end : type4Byte(*p);
+    const bool isAlone = isValueAlone();
+    if (isAlone && (type == TT_arrayBegin || type == TT_fieldsBegin))
+        return loadContainer(p, member, type);
+    if (isAlone && type >= TT_string && type <= TT_null)
+    {
+        tTokenInfo token;
+        loadToken(p, token);
+        return loadScalar(p, member, token);
+    }
+    m_bPeiAllowed = true;
+    m_tLoad.m_vStack.push_back(&member);
+    const bool done = loadFieldInfo(p, false);
+    m_tLoad.m_vStack.pop_back();
+    return done;
+}
+
+bool CTextParser::loadContainer(const char*& p, CFields& member, E_TokenType type)
+{
+    const tTokenInfo token{type, p, p + 1};
+    ++p;
+    m_tLoad.m_vStack.push_back(&member);
+    ++m_tLoad.m_iDepth;
+    const bool done = type == TT_arrayBegin ? loadArray(p, token) : loadFields(p, token);
+    --m_tLoad.m_iDepth;
+    m_tLoad.m_vStack.pop_back();
+    return done;
+}
+
+// "," or the end after a member, also after comments.
+bool CTextParser::loadFieldSeparator(const char*& p, bool& more)
+{
+    const char* const valueEnd = p;
+    tTokenInfo token;
+    loadToken(p, token);
+    if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma && token.m_eType != TT_comment)
+        return addErrorAndRecover(p, message4Separator(valueEnd, token, s_cpNoFieldsEnd), token, TT_fieldsEnd);
+    skipComments(p, token);
+    if (token.m_eType != TT_fieldsEnd && token.m_eType != TT_comma)
+        return addError(message4Separator(valueEnd, token, s_cpNoComma), token);
+    more = token.m_eType == TT_comma;
+    return true;
+}
+
+bool CTextParser::loadArraySeparator(const char*& p, bool& more)
+{
+    const char* const valueEnd = p;
+    tTokenInfo token;
+    loadToken(p, token);
+    skipComments(p, token);
+    more = token.m_eType == TT_comma;
+    if (!more && token.m_eType != TT_arrayEnd)
+        return addErrorAndRecover(p, message4Separator(valueEnd, token, s_cpNoArrayEnd), token, TT_arrayEnd);
+    return true;
+}
+
+}  // namespace murv::detail
