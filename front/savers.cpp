@@ -1,6 +1,6 @@
 // front/savers.cpp - one entrance to all savers.
 //
-// The encoding rule picks the saver, which is told this object's configuration before each saving. Rules and styles out
+// The encoding rule picks the saver, which gets this object's configuration before each saving. Rules and styles out
 // of range give nothing and are no error; callers rely on that.
 #include <algorithm>
 #include <iostream>

@@ -1,6 +1,6 @@
-// io/encoding_rule.h - how binary files are told from text.
+// io/encoding_rule.h - how binary files are distinguished from text.
 //
-// The front classes look at no more than this of a file; its layout is the binary rules' business.
+// The front classes look at no more than this of a file; its layout is known in ber/ only.
 #pragma once
 
 #include <cstring>
@@ -17,7 +17,7 @@ inline bool hasMurfMagic(const char* data, unsigned int size)
     return size >= s_cuiMagicSize && std::memcmp(data, s_cMagic, s_cuiMagicSize) == 0;
 }
 
-/// The encoding rule that a flags byte tells, or -1.
+/// The encoding rule that a flags byte gives, or -1.
 constexpr int rule4Flags(unsigned char flags)
 {
     return (flags & ~1U) > 5 ? -1 : flags >> 1;

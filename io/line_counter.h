@@ -1,6 +1,6 @@
 // io/line_counter.h - lines and columns of places in a text.
 //
-// The counter goes on from where it was, so that all the errors of a load cost one walk over the data.
+// The counter continues where it stopped, so that all errors of a load cost one walk over the data.
 #pragma once
 
 namespace murv::detail
@@ -13,9 +13,9 @@ public:
     explicit CLineCounter(const char* begin) : m_pScanned(begin), m_pLine(begin)
     {
     }
-    /// The line of a place that lies at or after the one asked for before.
+    /// The line of a place; places must come in order.
     int line4(const char* position);
-    /// The column of the place asked for last.
+    /// The column of the last place.
     int column() const
     {
         return m_iColumn;

@@ -1,8 +1,7 @@
 // io/load.h - the state of a load.
 //
-// It lives as long as its loader, so that memory is taken once and errors can be asked for later; start() makes it ready
-// for a document. Both parsers work on it, and text adds its members here, so that what names and IDs lead to is
-// decided in one place.
+// It lives as long as its loader, so that memory is taken once and the errors stay; start() makes it ready for a
+// document. Both parsers work on it. Members of text are added here: names and IDs decide whether a member is new.
 #pragma once
 
 #include <memory>

@@ -6,9 +6,12 @@
 
 #include "core/error_table.h"
 #include "core/text/quote.h"
+#include "io/load.h"
 
 namespace murv::detail
 {
+
+static_assert(s_cnMostLevels == std::size_t{tLoad::s_cnStackDepthLimit}, "what is saved can be loaded");
 
 namespace
 {

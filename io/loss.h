@@ -1,6 +1,6 @@
 // io/loss.h - what a lossless saving could not bring back, and where it lies.
 //
-// Before anything is written, the tree is walked and each node put to the rules of the notation. The first one that
+// Before anything is written, each node of the tree is checked against the rules of the notation. The first one that
 // breaks them ends the saving, with its path in the message.
 #pragma once
 
@@ -16,7 +16,7 @@
 namespace murv::detail
 {
 
-/// Where a node stands in its tree.
+/// Where a node lies in its tree.
 struct tNodeLevel
 {
     std::size_t m_nLevel;  // 1 for the root
@@ -54,7 +54,7 @@ inline constexpr std::size_t s_cnMostDocumentBytes = 2147483647;
 /// \param medium  "text", "a binary file"
 void reportLoss(CErrorBase& saver, const char* function, const std::string& path, const char* medium, const char* loss);
 
-/// Puts all nodes to a rule, in the order of the document.
+/// Checks all nodes against a rule, in the order of the document.
 ///
 /// \param rule   called with a node and its level: null, or the name of what would be lost
 /// \param steps  given the way to the node that breaks the rule

@@ -1,6 +1,6 @@
 // io/read_stream.cpp - the rest of a stream as one string.
 //
-// Read piece by piece: what is behind the end mark has to stay in the stream.
+// Read block by block: what follows the end mark has to stay in the stream.
 #include "io/read_stream.h"
 
 #include <algorithm>
@@ -13,12 +13,12 @@ namespace murv::detail
 bool readStream(std::istream& in, std::size_t most, std::string& data)
 {
     using tTraits = std::istream::traits_type;
-    constexpr std::size_t piece = std::size_t{64} * 1024;
+    constexpr std::size_t blockSize = std::size_t{64} * 1024;
     constexpr char end = '\xFF';
     data.clear();
     if (in.fail())
         return false;
-    std::vector<char> block(std::min(piece, most) + 1);
+    std::vector<char> block(std::min(blockSize, most) + 1);
     while (data.size() < most)
     {
         const tTraits::int_type next = in.peek();

@@ -15,7 +15,7 @@ namespace murv::detail
 /// `most` bytes. A stream that gives nothing at all fails, as with a line that is read.
 /// \param data  receives what was read
 /// \return false when the stream had failed before or broke meanwhile; true at a mere end, also right at the start.
-/// Throws std::bad_alloc, and what the stream throws when it was told to.
+/// Throws std::bad_alloc, and what the stream throws when its exceptions are switched on.
 bool readStream(std::istream& in, std::size_t most, std::string& data);
 
 }  // namespace murv::detail

@@ -1,7 +1,7 @@
 // io/text_sink.h - where savers write: a growing string, or slices for a stream.
 //
 // A writer asks for room, fills it by pointer and says how far it came, so that a token costs one comparison and no
-// call. What becomes of full room is the sink's business. Nobody reads a sink back.
+// call. What happens to a full room is up to the sink. Nobody reads a sink back.
 #pragma once
 
 #include <algorithm>
@@ -26,7 +26,7 @@ public:
     ITextSink& operator=(const ITextSink&) = delete;
     virtual ~ITextSink() = default;
 
-    /// Room for at least `bytes` bytes behind what was taken; ends with the next call. Throws std::bad_alloc.
+    /// Room for at least `bytes` bytes after what was taken; valid until the next call. Throws std::bad_alloc.
     char* room(std::size_t bytes)
     {
         if (static_cast<std::size_t>(m_pEnd - m_pPlace) < bytes) [[unlikely]]
@@ -40,9 +40,9 @@ public:
     }
     void put(std::string_view text)
     {
-        for (; text.size() > s_cnPiece; text.remove_prefix(s_cnPiece))
-            putPiece(text.substr(0, s_cnPiece));
-        putPiece(text);
+        for (; text.size() > s_cnSlice4Put; text.remove_prefix(s_cnSlice4Put))
+            putSlice(text.substr(0, s_cnSlice4Put));
+        putSlice(text);
     }
     /// True when text was lost. Further text is lost too, and the writer may as well stop.
     bool failed() const
@@ -93,9 +93,9 @@ protected:
     bool m_bFailed = false;
 
 private:
-    static constexpr std::size_t s_cnPiece = 32768;
+    static constexpr std::size_t s_cnSlice4Put = 32768;
 
-    void putPiece(std::string_view text)
+    void putSlice(std::string_view text)
     {
         if (text.empty())
             return;
@@ -148,7 +148,7 @@ public:
     {
     }
 
-    /// Writes what is pending. Throws what the stream throws, if it was told to throw.
+    /// Writes what is pending. Throws what the stream throws when its exceptions are switched on.
     void flush()
     {
         const std::string_view slice = pendingText();

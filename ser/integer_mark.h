@@ -1,4 +1,4 @@
-// ser/integer_mark.h - how lossless text tells the two integer types apart.
+// ser/integer_mark.h - how lossless text distinguishes the two integer types.
 //
 // By their digits, integers up to 31 bits are signed and larger ones unsigned. One zero before the digits says that a
 // number has the other type. Readers that do not know the mark read the same number.

@@ -1,4 +1,4 @@
-// ser/pei_reader.cpp - the notation of packet expressions, read.
+// ser/pei_reader.cpp - reads the notation of packet expressions.
 //
 // Letters and keyword names come from the tables that the writer uses.
 #include "ser/pei_reader.h"
@@ -30,7 +30,7 @@ constexpr const char* s_cpUnknownKeyword = "Found not a supporting-keyword index
 constexpr int s_cnLeastCalibration = -127;
 constexpr int s_cnGreatestCalibration = 128;
 
-/// Takes a sign and the digits behind it off the text; 0 without digits. A number too big for any field stays one.
+/// Takes a sign and the digits after it off the text; 0 without digits. A number too big for any field stays too big.
 std::int64_t takeNumber(std::string_view& text)
 {
     constexpr std::int64_t limit = std::int64_t{1} << 40;

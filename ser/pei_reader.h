@@ -12,7 +12,7 @@ namespace murv::detail
 
 /// Reads a packet expression such as "ACF8YYYYMMDD", without parentheses and blanks.
 ///
-/// External keywords are put to the GetIdx callbacks of the kinds 1 to 15, in this order; what these throw passes.
+/// For external keywords the GetIdx callbacks of the kinds 1 to 15 are called, in this order; what they throw passes.
 /// \param loaderConfig  bits of E_LoaderConfigBit
 /// \param out           the result; as it was when there is an error
 /// \return null when all is well, else the message (static text)

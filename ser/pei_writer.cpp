@@ -22,7 +22,7 @@ namespace
 
 constexpr const char* s_cpMakePEI = "murv::ISaver::makePEI";
 
-/// Writes texts and numbers one behind the other; the caller knows that there is room.
+/// Writes texts and numbers one after the other; the caller knows that there is room.
 class CPeiText
 {
 public:
@@ -102,6 +102,28 @@ const char* keywordName(const tPacketExpInfo& pei)
     return getText == nullptr ? nullptr : getText(pei.m_usSkIndex, pei.m_ucSkOption);
 }
 
+/// Reports a keyword that is unknown or too long, and leaves it out.
+void putKeyword(CErrorBase& saver, CPeiText& text, const tPacketExpInfo& pei, std::size_t room)
+{
+    const unsigned int option = pei.m_ucSkOption;
+    const char* const name = keywordName(pei);
+    if (name == nullptr && pei.m_ucSkKind == 0)
+        saver.setUserError(detail::s_ciInvalidParameter, "[%s#%d] '%u' was invalid index of internal keyword",
+                           s_cpMakePEI, __LINE__, static_cast<unsigned int>(pei.m_usSkIndex));
+    if (name == nullptr)
+        return;
+    const std::size_t length = std::strlen(name);
+    if (length > room - (option == 0 ? 0 : detail::digits4Unsigned(option)))
+    {
+        saver.setUserError(detail::s_ciInvalidParameter, "[%s#%d] Too long keyword text(%u)", s_cpMakePEI, __LINE__,
+                           static_cast<unsigned int>(length));
+        return;
+    }
+    text.put(std::string_view(name, length));
+    if (option != 0)
+        text.number(option);
+}
+
 }  // namespace
 
 const char* ISaver::makePEI(E_DataType type, const tPacketExpInfo& pei, unsigned char& written)
@@ -117,26 +139,9 @@ const char* ISaver::makePEI(E_DataType type, const tPacketExpInfo& pei, unsigned
     text.put('(');
     putLetters(text, pei);
     putLength(text, pei, (m_ucStyle & SAVE_VALUE) != 0);
+    const auto room = static_cast<std::size_t>(m_cPEI + sizeof m_cPEI - text.end());
     if (pei.m_usSkIndex != 0)
-    {
-        const unsigned int option = pei.m_ucSkOption;
-        const char* const name = keywordName(pei);
-        const std::size_t length = name == nullptr ? 0 : std::strlen(name);
-        const std::size_t behind = (option == 0 ? 0 : detail::digits4Unsigned(option)) + sizeof ")";
-        const auto room = static_cast<std::size_t>(m_cPEI + sizeof m_cPEI - text.end());
-        if (name == nullptr && pei.m_ucSkKind == 0)
-            setUserError(detail::s_ciInvalidParameter, "[%s#%d] '%u' was invalid index of internal keyword",
-                         s_cpMakePEI, __LINE__, static_cast<unsigned int>(pei.m_usSkIndex));
-        else if (length > room - behind)
-            setUserError(detail::s_ciInvalidParameter, "[%s#%d] Too long keyword text(%u)", s_cpMakePEI, __LINE__,
-                         static_cast<unsigned int>(length));
-        else if (name != nullptr)
-        {
-            text.put(std::string_view(name, length));
-            if (option != 0)
-                text.number(option);
-        }
-    }
+        putKeyword(*this, text, pei, room - sizeof ")");
     text.put(')').put('\0');
     written |= SAVE_PEI;
     return m_cPEI;

@@ -11,15 +11,18 @@
 namespace murv
 {
 
+namespace
+{
+constexpr const char* s_cpSaving = "murv::CSaver4SER_HFW::saving";
+constexpr detail::tLayoutPlaces s_ctPlaces = {"murv::CSaver4SER_HFW::unindent", "murv::CSaver4SER_HFW::writeArray"};
+}  // namespace
+
 CSaver4SER_HFW::CSaver4SER_HFW(unsigned int indentWidth) : m_uiIndentWidth(indentWidth)
 {
 }
 
 std::string CSaver4SER_HFW::saving(const CFields& root, unsigned char style, const char* /*password*/)
 {
-    static constexpr const char* s_cpSaving = "murv::CSaver4SER_HFW::saving";
-    static constexpr detail::tLayoutPlaces places = {"murv::CSaver4SER_HFW::unindent",
-                                                     "murv::CSaver4SER_HFW::writeArray"};
     clearError();
     m_ucStyle = style;
     const bool isLossless = BC32_Check(SCBC_LOSSLESS);
@@ -27,7 +30,7 @@ std::string CSaver4SER_HFW::saving(const CFields& root, unsigned char style, con
     if (isLossless && !detail::isTextWhole(*this, s_cpSaving, root, &indent))
         return {};
     detail::CStringSink sink(m_tResult);
-    detail::CTextLayout(*this, places, sink, indent).write(root);
+    detail::CTextLayout(*this, s_ctPlaces, sink, indent).write(root);
     if (isLossless && !detail::isTextLengthHeld(*this, s_cpSaving, sink.size()))
         return {};
     return std::string(sink.text());

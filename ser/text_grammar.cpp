@@ -2,20 +2,11 @@
 
 #include "core/field_access.h"
 #include "core/field_vector.h"
-#include "io/load_messages.h"
 #include "ser/text_lexer.h"
+#include "ser/text_messages.h"
 
 namespace murv::detail
 {
-
-namespace
-{
-constexpr const char* s_cpBadId = "Failed to loading for the #ID syntax";
-constexpr const char* s_cpNoName = "Missing '}' or field member name";
-constexpr const char* s_cpNoRootNumber = "Missing field member name";
-constexpr const char* s_cpLongRootName = "Failed to set the root field name";
-constexpr const char* s_cpScalarRoot = "A valid MURV document must be either an DT_array or an DT_fields type.";
-}  // namespace
 
 bool CTextParser::loadDocument(CFields& target)
 {
@@ -112,7 +103,7 @@ bool CTextParser::loadHead(const char*& p, tTokenInfo& token, bool root, unsigne
     {
         id = extractID(token);
         if (id == 0)
-            return addError(s_cpBadId, token);
+            return addError(s_cpBadTextId, token);
         loadToken(p, token);
         skipComments(p, token);
     }

@@ -1,7 +1,7 @@
 // ser/text_layout.cpp - the layout of the human-friendly text.
 //
-// The walk keeps the innermost container at hand and the outer ones on a stack of its own. Short arrays are measured by
-// writing their elements aside; what was measured is what is written then, on one line or on many.
+// The walk keeps the innermost container in a variable and the outer ones on a stack of its own. Short arrays are
+// measured by writing their elements to a separate sink; what was measured is then written, on one line or on many.
 #include "ser/text_layout.h"
 
 #include "core/error_table.h"
@@ -48,14 +48,14 @@ CTextLayout::CTextLayout(ISaver& saver, const tLayoutPlaces& places, ITextSink& 
 {
 }
 
-/// Room for the begin of a line, an ID prefix, and a name with what stands behind it.
+/// Room for the begin of a line, an ID prefix, and a name with what follows it.
 inline std::size_t CTextLayout::roomOfPrefix(const CFields& node) const
 {
     constexpr std::size_t othersRoom = 16;  // "#", ten digits, " ", " ="
     return m_tIndent.room() + othersRoom + quotedRoom(tFieldAccess::name(node).size());
 }
 
-/// Begins a line, unless the one at hand is open.
+/// Begins a line, unless the current one is open.
 inline char* CTextLayout::startLine(char* out)
 {
     if (m_eLine == LINE_text)
@@ -106,14 +106,14 @@ void CTextLayout::write(const CFields& root)
     if (m_tSink.failed())
         return;
     if (hasCommentToWrite(root))
-        writeCommentsBehind(root);
+        writeCommentsAfter(root);
     if (m_tSaver.BC32_Check(SCBC_FINAL_NEWLINE))
         putChar('\n');
 }
 
 void CTextLayout::writeRoot(const CFields& root)
 {
-    // The root's ID and name stand at the begin of the text or behind a comment's line feed, where no line is due.
+    // The root's ID and name stand at the begin of the text or after a comment's line feed, where no line is due.
     unsigned char written = 0;
     beginField(root, written);
     if (startValue(root, written))
@@ -183,7 +183,7 @@ inline void CTextLayout::endMember(const CFields& member, bool last, unsigned ch
     if (!last)
         putChar(',');
     if (hasCommentToWrite(member))
-        writeCommentsBehind(member);
+        writeCommentsAfter(member);
     if (last && written == 0)
         putChar('\n');
 }
@@ -274,7 +274,7 @@ bool CTextLayout::mayStandOnOneLine(const CFields& array, std::uint32_t count) c
     return isPlain;
 }
 
-/// Writes the elements aside, as if nothing stood before them, and decides whether they fit one line.
+/// Writes the elements to a separate sink, as if nothing stood before them, and decides whether they fit one line.
 void CTextLayout::measure(const CFields& array, std::uint32_t count)
 {
     bool isCommented = false;
@@ -387,7 +387,7 @@ void CTextLayout::writeCommentBefore(const CFields& node)
     putChar('\n');
 }
 
-void CTextLayout::writeCommentsBehind(const CFields& node)
+void CTextLayout::writeCommentsAfter(const CFields& node)
 {
     const tNodeAside* const record = tFieldAccess::aside(node);
     const char* const trailing = record->m_tComment[CP_trailing].get();

@@ -1,6 +1,6 @@
 // ser/text_layout.h - the layout of the human-friendly text.
 //
-// One engine writes it for all savers; they differ in the sink, in what a level is indented by and in the names under
+// One engine writes it for all savers; they differ in the sink, in the indentation of a level and in the names under
 // which errors are reported. It knows where on the line it stands, and walks without recursion.
 #pragma once
 
@@ -42,9 +42,9 @@ public:
 private:
     enum E_Line
     {
-        LINE_begin,  // behind a line feed, or nothing was written yet
-        LINE_open,   // behind indentation or a blank of our own: what follows stays here
-        LINE_text,   // behind anything else: what follows takes a line of its own
+        LINE_begin,  // after a line feed, or nothing was written yet
+        LINE_open,   // after indentation or a blank of our own: what follows stays here
+        LINE_text,   // after anything else: what follows takes a line of its own
     };
 
     /// A container that is open, with at least one member. They are taken in order, run by run.
@@ -113,7 +113,7 @@ private:
         return m_bComments && tFieldAccess::aside(node) != nullptr;
     }
     void writeCommentBefore(const CFields& node);
-    void writeCommentsBehind(const CFields& node);
+    void writeCommentsAfter(const CFields& node);
 
     std::size_t roomOfPrefix(const CFields& node) const;
     char* startLine(char* out);
@@ -140,7 +140,7 @@ private:
     E_Line m_eLine = LINE_begin;
     CWalkStack<tFrame> m_tOuter;  // open containers around the innermost one
 
-    // Texts of the elements of the array at hand, when it was measured.
+    // Texts of the elements of the current array, when it was measured.
     tKeptBlock m_tMeasuredBlock;
     CStringSink m_tMeasured{m_tMeasuredBlock};
     std::size_t m_nMeasuredEnd[s_cuiMeasureLimit] = {};

@@ -14,29 +14,30 @@
 namespace murv::detail
 {
 
-// What kind of token a byte begins. Bytes from 126 on begin none.
+/// Bytes that begin a kind of token.
+struct tTokenRow
+{
+    std::string_view m_strvBytes;
+    E_TokenType m_eType;
+};
+
+inline constexpr tTokenRow s_ctTokenRows[] = {
+    {{"", 1}, TT_end},  {"{", TT_fieldsBegin}, {"}", TT_fieldsEnd}, {"[", TT_arrayBegin},       {"]", TT_arrayEnd},
+    {"(", TT_peiBegin}, {")", TT_peiEnd},      {"\"", TT_string},   {"-0123456789", TT_number}, {"t", TT_true},
+    {"f", TT_false},    {"n", TT_null},        {"#", TT_id},        {"=", TT_assign},           {",", TT_comma},
+    {"/", TT_comment},
+};
+
+// What kind of token a byte begins; bytes that stand in no row begin none.
 inline constexpr auto s_ctType4Byte = [] {
     std::array<unsigned char, 256> types{};
     for (unsigned char& type : types)
         type = TT_error;
-    types[0] = TT_end;
-    types['{'] = TT_fieldsBegin;
-    types['}'] = TT_fieldsEnd;
-    types['['] = TT_arrayBegin;
-    types[']'] = TT_arrayEnd;
-    types['('] = TT_peiBegin;
-    types[')'] = TT_peiEnd;
-    types['"'] = TT_string;
-    types['-'] = TT_number;
-    for (unsigned char digit = '0'; digit <= '9'; ++digit)
-        types[digit] = TT_number;
-    types['t'] = TT_true;
-    types['f'] = TT_false;
-    types['n'] = TT_null;
-    types['#'] = TT_id;
-    types['='] = TT_assign;
-    types[','] = TT_comma;
-    types['/'] = TT_comment;
+    for (const tTokenRow& row : s_ctTokenRows)
+    {
+        for (const char byte : row.m_strvBytes)
+            types[static_cast<unsigned char>(byte)] = static_cast<unsigned char>(row.m_eType);
+    }
     return types;
 }();
 

@@ -1,7 +1,7 @@
 // ser/text_loss.cpp - what text cannot hold.
 //
-// Packet expressions and comments are tried: what reads back equal is held. So the rules cannot part from what writer
-// and reader do. The usual comments, of one line, are told at a glance.
+// Packet expressions and comments are tried out: they are written and read back. So the rules cannot differ from what
+// writer and reader do. Comments of one line, the usual ones, need no trial.
 #include "ser/text_loss.h"
 
 #include <cmath>

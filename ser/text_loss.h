@@ -1,6 +1,6 @@
 // ser/text_loss.h - what text cannot hold.
 //
-// The rules behind a lossless saving; docs/text.md lists them.
+// The rules that a lossless saving checks; docs/text.md lists them.
 #pragma once
 
 #include "murv/saver.h"

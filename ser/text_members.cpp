@@ -14,17 +14,13 @@
 #include "io/open_container.h"
 #include "ser/integer_mark.h"
 #include "ser/text_lexer.h"
+#include "ser/text_messages.h"
 
 namespace murv::detail
 {
 
 namespace
 {
-
-constexpr const char* s_cpNoFieldsEnd = "Missing ',' or '}' in field declaration";
-constexpr const char* s_cpNoComma = "Missing ','";
-constexpr const char* s_cpNoArrayEnd = "Missing ',' or ']' in array declaration";
-constexpr const char* s_cpNoOpenMember = "Add a field for this syntax";
 
 /// The message for a token where a separator is missing. After a scalar "(" would be a packet expression that comes too
 /// late; after a container there cannot be one at all.

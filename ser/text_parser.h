@@ -158,7 +158,7 @@ private:
     bool m_bClean = false;                    // the last string token holds no escape
     bool m_bPeiAllowed = false;               // "(" opens a packet expression
     bool m_bPeiPending = false;               // a packet expression was read for the value to come
-    const char* m_pLineChecked;               // from here on line ends after the last value are still to be looked for
+    const char* m_pLineChecked;               // bytes from the last value up to here hold no line end
     std::string m_strComment;                 // comments for the next node
     std::vector<std::size_t> m_vCommentSeam;  // where comments that wait for a node meet without a line feed
     std::string_view m_strPei;                // text of the packet expression just found

@@ -29,7 +29,7 @@ enum E_Written : unsigned char
     WRITTEN_VALUE = 16,
 };
 
-/// Room that is enough for the quoted text. A long text is looked at first, since most need no escapes.
+/// Room that is enough for the quoted text. A long text is scanned first, as most need no escapes.
 inline std::size_t roomWhenQuoted(std::string_view text)
 {
     constexpr std::size_t shortText = 256;
@@ -40,7 +40,7 @@ inline std::size_t roomWhenQuoted(std::string_view text)
     return text.size() + quotedRoom(static_cast<std::size_t>(end - escape));
 }
 
-/// Style and configuration are looked at once: a writer serves one saving.
+/// Style and configuration are read once: a writer serves one saving.
 class CValueWriter
 {
 public:
@@ -76,7 +76,7 @@ public:
 
     /// \param node     a scalar
     /// \param written  parts that stand before it already (E_Written); updated
-    /// \return the last byte written, 0 when nothing was; a blank only when the value behind it wrote nothing
+    /// \return the last byte written, 0 when nothing was; a blank only when the value after it wrote nothing
     char write(ITextSink& sink, const CFields& node, unsigned char& written)
     {
         if (m_bLossless) [[unlikely]]
