@@ -142,7 +142,7 @@ CFields* tLoad::findKnown(std::string_view name, unsigned int id)
     const std::uint32_t position = name.empty() ? CNameIndex::s_cuiNone : builder.find(name);
     if (position != CNameIndex::s_cuiNone)
     {
-        m_tMemberPlace = {builder.set(), position};
+        m_tMemberPlace = {builder.number(), position};
         return &builder.at(position);
     }
     if (id == 0 || builder.node().getID() == id)

@@ -11,7 +11,7 @@
 
 #include "core/throw.h"
 #include "io/error_records.h"
-#include "io/ids/id_places.h"
+#include "io/ids/container_tree.h"
 #include "io/node_stack.h"
 #include "murv/fields.h"
 #include "murv/flags.h"

@@ -54,7 +54,7 @@ public:
         m_tPlace = place;
     }
     /// Number of the container, which it has as soon as there is an ID below it.
-    std::uint32_t set() const noexcept
+    std::uint32_t number() const noexcept
     {
         return m_uiNumber;
     }
