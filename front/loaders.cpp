@@ -48,7 +48,9 @@ bool CLoaders::loadit(const char* data, unsigned int size, CFields& target, cons
     if (isTooBig(size, "murv::CLoaders::loadit", __LINE__))
         return false;
     // A file of the reserved rule 1, or one that names rule 0, goes to the text loader, which will say what it meets.
-    const int rule = getER(data, size);
+    // Lossless text may be as short as "5"; a binary file is longer.
+    const bool isShortText = size < detail::s_cuiMagicSize && m_tConfig.BC32_Check(LCBC_LOSSLESS);
+    const int rule = isShortText ? 0 : getER(data, size);
     if (rule < 0)
     {
         setUserError(detail::s_ciInvalidParameter, "[%s#%d] Unknown encoding rule(%d)", "murv::CLoaders::loadit",

@@ -108,9 +108,10 @@ const char* lossOfSecondValue(const CFields& node)
     return tFieldAccess::kind(node) == kind ? nullptr : "a value kind that the keyword does not give";
 }
 
-void reportLoss(CErrorBase& saver, const char* function, const std::string& path, const char* medium, const char* loss)
+void reportLoss(CErrorBase& saver, const char* function, const std::string& path, const char* medium, const char* loss,
+                int line)
 {
-    saver.setUserError(s_ciInvalidParameter, "[%s#%d] %s: %s cannot hold %s", function, __LINE__, path.c_str(), medium,
+    saver.setUserError(s_ciInvalidParameter, "[%s#%d] %s: %s cannot hold %s", function, line, path.c_str(), medium,
                        loss);
 }
 

@@ -52,7 +52,8 @@ inline constexpr std::size_t s_cnMostDocumentBytes = 2147483647;
 
 /// Names what cannot be held in the saver's error.
 /// \param medium  "text", "a binary file"
-void reportLoss(CErrorBase& saver, const char* function, const std::string& path, const char* medium, const char* loss);
+void reportLoss(CErrorBase& saver, const char* function, const std::string& path, const char* medium, const char* loss,
+                int line = __builtin_LINE());
 
 /// Checks all nodes against a rule, in the order of the document.
 ///

@@ -55,8 +55,8 @@ bool CTextParser::loadValue(const char*& p, bool root)
         }
         switch (token.m_eType)
         {
-        case TT_fieldsBegin: return loadFields(p, token);
-        case TT_arrayBegin: return loadArray(p, token);
+        case TT_fieldsBegin: m_bCommented = commented; return loadFields(p, token);
+        case TT_arrayBegin: m_bCommented = commented; return loadArray(p, token);
         case TT_peiBegin:
             if (!decodePEI(token))
                 return false;

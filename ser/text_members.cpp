@@ -4,6 +4,7 @@
 // to the general path, from the same place, so that there is one set of messages.
 
 #include <cstring>
+#include <utility>
 
 #include "core/field_access.h"
 #include "core/field_vector.h"
@@ -164,7 +165,10 @@ bool CTextParser::loadMembers(const char*& cursor, const tTokenInfo& token)
     CFields& node = top();
     startContainer(node, type, token);
     COpenContainer open(m_tLoad, node);
+    const bool commented = std::exchange(m_bCommented, false);
     bool more = !m_bLossless || !isEmptyContainer(cursor, end);
+    if (!more && m_bComments && !m_strComment.empty())
+        giveComments(node, commented);  // the brackets hold nothing else that could have them
     bool done = true;
     const char* p = cursor;  // the cursor itself, in a register; see takeGeneralPath
     while (done && more)

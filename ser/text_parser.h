@@ -160,6 +160,7 @@ private:
     bool m_bPeiPending = false;               // a packet expression was read for the value to come
     const char* m_pLineChecked;               // bytes from the last value up to here hold no line end
     std::string m_strComment;                 // comments for the next node
+    bool m_bCommented = false;                // the container to be read was given comments already
     std::vector<std::size_t> m_vCommentSeam;  // where comments that wait for a node meet without a line feed
     std::string_view m_strPei;                // text of the packet expression just found
     std::string_view m_strName;               // of the member being read; in the data, in the scratch or in the next

@@ -92,6 +92,12 @@ bool isOnlyNull(const CFields& container)
            CFields::pkt_IsNullExp(member.pkt_GetExp());
 }
 
+/// Whether nothing but a comment would be left of a null that is written as nothing: the comment would lose its place.
+bool isBareComment(const CFields& node)
+{
+    return node.isComment() && node.getNameLen() == 0 && node.getID() == 0;
+}
+
 std::vector<tKept> findKept(CFields& root, std::string_view source, bool nullWord)
 {
     std::vector<tKept> kept;
@@ -100,7 +106,7 @@ std::vector<tKept> findKept(CFields& root, std::string_view source, bool nullWor
         const E_DataType type = node.getDT();
         if (type == DT_double && isNumberSpelling(spelling4Node(node, source)))
             kept.push_back({&node, spelling4Node(node, source)});
-        else if (type == DT_null && !nullWord && &node != neededNull)
+        else if (type == DT_null && !nullWord && &node != neededNull && !isBareComment(node))
             kept.push_back({&node, std::string_view()});
         else if ((type == DT_fields || type == DT_array) && isOnlyNull(node))
             neededNull = &node.getChildAt(0);
@@ -223,9 +229,21 @@ bool isSameNode(const CFields& a, const CFields& b)
         return false;
     if (a.isField() || a.isArray())
         return a.getChildCount() == b.getChildCount();
-    if (a.getDT() == DT_double && std::isnan(a.asDouble()))
-        return std::isnan(b.asDouble());
-    return a == b;
+    if (a.getDT() != DT_double)
+        return a == b;
+    const double first = a.asDouble();
+    const double second = b.asDouble();
+    return std::isnan(first) ? std::isnan(second) : std::memcmp(&first, &second, sizeof first) == 0;
+}
+
+bool isSameComment(const CFields& a, const CFields& b)
+{
+    for (const E_CommentPosition position : {CP_before, CP_trailing, CP_after})
+    {
+        if (a.getCommentCopy(position) != b.getCommentCopy(position))
+            return false;
+    }
+    return true;
 }
 
 /// A comment as it is saved: with line feeds, and without one at its end.
@@ -240,6 +258,25 @@ std::string normalComment(std::string_view comment)
             text += '\n';
     }
     return text;
+}
+
+/// The first comment of `before` that `after` lacks.
+std::optional<tRange> findLostComment(std::string_view before, std::string_view after)
+{
+    const std::vector<tRange> wanted = findComments(before);
+    if (wanted.empty())
+        return std::nullopt;
+    std::unordered_map<std::string, std::size_t> there;
+    for (const tRange& range : findComments(after))
+        ++there[normalComment(after.substr(range.m_nBegin, range.m_nEnd - range.m_nBegin))];
+    for (const tRange& range : wanted)
+    {
+        std::size_t& left = there[normalComment(before.substr(range.m_nBegin, range.m_nEnd - range.m_nBegin))];
+        if (left == 0)
+            return range;
+        --left;
+    }
+    return std::nullopt;
 }
 }  // namespace
 
@@ -294,14 +331,14 @@ E_ExitCode reportLoss(const tInput& input, const tLoss& loss, CDiagnostics& diag
     return EC_malformed;
 }
 
-bool isSameDocument(const CFields& a, const CFields& b)
+bool isSameDocument(const CFields& a, const CFields& b, bool comments)
 {
     std::vector<std::pair<const CFields*, const CFields*>> open{{&a, &b}};
     while (!open.empty())
     {
         const auto [first, second] = open.back();
         open.pop_back();
-        if (!isSameNode(*first, *second))
+        if (!isSameNode(*first, *second) || (comments && !isSameComment(*first, *second)))
             return false;
         for (unsigned int i = first->getChildCount(); i != 0; --i)
             open.emplace_back(&first->getChildAt(i - 1), &second->getChildAt(i - 1));
@@ -309,22 +346,20 @@ bool isSameDocument(const CFields& a, const CFields& b)
     return true;
 }
 
-std::optional<tRange> findLostComment(std::string_view before, std::string_view after)
+bool keepsComments(const tInput& input, std::string_view text, CDiagnostics& diagnostics)
 {
-    const std::vector<tRange> wanted = findComments(before);
-    if (wanted.empty())
-        return std::nullopt;
-    std::unordered_map<std::string, std::size_t> there;
-    for (const tRange& range : findComments(after))
-        ++there[normalComment(after.substr(range.m_nBegin, range.m_nEnd - range.m_nBegin))];
-    for (const tRange& range : wanted)
-    {
-        std::size_t& left = there[normalComment(before.substr(range.m_nBegin, range.m_nEnd - range.m_nBegin))];
-        if (left == 0)
-            return range;
-        --left;
-    }
-    return std::nullopt;
+    const std::optional<tRange> lost = findLostComment(input.text(), text);
+    if (!lost)
+        return true;
+    tDiagnostic diagnostic;
+    diagnostic.m_strFile = input.m_strName;
+    diagnostic.m_strMessage = input.text()[lost->m_nBegin] == '/'
+                                  ? "this comment would be lost: a value keeps one comment on its line"
+                                  : "this remark in a packet expression would be lost";
+    diagnostic.m_svSource = input.text();
+    diagnostic.m_tRange = lost;
+    diagnostics.report(diagnostic);
+    return false;
 }
 
 }  // namespace murv::tool

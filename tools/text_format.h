@@ -46,10 +46,11 @@ bool writeBinary(CFields& tree, const std::string& password, std::string& file, 
 /// Reports what a result would lack, at its place in the document. \return the exit code for that
 E_ExitCode reportLoss(const tInput& input, const tLoss& loss, CDiagnostics& diagnostics);
 
-/// Compares everything that a document states except comments: values, types, names, IDs, packet expressions.
-bool isSameDocument(const CFields& a, const CFields& b);
+/// Compares everything that a document states: values to the bit, types, names, IDs, packet expressions; and, where
+/// they can be kept, comments.
+bool isSameDocument(const CFields& a, const CFields& b, bool comments);
 
-/// The first comment of `before` that `after` lacks.
-std::optional<tRange> findLostComment(std::string_view before, std::string_view after);
+/// Reports the first comment or remark of a text document that the new text lacks. \return false when there is one
+bool keepsComments(const tInput& input, std::string_view text, CDiagnostics& diagnostics);
 
 }  // namespace murv::tool

@@ -102,6 +102,13 @@ private:
     E_ExitCode toBinary(const tInput& input, CFields& tree, const std::string& password, CDiagnostics& diagnostics,
                         std::string& result) const
     {
+        if (input.isText())
+        {
+            CFields spent = tree;
+            std::string unused;
+            if (const E_ExitCode code = writeWhole(input, spent, {}, diagnostics, unused))
+                return code;  // the tree lacks what the text has
+        }
         tLoss loss;
         if (!writeBinary(tree, password, result, loss))
             return reportLoss(input, loss, diagnostics);
@@ -109,7 +116,7 @@ private:
         CFields again;
         if (!loader.loading(result, again, password.c_str()))
             return diagnostics.fail(input.m_strName, "a binary file cannot hold it: " + reason(loader), EC_malformed);
-        if (isSameDocument(tree, again))
+        if (isSameDocument(tree, again, true))
             return EC_done;
         return diagnostics.fail(input.m_strName, "not converted: the result does not read back equal", EC_internal);
     }
@@ -120,17 +127,27 @@ private:
         return errors.empty() ? withoutFunction(loader.getLastErrMsg()) : errors.front().m_strMessage;
     }
 
+    /// Writes the text with all comments and remarks of FILE; text on one line has none.
+    static E_ExitCode writeWhole(const tInput& input, CFields& tree, const tFormat& format, CDiagnostics& diagnostics,
+                                 std::string& text)
+    {
+        tLoss loss;
+        if (!writeText(tree, input.isText() ? input.text() : std::string_view(), format, text, loss))
+            return reportLoss(input, loss, diagnostics);
+        const bool isKept = format.m_bCompact || !input.isText() || keepsComments(input, text, diagnostics);
+        return isKept ? EC_done : EC_malformed;
+    }
+
     E_ExitCode toText(const tInput& input, CFields& tree, CDiagnostics& diagnostics, std::string& result) const
     {
         tFormat format;
         format.m_bCompact = m_strTo == "compact";
         const CFields before = tree;  // writing changes the values
-        tLoss loss;
-        if (!writeText(tree, input.isText() ? input.text() : std::string_view(), format, result, loss))
-            return reportLoss(input, loss, diagnostics);
+        if (const E_ExitCode code = writeWhole(input, tree, format, diagnostics, result))
+            return code;
         CLoader4SER loader(m_tLoad.flags() | LCBC_DUPLICATE);
         CFields again;
-        if (loader.loading(result, again) && isSameDocument(before, again))
+        if (loader.loading(result, again) && isSameDocument(before, again, !format.m_bCompact))
             return EC_done;
         return diagnostics.fail(input.m_strName, "text cannot hold it: the result does not read back equal",
                                 EC_malformed);

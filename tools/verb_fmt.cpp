@@ -111,25 +111,7 @@ private:
             return reportLoss(input, loss, diagnostics);
         if (m_tFormat.m_bCompact || !input.isText())
             return EC_done;
-        const std::optional<tRange> lost = findLostComment(input.text(), text);
-        if (!lost)
-            return EC_done;
-        const bool comment = input.text()[lost->m_nBegin] == '/';
-        return reportLost(input,
-                          comment ? "this comment would be lost: a value keeps one comment on its line"
-                                  : "this remark in a packet expression would be lost",
-                          *lost, diagnostics);
-    }
-
-    static E_ExitCode reportLost(const tInput& input, const char* message, tRange range, CDiagnostics& diagnostics)
-    {
-        tDiagnostic diagnostic;
-        diagnostic.m_strFile = input.m_strName;
-        diagnostic.m_strMessage = message;
-        diagnostic.m_svSource = input.text();
-        diagnostic.m_tRange = range;
-        diagnostics.report(diagnostic);
-        return EC_malformed;
+        return keepsComments(input, text, diagnostics) ? EC_done : EC_malformed;
     }
 
     E_ExitCode replace(const tInput& input, const std::string& text, CDiagnostics& diagnostics) const
@@ -152,7 +134,7 @@ private:
         CFields after;
         return loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_error, diagnostics, before) == EC_done &&
                loadInput(again, loadOptions(), LCBC_DUPLICATE, SV_error, diagnostics, after) == EC_done &&
-               isSameDocument(before, after);
+               isSameDocument(before, after, false);
     }
 
     tFormat m_tFormat;

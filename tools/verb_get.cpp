@@ -84,6 +84,12 @@ private:
             session.m_tOutput.put(node.asString());
             return EC_done;
         }
+        if (node.getDT() == DT_sint || node.getDT() == DT_uint)
+        {
+            // Programs read it: without the zero that tells lossless readers the type.
+            session.m_tOutput.put(node.asString() + (m_bRaw ? "" : "\n"));
+            return EC_done;
+        }
         // The value alone: what belongs to the member (name, ID, packet expression, comments) is left out.
         CFields value;
         value.swapValue(node, false);

@@ -206,7 +206,8 @@ public:
     unsigned int getNameLen() const;
     /// Copies the name. \return false, with nothing changed, unless it has 1 to 255 bytes.
     ///
-    /// O(1) on average; O(log n) for a member of a large field set in which n members have the same name.
+    /// O(1) on average; O(log n) for a member of a large field set in which n members have the same name. The first
+    /// such renaming after a member was removed costs a step for each member of the set.
     bool setName(const char* name);
     bool setName(const char* name, unsigned int length);
     bool setName(const std::string& name);

@@ -57,6 +57,20 @@ TEST(EncodingRule, isUndecidableBelowFourBytes)
     EXPECT_EQ(rule("MUR"), -1);
 }
 
+TEST(Loaders, takeLosslessTextOfAnyLength)
+{
+    for (const char* const text : {"{}", "[]", "5", "05", "\"\""})
+    {
+        CLoaders loader(LCBC_COMMENT | LCBC_EMPTY_NULL | LCBC_LOSSLESS);
+        CFields tree;
+        ASSERT_TRUE(load(loader, text, tree)) << text;
+        EXPECT_EQ(CSavers(SCBC_LOSSLESS).saving(tree, ER_SER_PKT), text);
+        CLoaders plain;
+        EXPECT_FALSE(load(plain, text, tree));
+        EXPECT_EQ(withoutLine(plain.getLastErrMsg()), unknownRule(-1));
+    }
+}
+
 TEST(EncodingRule, isTextWithoutTheMagic)
 {
     EXPECT_EQ(rule("{  }"), 0);

@@ -215,11 +215,11 @@ TEST(MemberBuilder, numbersItsContainerAndThoseAroundItOnDemand)
     inner.setValue(DT_fields);
     CMemberBuilder builder(site.m_tStack, inner, site.m_pFollow, 2);
     builder.setPlace(&outer, {s_cuiNoPlace, 0});
-    EXPECT_EQ(builder.set(), s_cuiNoPlace);
-    const std::uint32_t set = builder.makeSet(index);
-    EXPECT_EQ(builder.makeSet(index), set);
-    EXPECT_NE(outer.set(), s_cuiNoPlace);
-    EXPECT_NE(outer.set(), set);
+    EXPECT_EQ(builder.number(), s_cuiNoPlace);
+    const std::uint32_t set = builder.makeNumber(index);
+    EXPECT_EQ(builder.makeNumber(index), set);
+    EXPECT_NE(outer.number(), s_cuiNoPlace);
+    EXPECT_NE(outer.number(), set);
     builder.close();
     outer.close();
 }

@@ -300,11 +300,15 @@ TEST(LosslessLoad, aMissingValueIsStillNull)
     EXPECT_EQ(loaded("[null]").getChildCount(), 1U);
 }
 
-TEST(LosslessLoad, aCommentBetweenBracketsGoesToTheNextValue)
+TEST(LosslessLoad, aCommentInsideAnEmptyContainerStaysWithIt)
 {
-    const CFields tree = loaded("[\n[\n// c\n],\n1]");
+    const CFields tree = loaded("[\n// a\n[\n// b\n],\n{ /* c */ },\n1]");
     EXPECT_EQ(tree[0].getChildCount(), 0U);
-    EXPECT_EQ(tree[1].getCommentCopy(CP_before), "// c");
+    EXPECT_EQ(tree[0].getCommentCopy(CP_before), "// a\n// b");
+    EXPECT_EQ(tree[1].getChildCount(), 0U);
+    EXPECT_EQ(tree[1].getCommentCopy(CP_before), "/* c */");
+    EXPECT_FALSE(tree[2].isComment());
+    EXPECT_EQ(loaded("{ // c\n}").getCommentCopy(CP_before), "// c");
 }
 
 TEST(LosslessLoad, commentsBeforeAFirstValueStayWithIt)

@@ -51,6 +51,23 @@ bool hasResult(const CTemporaryDirectory& files)
 }
 }  // namespace
 
+TEST(Convert, refusesToLoseCommentsAndRemarks)
+{
+    for (const char* const to : {"text", "binary"})
+    {
+        const tRun comment = murvOn("{ \"a\" = 1 /*x*/ /*y*/ }", {"convert", "--to", to, "-"});
+        EXPECT_EQ(comment.m_iExit, 3);
+        EXPECT_EQ(comment.m_strOutput, "");
+        EXPECT_EQ(comment.m_strError.substr(0, comment.m_strError.find('\n')),
+                  "<stdin>:1:11: error: this comment would be lost: a value keeps one comment on its line");
+        const tRun remark = murvOn("{ \"b\" = (ANF4 remark) 2 }", {"convert", "--to", to, "-"});
+        EXPECT_EQ(remark.m_iExit, 3);
+        EXPECT_EQ(remark.m_strError.substr(0, remark.m_strError.find('\n')),
+                  "<stdin>:1:15: error: this remark in a packet expression would be lost");
+    }
+    EXPECT_EQ(murvOn("[1 /*x*/ /*y*/]", {"convert", "--to", "compact", "-"}).m_strOutput, "[1]\n");
+}
+
 TEST(Convert, textBecomesBinaryAndTextAgain)
 {
     const CTemporaryDirectory files;

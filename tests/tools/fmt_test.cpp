@@ -145,6 +145,9 @@ TEST(Fmt, integersKeepTheZeroThatTellsTheirType)
 TEST(Fmt, leavesNoNullOutThatAContainerNeeds)
 {
     EXPECT_EQ(fmt("[null]", {"--no-null-word"}), "[null]\n");
+    const std::string bare = fmt("{ \"a\" = 1,\n null // c3\n}", {"--no-null-word"});
+    EXPECT_EQ(bare, "{\n  \"a\" = 1,\n   null // c3\n}\n");
+    EXPECT_EQ(fmt(bare, {"--no-null-word"}), bare);
     EXPECT_EQ(fmt("null", {"--no-null-word"}), "null\n");
     EXPECT_EQ(fmt("[1,null,(ACF4) null]", {"--no-null-word"}), "[1, , (ACF4)]\n");
     EXPECT_EQ(fmt("{\"a\"=[null,null],\"b\"=}", {"--no-null-word", "--compact"}), "{\"a\"=[,],\"b\"=}\n");

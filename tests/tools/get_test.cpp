@@ -41,6 +41,13 @@ TEST(Get, pathsLeadByNameIndexAndId)
     EXPECT_EQ(value("orders.#7"), "1\n");
 }
 
+TEST(Get, integersArePlainDigitsWhateverTheirType)
+{
+    EXPECT_EQ(murvOn("{\"a\"=08080}", {"get", "-", "a"}).m_strOutput, "8080\n");
+    EXPECT_EQ(murvOn("{\"a\"=03000000000}", {"get", "-r", "-", "a"}).m_strOutput, "3000000000");
+    EXPECT_EQ(murvOn("{\"a\"=[08080]}", {"get", "-", "a"}).m_strOutput, "[08080]\n");
+}
+
 TEST(Get, dotIsTheRoot)
 {
     EXPECT_EQ(murvOn("[1, 2]", {"get", "-", "."}).m_strOutput, "[1, 2]\n");
