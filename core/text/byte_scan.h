@@ -57,59 +57,39 @@ struct tEscapeStop
 #endif
 };
 
+/// Any of these bytes.
+template <unsigned char... s_cucBytes>
+struct tAnyOfStop
+{
+    static constexpr bool isStop(unsigned char c) noexcept
+    {
+        return ((c == s_cucBytes) || ...);
+    }
+    static constexpr bool hasStop(std::uint64_t word) noexcept
+    {
+        return (hasByte(word, s_cucBytes) || ...);
+    }
+#ifdef __SSE2__
+    static __m128i stops(__m128i block) noexcept
+    {
+        __m128i found = _mm_setzero_si128();
+        ((found = _mm_or_si128(found, blockEqual(block, static_cast<char>(s_cucBytes)))), ...);
+        return found;
+    }
+#endif
+};
+
 /// The end of a string token, or an escape within it.
-struct tStringStop
+struct tStringStop : tAnyOfStop<'"', '\\'>
 {
-    static constexpr bool isStop(unsigned char c) noexcept
-    {
-        return c == '"' || c == '\\';
-    }
-    static constexpr bool hasStop(std::uint64_t word) noexcept
-    {
-        return hasByte(word, '"') || hasByte(word, '\\');
-    }
-#ifdef __SSE2__
-    static __m128i stops(__m128i block) noexcept
-    {
-        return _mm_or_si128(blockEqual(block, '"'), blockEqual(block, '\\'));
-    }
-#endif
 };
 
-struct tBackslashStop
+struct tBackslashStop : tAnyOfStop<'\\'>
 {
-    static constexpr bool isStop(unsigned char c) noexcept
-    {
-        return c == '\\';
-    }
-    static constexpr bool hasStop(std::uint64_t word) noexcept
-    {
-        return hasByte(word, '\\');
-    }
-#ifdef __SSE2__
-    static __m128i stops(__m128i block) noexcept
-    {
-        return blockEqual(block, '\\');
-    }
-#endif
 };
 
-struct tLineStop
+struct tLineStop : tAnyOfStop<'\r', '\n'>
 {
-    static constexpr bool isStop(unsigned char c) noexcept
-    {
-        return c == '\r' || c == '\n';
-    }
-    static constexpr bool hasStop(std::uint64_t word) noexcept
-    {
-        return hasByte(word, '\r') || hasByte(word, '\n');
-    }
-#ifdef __SSE2__
-    static __m128i stops(__m128i block) noexcept
-    {
-        return _mm_or_si128(blockEqual(block, '\r'), blockEqual(block, '\n'));
-    }
-#endif
 };
 
 /// The first byte that is not space, tab, carriage return or line feed.
@@ -188,7 +168,7 @@ inline const char* findNearStop(const char* p, const char* end) noexcept
     return findStop<tRule>(p, end);
 }
 
-/// Copies from `in` until a byte stops the rule or `end` is reached, and moves both pointers behind what was copied.
+/// Copies from `in` until a byte stops the rule or `end` is reached, and moves both pointers past what was copied.
 ///
 /// \param out  has room for as many bytes as remain, `end - in`: all of them may be overwritten
 template <class tRule>

@@ -3,10 +3,12 @@
 // Thin faces of the number and quoting rules that savers and loaders use too.
 #include "murv/text.h"
 
+#include <cstdint>
 #include <limits>
 
 #include "core/text/double_text.h"
 #include "core/text/integer_text.h"
+#include "core/text/number_scan.h"
 #include "core/text/quote.h"
 #include "core/text/unescape.h"
 
@@ -28,8 +30,7 @@ std::string unsignedText(unsigned long long value)
     return std::string(text, detail::writeUnsigned(text, value));
 }
 
-/// Reads digits until the text ends or the next digit would pass the limit; the digit at the limit is taken only as
-/// the last byte.
+/// What aton64 finds in a text without its sign.
 struct tDigitsRead
 {
     unsigned long long m_ullValue;
@@ -37,20 +38,15 @@ struct tDigitsRead
     bool m_bOverflow;  // stopped at a digit that would pass the limit
 };
 
-tDigitsRead readDigits(std::string_view text, unsigned long long limit) noexcept
+tDigitsRead readDigits(std::string_view text, std::uint64_t limit) noexcept
 {
-    unsigned long long value = 0;
-    for (std::size_t i = 0; i < text.size(); ++i)
-    {
-        if (text[i] < '0' || text[i] > '9')
-            return {0, false, false};
-        const auto digit = static_cast<unsigned long long>(text[i] - '0');
-        const bool last = i + 1 == text.size();
-        if (value > limit / 10 || (value == limit / 10 && (!last || digit > limit % 10)))
-            return {value, true, true};
-        value = value * 10 + digit;
-    }
-    return {value, true, false};
+    const char* const end = text.data() + text.size();
+    std::uint64_t value = 0;
+    const char* const stop = detail::readToLimit(text.data(), end, limit, value);
+    if (stop == end)
+        return {value, true, false};
+    const bool overflow = *stop >= '0' && *stop <= '9';
+    return {overflow ? value : 0, overflow, overflow};
 }
 
 }  // namespace
