@@ -6,9 +6,10 @@
 #include <cfloat>
 #include <limits>
 #include <string_view>
+#include <type_traits>
 
 #include "core/field_access.h"
-#include "core/text/double_limits.h"
+#include "core/field_type.h"
 #include "core/throw.h"
 #include "murv/fields.h"
 #include "murv/text.h"
@@ -36,6 +37,81 @@ float narrow(double value)
         return FLT_MAX;
     return value < -FLT_MAX ? -FLT_MAX : static_cast<float>(value);
 }
+
+/// What an accessor of 32 bits says when it throws.
+struct tComplaints
+{
+    const char* m_pFunction;
+    const char* m_pSint;
+    const char* m_pUint;
+    const char* m_pDouble;
+    const char* m_pOther;
+};
+
+constexpr tComplaints s_ctSint32 = {"murv::CFields::asSint32", "LSint out of Sint32 range", "LUint out of Sint32 range",
+                                    "double out of Sint32 range", "Value is not convertible to Sint32."};
+constexpr tComplaints s_ctUint32 = {"murv::CFields::asUint32", "LSint out of Uint32 range", "LUint out of Uint32 range",
+                                    "double out of Uint32 range", "Value is not convertible to Uint32."};
+
+/// \tparam s_pIsInRange  the range test of an integer
+template <typename tInteger, bool (CFields::*s_pIsInRange)(E_ValueKind) const>
+tInteger as32(const CFields& node, E_ValueKind vk, const tComplaints& complaints)
+{
+    using tRange = std::numeric_limits<tInteger>;
+    const tSlot slot = tFieldAccess::slot(node, vk);
+    switch (slot.m_eType)
+    {
+    case DT_null: return 0;
+    case DT_bool: return slot.m_uValue.m_bValue ? 1 : 0;
+    case DT_sint:
+        if (!(node.*s_pIsInRange)(VK_actual))
+            throwAt(complaints.m_pFunction, complaints.m_pSint);
+        return static_cast<tInteger>(slot.m_uValue.m_llValue);
+    case DT_uint:
+        if (!(node.*s_pIsInRange)(VK_actual))
+            throwAt(complaints.m_pFunction, complaints.m_pUint);
+        return static_cast<tInteger>(slot.m_uValue.m_ullValue);
+    case DT_double:
+        if (!(slot.m_uValue.m_dValue >= tRange::min() && slot.m_uValue.m_dValue <= tRange::max()))
+            throwAt(complaints.m_pFunction, complaints.m_pDouble);
+        return static_cast<tInteger>(slot.m_uValue.m_dValue);
+    default: throwAt(complaints.m_pFunction, complaints.m_pOther);
+    }
+}
+
+template <typename tFloating>
+tFloating asFloating(const CFields& node, E_ValueKind vk, const char* function, const char* complaint)
+{
+    const tSlot slot = tFieldAccess::slot(node, vk);
+    switch (slot.m_eType)
+    {
+    case DT_null: return 0;
+    case DT_bool: return slot.m_uValue.m_bValue ? 1 : 0;
+    case DT_sint: return static_cast<tFloating>(slot.m_uValue.m_llValue);
+    case DT_uint: return static_cast<tFloating>(slot.m_uValue.m_ullValue);
+    case DT_double:
+        if constexpr (std::is_same_v<tFloating, float>)
+            return narrow(slot.m_uValue.m_dValue);
+        else
+            return slot.m_uValue.m_dValue;
+    default: throwAt(function, complaint);
+    }
+}
+
+/// \tparam s_pAs64  reads an integral number
+template <typename tInteger, tInteger (CFields::*s_pAs64)(E_ValueKind) const>
+bool to64(const CFields& node, E_ValueKind vk, tInteger& out)
+{
+    out = 0;
+    if (node.isIntegral(vk))
+    {
+        out = (node.*s_pAs64)(vk);
+        return true;
+    }
+    const char* text = nullptr;
+    const unsigned int length = node.getCodePoint(&text, vk);
+    return text != nullptr && aton64(text, length, out);
+}
 }  // namespace
 
 bool CFields::asBool(E_ValueKind vk) const
@@ -54,50 +130,12 @@ bool CFields::asBool(E_ValueKind vk) const
 
 int CFields::asSint32(E_ValueKind vk) const
 {
-    constexpr const char* function = "murv::CFields::asSint32";
-    const tSlot slot = tFieldAccess::slot(*this, vk);
-    switch (slot.m_eType)
-    {
-    case DT_null: return 0;
-    case DT_bool: return slot.m_uValue.m_bValue ? 1 : 0;
-    case DT_sint:
-        if (!isSint32(VK_actual))
-            throwAt(function, "LSint out of Sint32 range");
-        return static_cast<int>(slot.m_uValue.m_llValue);
-    case DT_uint:
-        if (!isSint32(VK_actual))
-            throwAt(function, "LUint out of Sint32 range");
-        return static_cast<int>(slot.m_uValue.m_ullValue);
-    case DT_double:
-        if (!(slot.m_uValue.m_dValue >= minSint32 && slot.m_uValue.m_dValue <= maxSint32))
-            throwAt(function, "double out of Sint32 range");
-        return static_cast<int>(slot.m_uValue.m_dValue);
-    default: throwAt(function, "Value is not convertible to Sint32.");
-    }
+    return as32<int, &CFields::isSint32>(*this, vk, s_ctSint32);
 }
 
 unsigned int CFields::asUint32(E_ValueKind vk) const
 {
-    constexpr const char* function = "murv::CFields::asUint32";
-    const tSlot slot = tFieldAccess::slot(*this, vk);
-    switch (slot.m_eType)
-    {
-    case DT_null: return 0;
-    case DT_bool: return slot.m_uValue.m_bValue ? 1 : 0;
-    case DT_sint:
-        if (!isUint32(VK_actual))
-            throwAt(function, "LSint out of Uint32 range");
-        return static_cast<unsigned int>(slot.m_uValue.m_llValue);
-    case DT_uint:
-        if (!isUint32(VK_actual))
-            throwAt(function, "LUint out of Uint32 range");
-        return static_cast<unsigned int>(slot.m_uValue.m_ullValue);
-    case DT_double:
-        if (!(slot.m_uValue.m_dValue >= 0.0 && slot.m_uValue.m_dValue <= maxUint32))
-            throwAt(function, "double out of Uint32 range");
-        return static_cast<unsigned int>(slot.m_uValue.m_dValue);
-    default: throwAt(function, "Value is not convertible to Uint32.");
-    }
+    return as32<unsigned int, &CFields::isUint32>(*this, vk, s_ctUint32);
 }
 
 long long CFields::asSint64(E_ValueKind vk) const
@@ -158,30 +196,12 @@ unsigned long long CFields::asLUint(E_ValueKind vk) const
 
 float CFields::asFloat(E_ValueKind vk) const
 {
-    const tSlot slot = tFieldAccess::slot(*this, vk);
-    switch (slot.m_eType)
-    {
-    case DT_null: return 0.0F;
-    case DT_bool: return slot.m_uValue.m_bValue ? 1.0F : 0.0F;
-    case DT_sint: return static_cast<float>(slot.m_uValue.m_llValue);
-    case DT_uint: return static_cast<float>(slot.m_uValue.m_ullValue);
-    case DT_double: return narrow(slot.m_uValue.m_dValue);
-    default: throwAt("murv::CFields::asFloat", "CFields is not convertible to float.");
-    }
+    return asFloating<float>(*this, vk, "murv::CFields::asFloat", "CFields is not convertible to float.");
 }
 
 double CFields::asDouble(E_ValueKind vk) const
 {
-    const tSlot slot = tFieldAccess::slot(*this, vk);
-    switch (slot.m_eType)
-    {
-    case DT_null: return 0.0;
-    case DT_bool: return slot.m_uValue.m_bValue ? 1.0 : 0.0;
-    case DT_sint: return static_cast<double>(slot.m_uValue.m_llValue);
-    case DT_uint: return static_cast<double>(slot.m_uValue.m_ullValue);
-    case DT_double: return slot.m_uValue.m_dValue;
-    default: throwAt("murv::CFields::asDouble", "CFields is not convertible to double.");
-    }
+    return asFloating<double>(*this, vk, "murv::CFields::asDouble", "CFields is not convertible to double.");
 }
 
 std::string CFields::asString(E_ValueKind vk) const
@@ -201,15 +221,7 @@ std::string CFields::asString(E_ValueKind vk) const
 
 bool CFields::toSint64(long long& out, E_ValueKind vk) const
 {
-    out = 0;
-    if (isIntegral(vk))
-    {
-        out = asSint64(vk);
-        return true;
-    }
-    const char* text = nullptr;
-    const unsigned int length = getCodePoint(&text, vk);
-    return text != nullptr && aton64(text, length, out);
+    return to64<long long, &CFields::asSint64>(*this, vk, out);
 }
 
 bool CFields::toSint64(long& out, E_ValueKind vk) const
@@ -226,15 +238,7 @@ bool CFields::toSint64(long& out, E_ValueKind vk) const
 
 bool CFields::toUint64(unsigned long long& out, E_ValueKind vk) const
 {
-    out = 0;
-    if (isIntegral(vk))
-    {
-        out = asUint64(vk);
-        return true;
-    }
-    const char* text = nullptr;
-    const unsigned int length = getCodePoint(&text, vk);
-    return text != nullptr && aton64(text, length, out);
+    return to64<unsigned long long, &CFields::asUint64>(*this, vk, out);
 }
 
 bool CFields::toUint64(unsigned long& out, E_ValueKind vk) const

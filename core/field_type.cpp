@@ -1,10 +1,10 @@
-// core/field_type.cpp - what a value is and what it could be read as.
+// core/field_type.cpp - tests of what a value is, and of what it can be read as.
+#include "core/field_type.h"
 
 #include <cmath>
 
 #include "core/field_access.h"
 #include "core/field_vector.h"
-#include "core/text/double_limits.h"
 #include "core/throw.h"
 #include "murv/fields.h"
 

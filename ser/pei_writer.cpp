@@ -7,8 +7,8 @@
 
 #include "core/error_table.h"
 #include "core/field_access.h"
+#include "core/field_type.h"
 #include "core/text/integer_text.h"
-#include "core/type_names.h"
 #include "murv/error.h"
 #include "murv/saver.h"
 #include "packet/keyword_table.h"

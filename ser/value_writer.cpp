@@ -5,7 +5,7 @@
 #include "ser/value_writer.h"
 
 #include "core/error_table.h"
-#include "core/type_names.h"
+#include "core/field_type.h"
 #include "ser/integer_mark.h"
 
 namespace murv
