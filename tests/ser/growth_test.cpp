@@ -5,12 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
 #include <functional>
+#include <memory>
 #include <numeric>
 #include <random>
 
 #include "tests/ser/load_helpers.h"
+#include "tests/support/processor_seconds.h"
 
 using namespace murv;
 using namespace murv::tests;
@@ -22,17 +23,16 @@ constexpr double s_cdBound = 80;
 
 double seconds4Load(const std::string& text, bool good)
 {
-    double best = 1e9;
-    for (int run = 0; run < 3; ++run)
+    struct tSubject
     {
-        CLoader4SER loader;
-        CFields tree;
-        const std::clock_t begin = std::clock();
-        const bool done = loader.loading(text, tree);
-        best = std::min(best, static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC);
-        EXPECT_EQ(done, good) << loader.getLastErrMsg();
-    }
-    return best;
+        CLoader4SER m_tLoader;
+        CFields m_tTree;
+    };
+    return processorSeconds(
+        3, [] { return std::make_unique<tSubject>(); },
+        [&](const std::unique_ptr<tSubject>& subject) {
+            EXPECT_EQ(good, subject->m_tLoader.loading(text, subject->m_tTree)) << subject->m_tLoader.getLastErrMsg();
+        });
 }
 
 using tMake = std::function<std::string(unsigned int)>;
@@ -41,8 +41,7 @@ void expectLinear(unsigned int count, const tMake& make, bool good = true)
 {
     const double small = seconds4Load(make(count), good);
     const double large = seconds4Load(make(count * s_cuiFactor), good);
-    const double least = 0.0005;  // the clock is not finer
-    EXPECT_LT(large, std::max(small, least) * s_cdBound) << small << " s and " << large << " s";
+    EXPECT_LT(large, small * s_cdBound) << small << " s and " << large << " s";
 }
 
 std::string joined(unsigned int count, const std::function<std::string(unsigned int)>& member)
