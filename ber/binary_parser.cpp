@@ -80,7 +80,7 @@ bool CBinaryParser::loadFTI(tMURF_Node& record, CFields* target)
     if (node == nullptr)
         return false;
 
-    if (tFieldAccess::aside(*node) != nullptr)
+    if (tFieldAccess::sideRecord(*node) != nullptr)
         tFieldAccess::dropSecond(*node);
     if (record.m_bComment)
         giveComments(*node);
@@ -323,7 +323,7 @@ bool CBinaryParser::loadComment(tMURF_Node& record, CHeapString& comment)
 
 void CBinaryParser::giveComments(CFields& node)
 {
-    tNodeAside& record = tFieldAccess::makeAside(node);
+    tSideRecord& record = tFieldAccess::makeSideRecord(node);
     record.m_bComment = true;
     for (std::size_t position = 0; position < s_cnCommentCount; ++position)
     {
@@ -397,7 +397,7 @@ bool CBinaryParser::loadCodes(tMURF_Node& record, CFields* target, std::size_t l
     if (length > m_tSource.mostRemaining())
         return addErrorAt(s_cpOverEnd, record, place);
     keepName(record);
-    std::unique_ptr<char, decltype(&std::free)> block(allotPrefixed(static_cast<unsigned int>(length)), &std::free);
+    std::unique_ptr<char, decltype(&std::free)> block(makePrefixed(static_cast<unsigned int>(length)), &std::free);
     if (!m_tSource.read(block.get() + s_cuiPrefixWidth, length))
         return addErrorAt(s_cpOverEnd, record, place);
     CFields* const node = takeNode(record, target);
@@ -410,7 +410,7 @@ bool CBinaryParser::loadCodes(tMURF_Node& record, CFields* target, std::size_t l
 
 void CBinaryParser::finishLeaf(CFields& node, const tMURF_Node& record, const tSlot& value)
 {
-    if (tFieldAccess::aside(node) != nullptr)
+    if (tFieldAccess::sideRecord(node) != nullptr)
         tFieldAccess::dropSecond(node);
     tFieldAccess::replaceValue(node, value);
     tFieldAccess::setOffsets(node, static_cast<int>(record.m_nStart), static_cast<int>(m_tSource.offset()));

@@ -20,7 +20,7 @@ static_assert(s_cnLongestFixedPart + s_cnShortCodes <= CBodySink::s_cnMostRoom);
 
 std::string_view comment(const CFields& node, std::size_t position)
 {
-    const char* const text = tFieldAccess::aside(node)->m_tComment[position].get();
+    const char* const text = tFieldAccess::sideRecord(node)->m_tComment[position].get();
     return text == nullptr ? std::string_view() : std::string_view(text);
 }
 
@@ -161,7 +161,7 @@ CBinaryWriter::tLeaf CBinaryWriter::chooseLeaf(const CFields& node) const
 inline std::uint64_t CBinaryWriter::recordSize(const CFields& node) const
 {
     std::uint64_t size = m_bNames ? tFieldAccess::name(node).size() : 0;
-    if (m_bComments && tFieldAccess::aside(node) != nullptr)
+    if (m_bComments && tFieldAccess::sideRecord(node) != nullptr)
         size += commentSize(node);
     if (tFieldAccess::isContainer(node))
         return size + s_cnEmptyContainer;
@@ -223,7 +223,7 @@ inline char* CBinaryWriter::writeName(char* to, const CFields& node) const
 /// \return where to go on; comments end the room that `to` lies in and begin a new one.
 inline char* CBinaryWriter::writeComments(CBodySink& sink, char* to, const CFields& node) const
 {
-    if (!m_bComments || tFieldAccess::aside(node) == nullptr)
+    if (!m_bComments || tFieldAccess::sideRecord(node) == nullptr)
     {
         std::memset(to, 0, s_cnNoComments);
         return to + s_cnNoComments;

@@ -1,7 +1,7 @@
-// core/allot_string.cpp - names and other short texts with their owner.
+// core/allot_string.cpp - short texts that are owned, borrowed or static.
 //
-// Every way in goes through one test of the arguments; a copy is made before anything is freed, since the text may lie
-// in the string itself.
+// One function tests the arguments of all others. A copy is made before anything is freed, since the text may lie in
+// the string itself.
 #include "murv/strings.h"
 
 #include <algorithm>

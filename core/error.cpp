@@ -1,6 +1,6 @@
 // core/error.cpp - the error state of working objects, and the exceptions of the tree.
 //
-// A message is formatted into a buffer first, so that one that does not fit changes nothing.
+// Messages are formatted into a buffer first, so that a message that does not fit changes nothing.
 #include "murv/error.h"
 
 #include <cerrno>

@@ -1,7 +1,7 @@
 // core/error_table.h - the fixed error codes and their texts.
 //
-// Shared by all of an application's working objects, so most rows are never raised by this library itself. Codes and
-// spellings have shipped and stay as they are.
+// Applications use the table for their own objects, too, so the library itself raises few of the rows. Codes and
+// spellings have been published and stay as they are.
 #pragma once
 
 namespace murv::detail
@@ -70,7 +70,7 @@ inline constexpr tErrorRow s_ctErrors[] = {
 
 static_assert(sizeof s_ctErrors / sizeof s_ctErrors[0] == 52, "the table has 52 rows");
 
-// The codes that the library raises, by what they stand for in the table.
+// The codes that the library raises.
 inline constexpr int s_ciRuntimeError = -999;
 inline constexpr int s_ciNullPointer = -992;
 inline constexpr int s_ciInvalidParameter = -991;

@@ -1,6 +1,7 @@
 // core/field_access.cpp - copying, moving and releasing the parts of a node.
 //
-// What may fail comes first in each step, so that a node is whole at every moment; trees are copied without recursion.
+// In each function the steps that may fail come first, so that a node is always whole. Trees are copied without
+// recursion.
 #include "core/field_access.h"
 
 #include <cstring>
@@ -12,9 +13,9 @@
 namespace murv::detail
 {
 
-void tFieldAccess::releaseAside(CFields& node) noexcept
+void tFieldAccess::releaseSideRecord(CFields& node) noexcept
 {
-    if (tNodeAside* const record = aside(node))
+    if (tSideRecord* const record = sideRecord(node))
     {
         releaseSlot(record->m_tSecond);
         delete record;
@@ -41,7 +42,7 @@ void tFieldAccess::replaceSlot(CFields& node, E_ValueKind vk, const tSlot& fresh
     }
     try
     {
-        makeAside(node);
+        makeSideRecord(node);
     }
     catch (...)
     {
@@ -49,12 +50,12 @@ void tFieldAccess::replaceSlot(CFields& node, E_ValueKind vk, const tSlot& fresh
         throw;
     }
     dropSecond(node);
-    aside(node)->m_tSecond = fresh;
+    sideRecord(node)->m_tSecond = fresh;
 }
 
 void tFieldAccess::dropSecond(CFields& node) noexcept
 {
-    if (tNodeAside* const record = aside(node))
+    if (tSideRecord* const record = sideRecord(node))
         releaseSlot(std::exchange(record->m_tSecond, tSlot{}));
     setKind(node, VK_actual);
 }
@@ -76,7 +77,7 @@ tSlot tFieldAccess::copySlot(const tSlot& slot)
     return copy;
 }
 
-// A number is read under the other type; the bits of a pointer never are, and no other bits as a pointer.
+// The bytes of a number are kept under the other type. Those of a pointer never are, and no others become a pointer.
 void tFieldAccess::alignSecond(CFields& node) noexcept
 {
     if (kind(node) == VK_actual)
@@ -87,7 +88,7 @@ void tFieldAccess::alignSecond(CFields& node) noexcept
         dropSecond(node);
         return;
     }
-    tSlot& second = aside(node)->m_tSecond;
+    tSlot& second = sideRecord(node)->m_tSecond;
     if (second.m_eType == held)
         return;
     const tSlot before = std::exchange(second, tSlot{held, false, {}});
@@ -112,8 +113,8 @@ void tFieldAccess::copyOwnValues(CFields& to, const CFields& from)
         setSlot(to, VK_actual, copySlot(slot(from, VK_actual)));
     if (kind(from) != VK_actual)
     {
-        // The record comes first: without memory for it a copied string would have no owner.
-        tNodeAside& record = makeAside(to);
+        // The record comes first: if there were no memory for it, a string copied before would have no owner.
+        tSideRecord& record = makeSideRecord(to);
         record.m_tSecond = copySlot(slot(from, VK_fix));
         setKind(to, kind(from));
     }
@@ -149,10 +150,10 @@ void tFieldAccess::copyParts(CFields& to, const CFields& from)
     else
         std::memcpy(to.m_acName, from.m_acName, sizeof to.m_acName);
     to.m_ucNameLen = from.m_ucNameLen;
-    const tNodeAside* const record = aside(from);
+    const tSideRecord* const record = sideRecord(from);
     if (record == nullptr || (record->m_pOSA == nullptr && !record->m_bComment))
         return;
-    tNodeAside& copy = makeAside(to);
+    tSideRecord& copy = makeSideRecord(to);
     copy.m_pOSA = record->m_pOSA;
     copy.m_bComment = record->m_bComment;
     for (unsigned int pos = 0; pos < s_cuiCommentCount; ++pos)
@@ -215,17 +216,22 @@ void tFieldAccess::setLongName(CFields& node, const char* name, unsigned int len
     std::memcpy(node.m_acName, &block, sizeof block);
 }
 
-void tFieldAccess::rename(CFields& node, const char* name, unsigned int length)
+void tFieldAccess::swapNameWith(CFields& node, CFields& holder) noexcept
 {
-    CFields holder;  // what the node had goes last: the new name may lie in it
-    if (name != nullptr && length != 0)
-        setFirstName(holder, name, length);
     CFieldVector* const set = owner(node);
     if (set != nullptr)
         set->beforeRename(node);
     swapNameParts(node, holder);
     if (set != nullptr)
         set->afterRename(node);
+}
+
+void tFieldAccess::rename(CFields& node, const char* name, unsigned int length)
+{
+    CFields holder;  // takes the old name, which is freed last: the new name may lie in it
+    if (name != nullptr && length != 0)
+        setFirstName(holder, name, length);
+    swapNameWith(node, holder);
 }
 
 void tFieldAccess::take(CFields& to, CFields& from) noexcept
@@ -240,10 +246,10 @@ void tFieldAccess::take(CFields& to, CFields& from) noexcept
     new (static_cast<void*>(&from)) CFields();
     setMember(to, toMember);
     setMember(from, fromMember);
-    if (aside(to) == nullptr)
-        to.m_uiAside = 0;
-    if (tNodeAside* const record = aside(to))
-        record->m_tISA = {};  // of a callback that runs for the place, not for what moved on
+    if (sideRecord(to) == nullptr)
+        to.m_uiSideRecord = 0;
+    if (tSideRecord* const record = sideRecord(to))
+        record->m_tISA = {};  // the arguments of a running callback belong to the place, not to what moved there
     setOwner(to, toSet);
     setOwner(from, fromSet);
     if (fromSet != nullptr)
@@ -254,8 +260,8 @@ void tFieldAccess::take(CFields& to, CFields& from) noexcept
 
 void tFieldAccess::swapComments(CFields& a, CFields& b) noexcept
 {
-    tNodeAside* const first = aside(a);
-    tNodeAside* const second = aside(b);
+    tSideRecord* const first = sideRecord(a);
+    tSideRecord* const second = sideRecord(b);
     if (first == nullptr || second == nullptr)
         return;
     for (unsigned int pos = 0; pos < s_cuiCommentCount; ++pos)
@@ -263,7 +269,7 @@ void tFieldAccess::swapComments(CFields& a, CFields& b) noexcept
     std::swap(first->m_bComment, second->m_bComment);
 }
 
-// One name at a time: an index may look at all members of its set, and finds each under the name that it knows.
+// One name at a time: an index may look at all members of its set, and must find each under the name that it knows.
 void tFieldAccess::swapNames(CFields& a, CFields& b) noexcept
 {
     CFieldVector* const aSet = owner(a);
@@ -286,10 +292,10 @@ void tFieldAccess::takeValues(CFields& to, CFields& from)
 {
     const E_ValueKind kind4From = kind(from);
     if (kind4From != VK_actual)
-        makeAside(to);
-    // Out of `from` first: `to` may be what holds it.
+        makeSideRecord(to);
+    // Take them out of `from` first: `to` may hold it.
     const tSlot first = slot(from, VK_actual);
-    const tSlot second = kind4From == VK_actual ? tSlot{} : std::exchange(aside(from)->m_tSecond, tSlot{});
+    const tSlot second = kind4From == VK_actual ? tSlot{} : std::exchange(sideRecord(from)->m_tSecond, tSlot{});
     setType(from, DT_null) = {};
     setKind(from, VK_actual);
     if (kind4From != VK_actual)
@@ -297,7 +303,7 @@ void tFieldAccess::takeValues(CFields& to, CFields& from)
     replaceValue(to, first);
     setKind(to, kind4From);
     if (kind4From != VK_actual)
-        aside(to)->m_tSecond = second;
+        sideRecord(to)->m_tSecond = second;
 }
 
 void tFieldAccess::takeAssigned(CFields& to, CFields& from)
@@ -313,8 +319,8 @@ void tFieldAccess::takeAssigned(CFields& to, CFields& from)
 
 void tFieldAccess::takeField(CFields& to, CFields& from)
 {
-    tNodeAside* const source = aside(from);
-    tNodeAside* const target = source != nullptr ? &makeAside(to) : aside(to);
+    tSideRecord* const source = sideRecord(from);
+    tSideRecord* const target = source != nullptr ? &makeSideRecord(to) : sideRecord(to);
     if (target != nullptr)
     {
         for (CHeapString& comment : target->m_tComment)
@@ -334,12 +340,7 @@ void tFieldAccess::takeField(CFields& to, CFields& from)
         for (unsigned int pos = 0; source != nullptr && pos < s_cuiCommentCount; ++pos)
             target->m_tComment[pos].swap(source->m_tComment[pos]);
     }
-    CFieldVector* const set = owner(to);
-    if (set != nullptr)
-        set->beforeRename(to);
-    swapNameParts(to, from);
-    if (set != nullptr)
-        set->afterRename(to);
+    swapNameWith(to, from);
 }
 
 CFields& tFieldAccess::appendMember(CFields& set, const char* name, unsigned int nameLen, unsigned int id)

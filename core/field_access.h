@@ -1,7 +1,7 @@
-// core/field_access.h - the library's own way to a node's parts.
+// core/field_access.h - the library's own access to the parts of a node.
 //
-// Loaders, savers, packets and the tree itself work on nodes through these few inline functions, so that the node's
-// layout is known in one place and checks that the public interface makes are paid once per call, not once per part.
+// Loaders, savers, packets and the tree itself work on nodes through these functions. So one place knows the layout of
+// a node, and hot code does not pay for the checks of the public interface at every step.
 #pragma once
 
 #include <cstdlib>
@@ -21,7 +21,8 @@ inline constexpr unsigned int s_cuiLongestName = 255;
 
 struct tFieldAccess
 {
-    // First value.
+    // The first value lies in the node. Its type, its owner and the value kind share one byte with the member mark, so
+    // each setter leaves the other bits alone.
 
     static E_DataType type(const CFields& node)
     {
@@ -47,7 +48,7 @@ struct tFieldAccess
     {
         node.m_ucState = static_cast<unsigned char>((node.m_ucState & ~0x30u) | (kind << 4));
     }
-    /// Sets type and owner of the first value; the value itself is the caller's next step.
+    /// Sets type and ownership of the first value. \return the value, for the caller to fill
     static uMultiValue& setType(CFields& node, E_DataType type, bool owned = false)
     {
         node.m_ucState = static_cast<unsigned char>((node.m_ucState & ~15u) | type | (owned ? s_cuiOwned : 0u));
@@ -66,12 +67,12 @@ struct tFieldAccess
     {
         return view4Codes(isOwned(node), node.m_uActValue.m_pData);
     }
-    /// Both forms of one slot: the second slot of a plain node reads as DT_null.
+    /// Either value in one form. The second one of a node without side record is DT_null.
     static tSlot slot(const CFields& node, E_ValueKind vk)
     {
         if (vk == VK_actual)
             return {type(node), isOwned(node), node.m_uActValue};
-        const tNodeAside* const record = aside(node);
+        const tSideRecord* const record = sideRecord(node);
         return record == nullptr ? tSlot{} : record->m_tSecond;
     }
     static E_DataType type(const CFields& node, E_ValueKind vk)
@@ -83,28 +84,27 @@ struct tFieldAccess
         if (vk == VK_actual)
             setType(node, slot.m_eType, slot.m_bOwned) = slot.m_uValue;
         else
-            makeAside(node).m_tSecond = slot;
+            makeSideRecord(node).m_tSecond = slot;
     }
 
-    /// Whether the node lies in a vector. One that does not is below no other node.
+    /// Whether the node is in a vector. If not, it is below no other node.
     static bool isMember(const CFields& node)
     {
         return (node.m_ucState & s_cuiMember) != 0;
     }
-    /// Belongs to the node's place, not to what it holds: moving parts leaves it.
+    /// The mark belongs to the place of the node, not to its contents: moving a node leaves it where it is.
     static void setMember(CFields& node, bool isMember)
     {
         node.m_ucState = static_cast<unsigned char>((node.m_ucState & ~s_cuiMember) | (isMember ? s_cuiMember : 0u));
     }
 
-    // Members. Null also for a container that removeAll left without a vector.
-
+    /// The members of a container; null for other nodes, and for a container that removeAll left without a vector.
     static CFieldVector* members(const CFields& node)
     {
         return isContainer(node) ? node.m_uActValue.m_pFV : nullptr;
     }
 
-    // Name and ID.
+    // Name and ID. Who changes the name of a member must use rename(): a name index may know it.
 
     /// A NUL follows the name, also when there is none.
     static std::string_view name(const CFields& node)
@@ -137,7 +137,7 @@ struct tFieldAccess
         node.m_uiID = id;
     }
 
-    // Packet expression and offsets.
+    // Packet expression and offsets may be changed freely: nothing else depends on them.
 
     static tPacketExpInfo& pei(CFields& node)
     {
@@ -161,48 +161,51 @@ struct tFieldAccess
         node.m_iOffsetEnd = end;
     }
 
-    // Side record.
+    // The side record and the owner share one word of the node: see core/side_record.h.
 
-    static tNodeAside* aside(const CFields& node)
+    static tSideRecord* sideRecord(const CFields& node)
     {
-        return (node.m_uiAside & s_cuiOwnerTag) != 0 ? nullptr : reinterpret_cast<tNodeAside*>(node.m_uiAside);
+        return (node.m_uiSideRecord & s_cuiOwnerTag) != 0 ? nullptr
+                                                          : reinterpret_cast<tSideRecord*>(node.m_uiSideRecord);
     }
-    static tNodeAside& makeAside(CFields& node)
+    static tSideRecord& makeSideRecord(CFields& node)
     {
-        tNodeAside* record = aside(node);
+        tSideRecord* record = sideRecord(node);
         if (record == nullptr)
         {
             CFieldVector* const set = owner(node);
-            record = new tNodeAside;
+            record = new tSideRecord;
             record->m_pOwner = set;
-            node.m_uiAside = reinterpret_cast<std::uintptr_t>(record);
+            node.m_uiSideRecord = reinterpret_cast<std::uintptr_t>(record);
         }
         return *record;
     }
     /// The large field set whose name index knows this node, or null.
     static CFieldVector* owner(const CFields& node)
     {
-        if ((node.m_uiAside & s_cuiOwnerTag) != 0)
-            return reinterpret_cast<CFieldVector*>(node.m_uiAside & ~s_cuiOwnerTag);
-        return node.m_uiAside == 0 ? nullptr : reinterpret_cast<tNodeAside*>(node.m_uiAside)->m_pOwner;
+        if ((node.m_uiSideRecord & s_cuiOwnerTag) != 0)
+            return reinterpret_cast<CFieldVector*>(node.m_uiSideRecord & ~s_cuiOwnerTag);
+        return node.m_uiSideRecord == 0 ? nullptr : reinterpret_cast<tSideRecord*>(node.m_uiSideRecord)->m_pOwner;
     }
     static void setOwner(CFields& node, CFieldVector* set)
     {
-        if (tNodeAside* const record = aside(node))
+        if (tSideRecord* const record = sideRecord(node))
             record->m_pOwner = set;
         else
-            node.m_uiAside = set == nullptr ? 0 : reinterpret_cast<std::uintptr_t>(set) | s_cuiOwnerTag;
+            node.m_uiSideRecord = set == nullptr ? 0 : reinterpret_cast<std::uintptr_t>(set) | s_cuiOwnerTag;
     }
 
-    // Life and death of parts; the public operations are built from these.
+    // The public operations are built from these. They keep a node whole when memory runs out, and work when the new
+    // parts come from below the old ones.
 
-    /// Frees name, side record and a string value, and hands the members out unreleased. The node is then raw memory.
+    /// Frees name, side record and a string value. The node is then raw memory.
+    /// \return the members, which are not released, or null
     static CFieldVector* release(CFields& node)
     {
         if (hasLongName(node))
             std::free(longName(node));
-        if (node.m_uiAside != 0)
-            releaseAside(node);
+        if (node.m_uiSideRecord != 0)
+            releaseSideRecord(node);
         const E_DataType held = type(node);
         if (held == DT_codelist && isOwned(node))
             std::free(const_cast<char*>(node.m_uActValue.m_pData));
@@ -210,7 +213,7 @@ struct tFieldAccess
     }
     /// Releases a slot's string or members.
     static void releaseSlot(const tSlot& slot) noexcept;
-    /// Replaces the first value; the old one goes last, so that the new one may have come from below it.
+    /// Replaces the first value; the old one is released last, since the new one may come from below it.
     static void replaceValue(CFields& node, const tSlot& fresh) noexcept
     {
         const tSlot before = slot(node, VK_actual);
@@ -223,9 +226,9 @@ struct tFieldAccess
     static void replaceSlot(CFields& node, E_ValueKind vk, const tSlot& fresh);
     /// Empties the second slot and resets the value kind.
     static void dropSecond(CFields& node) noexcept;
-    /// An own copy of a slot's value, members included.
+    /// A copy of a slot's value that shares nothing with it, members included.
     static tSlot copySlot(const tSlot& slot);
-    /// An own copy of a set's or array's members; `asFields` gives large ones a name index.
+    /// The same for the members of a container; `asFields` gives large ones a name index.
     static CFieldVector* copyMembers(const CFieldVector* members, bool asFields);
     /// Fills a node in the basic state with a copy of the source's values and value kind, or of the whole source. Each
     /// value keeps its own type; a second value that is not marked is left out.
@@ -236,13 +239,14 @@ struct tFieldAccess
     /// Exchange comments (both nodes have a side record, or neither has comments) and names.
     static void swapComments(CFields& a, CFields& b) noexcept;
     static void swapNames(CFields& a, CFields& b) noexcept;
-    /// Renames; `name` may be null for none. Tells the index of a large set.
+    /// Renames a node, and updates the name index of a large set. `name` may be null for none.
     static void rename(CFields& node, const char* name, unsigned int length);
-    /// Moves all parts into a node in the basic state, and leaves `from` in the basic state. Places keep their owner.
+    /// Moves all parts into a node in the basic state, and leaves `from` in the basic state. Both keep their
+    /// owners.
     static void take(CFields& to, CFields& from) noexcept;
     /// Moves values and value kind into `to`; the rest stays.
     static void takeValues(CFields& to, CFields& from);
-    /// Moves a bare value's values, or any other node whole, into `to`, as assignment says.
+    /// Moves the values of a bare value, or the whole of any other node, into `to`: what assignment does.
     static void takeAssigned(CFields& to, CFields& from);
     /// Moves the whole node into `to` as setField copies it.
     static void takeField(CFields& to, CFields& from);
@@ -272,13 +276,15 @@ private:
         return block;
     }
     static void setLongName(CFields& node, const char* name, unsigned int length);
-    /// Without telling an index.
+    /// Leaves name indexes alone.
     static void swapNameParts(CFields& a, CFields& b) noexcept
     {
         std::swap(a.m_acName, b.m_acName);
         std::swap(a.m_ucNameLen, b.m_ucNameLen);
     }
-    static void releaseAside(CFields& node) noexcept;
+    /// Exchanges the name of a node with that of one that no index knows.
+    static void swapNameWith(CFields& node, CFields& holder) noexcept;
+    static void releaseSideRecord(CFields& node) noexcept;
     /// Values and the other parts, except members: a container copies as an empty one.
     static void copyParts(CFields& to, const CFields& from);
     static void copyOwnValues(CFields& to, const CFields& from);

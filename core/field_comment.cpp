@@ -12,7 +12,7 @@ using detail::tFieldAccess;
 
 void CFields::setComment(const char* text, unsigned int len, E_CommentPosition pos)
 {
-    detail::tNodeAside& record = tFieldAccess::makeAside(*this);
+    detail::tSideRecord& record = tFieldAccess::makeSideRecord(*this);
     record.m_bComment = true;
     if (text != nullptr && len > 0 && text[len - 1] == '\n')
         --len;
@@ -43,7 +43,7 @@ std::string CFields::getCommentCopy(E_CommentPosition pos) const
 
 const char* CFields::getCommentPtr(E_CommentPosition pos) const
 {
-    const detail::tNodeAside* const record = tFieldAccess::aside(*this);
+    const detail::tSideRecord* const record = tFieldAccess::sideRecord(*this);
     return record == nullptr ? nullptr : record->m_tComment[pos].get();
 }
 
@@ -60,7 +60,7 @@ bool CFields::hasComment(E_CommentPosition pos) const
 
 bool CFields::isComment() const
 {
-    const detail::tNodeAside* const record = tFieldAccess::aside(*this);
+    const detail::tSideRecord* const record = tFieldAccess::sideRecord(*this);
     return record != nullptr && record->m_bComment;
 }
 

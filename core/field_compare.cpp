@@ -38,11 +38,11 @@ int orderCodes(const CFields& a, const CFields& b)
     return order(result, 0);
 }
 
-/// How two nodes stand to each other, as far as their own types, values and member counts tell.
+/// How two nodes compare by their own types, values and member counts.
 struct tOrder
 {
     int m_iOrder;       // -1, 0 or 1; NaN is in no order with anything
-    bool m_bUnordered;  // 0 by order, yet not equal: a NaN is involved
+    bool m_bUnordered;  // m_iOrder is 0, but the two are not equal: one is a NaN
 };
 
 tOrder orderNodes(const CFields& a, const CFields& b)
@@ -67,7 +67,7 @@ tOrder orderNodes(const CFields& a, const CFields& b)
     }
 }
 
-/// \param stopAtNaN  for equality: a NaN is a difference; for order it is not
+/// \param stopAtNaN  for equality, where a NaN is a difference; for order it is none
 tOrder orderTrees(const CFields& a, const CFields& b, bool stopAtNaN)
 {
     struct tFrame
@@ -81,7 +81,7 @@ tOrder orderTrees(const CFields& a, const CFields& b, bool stopAtNaN)
     };
 
     detail::CWalkStack<tFrame> stack;
-    // To be called for nodes found equal so far, which have as many members each.
+    // Only for nodes that are equal so far, which have as many members each.
     const auto enter = [&stack](const CFieldVector* aMembers, const CFieldVector* bMembers) {
         if (aMembers != nullptr && bMembers != nullptr && aMembers->count() != 0)
             stack.push({aMembers, bMembers, 0});

@@ -1,6 +1,6 @@
 // core/field_lookup.cpp - finding members and nodes by name and by ID.
 //
-// What is found is the first match in index order, and in pre-order where a whole subtree is searched.
+// The first match is found: in index order among members, in pre-order in a whole subtree.
 
 #include <cstring>
 

@@ -39,7 +39,7 @@ unsigned int length4Name(std::string_view name)
     return name.size() > CFields::maxSint32 ? CFields::maxSint32 : static_cast<unsigned int>(name.size());
 }
 
-/// Gets or adds a member of a field set, or appends to an array; what all public forms come down to.
+/// Gets or adds a member of a field set, or appends to an array. All public forms call it.
 CFields& addMember(CFields& node, tPlace place, const char* name, unsigned int nameLen, unsigned int id,
                    bool allowDuplicate)
 {
@@ -176,7 +176,7 @@ CFields& CFields::addArrayAt(const CFields& value, bool valueOnly)
 
 CFields& CFields::addArrayAt(CFields&& value)
 {
-    if (owns(value, *this))  // an array cannot move into itself; its copy can
+    if (owns(value, *this))  // an array cannot move into itself, but its copy can
         return addArrayAt(static_cast<const CFields&>(value));
     CFields& member = appendElement(*this);
     tFieldAccess::take(member, value);
@@ -258,7 +258,7 @@ bool CFields::removeChildAt(unsigned int index, CFields* out)
         const bool replaced = owns(*out, *this);
         out->setField(m_uActValue.m_pFV->at(index));
         if (replaced)
-            return true;  // this container went with what `out` held before
+            return true;  // this container was destroyed with the former value of `out`
     }
     CFieldVector::erase(m_uActValue.m_pFV, index, index + 1);
     return true;

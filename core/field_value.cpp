@@ -48,7 +48,7 @@ bool setCodes(CFields& node, E_ValueKind vk, const char* text, std::size_t lengt
     return true;
 }
 
-/// A node cannot change places with one that it holds.
+/// A node cannot change places with a node below it.
 void requireApart(const CFields& a, const CFields& b)
 {
     if (detail::holds(a, b) || detail::holds(b, a))
@@ -66,18 +66,18 @@ void swapFirst(CFields& a, CFields& b, bool withPacketExp)
     if (const void* const user = b.pkt_GetOSA4User())
     {
         const void* const own = a.pkt_GetOSA4User();
-        tFieldAccess::aside(b)->m_pOSA = own;
-        tFieldAccess::aside(a)->m_pOSA = user;
+        tFieldAccess::sideRecord(b)->m_pOSA = own;
+        tFieldAccess::sideRecord(a)->m_pOSA = user;
     }
 }
 
-/// The one step of an exchange that may fail for want of memory comes first.
+/// The only step of an exchange that may run out of memory; it comes first.
 void prepareSwap(CFields& a, CFields& b, bool userPointer, bool comments)
 {
     if ((userPointer && b.pkt_GetOSA4User() != nullptr) || (comments && (a.isComment() || b.isComment())))
     {
-        tFieldAccess::makeAside(a);
-        tFieldAccess::makeAside(b);
+        tFieldAccess::makeSideRecord(a);
+        tFieldAccess::makeSideRecord(b);
     }
 }
 }  // namespace
@@ -128,7 +128,7 @@ const uMultiValue& CFields::getValueRef(E_ValueKind vk) const
     static const uMultiValue nothing;
     if (vk == VK_actual)
         return m_uActValue;
-    const detail::tNodeAside* const record = tFieldAccess::aside(*this);
+    const detail::tSideRecord* const record = tFieldAccess::sideRecord(*this);
     return record == nullptr ? nothing : record->m_tSecond.m_uValue;
 }
 
@@ -278,7 +278,7 @@ bool CFields::setValue(const CStaticString& text, E_ValueKind vk)
 
 bool CFields::setValue(const CFields& source)
 {
-    // The source may be this node, a part or a parent of it: copy all before anything goes.
+    // The source may be this node, a part or a parent of it: copy all before anything is released.
     CFields copy;
     tFieldAccess::copyValues(copy, source);
     const bool refused = copy.getVK() != VK_actual && tFieldAccess::isContainer(copy);
@@ -308,94 +308,38 @@ CFields& CFields::operator=(CFields&& source)
 {
     if (&source == this)
         return *this;
-    if (detail::holdsNear(source, *this))  // it cannot move into a part of itself; its copy can
+    if (detail::holdsNear(source, *this))  // it cannot move into a part of itself, but its copy can
         return *this = static_cast<const CFields&>(source);
     if (detail::s_cbMovesAreChecked && detail::holds(source, *this))
         detail::throwMismatch();
-    if (tFieldAccess::aside(source) != nullptr)
-        tFieldAccess::makeAside(*this);  // while the source is whole still
-    CFields moved(std::move(source));    // the source may be a part of this node
+    if (tFieldAccess::sideRecord(source) != nullptr)
+        tFieldAccess::makeSideRecord(*this);  // while the source is still whole
+    CFields moved(std::move(source));         // the source may be a part of this node
     tFieldAccess::takeAssigned(*this, moved);
     return *this;
 }
 
-CFields& CFields::operator=(E_DataType dt)
-{
-    setValue(dt);
-    return *this;
-}
-
-CFields& CFields::operator=(bool value)
-{
-    setValue(value);
-    return *this;
-}
-
-CFields& CFields::operator=(int value)
-{
-    setValue(value);
-    return *this;
-}
-
-CFields& CFields::operator=(unsigned int value)
-{
-    setValue(value);
-    return *this;
-}
-
-CFields& CFields::operator=(long value)
-{
-    setValue(value);
-    return *this;
-}
-
-CFields& CFields::operator=(unsigned long value)
-{
-    setValue(value);
-    return *this;
-}
-
-CFields& CFields::operator=(long long value)
-{
-    setValue(value);
-    return *this;
-}
-
-CFields& CFields::operator=(unsigned long long value)
-{
-    setValue(value);
-    return *this;
-}
-
-CFields& CFields::operator=(double value)
-{
-    setValue(value);
-    return *this;
-}
-
-CFields& CFields::operator=(const char* text)
-{
-    setValue(text);
-    return *this;
-}
-
-CFields& CFields::operator=(const std::string& text)
-{
-    setValue(text);
-    return *this;
-}
-
-CFields& CFields::operator=(std::string_view text)
-{
-    setValue(text);
-    return *this;
-}
-
-CFields& CFields::operator=(const CStaticString& text)
-{
-    setValue(text);
-    return *this;
-}
+// Assigning a value is setting it, whatever its type.
+#define MURV_ASSIGN(tType)                   \
+    CFields& CFields::operator=(tType value) \
+    {                                        \
+        setValue(value);                     \
+        return *this;                        \
+    }
+MURV_ASSIGN(E_DataType)
+MURV_ASSIGN(bool)
+MURV_ASSIGN(int)
+MURV_ASSIGN(unsigned int)
+MURV_ASSIGN(long)
+MURV_ASSIGN(unsigned long)
+MURV_ASSIGN(long long)
+MURV_ASSIGN(unsigned long long)
+MURV_ASSIGN(double)
+MURV_ASSIGN(const char*)
+MURV_ASSIGN(const std::string&)
+MURV_ASSIGN(std::string_view)
+MURV_ASSIGN(const CStaticString&)
+#undef MURV_ASSIGN
 
 void CFields::swapValue(CFields& other, bool withPacketExp)
 {

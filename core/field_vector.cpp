@@ -25,7 +25,7 @@ constexpr std::uint32_t s_cuiShortestShift = 3;
 
 void* allot(std::uint64_t size)
 {
-    void* const block = detail::allotBlock(size);
+    void* const block = detail::allocateBlock(size);
     if (block == nullptr)
         throw std::bad_alloc();
     return block;
@@ -267,7 +267,7 @@ void CFieldVector::erase(CFieldVector*& self, std::uint32_t first, std::uint32_t
         indexNames(self);
     }
     else if (index != nullptr && first < self->m_uiCount)
-        index->shiftBehind(first);
+        index->shiftAfter(first);
 }
 
 void CFieldVector::closeGap(std::uint32_t first, std::uint32_t last) noexcept

@@ -1,6 +1,6 @@
 // core/fields.cpp - making nodes, and their ID, name and packet expression.
 //
-// The static nodes are made by the compiler, so that static initialisers of other files may use them.
+// The static nodes are ready before any code runs, so that static initialisers of other files may use them.
 #include "murv/fields.h"
 
 #include <cstring>
@@ -14,8 +14,7 @@ namespace murv
 
 using detail::tFieldAccess;
 
-// The static nodes are made by the compiler, not at start, and never destroyed: other files' static objects may use
-// them at any time.
+// Initialised at compile time and never destroyed, so that static objects of other files may use it at any time.
 struct CFields::tImmortal
 {
     union
@@ -193,19 +192,19 @@ bool CFields::pkt_IsNullExp(const tPacketExpInfo& pei)
 
 void CFields::pkt_SetOSA4User(const void* data)
 {
-    if (data != nullptr || tFieldAccess::aside(*this) != nullptr)
-        tFieldAccess::makeAside(*this).m_pOSA = data;
+    if (data != nullptr || tFieldAccess::sideRecord(*this) != nullptr)
+        tFieldAccess::makeSideRecord(*this).m_pOSA = data;
 }
 
 const void* CFields::pkt_GetOSA4User() const
 {
-    const detail::tNodeAside* const record = tFieldAccess::aside(*this);
+    const detail::tSideRecord* const record = tFieldAccess::sideRecord(*this);
     return record == nullptr ? nullptr : record->m_pOSA;
 }
 
 tInnerSupportedArgs4ESK& CFields::pkt_GetISA4ESK()
 {
-    return tFieldAccess::makeAside(*this).m_tISA;
+    return tFieldAccess::makeSideRecord(*this).m_tISA;
 }
 
 }  // namespace murv

@@ -1,6 +1,6 @@
 // core/flags.cpp - 32-bit words of flags.
 //
-// Small on purpose: the meaning of the bits is known to the loaders and savers alone.
+// Only loaders and savers know what the bits mean.
 #include "murv/flags.h"
 
 #include <climits>

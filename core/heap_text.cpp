@@ -1,6 +1,6 @@
 // core/heap_text.cpp - heap blocks of names, comments and string values.
 //
-// The one place that calls malloc and realloc for texts, with the messages for when there is no memory.
+// The only place that allocates texts; it has the messages for when there is no memory.
 #include "core/heap_text.h"
 
 #include <algorithm>
@@ -30,7 +30,7 @@ void finishPrefixed(char* block, unsigned int length)
 char* duplicateStream(const char* source, unsigned int length)
 {
     length = std::min(length, s_cuiTextLimit);
-    char* const block = static_cast<char*>(allotBlock(std::size_t{length} + 1));
+    char* const block = static_cast<char*>(allocateBlock(std::size_t{length} + 1));
     if (block == nullptr)
         throwNoMemory("murv::duplicateStream");
     if (length != 0)
@@ -39,11 +39,11 @@ char* duplicateStream(const char* source, unsigned int length)
     return block;
 }
 
-char* allotPrefixed(unsigned int length)
+char* makePrefixed(unsigned int length)
 {
     if (length > s_cuiLongestCodes)
         throwAt("murv::duplicatePrefixedStream", s_cpTooLongCodes);
-    char* const block = static_cast<char*>(allotBlock(length + s_cnPrefixedExtra));
+    char* const block = static_cast<char*>(allocateBlock(length + s_cnPrefixedExtra));
     if (block == nullptr)
         throwNoMemory("murv::duplicatePrefixedStream");
     finishPrefixed(block, length);
@@ -52,7 +52,7 @@ char* allotPrefixed(unsigned int length)
 
 char* duplicatePrefixedStream(const char* source, unsigned int length)
 {
-    char* const block = allotPrefixed(length);
+    char* const block = makePrefixed(length);
     if (length != 0)
         std::memcpy(block + s_cuiPrefixWidth, source, length);
     return block;

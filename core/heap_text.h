@@ -1,7 +1,7 @@
 // core/heap_text.h - the heap blocks that hold names, comments and string values.
 //
-// All come from malloc and go with free, so that ownership can move and swap between objects without care. A string
-// value carries its length before its bytes; a borrowed one is plain NUL-terminated text.
+// All come from malloc and go with free, so that any owner may free or resize a block that another one made. An
+// owned string value has its length before its bytes; a borrowed one is plain NUL-terminated text.
 #pragma once
 
 #include <cstdint>
@@ -14,10 +14,10 @@ namespace murv::detail
 /// Copies `length` bytes (at most 2,147,483,646) and a NUL into a new block; throws CLogicError when memory runs out.
 char* duplicateStream(const char* source, unsigned int length);
 
-/// A new string value without content: length prefix and final NUL set, bytes unset; throws as the copy below.
-char* allotPrefixed(unsigned int length);
+/// Makes a string value with length prefix and final NUL, its bytes not set; throws as duplicatePrefixedStream.
+char* makePrefixed(unsigned int length);
 
-/// The longest string value: so many bytes fit beside the prefix.
+/// The longest string value, in bytes: with prefix and NUL it has 2^31 - 1.
 inline constexpr unsigned int s_cuiLongestCodes = 2147483642;
 inline constexpr const char* s_cpTooLongCodes = "a_uiSrcLen too big for prefixing";
 

@@ -1,6 +1,6 @@
 // core/name_index.cpp - finding members of large field sets by name.
 //
-// Removing closes the gap behind it instead of leaving a mark, so that look-ups stay short however much changes.
+// Removing an entry closes the gap instead of leaving a mark, so that look-ups stay short however much changes.
 #include "core/name_index.h"
 
 #include <algorithm>
@@ -30,7 +30,7 @@ std::uint64_t mix(std::uint64_t a, std::uint64_t b) noexcept
     return product.m_ullHigh ^ product.m_ullLow;
 }
 
-/// Differs from process to process by where memory was laid out and when the first index was made.
+/// Differs from process to process: by the layout of its memory, and by the time of the first index.
 std::uint64_t makeSeed() noexcept
 {
     const auto now = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
@@ -38,8 +38,8 @@ std::uint64_t makeSeed() noexcept
            reinterpret_cast<std::uintptr_t>(&makeSeed);
 }
 
-/// Position of the first member behind `position` that has the same name, or s_cuiNone.
-std::uint32_t findBehind(const CFieldVector& members, std::uint32_t position) noexcept
+/// Position of the first member after `position` that has the same name, or s_cuiNone.
+std::uint32_t findAfter(const CFieldVector& members, std::uint32_t position) noexcept
 {
     const std::string_view name = tFieldAccess::name(members.at(position));
     for (std::uint32_t i = position + 1; i < members.count();)
@@ -62,7 +62,7 @@ std::uint32_t hash4Name(const char* name, unsigned int length) noexcept
     for (; length > 8; name += 8, length -= 8)
         state = mix(state ^ loadWord(name), s_cullMixB);
     state = mix(state ^ pack4Short(name, length), s_cullMixA);
-    return static_cast<std::uint32_t>(state ^ (state >> 32)) >> 1;  // 31 bits: the index keeps a flag in the top one
+    return static_cast<std::uint32_t>(state ^ (state >> 32)) >> 1;  // 31 bits: the index uses the top one as a flag
 }
 
 CNameIndex::~CNameIndex()
@@ -155,7 +155,7 @@ void CNameIndex::remove(const CFieldVector& members, std::uint32_t position, std
     {
         if (m_pLinks == nullptr && !erased)
             link(members);
-        next = m_pLinks != nullptr ? takeTop(position) : findBehind(members, position);
+        next = m_pLinks != nullptr ? takeTop(position) : findAfter(members, position);
     }
     if (next == s_cuiNone)
         freeEntry(at);
@@ -166,7 +166,7 @@ void CNameIndex::remove(const CFieldVector& members, std::uint32_t position, std
 void CNameIndex::freeEntry(std::uint32_t hole) noexcept
 {
     --m_uiUsed;
-    // Close the gap, so that no probing stops short: an entry moves back unless its own place lies behind the hole.
+    // Close the gap, so that no probing stops short: an entry moves back unless its own place is after the hole.
     for (std::uint32_t at = (hole + 1) & m_uiMask; m_pTable[at].m_uiPosition != s_cuiNone; at = (at + 1) & m_uiMask)
     {
         const std::uint32_t own = m_pTable[at].m_uiHash & m_uiMask;
@@ -238,7 +238,8 @@ std::uint32_t CNameIndex::meld(std::uint32_t a, std::uint32_t b) noexcept
     return a;
 }
 
-/// Makes one heap of all from `first` on: in pairs, then the pairs from the last one. \return its top, or s_cuiNone
+/// Makes one heap of `first` and all after it: first in pairs, then of the pairs, beginning with the last one.
+/// \return its top, or s_cuiNone
 std::uint32_t CNameIndex::mergeSiblings(std::uint32_t first) noexcept
 {
     std::uint32_t pairs = s_cuiNone;
@@ -275,7 +276,7 @@ std::uint32_t CNameIndex::takeTop(std::uint32_t position) noexcept
     return mergeSiblings(std::exchange(m_pLinks[position], tLink{}).m_uiChild);
 }
 
-/// Takes a member that is not the top out of its heap; what is below it comes to its place.
+/// Takes a member that is not the top out of its heap; those below it take its place.
 void CNameIndex::cut(std::uint32_t position) noexcept
 {
     const tLink gone = std::exchange(m_pLinks[position], tLink{});
@@ -292,9 +293,9 @@ void CNameIndex::cut(std::uint32_t position) noexcept
     (before.m_uiChild == position ? before.m_uiChild : before.m_uiNext) = instead;
 }
 
-void CNameIndex::shiftBehind(std::uint32_t position) noexcept
+void CNameIndex::shiftAfter(std::uint32_t position) noexcept
 {
-    dropLinks();  // to build them anew costs as much as to count them down
+    dropLinks();  // building them anew costs as much as adjusting them
     for (std::uint64_t at = 0; at <= m_uiMask; ++at)
     {
         tEntry& entry = m_pTable[at];
@@ -305,12 +306,12 @@ void CNameIndex::shiftBehind(std::uint32_t position) noexcept
 
 bool CNameIndex::resize(std::uint64_t room) noexcept
 {
-    if (room > s_cuiShared)  // places are told by the bits below the flag
+    if (room > s_cuiShared)  // the flag takes the top bit of a hash; the others choose the place
     {
         clear();
         return false;
     }
-    tEntry* const table = static_cast<tEntry*>(allotBlock(room * sizeof(tEntry)));
+    tEntry* const table = static_cast<tEntry*>(allocateBlock(room * sizeof(tEntry)));
     if (table == nullptr)
     {
         clear();

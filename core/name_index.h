@@ -1,12 +1,12 @@
 // core/name_index.h - finds members of a large field set by name.
 //
-// A hash table of positions beside the members, made when a set grows large. It holds the first member of each name,
-// and marks the names that later ones have, too, so that what it finds is always what a scan from the front finds. The
-// hash is seeded once per process: a document cannot be written to make all its names collide.
+// A hash table of positions, made when a set grows large. It holds the first member of each name, so that it finds what
+// a scan from the front finds, and marks names that further members have. The hash is seeded once per process: nobody
+// can write a document all of whose names collide.
 //
-// When the first of several equal names is renamed, the next one must be found. From then on the members of each name
-// form a pairing heap by position, whose least one the table holds: no order of renames makes a step cost a scan. Most
-// sets never need the heaps and have none.
+// When the first of several members of one name is renamed, the next one must be found. From then on the members of
+// each name form a pairing heap by position, and the table holds the top of each heap. Without them each such rename
+// would cost a scan. Most sets never need them and have none.
 #pragma once
 
 #include <cstdint>
@@ -42,25 +42,26 @@ public:
     bool insert(const CFieldVector& members, std::uint32_t position, std::uint32_t hash) noexcept;
     /// Forgets the member at `position`, whose name is still in place; all named members must be entered. O(log n)
     /// among n equal names, on average over many calls; without memory for the heaps a scan.
-    /// \param erased  it is about to be erased; the next one of that name may then be looked for among those that move
+    /// \param erased  it is about to be erased, which moves all members after it: the next one of that name may be
+    ///                found by a scan of these
     void remove(const CFieldVector& members, std::uint32_t position, std::uint32_t hash, bool erased) noexcept;
-    /// Counts down all positions behind one that was erased.
-    void shiftBehind(std::uint32_t position) noexcept;
+    /// Lowers all positions after one that was erased by one.
+    void shiftAfter(std::uint32_t position) noexcept;
 
 private:
     struct tEntry
     {
-        std::uint32_t m_uiHash;      // without the top bit, which tells that later members have the name, too
+        std::uint32_t m_uiHash;      // the top bit is s_cuiShared
         std::uint32_t m_uiPosition;  // s_cuiNone: free
     };
-    static constexpr std::uint32_t s_cuiShared = 0x80000000;
+    static constexpr std::uint32_t s_cuiShared = 0x80000000;  // later members have the name, too
 
     /// A member's place in the heap of its name; all are s_cuiNone in a heap of one.
     struct tLink
     {
-        std::uint32_t m_uiChild = s_cuiNone;   // first of those below it
-        std::uint32_t m_uiNext = s_cuiNone;    // next of those below the same one
-        std::uint32_t m_uiBefore = s_cuiNone;  // the one whose child or next this is
+        std::uint32_t m_uiChild = s_cuiNone;   // first of the members below it
+        std::uint32_t m_uiNext = s_cuiNone;    // next member below the same one
+        std::uint32_t m_uiBefore = s_cuiNone;  // the member whose child or next this is
     };
 
     bool resize(std::uint64_t room) noexcept;
@@ -81,7 +82,7 @@ private:
     tEntry* m_pTable = nullptr;  // owned
     std::uint32_t m_uiMask = 0;
     std::uint32_t m_uiUsed = 0;
-    tLink* m_pLinks = nullptr;  // owned, by position; null as long as there are no heaps
+    tLink* m_pLinks = nullptr;  // owned, by position; null while there are no heaps
     std::uint32_t m_uiLinks = 0;
 };
 

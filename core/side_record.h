@@ -1,8 +1,9 @@
-// core/side_record.h - the side record of a node: what few nodes need.
+// core/side_record.h - the side record of a node: the parts that few nodes need.
 //
-// A plain node has none; it is made when a second value, a comment, the user pointer or callback arguments are first
-// stored. The node's word that points to it serves twice: in a large field set, where renaming a member must reach the
-// name index, a plain member's word names the set instead (lowest bit 1), and a side record carries the set's address.
+// Most nodes have none; it is made when a second value, a comment, the user pointer or callback arguments are first
+// stored. The node's pointer to it has a second use, which saves eight bytes a node: a member of a large field set must
+// find the set when it is renamed, since the set's name index knows its name. Without a side record, the pointer holds
+// the address of the set, marked by its lowest bit; with one, the side record holds that address.
 #pragma once
 
 #include <cstring>
@@ -36,12 +37,12 @@ inline uMultiValue boolValue(bool value)
 
 inline constexpr unsigned int s_cuiCommentCount = 3;
 
-struct tNodeAside
+struct tSideRecord
 {
-    CFieldVector* m_pOwner = nullptr;  // set whose index knows the name; not owned
+    CFieldVector* m_pOwner = nullptr;  // set whose name index knows this node; not owned
     tSlot m_tSecond;
     CHeapString m_tComment[s_cuiCommentCount];
-    bool m_bComment = false;       // some comment was set once
+    bool m_bComment = false;       // a comment was set at some time
     const void* m_pOSA = nullptr;  // the application's; not owned
     tInnerSupportedArgs4ESK m_tISA{};
 };

@@ -1,6 +1,6 @@
-// core/throw.cpp - misuse of the tree as exceptions.
+// core/throw.cpp - exceptions of the value tree, with the place that throws.
 //
-// The text is made in a buffer of fixed size: what is thrown stays short whatever it quotes.
+// Texts are formatted in a buffer of fixed size, so that a message stays short whatever it quotes.
 #include "core/throw.h"
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// core/throw.h - how the value tree reports misuse.
+// core/throw.h - exceptions of the value tree, with the place that throws.
 //
 // Every thrown message names the function and the line it comes from; the line is taken at the place of the call.
 #pragma once
@@ -36,7 +36,7 @@ struct tPlace
 [[noreturn]] void throwAt(tPlace place, const char* text, int number);
 [[noreturn]] void throwAt(tPlace place, const char* text, int number, int second);
 
-/// What throwNoMemory throws, so that loaders can tell it from misuse.
+/// What throwNoMemory throws, so that loaders can distinguish it from misuse.
 class CMemoryError final : public CLogicError
 {
 public:

@@ -16,13 +16,13 @@ class CPacketView
 public:
     CPacketView(CFields& node, const tInnerSupportedArgs4ESK& args) : m_tNode(node)
     {
-        tFieldAccess::makeAside(node).m_tISA = args;
+        tFieldAccess::makeSideRecord(node).m_tISA = args;
     }
     CPacketView(const CPacketView&) = delete;
     CPacketView& operator=(const CPacketView&) = delete;
     ~CPacketView()
     {
-        if (tNodeAside* const record = tFieldAccess::aside(m_tNode))
+        if (tSideRecord* const record = tFieldAccess::sideRecord(m_tNode))
             record->m_tISA = {};
     }
 

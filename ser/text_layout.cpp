@@ -364,7 +364,7 @@ void CTextLayout::writeMeasuredLines(const CFields& array, std::uint32_t count)
 
 void CTextLayout::writeCommentBefore(const CFields& node)
 {
-    const tNodeAside* const record = tFieldAccess::aside(node);
+    const tSideRecord* const record = tFieldAccess::sideRecord(node);
     const char* const comment = record->m_tComment[CP_before].get();
     if (comment == nullptr || *comment == '\0')
         return;
@@ -389,7 +389,7 @@ void CTextLayout::writeCommentBefore(const CFields& node)
 
 void CTextLayout::writeCommentsAfter(const CFields& node)
 {
-    const tNodeAside* const record = tFieldAccess::aside(node);
+    const tSideRecord* const record = tFieldAccess::sideRecord(node);
     const char* const trailing = record->m_tComment[CP_trailing].get();
     if (trailing != nullptr && *trailing != '\0')
     {

@@ -110,7 +110,7 @@ private:
 
     bool hasCommentToWrite(const CFields& node) const
     {
-        return m_bComments && tFieldAccess::aside(node) != nullptr;
+        return m_bComments && tFieldAccess::sideRecord(node) != nullptr;
     }
     void writeCommentBefore(const CFields& node);
     void writeCommentsAfter(const CFields& node);

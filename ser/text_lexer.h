@@ -140,7 +140,7 @@ inline void CTextParser::startValue(CFields& node)
 {
     m_bPeiAllowed = false;
     m_bPeiPending = false;
-    if (tFieldAccess::aside(node) != nullptr)
+    if (tFieldAccess::sideRecord(node) != nullptr)
         tFieldAccess::dropSecond(node);
 }
 

@@ -1,6 +1,6 @@
-// core/memory/block_pool.cpp - pieces that small blocks are cut from.
+// core/memory/block_pool.cpp - the pieces that small blocks are cut from.
 //
-// Each piece is about as large as all blocks before it, up to a limit, so that small trees waste little.
+// Each piece is about as large as all blocks before it, up to a limit, so at most about half of the memory is unused.
 #include "core/memory/block_pool.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ bool CBlockPool::open(std::size_t size) noexcept
     if (m_nTotal < s_cnFirstPiece)
         return false;
     const std::size_t room = std::clamp(m_nTotal, size + s_cnHead, s_cnLongestPiece);
-    void* const memory = allotBlock(room);
+    void* const memory = allocateBlock(room);
     if (memory == nullptr)
         return false;
     if (m_pPiece != nullptr)

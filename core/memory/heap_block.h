@@ -1,6 +1,6 @@
 // core/memory/heap_block.h - malloc and realloc that leave the caller's errno alone.
 //
-// Running out of memory is told by exceptions and results here; errno belongs to the application.
+// The library reports missing memory by exceptions and results; errno belongs to the application.
 #pragma once
 
 #include <cerrno>
@@ -12,7 +12,7 @@ namespace murv::detail
 {
 
 /// Null when there is no memory; sizes are counted in 64 bits, so that none becomes a small one on 32-bit machines.
-inline void* allotBlock(std::uint64_t size) noexcept
+inline void* allocateBlock(std::uint64_t size) noexcept
 {
     const auto bytes = static_cast<std::size_t>(size);
     if (bytes != size)

@@ -1,7 +1,7 @@
 // core/memory/poison.h - tells AddressSanitizer which parts of our own memory are free.
 //
-// So it sees a wrong access to a block out of a larger piece as it sees one to a block of the heap. Other builds
-// compile to nothing.
+// Blocks that are cut from larger pieces are then guarded as well as blocks of the heap. In builds without
+// AddressSanitizer the functions here do nothing.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +22,7 @@ namespace murv::detail
 {
 
 #ifdef MURV_ADDRESS_SANITIZER
-inline constexpr std::size_t s_cnRedZone = 16;  // bytes behind a block that nobody may touch
+inline constexpr std::size_t s_cnRedZone = 16;  // bytes after a block that nobody may touch
 
 inline void poison(const void* memory, std::size_t size) noexcept
 {

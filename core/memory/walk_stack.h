@@ -1,7 +1,7 @@
 // core/memory/walk_stack.h - the stack of a walk over a tree.
 //
-// Walks do not recurse, since trees may nest deeper than the machine's stack. The first levels live beside the walker,
-// so that ordinary trees are walked without taking memory.
+// Walks do not recurse, since trees may nest deeper than the machine's stack allows. The first levels are stored in the
+// object itself, so that ordinary trees are walked without taking memory.
 #pragma once
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 // core/text/byte_scan.h - finds the next byte of a kind, 16 or 8 bytes at a time.
 //
-// Lexer, quoting and unquoting spend their time on runs of ordinary bytes. One scan serves them all; a rule says what
-// ends a run, once for a byte, once for a word and once for a vector.
+// Lexer, quoting and unquoting spend their time on runs of ordinary bytes. They share the scans of this file; a rule
+// says which bytes end a run, once for a byte, once for a word and once for a vector.
 #pragma once
 
 #include <bit>
@@ -152,7 +152,7 @@ const char* findStop(const char* p, const char* end) noexcept
     return p;
 }
 
-/// As above, with the first bytes looked at in place: for stops that are mostly near.
+/// The same for stops that are mostly near: the first 16 bytes are tested in the caller, without a call.
 template <class tRule>
 inline const char* findNearStop(const char* p, const char* end) noexcept
 {

@@ -1,8 +1,8 @@
 // core/text/decimal_scale.h - powers of five, and the rounding of a number scaled by one.
 //
 // Printing a double and reading one are the same step: a 64-bit mantissa times a power of ten, rounded to nearest.
-// Both use this table of 128-bit powers; what it cannot decide with certainty it says so, and the caller takes the
-// slow exact way.
+// Both use this table of 128-bit powers. When the result is uncertain round() says so, and the caller takes the slow
+// exact path.
 #pragma once
 
 #include <array>
@@ -27,7 +27,7 @@ constexpr int log2OfPower(int power) noexcept
 /// A number of 256 bits with its top bit set, times 2^exponent; only for making the table.
 struct tTableNumber
 {
-    std::array<std::uint32_t, 9> m_auiLimbs;  // most significant first; the last one catches what a division leaves
+    std::array<std::uint32_t, 9> m_auiLimbs;  // most significant first; the last one keeps divisions exact enough
     int m_iExponent;                          // floor(log2) of the number
 
     /// Shifts right by 0 to 3 bits, taking `carry` in at the top.
@@ -59,7 +59,7 @@ struct tTableNumber
     {
         // 8 times the number, divided: the quotient has its top bit in the carry, or just below it.
         std::uint64_t rest = 0;
-        std::uint64_t above = 0;  // the limb in front of the first
+        std::uint64_t above = 0;  // the limb before the first
         std::array<std::uint32_t, 10> wide{};
         for (std::size_t i = 0; i < m_auiLimbs.size(); ++i)
         {

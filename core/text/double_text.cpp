@@ -1,7 +1,7 @@
 // core/text/double_text.cpp - doubles as decimal text of 17 significant digits.
 //
 // The mantissa is scaled by a power of ten to an integer of 17 digits, with one exact rounding: powers of 128 bits are
-// enough for every double, so that no second, slower way is needed.
+// enough for every double, so no second, slower path is needed.
 #include "core/text/double_text.h"
 
 #include <bit>
@@ -86,12 +86,12 @@ tDecimal17 toDecimal(const tBinary64& value) noexcept
     const std::uint64_t whole = attempt.m_tScaled.whole(attempt.m_uiShift);
     if (whole >= s_cull18Digits || whole < s_cull17Digits) [[unlikely]]
     {
-        // Once is enough: what is still a hair off 17 digits (a cut power) is rounded to 17 digits below.
+        // Once is enough: a number that a cut power leaves a hair off 17 digits is rounded to 17 digits below.
         exponent += whole >= s_cull18Digits ? 1 : -1;
         attempt = scaleTo17Digits(value, exponent);
     }
     // The rounding is always certain. A cut power errs by less than 2^-69 of the last digit, and a search over all
-    // exponents found no double whose 18th digit and those behind it come within 2^-65 of a half, unless they are one;
+    // exponents found no double whose digits from the 18th on come within 2^-65 of a half, except exact halves;
     // an exact half needs a power of the table that is exact.
     std::uint64_t digits = 0;
     static_cast<void>(attempt.m_tScaled.round(attempt.m_uiShift, digits));
@@ -125,7 +125,7 @@ tDigitText spellDigits(std::uint64_t digits) noexcept
     return {first + zeros, second + zeros, static_cast<char>('0' + last), count};
 }
 
-/// Writes digits with a point behind the first `before` (1 to 16) of them. Overwrites 18 bytes.
+/// Writes digits with a point after the first `before` (1 to 16) of them. Overwrites 18 bytes.
 char* writePointed(char* out, const tDigitText& text, int before) noexcept
 {
     const bool inFirst = before < 8;

@@ -1,7 +1,7 @@
-// core/text/double_text.h - doubles as decimal text: of 17 significant digits, or of as few as bring them back.
+// core/text/double_text.h - doubles as decimal text: with 17 digits, or with the fewest that read back to the same.
 //
-// 17 digits bring every double back exactly. The text is that of printf's "%.17g" in the "C" locale, made without
-// printf: saved documents consist largely of such numbers.
+// 17 digits identify every double. The text is that of printf's "%.17g" in the "C" locale, made without printf, which
+// is slower: many documents consist largely of such numbers.
 #pragma once
 
 namespace murv::detail
@@ -19,8 +19,8 @@ inline constexpr unsigned int s_cnDoubleTextRoom = 32;
 char* writeDouble(char* out, double value) noexcept;
 
 /// Writes a finite `value` with the fewest digits that read back to the same bits; of several such numbers the nearest.
-/// There is always a point or an exponent: "25.0", "-0.0", "1e+20". The exponent has at least two digits, and stands
-/// there when it is below -4 or above 15.
+/// There is always a point or an exponent: "25.0", "-0.0", "1e+20". The exponent has at least two digits, and is
+/// written when it is below -4 or above 15.
 ///
 /// \param out  has room for 32 bytes, all of which may be overwritten; no NUL is written
 /// \return the end of the text

@@ -33,7 +33,7 @@ constexpr std::array<std::uint64_t, 20> makePowersOfTen() noexcept
     for (std::uint64_t& entry : powers)
     {
         entry = power;
-        power *= 10;  // wraps behind the last entry, where nothing reads it
+        power *= 10;  // wraps after the last entry, where nothing reads it
     }
     powers[0] = 0;  // 0 has one digit too
     return powers;

@@ -1,6 +1,6 @@
 // core/text/nearest_double.cpp - the double nearest to a decimal number.
 //
-// A mantissa that was cut is tried as it is and raised by one: when both give the same double, so does the whole number.
+// A mantissa that was cut is tried as it is and raised by one: when both give the same double, that is the result.
 #include "core/text/nearest_double.h"
 
 #include <charconv>

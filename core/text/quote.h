@@ -1,7 +1,7 @@
 // core/text/quote.h - text in double quotes, with escapes.
 //
-// Names and strings leave the library this way: printable ASCII as it is, all else as an escape, so that the text
-// survives any transport and reads back as the same bytes. Lossless text keeps the characters of all alphabets, too.
+// Names and strings are written this way: printable ASCII as it is, all else as an escape, so that the text survives
+// any transport and reads back as the same bytes. Lossless text keeps printable characters of all alphabets, too.
 #pragma once
 
 #include <cstddef>

@@ -1,8 +1,8 @@
-// core/text/shortest_double.cpp - doubles as decimal text of the fewest digits that bring them back.
+// core/text/shortest_double.cpp - doubles as decimal text with the fewest digits that read back to the same.
 //
-// The double and the two ends of the range that reads back to it are scaled by a power of ten; then it shows which of
-// the decimals around lie inside. A source of its own: sharing functions with the 17-digit printer would keep the
-// compiler from inlining them there, which costs savings of numbers 7 percent of their instructions.
+// The double and the two ends of the range that reads back to it are scaled by a power of ten; the shortest decimal
+// within the range is the result. The file shares no functions with the 17-digit printer: these would no longer be
+// inlined there, and saving numbers would take 7 percent more instructions.
 #include <algorithm>
 #include <bit>
 #include <cstdint>
@@ -40,7 +40,7 @@ struct tScaledRange
     std::uint64_t m_ullValue;
     std::uint64_t m_ullUpper;
 
-    /// Whether so many units read back to the value.
+    /// Whether this many units read back to the value.
     bool holds(std::uint64_t units) const noexcept
     {
         return m_ullLower <= 4 * units && 4 * units <= m_ullUpper;
@@ -52,7 +52,7 @@ struct tScaledRange
 /// \param shift     scales together with 5^power
 tScaledRange scaleRange(std::uint64_t quarters, bool close, int power, unsigned int shift) noexcept
 {
-    // A cut power is raised by one: then products err upwards, by less than what the last bit tells apart.
+    // A cut power is raised by one: then products err upwards, by less than the last bit stands for.
     tWide128 scale = s_ctPowers[power];
     if (power < 0 || power > s_cnLastExactPower)
     {
@@ -117,7 +117,7 @@ char* putZeros(char* out, int count) noexcept
     return out + count;
 }
 
-/// Digits with a point behind the first `before`, and at least one digit behind it.
+/// Digits with a point after the first `before`, and at least one digit after it.
 char* putPointed(char* out, const char* digits, int count, int before) noexcept
 {
     out = put(out, digits, std::min(before, count));

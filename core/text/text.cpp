@@ -1,6 +1,6 @@
 // core/text/text.cpp - scalars as text, text as scalars.
 //
-// Thin faces of the number and quoting rules that savers and loaders use too.
+// Thin functions before the rules for numbers and quoting that savers and loaders use, too.
 #include "murv/text.h"
 
 #include <cstdint>

@@ -19,7 +19,7 @@ constexpr bool isHighSurrogate(unsigned int value) noexcept
     return value >= 55296 && value <= 56319;
 }
 
-/// Where the decoder stands. `m_pIn` is behind the letter of the escape, whose digits the steps below read.
+/// The state of the decoder. The functions below begin with `m_pIn` after the letter of an escape, at its digits.
 struct tDecoder
 {
     const char* m_pIn;

@@ -1,6 +1,6 @@
 // core/text/unescape.h - the bytes that an escaped text stands for.
 //
-// One decoder serves the text loader, which reports errors with their place, and ToUnescapeString, which does not.
+// The text loader, which reports errors with their place, and ToUnescapeString, which does not, use one decoder.
 #pragma once
 
 #include <array>
@@ -49,7 +49,7 @@ enum E_UnicodeMode : unsigned int
 
 struct tUnescaped
 {
-    char* m_pEnd;              // behind the last byte decoded, also after an error
+    char* m_pEnd;              // end of what was decoded, also after an error
     E_UnescapeError m_eError;  // UE_none when all was decoded
     const char* m_pPlace;      // the backslash of the escape at fault (the first of a pair); null without an error
 };

@@ -50,7 +50,7 @@ struct tUtf8Point
 };
 
 /// Reads the sequence that a text begins with. Overlong forms, halves of surrogate pairs, values above 1114111 and
-/// sequences that are cut are none.
+/// sequences that are cut are not read.
 ///
 /// \param text  at least one byte
 constexpr tUtf8Point readUtf8(const char* text, const char* end) noexcept
@@ -76,8 +76,8 @@ constexpr tUtf8Point readUtf8(const char* text, const char* end) noexcept
     return {point, length};
 }
 
-/// Code points that show nothing by themselves, or turn the order of what stands around them: who reads the text would
-/// not see them. Both ends belong to a row; the rows are in order.
+/// Code points that show nothing by themselves, or change the order of the text around them: a reader would not see
+/// them. Both ends belong to a row; the rows are in order.
 struct tHiddenPoints
 {
     unsigned int m_uiFirst;
@@ -111,7 +111,7 @@ inline constexpr tHiddenPoints s_ctHiddenPoints[] = {
 /// Whether a text may hold the character as it is.
 constexpr bool isPrintable(unsigned int codePoint) noexcept
 {
-    if (codePoint > 0x3164 && codePoint < 0xFDD0)  // most characters of the east, looked at first
+    if (codePoint > 0x3164 && codePoint < 0xFDD0)  // most East Asian characters, tested first
         return true;
     if (codePoint > 0xFFFF && (codePoint & 0xFFFE) == 0xFFFE)
         return false;

@@ -1,7 +1,7 @@
 // core/text/wide_math.h - products that are wider than 64 bits.
 //
-// Exact number text needs 64 x 64 and 64 x 128 bit products. Where the compiler has a 128-bit integer it is one
-// instruction; elsewhere four 32-bit products give the same result.
+// Exact number text needs products of 64 x 64 and 64 x 128 bits. With a 128-bit integer the compiler needs one
+// instruction for the first; without, four products of 32 bits give the same result.
 #pragma once
 
 #include <cstdint>

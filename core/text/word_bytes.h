@@ -1,7 +1,7 @@
 // core/text/word_bytes.h - text in words of eight bytes, and short texts without a call.
 //
-// Text is looked at and written in words of eight. Where the order of the bytes matters the first byte of the text is
-// the lowest of the word, on every host.
+// Text is read and written eight bytes at a time. Where the order of the bytes matters, the first byte of the text is
+// the lowest of the word, on every machine.
 #pragma once
 
 #include <bit>
@@ -92,7 +92,7 @@ inline bool equalShort(const char* a, const char* b, std::size_t count) noexcept
     return count == 0 || *a == *b;
 }
 
-/// Up to 8 bytes as one number that tells texts of one length apart, whatever the byte order.
+/// Up to 8 bytes as one number that differs for different texts of one length. The number depends on the byte order.
 inline std::uint64_t pack4Short(const char* from, std::size_t count) noexcept
 {
     if (count >= 4)
@@ -152,7 +152,7 @@ constexpr std::uint64_t number4Digits(std::uint64_t word) noexcept
     return number4Values(word - s_cullOnes * '0');
 }
 
-/// The eight digit values (0 to 9, no text yet) of a number below 100000000, the most significant in the lowest byte.
+/// The eight digit values (0 to 9, not yet text) of a number below 100000000, the most significant in the lowest byte.
 constexpr std::uint64_t digits4Number(std::uint64_t number) noexcept
 {
     std::uint64_t word = number / 10000 | ((number % 10000) << 32);      // two numbers below 10000

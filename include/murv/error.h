@@ -1,7 +1,7 @@
 // murv/error.h - how failures are reported.
 //
-// Objects that do work (loaders, savers) keep their last error as code and message; the value tree keeps no state and
-// throws on misuse. Both kinds of message begin "[function#line] ".
+// Loaders and savers keep their last error as code and message; the value tree keeps none and throws on misuse. Both
+// kinds of message begin "[function#line] ".
 #ifndef MURV_ERROR_H
 #define MURV_ERROR_H
 

@@ -1,7 +1,7 @@
 // murv/fields.h - the node of a data tree.
 //
-// Every node is at once a value and a named member of its parent. A plain node is 64 bytes; what few nodes need (second
-// value, comments, user pointer, callback arguments) lives in a side record made when it is first used.
+// Every node is at once a value and a named member of its parent. A node takes 64 bytes; the parts that few nodes need
+// (second value, comments, user pointer, callback arguments) are in a side record, which is made when it is first used.
 #ifndef MURV_FIELDS_H
 #define MURV_FIELDS_H
 
@@ -25,7 +25,7 @@ namespace murv
 namespace detail
 {
 struct tFieldAccess;
-struct tNodeAside;
+struct tSideRecord;
 
 /// Integer types that have no subscript overload of their own, such as std::size_t.
 template <typename T>
@@ -50,7 +50,7 @@ constexpr unsigned int narrowIndex(T index)
     return static_cast<unsigned long long>(index) > UINT_MAX ? UINT_MAX : static_cast<unsigned int>(index);
 }
 
-/// Pointers that must not turn into a bool behind the caller's back.
+/// Pointers that must not silently become a bool.
 template <typename T>
 using tForeignPointer = std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>, int>;
 }  // namespace detail
@@ -62,7 +62,7 @@ using tForeignPointer = std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, ch
 /// the user pointer, which it borrows.
 ///
 /// References: a reference to a member stays valid, and means that member, while members are appended to its parent and
-/// while members behind it are removed. It ends when that member or one before it is removed, or when its parent's
+/// while members after it are removed. It ends when that member or one before it is removed, or when its parent's
 /// value is replaced.
 ///
 /// Errors: misuse throws CLogicError; looking for something that is not there never throws. When memory runs out,
@@ -97,9 +97,9 @@ public:
     /// \name Static nodes
     /// Usable from static initialisers of other files.
     /// @{
-    static const CFields& null;               ///< a node of type DT_null
-    static const CFields& nullRef;            ///< the same node; what constant look-ups give when nothing is found
-    static CFields& freeNull;                 ///< writable, by one thread; what look-ups by name give for no member
+    static const CFields& null;     ///< a node of type DT_null
+    static const CFields& nullRef;  ///< the same node; what look-ups in constant nodes give when nothing is found
+    static CFields& freeNull;  ///< writable, by one thread; what look-ups by name give when there is no such member
     static const tPacketExpInfo& nullPktExp;  ///< the packet expression that means "none"
     /// @}
 
@@ -420,8 +420,8 @@ public:
     /// that was compiled without NDEBUG, or with AddressSanitizer, throws CLogicError ("mismatched condition") and
     /// changes nothing; to find the mistake, it walks over the moved tree whenever the target is a member of some node.
     /// In any other build of the library the behaviour is undefined; what is seen is that the source becomes null, and
-    /// that the moved tree hangs below itself, belongs to nobody and is never freed. How the application is compiled
-    /// does not count.
+    /// that the moved tree is below itself, belongs to nobody and is never freed. How the application is compiled does
+    /// not count.
     CFields& operator=(const CFields& source);
     // NOLINTNEXTLINE(performance-noexcept-move-constructor): a second value or a comment to hold may need memory
     CFields& operator=(CFields&& source);
@@ -489,7 +489,7 @@ public:
     /// The application's own pointer; never dereferenced or freed.
     void pkt_SetOSA4User(const void* data);
     const void* pkt_GetOSA4User() const;
-    /// What a keyword callback sees of the packet; zero outside callbacks.
+    /// What a keyword callback sees of the packet; all zero outside callbacks.
     tInnerSupportedArgs4ESK& pkt_GetISA4ESK();
 
     /// Length of this node's item as its packet expression states it; 0 for containers.
@@ -517,9 +517,9 @@ public:
     /// Reads this node's item from the start of a packet.
     ///
     /// \param data    not kept; must not lie in the tree that is filled
-    /// \param length  in bytes; nothing behind them is read
+    /// \param length  in bytes; nothing after them is read
     /// \param a_bSet  store the value; otherwise the item is only measured
-    /// \return the bytes that remain behind the item; negative: how many are missing, or -1 for an unreadable number.
+    /// \return the bytes that remain after the item; negative: how many are missing, or -1 for an unreadable number.
     /// Throws CLogicError when an external keyword has no ParsePkt callback.
     int pkt_Parse4OneSelf(const char* data, unsigned int length, bool a_bSet);
     /// Reads all leaves of a subtree, in as many passes as docs/packets.md says. What was read before a failure stays.
@@ -611,14 +611,14 @@ private:
 
     // Some 32-bit machines align doubles to 4 bytes, and the node is to be a cache line everywhere.
     alignas(8) uMultiValue m_uActValue;  // first value
-    // A name of up to 23 bytes, zeros behind it; or the address of a longer one, an owned block that ends in NUL.
+    // A name of up to 23 bytes, then zeros; or the address of a longer name, an owned block that ends in NUL.
     alignas(char*) char m_acName[s_cuiNameRoom] = {};
-    std::uintptr_t m_uiAside = 0;  // side record or index owner, see core/side_record.h
-    unsigned int m_uiID = 0;       // 0 for none
+    std::uintptr_t m_uiSideRecord = 0;  // address of the side record or of the set, see core/side_record.h
+    unsigned int m_uiID = 0;            // 0 for none
     int m_iOffsetStart = 0;
     int m_iOffsetEnd = 0;
     tPacketExpInfo m_tPEI{};
-    unsigned char m_ucState = 0;  // bits 0..2 data type, 3 owned, 4..5 value kind, 6 member
+    unsigned char m_ucState = 0;  // bits 0..2 data type, 3 string is owned, 4..5 value kind, 6 is a member
     unsigned char m_ucNameLen = 0;
 };
 

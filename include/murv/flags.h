@@ -62,7 +62,7 @@ enum E_LoaderConfigBit : unsigned int
     LCBC_LOSSLESS = 0x80,         ///< empty containers stay empty, and "05" is unsigned: see SCBC_LOSSLESS
 };
 
-/// The configuration word of a loader; 0x30 (LCBC_COMMENT and LCBC_EMPTY_NULL) unless told otherwise.
+/// The configuration word of a loader; 0x30 (LCBC_COMMENT and LCBC_EMPTY_NULL) by default.
 class MURV_API CLoaderConfig : public CBitCombi32
 {
 public:

@@ -1,6 +1,6 @@
 // murv/member_iterator.h - iterators over the members of a node.
 //
-// Members lie in runs side by side, so that a step is mostly one addition; only the end of a run looks for the next.
+// Members lie side by side in runs, so most steps are one addition; only at the end of a run the next one is looked up.
 #ifndef MURV_MEMBER_ITERATOR_H
 #define MURV_MEMBER_ITERATOR_H
 

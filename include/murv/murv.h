@@ -1,6 +1,6 @@
 // murv/murv.h - the whole interface of murv.
 //
-// Every header also stands alone: include just fields.h to build trees, loader.h to read and saver.h to write them.
+// Each header may also be included alone: fields.h to build trees, loader.h to read them, saver.h to write them.
 #ifndef MURV_MURV_H
 #define MURV_MURV_H
 

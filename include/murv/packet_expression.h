@@ -71,7 +71,7 @@ struct tPacketExpInfo
 
 #pragma pack(pop)
 
-/// One entry of the list in which size keywords remember, during one run, what later items need.
+/// One entry of the list of sizes that size keywords keep, during one run, for later items.
 struct tMemoFieldInfo;
 
 static_assert(sizeof(tPacketExpInfo) == 10, "a packet expression is ten bytes");

@@ -1,6 +1,6 @@
 // murv/strings.h - text holders with explicit ownership.
 //
-// A name is at most 255 bytes, so pointer, length and policy fit two words; text with static lifetime is never copied.
+// Texts have at most 255 bytes, so pointer, length and policy fit two words; text with static lifetime is never copied.
 #ifndef MURV_STRINGS_H
 #define MURV_STRINGS_H
 
@@ -65,7 +65,7 @@ public:
     /// \return false, with nothing changed, for a null text, a length outside 1..255 or an unknown policy.
     bool setData(const char* text, unsigned int length, E_DuplicationPolicy policy);
 
-    /// The text with a NUL behind it when it was copied; null when empty.
+    /// The text, which ends in NUL when it was copied; null when empty.
     const char* getData() const;
     unsigned int getLength() const;
     E_DuplicationPolicy getDP() const;

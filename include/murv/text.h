@@ -1,7 +1,7 @@
 // murv/text.h - scalars as text, text as scalars.
 //
-// The rules that saved documents follow for numbers and quoted strings, for applications that write or read such
-// text themselves. No function here looks at the locale.
+// The rules of saved documents for numbers and quoted strings, for applications that write or read such text
+// themselves. No function here looks at the locale.
 #ifndef MURV_TEXT_H
 #define MURV_TEXT_H
 
@@ -51,14 +51,14 @@ MURV_API std::string ToQuotedEscapeString(std::string_view text);
 ///
 /// \param text            ends in NUL; null or empty gives an empty string
 /// \param unicodeAsUtf8  true: `\u` is a code point, written as UTF-8 (RFC 3629), and a high surrogate takes the `\u`
-///                       behind it as its second half; false: the four digits are two bytes, the high one first
+///                       after it as its second half; false: the four digits are two bytes, the high one first
 /// \return what was decoded before the first malformed escape; the whole text when there is none
 MURV_API std::string ToUnescapeString(const char* text, bool unicodeAsUtf8);
 MURV_API std::string ToUnescapeString(std::string_view text, bool unicodeAsUtf8);
 
 /// Types a number and stores it in the node, whose actual value it becomes.
 ///
-/// Digits only, behind an optional sign: `DT_sint` up to 2147483647 and for negatives, `DT_uint` above; all else, and
+/// Digits only, after an optional sign: `DT_sint` up to 2147483647 and for negatives, `DT_uint` above; all else, and
 /// what 64 bits do not hold, is a `DT_double` by the rule of atof for decimal text: the longest prefix that is a
 /// number, 0 when there is none.
 ///

@@ -24,7 +24,7 @@ enum E_DataType : unsigned int
 
 /// Which of a node's two values is meant.
 ///
-/// `VK_fix` and `VK_valid` select the same second slot; they differ in what they tell loaders and savers.
+/// `VK_fix` and `VK_valid` select the same second slot; they differ in what they mean to loaders and savers.
 enum E_ValueKind : unsigned int
 {
     VK_actual = 0,  ///< the one value that every node has
@@ -36,11 +36,11 @@ enum E_ValueKind : unsigned int
 enum E_CommentPosition : unsigned int
 {
     CP_before = 0,    ///< before the node
-    CP_trailing = 1,  ///< behind the value, on the same line
-    CP_after = 2,     ///< behind the value, on the following lines
+    CP_trailing = 1,  ///< after the value, on the same line
+    CP_after = 2,     ///< after the value, on the following lines
 };
 
-/// Eight bytes that hold one value; which member is alive follows from the slot's data type.
+/// Eight bytes that hold one value; the data type of the slot says which member is set.
 union uMultiValue
 {
     bool m_bValue;                  ///< DT_bool
