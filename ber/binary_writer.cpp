@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "ber/layout.h"
-#include "core/field_vector.h"
+#include "core/member_cursor.h"
 #include "core/memory/walk_stack.h"
 
 namespace murv::detail
@@ -24,76 +24,57 @@ std::string_view comment(const CFields& node, std::size_t position)
     return text == nullptr ? std::string_view() : std::string_view(text);
 }
 
-/// Members of neighbours lie anywhere in memory; the walk would wait for each of them.
-inline void fetchMembers(const CFields* node, const CFields* end)
+/// Begins to fetch the members of a node that is to be written soon. They may lie anywhere in memory, and a walk that
+/// only asks for them when it needs them waits.
+inline void fetchMembers(const CFields* node)
 {
-    constexpr std::ptrdiff_t distance = 4;
-    if (end - node <= distance)
+    if (node == nullptr)
         return;
-    if (const CFieldVector* const members = tFieldAccess::members(node[distance]))
+    if (const CFieldVector* const members = tFieldAccess::members(*node))
         __builtin_prefetch(members);
 }
 
-/// Visits all nodes of a tree, parents before their members. Where the walk stands in the innermost container is kept
-/// in registers.
+/// Visits the members before the first container among them.
+template <typename tVisit>
+inline void visitLeaves(CMemberCursor& members, tVisit&& visit)
+{
+    while (const CFields* const member = members.peek())
+    {
+        if (tFieldAccess::isContainer(*member))
+            return;
+        visit(*member);
+        members.take();
+    }
+}
+
+/// Visits all nodes of a tree, parents before their members.
 template <typename tVisit>
 void forEachRecord(const CFields& root, tVisit&& visit)
 {
-    struct tFrame
+    constexpr std::ptrdiff_t distance = 3;
+    CWalkStack<CMemberCursor> outer;
+    CMemberCursor members;
+    for (const CFields* node = &root;;)
     {
-        const CFieldVector* m_pMembers;
-        const CFields* m_pNext;
-        const CFields* m_pEnd;        // of the run of members that lie side by side
-        std::uint32_t m_uiBehindRun;  // index of the first member behind the run
-    };
-    CWalkStack<tFrame> outer;
-    const CFieldVector* members = nullptr;
-    const CFields* next = &root;
-    const CFields* end = next + 1;
-    std::uint32_t behind = 0;
-    for (;;)
-    {
-        while (next == end)
+        visit(*node);
+        if (memberCount(*node) != 0)
         {
-            if (members != nullptr && behind != members->count())
+            CMemberCursor below(tFieldAccess::members(*node));
+            visitLeaves(below, visit);
+            if (!below.atEnd())  // most containers hold leaves only, and are done here
             {
-                const CFieldVector::tRun run = members->run(behind);
-                next = run.m_pBegin;
-                end = run.m_pEnd;
-                behind += static_cast<std::uint32_t>(end - next);
-            }
-            else if (outer.empty())
-                return;
-            else
-            {
-                const tFrame& frame = outer.top();
-                members = frame.m_pMembers;
-                next = frame.m_pNext;
-                end = frame.m_pEnd;
-                behind = frame.m_uiBehindRun;
-                outer.pop();
+                outer.push(members);
+                members = below;
             }
         }
-        const CFields& node = *next;
-        fetchMembers(next, end);
-        ++next;
-        visit(node);
-        if (memberCount(node) == 0)
-            continue;
-        // Many a container holds leaves alone, and needs no walk of its own.
-        const CFieldVector* const below = tFieldAccess::members(node);
-        const CFieldVector::tRun run = below->run(0);
-        const CFields* first = run.m_pBegin;
-        for (; first != run.m_pEnd && !tFieldAccess::isContainer(*first); ++first)
-            visit(*first);
-        const auto count = static_cast<std::uint32_t>(run.m_pEnd - run.m_pBegin);
-        if (first == run.m_pEnd && count == below->count())
-            continue;
-        outer.push({members, next, end, behind});
-        members = below;
-        next = first;
-        end = run.m_pEnd;
-        behind = count;
+        while ((node = members.take()) == nullptr)
+        {
+            if (outer.empty())
+                return;
+            members = outer.top();
+            outer.pop();
+        }
+        fetchMembers(members.ahead(distance));
     }
 }
 

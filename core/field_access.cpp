@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/field_vector.h"
+#include "core/member_cursor.h"
 #include "core/memory/walk_stack.h"
 
 namespace murv::detail
@@ -167,10 +168,9 @@ CFieldVector* tFieldAccess::copyMembers(const CFieldVector* members, bool asFiel
 {
     struct tFrame
     {
-        const CFieldVector* m_pFrom;
-        CFieldVector* m_pTo;
-        CFields* m_pHolder;  // of the copy; null for the outermost
-        std::uint32_t m_uiIndex;
+        CMemberCursor m_tFrom;
+        CFieldVector* m_pTo = nullptr;
+        CFields* m_pHolder = nullptr;  // of the copy; null for the outermost
     };
     if (members == nullptr || members->count() == 0)
         return CFieldVector::empty();
@@ -179,11 +179,12 @@ CFieldVector* tFieldAccess::copyMembers(const CFieldVector* members, bool asFiel
     try
     {
         CWalkStack<tFrame> stack;
-        stack.push({members, outermost, nullptr, 0});
+        stack.push({CMemberCursor(members), outermost, nullptr});
         while (!stack.empty())
         {
             tFrame& frame = stack.top();
-            if (frame.m_uiIndex == frame.m_pFrom->count())
+            const CFields* const from = frame.m_tFrom.take();
+            if (from == nullptr)
             {
                 CFieldVector*& place = frame.m_pHolder == nullptr ? outermost : frame.m_pHolder->m_uActValue.m_pFV;
                 if (frame.m_pHolder == nullptr ? asFields : type(*frame.m_pHolder) == DT_fields)
@@ -191,14 +192,13 @@ CFieldVector* tFieldAccess::copyMembers(const CFieldVector* members, bool asFiel
                 stack.pop();
                 continue;
             }
-            const CFields& from = frame.m_pFrom->at(frame.m_uiIndex++);
             CFields& to = frame.m_pTo->appendInPlace();
-            copyParts(to, from);
-            const CFieldVector* const below = tFieldAccess::members(from);
+            copyParts(to, *from);
+            const CFieldVector* const below = tFieldAccess::members(*from);
             if (below != nullptr && below->count() != 0)
             {
                 to.m_uActValue.m_pFV = CFieldVector::make(below->count(), pool);
-                stack.push({below, to.m_uActValue.m_pFV, &to, 0});
+                stack.push({CMemberCursor(below), to.m_uActValue.m_pFV, &to});
             }
         }
     }

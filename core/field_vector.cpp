@@ -10,11 +10,13 @@
 #include <memory>
 #include <new>
 
+#include "core/member_cursor.h"
 #include "core/memory/heap_block.h"
 
 namespace murv
 {
 
+using detail::CMemberCursor;
 using detail::CNameIndex;
 using detail::hash4Name;
 using detail::tFieldAccess;
@@ -92,14 +94,11 @@ std::uint32_t CFieldVector::findInLarge(const char* name, unsigned int length) c
 {
     if (large().m_pIndex != nullptr)
         return large().m_pIndex->find(*this, name, length, hash4Name(name, length));
-    for (std::uint32_t i = 0; i < m_uiCount;)
+    CMemberCursor cursor(this);
+    for (std::uint32_t i = 0; const CFields* const member = cursor.take(); ++i)
     {
-        const tRun part = run(i);
-        for (const CFields* node = part.m_pBegin; node != part.m_pEnd; ++node, ++i)
-        {
-            if (tFieldAccess::isNamed(*node, name, length))
-                return i;
-        }
+        if (tFieldAccess::isNamed(*member, name, length))
+            return i;
     }
     return CNameIndex::s_cuiNone;
 }

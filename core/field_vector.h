@@ -247,20 +247,6 @@ inline CFields& CFieldVector::at(std::uint32_t index) const noexcept
 namespace detail
 {
 
-/// Visits members in order, run by run, without looking each one up.
-template <typename tVisit>
-void forEachMember(const CFieldVector* members, tVisit&& visit)
-{
-    const std::uint32_t count = members == nullptr ? 0 : members->count();
-    for (std::uint32_t i = 0; i < count;)
-    {
-        const CFieldVector::tRun run = members->run(i);
-        i += static_cast<std::uint32_t>(run.m_pEnd - run.m_pBegin);
-        for (CFields* node = run.m_pBegin; node != run.m_pEnd; ++node)
-            visit(*node);
-    }
-}
-
 /// Makes the node an empty container of that type.
 inline void makeContainer(CFields& node, E_DataType type)
 {

@@ -3,7 +3,7 @@
 // The one pre-order walk behind searching, counting and every other operation that looks at each node once.
 #pragma once
 
-#include "core/field_vector.h"
+#include "core/member_cursor.h"
 #include "core/memory/poison.h"
 #include "core/memory/walk_stack.h"
 
@@ -21,7 +21,7 @@ public:
     {
     }
 
-    /// The next node in pre-order, or null behind the last one.
+    /// The next node, or null after the last one.
     tNode* next()
     {
         if (m_pNext == nullptr && !findNext())
@@ -30,43 +30,24 @@ public:
         m_pNext = nullptr;
         const CFieldVector* const members = tFieldAccess::members(*node);
         if (members != nullptr && members->count() != 0)
-            m_tStack.push({members, 0, {nullptr, nullptr}});
+            m_tStack.push(CMemberCursor(members));
         return node;
-    }
-    /// Levels that are open below the root: 1 once the root of a container was given.
-    std::size_t depth() const
-    {
-        return m_tStack.size();
     }
 
 private:
-    struct tFrame
-    {
-        const CFieldVector* m_pMembers;
-        std::uint32_t m_uiIndex;  // of the first member behind the run
-        CFieldVector::tRun m_tRun;
-    };
-
     bool findNext()
     {
         for (; !m_tStack.empty(); m_tStack.pop())
         {
-            tFrame& frame = m_tStack.top();
-            if (frame.m_tRun.m_pBegin == frame.m_tRun.m_pEnd)
-            {
-                if (frame.m_uiIndex == frame.m_pMembers->count())
-                    continue;
-                frame.m_tRun = frame.m_pMembers->run(frame.m_uiIndex);
-                frame.m_uiIndex += static_cast<std::uint32_t>(frame.m_tRun.m_pEnd - frame.m_tRun.m_pBegin);
-            }
-            m_pNext = frame.m_tRun.m_pBegin++;
-            return true;
+            m_pNext = m_tStack.top().take();
+            if (m_pNext != nullptr)
+                return true;
         }
         return false;
     }
 
     tNode* m_pNext;
-    CWalkStack<tFrame> m_tStack;
+    CWalkStack<CMemberCursor> m_tStack;
 };
 
 /// Whether `node` lies somewhere below `root`, which itself does not count.

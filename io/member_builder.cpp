@@ -9,6 +9,7 @@
 #include <new>
 #include <utility>
 
+#include "core/member_cursor.h"
 #include "core/text/word_bytes.h"
 
 namespace murv::detail

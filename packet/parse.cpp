@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "core/field_access.h"
-#include "core/field_vector.h"
+#include "core/member_cursor.h"
 #include "core/memory/walk_stack.h"
 #include "murv/fields.h"
 #include "packet/item_make.h"
@@ -46,27 +46,8 @@ private:
     /// The members of one container that are still to come, and the result so far.
     struct tFrame
     {
-        const CFieldVector* m_pMembers;
-        std::uint32_t m_uiIndex;  // of the first member behind the run
-        CFieldVector::tRun m_tRun;
+        detail::CMemberCursor m_tMembers;
         std::int64_t m_llResult;
-
-        CFields* next()
-        {
-            if (m_tRun.m_pBegin == m_tRun.m_pEnd)
-            {
-                if (m_uiIndex >= m_pMembers->count())
-                    return nullptr;
-                m_tRun = m_pMembers->run(m_uiIndex);
-                m_uiIndex += static_cast<std::uint32_t>(m_tRun.m_pEnd - m_tRun.m_pBegin);
-            }
-            return m_tRun.m_pBegin++;
-        }
-        void stop()
-        {
-            m_uiIndex = m_pMembers->count();
-            m_tRun = {nullptr, nullptr};
-        }
     };
 
     std::int64_t remaining() const
@@ -182,7 +163,7 @@ void CPacketParser::merge(tFrame& frame, std::int64_t result)
         frame.m_llResult = clampResult(frame.m_llResult < 0 ? frame.m_llResult + result : result);
     }
     else if (result > remaining())
-        frame.stop();
+        frame.m_tMembers.stop();
     else
         frame.m_llResult = result;
 }
@@ -191,24 +172,19 @@ std::int64_t CPacketParser::parseTree(CFields& root)
 {
     if (!tFieldAccess::isContainer(root))
         return parseLeaf(root);
-    const CFieldVector* members = tFieldAccess::members(root);
-    if (members == nullptr)
-        return remaining();
-    tFrame frame = {members, 0, {nullptr, nullptr}, remaining()};
+    tFrame frame = {detail::CMemberCursor(tFieldAccess::members(root)), remaining()};
     detail::CWalkStack<tFrame> outer;
     while (true)
     {
-        while (CFields* const node = frame.next())
+        while (CFields* const node = frame.m_tMembers.take())
         {
             if (!tFieldAccess::isContainer(*node))
-                merge(frame, parseLeaf(*node));
-            else if (members = tFieldAccess::members(*node); members != nullptr)
             {
-                outer.push(frame);
-                frame = {members, 0, {nullptr, nullptr}, remaining()};
+                merge(frame, parseLeaf(*node));
+                continue;
             }
-            else
-                merge(frame, remaining());
+            outer.push(frame);
+            frame = {detail::CMemberCursor(tFieldAccess::members(*node)), remaining()};
         }
         if (outer.empty())
             return frame.m_llResult;

@@ -3,7 +3,7 @@
 // There is no layout, so this is a walk and the value writer that all text savers share.
 #include <string>
 
-#include "core/field_vector.h"
+#include "core/member_cursor.h"
 #include "core/memory/walk_stack.h"
 #include "core/text/integer_text.h"
 #include "core/text/quote.h"
@@ -44,38 +44,16 @@ public:
     }
 
 private:
-    /// A container that is open. Its members are taken in order, run by run.
-    struct tFrame
+    /// A container that is open.
+    struct tFrame : CMemberCursor
     {
-        const CFieldVector* m_pMembers;
-        const CFields* m_pNext = nullptr;
-        const CFields* m_pRunEnd = nullptr;
-        std::uint32_t m_uiBehindRun = 0;  // index of the first member behind the run
         bool m_bArray;
-        bool m_bFirst = true;
+        bool m_bFirst = true;  // no member was written yet
 
-        explicit tFrame(const CFields& node)
-            : m_pMembers(tFieldAccess::members(node)), m_bArray(tFieldAccess::type(node) == DT_array)
-        {
-        }
         tFrame() = default;
-
-        /// \return the next member, or null behind the last one
-        const CFields* take()
+        explicit tFrame(const CFields& node)
+            : CMemberCursor(tFieldAccess::members(node)), m_bArray(tFieldAccess::type(node) == DT_array)
         {
-            if (m_pNext == m_pRunEnd && !nextRun())
-                return nullptr;
-            return m_pNext++;
-        }
-        bool nextRun()
-        {
-            if (m_pMembers == nullptr || m_uiBehindRun == m_pMembers->count())
-                return false;
-            const CFieldVector::tRun run = m_pMembers->run(m_uiBehindRun);
-            m_pNext = run.m_pBegin;
-            m_pRunEnd = run.m_pEnd;
-            m_uiBehindRun += static_cast<std::uint32_t>(run.m_pEnd - run.m_pBegin);
-            return true;
         }
     };
 
@@ -106,8 +84,7 @@ private:
                 writeScalar(*member);
                 continue;
             }
-            const tFrame outer = frame;  // so that the frame at hand has no address and stays in registers
-            m_tOuter.push(outer);
+            m_tOuter.push(frame);
             frame = tFrame(*member);
             putChar(frame.m_bArray ? '[' : '{');
         }

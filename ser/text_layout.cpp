@@ -126,7 +126,7 @@ void CTextLayout::writeMembers(const CFields& root)
     tFrame frame(root);
     for (;;)
     {
-        const CFields& member = frame.take();
+        const CFields& member = *frame.take();
         unsigned char written = frame.m_bArray ? 0 : frame.m_ucWritten;
         if (frame.m_bArray)
             beginElement(member);
@@ -138,21 +138,20 @@ void CTextLayout::writeMembers(const CFields& root)
             return;
         if (isOpened)
         {
-            const tFrame outer = frame;  // so that the frame at hand has no address and stays in registers
-            m_tOuter.push(outer);
+            m_tOuter.push(frame);
             frame = tFrame(member);
             continue;
         }
-        bool isLast = frame.isLast();
+        bool isLast = frame.atEnd();
         endMember(member, isLast, written);
-        for (; isLast; isLast = frame.isLast())
+        for (; isLast; isLast = frame.atEnd())
         {
             closeContainer(frame.m_bArray ? ']' : '}');
             if (m_tOuter.empty())
                 return;
             frame = m_tOuter.top();
             m_tOuter.pop();
-            endMember(frame.taken(), frame.isLast(), frame.m_ucWritten);
+            endMember(frame.taken(), frame.atEnd(), frame.m_ucWritten);
         }
     }
 }

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/field_vector.h"
+#include "core/member_cursor.h"
 #include "core/memory/walk_stack.h"
 #include "io/text_sink.h"
 #include "murv/saver.h"
@@ -47,43 +47,16 @@ private:
         LINE_text,   // after anything else: what follows takes a line of its own
     };
 
-    /// A container that is open, with at least one member. They are taken in order, run by run.
-    struct tFrame
+    /// A container that is open, with at least one member.
+    struct tFrame : CMemberCursor
     {
-        const CFieldVector* m_pMembers;
-        const CFields* m_pNext;
-        const CFields* m_pRunEnd;
-        std::uint32_t m_uiBehindRun;  // index of the first member behind the run
         bool m_bArray;
         unsigned char m_ucWritten = 0;  // of all members of a field set so far; of one member of an array
 
         tFrame() = default;
         explicit tFrame(const CFields& node)
-            : m_pMembers(tFieldAccess::members(node)), m_bArray(tFieldAccess::type(node) == DT_array)
+            : CMemberCursor(tFieldAccess::members(node)), m_bArray(tFieldAccess::type(node) == DT_array)
         {
-            startRun(0);
-        }
-
-        bool isLast() const
-        {
-            return m_pNext == m_pRunEnd && m_uiBehindRun == m_pMembers->count();
-        }
-        const CFields& taken() const
-        {
-            return m_pNext[-1];
-        }
-        const CFields& take()
-        {
-            if (m_pNext == m_pRunEnd)
-                startRun(m_uiBehindRun);
-            return *m_pNext++;
-        }
-        void startRun(std::uint32_t index)
-        {
-            const CFieldVector::tRun run = m_pMembers->run(index);
-            m_pNext = run.m_pBegin;
-            m_pRunEnd = run.m_pEnd;
-            m_uiBehindRun = index + static_cast<std::uint32_t>(run.m_pEnd - run.m_pBegin);
         }
     };
 

@@ -5,6 +5,8 @@
 #pragma once
 
 #include <cstddef>
+#include <new>
+#include <type_traits>
 #include <vector>
 
 namespace murv::detail
@@ -14,7 +16,16 @@ namespace murv::detail
 template <typename T, std::size_t s_cnNear = 24>
 class CWalkStack
 {
+    static_assert(std::is_trivially_copyable_v<T>);
+
 public:
+    // NOLINTNEXTLINE(modernize-use-equals-default): the union has no constructor that would be right
+    CWalkStack()
+    {
+    }
+    CWalkStack(const CWalkStack&) = delete;
+    CWalkStack& operator=(const CWalkStack&) = delete;
+
     bool empty() const
     {
         return m_nSize == 0;
@@ -29,10 +40,9 @@ public:
     }
     void push(const T& frame)
     {
-        if (m_nSize < s_cnNear)
-            m_tNear[m_nSize] = frame;
-        else
-            m_vFar.push_back(frame);
+        // The record's address is not handed to a function: a walk's own record could not stay in registers then.
+        T* const place = m_nSize < s_cnNear ? &m_tNear[m_nSize] : farPlace();
+        new (place) T(frame);
         ++m_nSize;
     }
     void pop()
@@ -42,8 +52,17 @@ public:
     }
 
 private:
+    /// Not inlined, so that walks are small enough to be.
+    [[gnu::noinline]] T* farPlace()
+    {
+        return &m_vFar.emplace_back();
+    }
+
     std::size_t m_nSize = 0;
-    T m_tNear[s_cnNear];
+    union
+    {
+        T m_tNear[s_cnNear];  // only what was pushed is initialised
+    };
     std::vector<T> m_vFar;
 };
 
