@@ -3,6 +3,7 @@
 // Only ratios between rows of the same run mean anything: the machine is shared and its clock moves. For stable
 // medians run with --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true.
 
+#include "ber/cipher/message.h"
 #include "ber/cipher/seed.h"
 #include "ber/cipher/seed_wide.h"
 #include "ber/cipher/vernam.h"

@@ -1,7 +1,7 @@
 // ber/binary_writer.h - node records, depth first.
 //
 // Sizes are known before the first byte is written: a body that no file can hold is refused without taking memory, and
-// the file is allotted once. Neither walk recurses.
+// the file is allocated once. Neither walk recurses.
 #pragma once
 
 #include <cstdint>

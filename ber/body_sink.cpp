@@ -1,20 +1,17 @@
 // ber/body_sink.cpp - the body of a file, enciphered slice by slice.
 //
-// A slice is enciphered while it is in the cache; plain text never exists as a whole.
+// The block that the saver keeps holds a slice and, after it, the slice's
+// enciphered form.
 #include "ber/body_sink.h"
 
 #include <cstdlib>
 #include <new>
 
-#include "ber/cipher/vernam.h"
-
 namespace murv::detail
 {
 
-static_assert(CBodySink::s_cnMostRoom >= s_cuiSeedBlock);
-
 CBodySink::CBodySink(tKeptBlock& block, std::string& file, E_CipherType cipher)
-    : m_tBlock(block), m_strFile(file), m_eCipher(cipher)
+    : m_tBlock(block), m_strFile(file), m_tCipher(cipherRow(cipher))
 {
     if (m_tBlock.m_nSize < s_cnRoom)
     {
@@ -30,13 +27,12 @@ CBodySink::CBodySink(tKeptBlock& block, std::string& file, E_CipherType cipher)
 
 CBodySink::~CBodySink()
 {
-    m_nTouched = std::max(m_nTouched, static_cast<std::size_t>(m_pPlace - m_tBlock.m_pData));
-    wipe(m_tBlock.m_pData, m_nTouched);
+    wipe(m_tBlock.m_pData, std::max(m_nTouched, filled()));
 }
 
-bool CBodySink::setKey(std::string_view key)
+bool CBodySink::setKey(std::string_view password)
 {
-    return SeedKeyFromPassword(m_tSchedule.data(), key.data(), key.size());
+    return m_tCipher.m_pPrepareKey(m_tKey.data(), password.data(), password.size());
 }
 
 void CBodySink::put(std::string_view bytes)
@@ -52,54 +48,38 @@ void CBodySink::put(std::string_view bytes)
 
 std::uint64_t CBodySink::enciphered(E_CipherType cipher, std::uint64_t bodySize)
 {
-    if (cipher == CT_vernam)
-        return (bodySize + 2) / 3 * 4;
-    return std::max<std::uint64_t>(bodySize, s_cuiSeedBlock);
+    const tCipherRow& row = cipherRow(cipher);
+    return row.m_pTextSize(bodySize, bodySize < row.m_nShortest);
 }
 
-// Whole groups only; what is over moves to the front.
+/// Enciphers as much as makes whole units; what is left over moves to the
+/// front.
 void CBodySink::encipherSlice()
 {
-    const auto filled = static_cast<std::size_t>(m_pPlace - m_tBlock.m_pData);
-    const std::size_t whole = filled / s_cnGroup * s_cnGroup;
-    if (m_eCipher == CT_vernam)
-        append(vernamEncodeTo(text(), slice(), whole));
-    else
-    {
-        seedEncryptBlocks(m_tSchedule.data(), text(), slice(), whole / s_cuiSeedBlock);
-        append(whole);
-    }
-    std::memcpy(m_tBlock.m_pData, m_tBlock.m_pData + whole, filled - whole);
-    m_pPlace = m_tBlock.m_pData + (filled - whole);
-    m_nTouched = std::max(m_nTouched, filled);
+    const std::size_t left = filled() % s_cnPlainSliceUnit;
+    const std::size_t whole = filled() - left;
+    encipher(whole, false);
+    std::memcpy(m_tBlock.m_pData, m_tBlock.m_pData + whole, left);
+    m_pPlace = m_tBlock.m_pData + left;
     m_bFirst = false;
 }
 
-// SEED fills up a body that is shorter than one block; the odd bytes behind the blocks of a longer one stay as they
-// are.
 void CBodySink::finish()
 {
-    const auto filled = static_cast<std::size_t>(m_pPlace - m_tBlock.m_pData);
-    if (filled == 0)
+    if (filled() == 0)
         return;
-    if (m_eCipher == CT_vernam)
-        append(vernamEncodeTo(text(), slice(), filled));
-    else if (m_bFirst)
-        append(seedEncryptTo(m_tSchedule.data(), text(), slice(), filled, false));
-    else
-    {
-        const std::size_t blocks = filled / s_cuiSeedBlock;
-        seedEncryptBlocks(m_tSchedule.data(), text(), slice(), blocks);
-        std::memcpy(text() + blocks * s_cuiSeedBlock, slice() + blocks * s_cuiSeedBlock, filled % s_cuiSeedBlock);
-        append(filled);
-    }
-    m_nTouched = std::max(m_nTouched, filled);
+    encipher(filled(), m_bFirst && filled() < m_tCipher.m_nShortest);
     m_pPlace = m_tBlock.m_pData;
 }
 
-void CBodySink::append(std::size_t textSize)
+/// Appends the enciphered form of the slice's first bytes to the file.
+void CBodySink::encipher(std::size_t length, bool filledUp)
 {
-    m_strFile.append(reinterpret_cast<const char*>(text()), textSize);
+    auto* const slice = reinterpret_cast<unsigned char*>(m_tBlock.m_pData);
+    unsigned char* const text = slice + s_cnSlice;
+    const std::size_t textSize = m_tCipher.m_pEncodeSlice({m_tKey.data(), text, slice, length, filledUp});
+    m_strFile.append(reinterpret_cast<const char*>(text), textSize);
+    m_nTouched = std::max(m_nTouched, filled());
 }
 
 }  // namespace murv::detail

@@ -1,7 +1,9 @@
-// ber/body_sink.h - takes the bytes of a body and enciphers them slice by slice.
+// ber/body_sink.h - takes the bytes of a body and enciphers them slice by
+// slice.
 //
-// A body never exists as a whole: a slice is filled, enciphered while it is hot in the cache and appended to the file.
-// What is left in the slice is wiped at the end, whatever becomes of the saving.
+// A body never exists as a whole: a slice is filled, enciphered while it is hot
+// in the cache, and appended to the file. What is left in the slice is wiped at
+// the end, whatever becomes of the saving.
 #pragma once
 
 #include <algorithm>
@@ -12,8 +14,6 @@
 #include <string_view>
 
 #include "ber/cipher/cipher.h"
-#include "ber/cipher/seed.h"
-#include "ber/cipher/wipe.h"
 #include "murv/saver.h"
 
 namespace murv::detail
@@ -22,18 +22,20 @@ namespace murv::detail
 class CBodySink
 {
 public:
-    /// \param block     memory for the slice, kept by the saver
-    /// \param file      what enciphered bytes are appended to; not owned
+    /// \param block  memory for the slice, kept by the saver
+    /// \param file   what enciphered bytes are appended to; not owned
     /// Throws std::bad_alloc.
     CBodySink(tKeptBlock& block, std::string& file, E_CipherType cipher);
     CBodySink(const CBodySink&) = delete;
     CBodySink& operator=(const CBodySink&) = delete;
     ~CBodySink();
 
-    /// Sets the key of a cipher that needs one. \return false when the cipher refuses it
-    bool setKey(std::string_view key);
+    /// To be called before the first byte. \return false when the cipher refuses
+    /// the password
+    bool setKey(std::string_view password);
 
-    /// Room for at least `bytes` (at most s_cnMostRoom) bytes; ends with the next call.
+    /// Room for at least `bytes` (at most s_cnMostRoom) bytes; ends with the next
+    /// call.
     char* room(std::size_t bytes)
     {
         if (static_cast<std::size_t>(m_pEnd - m_pPlace) < bytes) [[unlikely]]
@@ -45,7 +47,7 @@ public:
     {
         m_pPlace = end;
     }
-    /// Takes bytes of any number.
+    /// Takes any number of bytes.
     void put(std::string_view bytes);
     /// Enciphers the rest.
     void finish();
@@ -56,30 +58,25 @@ public:
     static std::uint64_t enciphered(E_CipherType cipher, std::uint64_t bodySize);
 
 private:
-    static constexpr std::size_t s_cnGroup = 48;  // both ciphers take slices of a multiple of this
-    static constexpr std::size_t s_cnSlice = 512 * s_cnGroup;
-    static constexpr std::size_t s_cnRoom = s_cnSlice + s_cnSlice / 3 * 4;
+    static constexpr std::size_t s_cnSlice = 512 * s_cnPlainSliceUnit;
+    static constexpr std::size_t s_cnTextRoom = s_cnSlice / 3 * 4;  // no cipher needs more
+    static constexpr std::size_t s_cnRoom = s_cnSlice + s_cnTextRoom;
 
     void encipherSlice();
-    unsigned char* slice() const
+    void encipher(std::size_t length, bool filledUp);
+    std::size_t filled() const
     {
-        return reinterpret_cast<unsigned char*>(m_tBlock.m_pData);
+        return static_cast<std::size_t>(m_pPlace - m_tBlock.m_pData);
     }
-    /// Where a slice's enciphered form goes.
-    unsigned char* text() const
-    {
-        return slice() + s_cnSlice;
-    }
-    void append(std::size_t textSize);
 
     tKeptBlock& m_tBlock;
     std::string& m_strFile;
-    const E_CipherType m_eCipher;
+    const tCipherRow& m_tCipher;
     bool m_bFirst = true;  // no slice was enciphered yet
     char* m_pPlace;
     char* m_pEnd;
     std::size_t m_nTouched = 0;  // bytes of the slice that were ever filled
-    CWipedArea<std::uint32_t, s_cuiSeedSchedule> m_tSchedule;
+    tCipherKey m_tKey;
 };
 
 }  // namespace murv::detail

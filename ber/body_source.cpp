@@ -1,17 +1,16 @@
 // ber/body_source.cpp - the body of a file, deciphered slice by slice.
 //
-// One window holds what is being read; it is wiped when it held what a password protects.
+// One window holds what is being read; it is wiped when it held what a password
+// protects.
 #include "ber/body_source.h"
 
 #include <cstring>
-
-#include "ber/cipher/vernam.h"
 
 namespace murv::detail
 {
 
 CBodySource::CBodySource(std::string_view body, E_CipherType cipher)
-    : m_pText(body.data()), m_pTextEnd(body.data() + body.size()), m_eCipher(cipher)
+    : m_pText(body.data()), m_pTextEnd(body.data() + body.size()), m_tCipher(cipherRow(cipher))
 {
     // Deciphering never gives more bytes than it takes.
     m_nRoom = s_cnAhead + std::min(body.size(), s_cnTextSlice);
@@ -21,13 +20,14 @@ CBodySource::CBodySource(std::string_view body, E_CipherType cipher)
 
 CBodySource::~CBodySource()
 {
-    if (isCipherKeyNeeded(m_eCipher))
-        wipe(m_pWindow.get(), m_nRoom);  // also what lies behind a last, shorter slice
+    if (m_tCipher.m_bKeyNeeded)
+        wipe(m_pWindow.get(),
+             m_nRoom);  // also what earlier slices left after the end of the last one
 }
 
-bool CBodySource::setKey(std::string_view key)
+bool CBodySource::setKey(std::string_view password)
 {
-    return SeedKeyFromPassword(m_tSchedule.data(), key.data(), key.size());
+    return m_tCipher.m_pPrepareKey(m_tKey.data(), password.data(), password.size());
 }
 
 std::size_t CBodySource::mostRemaining() const
@@ -37,7 +37,8 @@ std::size_t CBodySource::mostRemaining() const
     return inWindow() + static_cast<std::size_t>(m_pTextEnd - m_pText);
 }
 
-// The window holds less than s_cnAhead bytes here; they move to its front, and one slice goes behind them.
+// The window holds less than s_cnAhead bytes here; they move to its front, and
+// one slice goes after them.
 void CBodySource::refill()
 {
     const std::size_t left = inWindow();
@@ -54,36 +55,23 @@ std::size_t CBodySource::decipher(char* to, std::size_t textSize)
     auto* const out = reinterpret_cast<unsigned char*>(to);
     const auto* const text = reinterpret_cast<const unsigned char*>(m_pText);
     m_pText += textSize;
-    if (m_eCipher != CT_vernam)
-        return seedDecryptTo(m_tSchedule.data(), out, text, textSize);
-    const std::size_t size = vernamDecodeTo(out, text, textSize);
-    m_bEnded = size < vernamByteRoom(textSize);  // at a pad symbol or a foreign byte
+    const std::size_t size = m_tCipher.m_pDecodeSlice({m_tKey.data(), out, text, textSize});
+    m_bEnded = size < m_tCipher.m_pPlainSize(textSize);
     return size;
 }
 
-bool CBodySource::read(char* to, std::size_t count)
+/// Steps over bytes, slice after slice. \param copy  where they go; null:
+/// nowhere
+bool CBodySource::pass(std::size_t count, char* copy)
 {
     for (;;)
     {
         const std::size_t piece = std::min(count, inWindow());
-        if (piece != 0)
-            std::memcpy(to, m_pCursor, piece);
-        m_pCursor += piece;
-        to += piece;
-        count -= piece;
-        if (count == 0)
-            return true;
-        if (m_bEnded)
-            return false;
-        refill();
-    }
-}
-
-bool CBodySource::skip(std::size_t count)
-{
-    for (;;)
-    {
-        const std::size_t piece = std::min(count, inWindow());
+        if (copy != nullptr && piece != 0)
+        {
+            std::memcpy(copy, m_pCursor, piece);
+            copy += piece;
+        }
         m_pCursor += piece;
         count -= piece;
         if (count == 0)

@@ -61,8 +61,14 @@ static_assert(s_cnEmptyContainer == 22 && s_cnEmptyLeaf == 32);
 /// What a record takes at least, a container's first member included where there must be one.
 inline constexpr std::size_t s_cnShortestRecord = s_cnEmptyLeaf;
 
-/// No part of a record that has a fixed size, nor a name, is longer than this in one piece.
+/// Upper bound of a record without comments, members and a string's bytes.
 inline constexpr std::size_t s_cnLongestFixedPart = s_cnEmptyLeaf + 255 + s_cnNumberSize;
+
+/// Whether so many bytes, from 8 to 16, are all zero, as they are where there is no ID, expression or comment.
+inline bool isZero(const char* bytes, std::size_t count) noexcept
+{
+    return (loadWord(bytes) | loadWord(bytes + count - 8)) == 0;
+}
 
 /// A number of the file, of 2, 4 or 8 bytes.
 template <typename tNumber>
@@ -80,7 +86,7 @@ inline tNumber readNumber(const char* from, bool littleEndian) noexcept
         return static_cast<tNumber>(reverseBytes(number));
 }
 
-/// Writes a number of 2, 4 or 8 bytes, little-endian. \return what lies behind it
+/// Writes a number of 2, 4 or 8 bytes, little-endian. \return what comes after it
 template <typename tNumber>
 inline char* writeNumber(char* to, tNumber number) noexcept
 {
@@ -117,7 +123,7 @@ inline tPacketExpInfo readExpression(const char* from, bool littleEndian) noexce
     return pei;
 }
 
-/// Writes a packet expression. \return what lies behind it
+/// Writes a packet expression. \return what comes after it
 inline char* writeExpression(char* to, const tPacketExpInfo& pei) noexcept
 {
     if constexpr (s_cbExpressionAsIs)

@@ -85,7 +85,7 @@ constexpr bool isIndexedByFailure()
 }
 static_assert(isIndexedByFailure(), "the rows stand in the order of the enumeration");
 
-/// Reports a failure: `return fail(...)`. The arguments are those of the row's format behind function and line.
+/// Reports a failure: `return fail(...)`. The arguments are those of the row's format after function and line.
 template <typename... tArgs>
 E_LoadFault fail(CErrorBase& loader, E_FileFailure failure, int line, tArgs... args)
 {
@@ -135,18 +135,18 @@ E_LoadFault loadHeader(CErrorBase& loader, std::string_view file, std::string_vi
 
 E_LoadFault checkField(CErrorBase& loader, const tFileHead& head, std::string_view password)
 {
-    if (detail::isCipherKeyNeeded(head.m_eCipher) && password.empty())
-        return fail(loader, FF_noKey, __LINE__, detail::cipherName(head.m_eCipher));
+    const detail::tCipherRow& cipher = detail::cipherRow(head.m_eCipher);
+    if (cipher.m_bKeyNeeded && password.empty())
+        return fail(loader, FF_noKey, __LINE__, cipher.m_pName);
     if (head.m_strvBody.size() < detail::s_cnShortestBody)
         return fail(loader, FF_shortBody, __LINE__, static_cast<unsigned int>(head.m_strvBody.size()));
     return LF_none;
 }
 
 /// Makes the first bytes of the body readable.
-E_LoadFault decryptField(CErrorBase& loader, detail::CBodySource& source, const tFileHead& head,
-                         std::string_view password)
+E_LoadFault decryptField(CErrorBase& loader, detail::CBodySource& source, std::string_view password)
 {
-    if (!detail::isCipherKeyNeeded(head.m_eCipher) || source.setKey(password))
+    if (source.setKey(password))
     {
         source.lookAhead();
         if (source.inWindow() != 0)
@@ -165,7 +165,7 @@ E_LoadFault loadFile(CErrorBase& loader, detail::tLoad& load, std::string_view f
     if (fault != LF_none)
         return fault;
     detail::CBodySource source(head.m_strvBody, head.m_eCipher);
-    fault = decryptField(loader, source, head, password);
+    fault = decryptField(loader, source, password);
     if (fault != LF_none)
         return fault;
     return detail::CBinaryParser(load, source, head.m_bLittleEndian).loadDocument(target) ? LF_none : LF_damagedFile;

@@ -76,7 +76,7 @@ bool makeFile(std::string& file, detail::tKeptBlock& block, const tFileHead& hea
         file.reserve(head.m_nSize + static_cast<std::size_t>(size));
         file.append(head.m_tBytes.data(), head.m_nSize);
         detail::CBodySink sink(block, file, head.m_eCipher);
-        if (detail::isCipherKeyNeeded(head.m_eCipher) && !sink.setKey(password))
+        if (!sink.setKey(password))
         {
             file.clear();
             return false;
@@ -163,7 +163,7 @@ std::string CSaver4BER_BASIC::saving(const CFields& root, unsigned char style, c
     clearError();
     m_ucStyle = style;
     const std::string_view key = password == nullptr ? std::string_view() : std::string_view(password);
-    const std::size_t blockSize = (key.size() + 2) / 3 * 4;
+    const std::size_t blockSize = detail::vernamTextSize(key.size());
     if (blockSize > s_cnPasswordBlockLimit)
     {
         setUserError(detail::s_ciInvalidParameter, "[%s#%d] Very longer password length detected before encryption(%u)",

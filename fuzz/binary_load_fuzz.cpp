@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "ber/cipher/cipher.h"
+#include "ber/cipher/message.h"
 #include "murv/murv.h"
 #include "support/same_tree.h"
 

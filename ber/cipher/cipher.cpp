@@ -1,13 +1,10 @@
-// cipher.cpp - the table of ciphers and the dispatch by number.
-//
-// A new cipher is a new row; nothing else asks which ciphers there are.
+// cipher.cpp - the table of ciphers.
 
 #include "ber/cipher/cipher.h"
 
 #include "ber/cipher/seed.h"
 #include "ber/cipher/vernam.h"
 
-#include <cstdlib>
 #include <iterator>
 
 namespace murv::detail
@@ -15,97 +12,68 @@ namespace murv::detail
 namespace
 {
 
-/// What one call is about; each cipher picks what it needs.
-struct tCipherCall
+bool acceptAnyKey(std::uint32_t*, const void*, std::size_t)
 {
-    const void* m_pData;
-    std::size_t m_uiLength;
-    const void* m_pKey;
-    std::size_t m_uiKeyLength;
-    bool m_bPadAlways;
-};
-
-using tCipherFP = std::uint32_t (*)(const tCipherCall& call, unsigned char** out);
-
-struct tCipherRow
-{
-    const char* m_pName;
-    bool m_bKeyNeeded;
-    tCipherFP m_pEncrypt;
-    tCipherFP m_pDecrypt;
-};
-
-std::uint32_t encodeVernam(const tCipherCall& call, unsigned char** out)
-{
-    return VernamEncode(call.m_pData, call.m_uiLength, out);
+    return true;
 }
 
-std::uint32_t decodeVernam(const tCipherCall& call, unsigned char** out)
+constexpr std::uint64_t vernamSize(std::uint64_t length, bool)
 {
-    return VernamDecode(call.m_pData, call.m_uiLength, out);
+    return vernamTextSize(length);
 }
 
-std::uint32_t encryptSeed(const tCipherCall& call, unsigned char** out)
+constexpr std::uint64_t seedSize(std::uint64_t length, bool filledUp)
 {
-    return SeedEncrypt(call.m_pData, call.m_uiLength, call.m_pKey, call.m_uiKeyLength, out, call.m_bPadAlways);
+    return filledUp ? (length + s_cuiSeedBlock - 1) / s_cuiSeedBlock * s_cuiSeedBlock : length;
 }
 
-std::uint32_t decryptSeed(const tCipherCall& call, unsigned char** out)
+constexpr std::size_t seedPlainSize(std::size_t textLength)
 {
-    return SeedDecrypt(call.m_pData, call.m_uiLength, call.m_pKey, call.m_uiKeyLength, out);
+    return textLength;
+}
+
+std::size_t encodeVernam(const tCipherSlice& slice)
+{
+    return vernamEncodeTo(slice.m_pOut, slice.m_pIn, slice.m_nLength);
+}
+
+std::size_t decodeVernam(const tCipherSlice& slice)
+{
+    return vernamDecodeTo(slice.m_pOut, slice.m_pIn, slice.m_nLength);
+}
+
+std::size_t encodeSeed(const tCipherSlice& slice)
+{
+    return seedEncryptTo(slice.m_pKey, slice.m_pOut, slice.m_pIn, slice.m_nLength, slice.m_bFilledUp);
+}
+
+std::size_t decodeSeed(const tCipherSlice& slice)
+{
+    return seedDecryptTo(slice.m_pKey, slice.m_pOut, slice.m_pIn, slice.m_nLength);
 }
 
 constexpr tCipherRow s_ctCiphers[] = {
-    {"VERNAM", false, encodeVernam, decodeVernam},  // CT_vernam
-    {"SEED", true, encryptSeed, decryptSeed},       // CT_seed
+    {"VERNAM", false, 0, acceptAnyKey, vernamSize, vernamByteRoom, encodeVernam, decodeVernam},
+    {"SEED", true, s_cuiSeedBlock, SeedKeyFromPassword, seedSize, seedPlainSize, encodeSeed, decodeSeed},
 };
 static_assert(std::size(s_ctCiphers) == s_cuiCipherCount);
 static_assert(s_ctCiphers[CT_seed].m_bKeyNeeded && !s_ctCiphers[CT_vernam].m_bKeyNeeded);
 
-/// Runs one direction of a row; a buffer that comes with a count of 0 is released.
-std::uint32_t run(unsigned int type, tCipherFP tCipherRow::*direction, const tCipherCall& call, unsigned char** out)
-{
-    if (out == nullptr)
-        return 0;
-    *out = nullptr;
-    if (!isValidCipher(type))
-        return 0;
-    const std::uint32_t count = (s_ctCiphers[type].*direction)(call, out);
-    if (count == 0)
-    {
-        std::free(*out);
-        *out = nullptr;
-    }
-    return count;
-}
+static_assert(sizeof(tCipherKey) >= s_cuiSeedSchedule * sizeof(std::uint32_t));
+static_assert(s_cnPlainSliceUnit % 3 == 0 && s_cnTextSliceUnit % 4 == 0, "whole groups of VERNAM");
+static_assert(s_cnPlainSliceUnit % s_cuiSeedBlock == 0 && s_cnTextSliceUnit % s_cuiSeedBlock == 0);
 
 }  // namespace
 
-const char* cipherName(unsigned int type)
+const tCipherRow* findCipher(unsigned int type)
 {
-    return isValidCipher(type) ? s_ctCiphers[type].m_pName : "";
+    return isValidCipher(type) ? &s_ctCiphers[type] : nullptr;
 }
 
-bool isCipherKeyNeeded(unsigned int type)
+const char* cipherName(unsigned int type)
 {
-    return isValidCipher(type) && s_ctCiphers[type].m_bKeyNeeded;
+    const tCipherRow* const row = findCipher(type);
+    return row == nullptr ? "" : row->m_pName;
 }
 
 }  // namespace murv::detail
-
-namespace murv
-{
-
-std::uint32_t CipherEncrypt(unsigned int type, const void* data, std::size_t length, const void* key,
-                            std::size_t keyLength, bool padAlways, unsigned char** out)
-{
-    return detail::run(type, &detail::tCipherRow::m_pEncrypt, {data, length, key, keyLength, padAlways}, out);
-}
-
-std::uint32_t CipherDecrypt(unsigned int type, const void* data, std::size_t length, const void* key,
-                            std::size_t keyLength, unsigned char** out)
-{
-    return detail::run(type, &detail::tCipherRow::m_pDecrypt, {data, length, key, keyLength, false}, out);
-}
-
-}  // namespace murv

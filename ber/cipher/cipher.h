@@ -1,33 +1,21 @@
-// cipher.h - the ciphers of the binary encoding by their number in the file.
+// cipher.h - the ciphers of binary files, by their number in the file.
 //
-// One table says for each number what the cipher is called, whether it needs a key, and what does the work; the saver,
-// the loader and their messages ask here. It knows bytes and keys only.
+// Everything that is asked about a cipher is a column of one table: what
+// messages call it, whether it needs a key, and what does the work, slice by
+// slice. A new cipher is a new row; nobody asks which one it is. It knows bytes
+// and keys only.
 
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-namespace murv
+#include "ber/cipher/wipe.h"
+
+namespace murv::detail
 {
 
-/// Encrypts or encodes `length` bytes with the cipher of that number.
-///
-/// \param key, keyLength  ignored by a cipher that needs none
-/// \param padAlways       for SEED, see SeedEncrypt; the other ignores it
-/// \param out             receives a buffer of exactly the returned size, to be released with std::free; null fails
-/// \return the size of `*out`, or 0 on failure (also for a number that no cipher has), which leaves `*out` null.
-std::uint32_t CipherEncrypt(unsigned int type, const void* data, std::size_t length, const void* key,
-                            std::size_t keyLength, bool padAlways, unsigned char** out);
-
-/// Decrypts or decodes what CipherEncrypt made; parameters and result as there.
-std::uint32_t CipherDecrypt(unsigned int type, const void* data, std::size_t length, const void* key,
-                            std::size_t keyLength, unsigned char** out);
-
-namespace detail
-{
-
-/// The numbers as they stand in files; they index the table of ciphers.
+/// The numbers as they stand in files; they index the table.
 enum E_CipherType : unsigned int
 {
     CT_vernam = 0,
@@ -36,16 +24,63 @@ enum E_CipherType : unsigned int
 
 inline constexpr unsigned int s_cuiCipherCount = 2;
 
+/// Room for the prepared key of any cipher; wiped when it goes.
+using tCipherKey = CWipedArea<std::uint32_t, 32>;
+
+/// A message is coded in slices, one after the other. All slices but the last
+/// have lengths that are multiples of these; how long they are makes no
+/// difference to the result.
+inline constexpr std::size_t s_cnPlainSliceUnit = 48;
+inline constexpr std::size_t s_cnTextSliceUnit = 16;  // when decoding
+
+/// One slice, and where its coded form goes.
+struct tCipherSlice
+{
+    const std::uint32_t* m_pKey;  // prepared; ignored by a cipher that needs none
+    unsigned char* m_pOut;        // does not overlap the input
+    const unsigned char* m_pIn;
+    std::size_t m_nLength;
+    bool m_bFilledUp = false;  // encoding the last slice: a block that is not full
+                               // is filled up, if there are blocks
+};
+
+struct tCipherRow
+{
+    const char* m_pName;  // in messages
+    bool m_bKeyNeeded;
+    std::size_t m_nShortest;  // a shorter message is filled up
+
+    /// Makes a password a key. \return false when it is refused
+    bool (*m_pPrepareKey)(std::uint32_t* key, const void* password, std::size_t length);
+    /// Size of the text of a message. \pre it fits a 32-bit count, or the result
+    /// is at least too large for one
+    std::uint64_t (*m_pTextSize)(std::uint64_t length, bool filledUp);
+    /// What a text gives when nothing in it is wrong.
+    std::size_t (*m_pPlainSize)(std::size_t textLength);
+
+    /// Encodes a slice. \return the bytes written: `m_pTextSize` of its length
+    std::size_t (*m_pEncodeSlice)(const tCipherSlice& slice);
+    /// Decodes a slice. \return the bytes written; fewer than `m_pPlainSize` of
+    /// its length when the message ends in it
+    std::size_t (*m_pDecodeSlice)(const tCipherSlice& slice);
+};
+
 constexpr bool isValidCipher(unsigned int type)
 {
     return type < s_cuiCipherCount;
 }
 
-/// The name used in messages, "VERNAM" or "SEED"; "" for a number that no cipher has.
+/// The row of that number, or null when no cipher has it.
+const tCipherRow* findCipher(unsigned int type);
+
+/// The row of a cipher that there is.
+inline const tCipherRow& cipherRow(E_CipherType type)
+{
+    return *findCipher(type);
+}
+
+/// The name used in messages, "VERNAM" or "SEED"; "" for a number that no
+/// cipher has.
 const char* cipherName(unsigned int type);
 
-/// Whether the cipher needs a key; false for a number that no cipher has.
-bool isCipherKeyNeeded(unsigned int type);
-
-}  // namespace detail
-}  // namespace murv
+}  // namespace murv::detail

@@ -1,4 +1,4 @@
-// seed.cpp - the SEED block cipher: key schedule, self test, portable rounds, messages.
+// seed.cpp - the SEED block cipher: key schedule, self test, portable rounds, slices of messages.
 //
 // A round is a chain of table look-ups, each waiting for the one before. Blocks do not depend on each other, so the
 // portable rounds run several of them side by side, which keeps the processor busy while one block waits.
@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 namespace murv::detail
@@ -146,21 +145,6 @@ const char* selfTestMessage()
     return s_pMessage;
 }
 
-/// The checks and the allocation that both directions share. \return the zero-filled buffer, or null
-unsigned char* prepare(std::uint32_t* schedule, const void* data, std::size_t length, const void* key,
-                       std::size_t keyLength, std::uint64_t size)
-{
-    if (data == nullptr || length == 0 || key == nullptr || keyLength == 0 || size > 0xFFFFFFFFu)
-        return nullptr;
-    auto* buffer = static_cast<unsigned char*>(std::calloc(static_cast<std::size_t>(size), 1));
-    if (buffer != nullptr && !SeedKeyFromPassword(schedule, key, keyLength))
-    {
-        std::free(buffer);
-        buffer = nullptr;
-    }
-    return buffer;
-}
-
 }  // namespace
 
 void seedEncryptPortable(const std::uint32_t* schedule, unsigned char* out, const unsigned char* in, std::size_t blocks)
@@ -186,20 +170,22 @@ void seedDecryptBlocks(const std::uint32_t* schedule, unsigned char* out, const 
 }
 
 std::size_t seedEncryptTo(const std::uint32_t* schedule, unsigned char* out, const unsigned char* in,
-                          std::size_t length, bool padAlways)
+                          std::size_t length, bool filledUp)
 {
     const std::size_t full = length / s_cuiSeedBlock * s_cuiSeedBlock;
     const std::size_t rest = length - full;
     seedEncryptBlocks(schedule, out, in, full / s_cuiSeedBlock);
-    if (isSeedPadded(length, padAlways))
+    if (rest == 0)
+        return length;
+    if (!filledUp)
     {
-        tBlockArea last;
-        std::memcpy(last.data(), in + full, rest);
-        seedEncryptPortable(schedule, out + full, last.data(), 1);
-    }
-    else if (rest != 0)
         std::memmove(out + full, in + full, rest);
-    return static_cast<std::size_t>(seedCipherSize(length, padAlways));
+        return length;
+    }
+    tBlockArea last;
+    std::memcpy(last.data(), in + full, rest);
+    seedEncryptPortable(schedule, out + full, last.data(), 1);
+    return full + s_cuiSeedBlock;
 }
 
 std::size_t seedDecryptTo(const std::uint32_t* schedule, unsigned char* out, const unsigned char* in,
@@ -275,39 +261,6 @@ bool SeedDecryptBlock(const std::uint32_t* schedule, unsigned char* out16, const
         return false;
     detail::seedDecryptPortable(schedule, out16, in16, 1);
     return true;
-}
-
-std::uint32_t SeedEncrypt(const void* data, std::size_t length, const void* key, std::size_t keyLength,
-                          unsigned char** out, bool padAlways)
-{
-    if (out == nullptr)
-        return 0;
-    *out = nullptr;
-    if (length > 0xFFFFFFFFu)
-        return 0;
-    detail::tSchedule schedule;
-    const std::uint64_t size = detail::seedCipherSize(length, padAlways);
-    unsigned char* buffer = detail::prepare(schedule.data(), data, length, key, keyLength, size);
-    if (buffer == nullptr)
-        return 0;
-    detail::seedEncryptTo(schedule.data(), buffer, static_cast<const unsigned char*>(data), length, padAlways);
-    *out = buffer;
-    return static_cast<std::uint32_t>(size);
-}
-
-std::uint32_t SeedDecrypt(const void* data, std::size_t length, const void* key, std::size_t keyLength,
-                          unsigned char** out)
-{
-    if (out == nullptr)
-        return 0;
-    *out = nullptr;
-    detail::tSchedule schedule;
-    unsigned char* buffer = detail::prepare(schedule.data(), data, length, key, keyLength, length);
-    if (buffer == nullptr)
-        return 0;
-    detail::seedDecryptTo(schedule.data(), buffer, static_cast<const unsigned char*>(data), length);
-    *out = buffer;
-    return static_cast<std::uint32_t>(length);
 }
 
 }  // namespace murv

@@ -1,8 +1,7 @@
 // seed.h - the SEED block cipher (RFC 4269), block by block without chaining.
 //
 // It keeps out the curious and no more: equal blocks encrypt equally, and a trailing partial block may stay as it is.
-// Buffers are allocated and released with malloc and free; the forms that write into memory of the caller are in
-// detail.
+// All functions write into memory of the caller; for buffers of their own see message.h.
 
 #pragma once
 
@@ -11,24 +10,6 @@
 
 namespace murv
 {
-
-/// Encrypts `data` in blocks of 16 bytes, each on its own.
-///
-/// A partial last block is filled up with zeros and encrypted when `padAlways` is set, or when it is the only one;
-/// otherwise it is copied as it is, so that the result is as long as the data.
-///
-/// \param data, length        the bytes; null, 0, or a result that would not fit a 32-bit count fail
-/// \param key, keyLength      see SeedKeyFromPassword
-/// \param out                 receives a buffer of exactly the returned size, to be released with std::free; null fails
-/// \return the size of `*out`, or 0 on failure, which leaves `*out` null.
-std::uint32_t SeedEncrypt(const void* data, std::size_t length, const void* key, std::size_t keyLength,
-                          unsigned char** out, bool padAlways);
-
-/// Decrypts every full block of `data` and copies a partial last one as it is; the counterpart of SeedEncrypt.
-///
-/// \return `length`, or 0 on failure, which leaves `*out` null. Zeros that encryption filled in are part of the result.
-std::uint32_t SeedDecrypt(const void* data, std::size_t length, const void* key, std::size_t keyLength,
-                          unsigned char** out);
 
 /// Makes the key schedule of a password: its first 16 bytes, filled up with zeros when there are fewer.
 ///
@@ -51,18 +32,6 @@ namespace detail
 inline constexpr std::size_t s_cuiSeedBlock = 16;     // bytes in a block, and in a key
 inline constexpr std::size_t s_cuiSeedSchedule = 32;  // words in a key schedule
 
-/// Whether encryption fills up and encrypts the partial last block of data of that length.
-constexpr bool isSeedPadded(std::uint64_t length, bool padAlways)
-{
-    return length % s_cuiSeedBlock != 0 && (padAlways || length < s_cuiSeedBlock);
-}
-
-/// Size of the encrypted form of `length` bytes, which may be 2^32. \pre length is at most 32 bits
-constexpr std::uint64_t seedCipherSize(std::uint64_t length, bool padAlways)
-{
-    return isSeedPadded(length, padAlways) ? (length / s_cuiSeedBlock + 1) * s_cuiSeedBlock : length;
-}
-
 /// Encrypts or decrypts `blocks` independent blocks with the widest registers there are.
 ///
 /// `out` may be `in` itself, and may not overlap it otherwise. Slices of whole blocks give what one call gives.
@@ -75,12 +44,13 @@ void seedEncryptPortable(const std::uint32_t* schedule, unsigned char* out, cons
 void seedDecryptPortable(const std::uint32_t* schedule, unsigned char* out, const unsigned char* in,
                          std::size_t blocks);
 
-/// Encrypts a whole message into memory of the caller, its partial last block by the rule of SeedEncrypt.
+/// Encrypts a message, or a slice of one, into memory of the caller.
 ///
-/// \param out  room for seedCipherSize(length, padAlways) bytes; may be `in` itself
-/// \return seedCipherSize(length, padAlways)
+/// \param out       room for as many bytes as `in` has, rounded up to whole blocks when filled up; may be `in` itself
+/// \param filledUp  whether a partial last block is filled up with zeros and encrypted, or copied as it is
+/// \return the bytes written
 std::size_t seedEncryptTo(const std::uint32_t* schedule, unsigned char* out, const unsigned char* in,
-                          std::size_t length, bool padAlways);
+                          std::size_t length, bool filledUp);
 
 /// Decrypts into memory of the caller: `out` has room for `length` bytes and may be `in` itself. \return `length`
 std::size_t seedDecryptTo(const std::uint32_t* schedule, unsigned char* out, const unsigned char* in,

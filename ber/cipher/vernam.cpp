@@ -1,14 +1,12 @@
-// vernam.cpp - the keyless 3-to-4 text encoding: portable kernels, choice of kernel, allocating forms.
+// vernam.cpp - the keyless 3-to-4 text encoding: portable kernels, and the choice of a kernel.
 //
 // The portable kernels work on eight symbols in one 64-bit word. A kernel codes whole groups only, and a decoding
-// kernel may give up early; the last bytes and the stop rules are coded once, behind it, symbol by symbol.
+// kernel may give up early; the last bytes and the stop rules are coded once, after it, symbol by symbol.
 
 #include "ber/cipher/vernam.h"
 
 #include "ber/cipher/vernam_wide.h"
 #include "core/text/word_bytes.h"
-
-#include <cstdlib>
 
 namespace murv::detail
 {
@@ -147,42 +145,3 @@ std::size_t vernamDecodeTo(unsigned char* out, const unsigned char* text, std::s
 }
 
 }  // namespace murv::detail
-
-namespace murv
-{
-
-std::uint32_t VernamEncode(const void* data, std::size_t length, unsigned char** out)
-{
-    if (out == nullptr)
-        return 0;
-    *out = nullptr;
-    if (data == nullptr || length == 0 || length > detail::s_cuiVernamMaxBytes)
-        return 0;
-    auto* text = static_cast<unsigned char*>(std::calloc(detail::vernamTextSize(length), 1));
-    if (text == nullptr)
-        return 0;
-    *out = text;
-    return static_cast<std::uint32_t>(detail::vernamEncodeTo(text, static_cast<const unsigned char*>(data), length));
-}
-
-std::uint32_t VernamDecode(const void* text, std::size_t length, unsigned char** out)
-{
-    if (out == nullptr)
-        return 0;
-    *out = nullptr;
-    if (text == nullptr || length == 0 || length > 0xFFFFFFFFu)
-        return 0;
-    auto* bytes = static_cast<unsigned char*>(std::calloc(length, 1));
-    if (bytes == nullptr)
-        return 0;
-    const std::size_t count = detail::vernamDecodeTo(bytes, static_cast<const unsigned char*>(text), length);
-    if (count == 0)
-    {
-        std::free(bytes);
-        return 0;
-    }
-    *out = bytes;
-    return static_cast<std::uint32_t>(count);
-}
-
-}  // namespace murv

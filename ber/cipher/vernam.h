@@ -8,27 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace murv
-{
-
-/// Encodes bytes as text; three bytes become four symbols, the last group is filled up with pad symbols.
-///
-/// \param data    the bytes; null fails
-/// \param length  number of bytes; 0 fails, and so does a length whose text would not fit a 32-bit count
-/// \param out     receives a buffer of exactly the returned size, to be released with std::free; null fails
-/// \return the number of symbols in `*out`, a multiple of 4, or 0 on failure, which leaves `*out` null.
-std::uint32_t VernamEncode(const void* data, std::size_t length, unsigned char** out);
-
-/// Decodes text made by VernamEncode, up to the first pad symbol or the first byte that is not a symbol.
-///
-/// \param text    the symbols; null fails
-/// \param length  number of bytes in `text`; 0 and more than 32 bits fail
-/// \param out     receives a buffer of `length` bytes, zero behind the decoded ones, to be released with std::free
-/// \return the number of bytes decoded, or 0 on failure or when there is nothing to decode: `*out` is then null.
-/// A last group of two or three symbols gives one or two bytes; a symbol that stands alone gives none.
-std::uint32_t VernamDecode(const void* text, std::size_t length, unsigned char** out);
-
-namespace detail
+namespace murv::detail
 {
 
 inline constexpr unsigned char s_cucVernamFirst = '?';  // number 0; number 63 is '~'
@@ -38,10 +18,8 @@ static_assert(s_cucVernamFirst > ' ' && s_cucVernamFirst + 63 < 127, "all symbol
 static_assert(s_cucVernamPad < s_cucVernamFirst && s_cucVernamPad > ' ', "the pad is printable and no symbol");
 static_assert(s_cucVernamPad != '=' && s_cucVernamFirst > '=', "not to be taken for base64");
 
-/// The longest input whose text has a length of 32 bits.
-inline constexpr std::size_t s_cuiVernamMaxBytes = std::size_t{0xFFFFFFFFu} / 4 * 3;
-
-/// Size of the text of `length` bytes. \pre length is at most s_cuiVernamMaxBytes
+/// Size of the text of `length` bytes: three become four symbols, and the last group is filled up with pad symbols.
+/// \pre the size fits std::size_t
 constexpr std::size_t vernamTextSize(std::size_t length)
 {
     return (length + 2) / 3 * 4;
@@ -69,5 +47,4 @@ std::size_t vernamDecodeTo(unsigned char* out, const unsigned char* text, std::s
 std::size_t vernamEncodePortable(unsigned char* out, const unsigned char* data, std::size_t length);
 std::size_t vernamDecodePortable(unsigned char* out, const unsigned char* text, std::size_t length);
 
-}  // namespace detail
-}  // namespace murv
+}  // namespace murv::detail

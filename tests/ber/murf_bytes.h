@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "ber/cipher/cipher.h"
+#include "ber/cipher/message.h"
 #include "murv/loader.h"
 #include "murv/saver.h"
 #include "tests/support/thrown.h"

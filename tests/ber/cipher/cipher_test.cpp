@@ -4,11 +4,11 @@
 
 #include "ber/cipher/cipher.h"
 
-#include "ber/cipher/seed.h"
-#include "ber/cipher/vernam.h"
+#include "ber/cipher/message.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -61,9 +61,9 @@ TEST(Cipher, numbersHaveNames)
 
 TEST(Cipher, onlySeedNeedsAKey)
 {
-    EXPECT_FALSE(detail::isCipherKeyNeeded(0));
-    EXPECT_TRUE(detail::isCipherKeyNeeded(1));
-    EXPECT_FALSE(detail::isCipherKeyNeeded(2));
+    EXPECT_FALSE(detail::findCipher(0)->m_bKeyNeeded);
+    EXPECT_TRUE(detail::findCipher(1)->m_bKeyNeeded);
+    EXPECT_EQ(detail::findCipher(2), nullptr);
 }
 
 TEST(Cipher, zeroIsVernam)
@@ -154,6 +154,55 @@ TEST(Cipher, everyLengthComesBackUnderEveryCipher)
         back.resize(length);  // the padding of less than a block
         EXPECT_EQ(back, text);
     }
+}
+
+using tCoder = std::size_t (*)(const detail::tCipherSlice& slice);
+
+/// Codes a text in slices of one, two and three units.
+std::string codedInSlices(const detail::tCipherRow& row, tCoder coder, std::size_t unit, const std::string& text)
+{
+    detail::tCipherKey key;
+    EXPECT_TRUE(row.m_pPrepareKey(key.data(), s_cstrKey.data(), s_cstrKey.size()));
+    const auto* const data = reinterpret_cast<const unsigned char*>(text.data());
+    std::string result;
+    for (std::size_t at = 0, units = 1; at < text.size(); units = units % 3 + 1)
+    {
+        unsigned char out[256];
+        const std::size_t length = std::min(units * unit, text.size() - at);
+        const std::size_t count = coder({key.data(), out, data + at, length});
+        result.append(reinterpret_cast<const char*>(out), count);
+        at += length;
+    }
+    return result;
+}
+
+TEST(Cipher, slicesOfWholeUnitsGiveTheResultOfOne)
+{
+    std::string text(1000, '\0');
+    for (std::size_t i = 0; i < text.size(); ++i)
+        text[i] = static_cast<char>(i * 37);
+    for (const unsigned int type : {0u, 1u})
+    {
+        const detail::tCipherRow& row = *detail::findCipher(type);
+        const std::string whole = enciphered(type, text, s_cstrKey);
+        EXPECT_EQ(codedInSlices(row, row.m_pEncodeSlice, detail::s_cnPlainSliceUnit, text), whole) << row.m_pName;
+        EXPECT_EQ(row.m_pTextSize(text.size(), false), whole.size()) << row.m_pName;
+        EXPECT_EQ(codedInSlices(row, row.m_pDecodeSlice, detail::s_cnTextSliceUnit, whole), text) << row.m_pName;
+    }
+}
+
+TEST(Cipher, aSliceInWhichTheMessageEndsGivesLessThanItsPlainSize)
+{
+    const detail::tCipherRow& vernam = *detail::findCipher(detail::CT_vernam);
+    unsigned char out[16];
+    const auto decoded = [&](const char* text) {
+        return vernam.m_pDecodeSlice({nullptr, out, reinterpret_cast<const unsigned char*>(text), 8});
+    };
+    EXPECT_EQ(vernam.m_pPlainSize(8), 6u);
+    EXPECT_EQ(decoded("AAAAAAAA"), 6u);
+    EXPECT_EQ(decoded("AAAAAAA-"), 5u);
+    EXPECT_EQ(decoded("AA-AAAAA"), 1u);
+    EXPECT_EQ(detail::findCipher(detail::CT_seed)->m_pPlainSize(8), 8u);
 }
 
 #if defined(__linux__) && !defined(MURV_TEST_SANITIZED)

@@ -6,6 +6,7 @@
 
 #include "ber/cipher/seed.h"
 
+#include "ber/cipher/message.h"
 #include "ber/cipher/seed_gfni.h"
 #include "ber/cipher/seed_tables.h"
 #include "ber/cipher/seed_wide.h"

@@ -6,6 +6,7 @@
 
 #include "ber/cipher/vernam.h"
 
+#include "ber/cipher/message.h"
 #include "ber/cipher/vernam_wide.h"
 
 #include <gtest/gtest.h>
