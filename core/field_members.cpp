@@ -121,16 +121,6 @@ CFields::const_iterator CFields::end() const
     return {*this, static_cast<std::ptrdiff_t>(detail::memberCount(*this))};
 }
 
-CFields& CFields::child_AddRef(const char* name, unsigned int nameLen, unsigned int id, bool allowDuplicate)
-{
-    return addMember(*this, "murv::CFields::child_AddRef", name, nameLen, id, allowDuplicate);
-}
-
-CFields* CFields::child_AddPtr(const char* name, unsigned int nameLen, unsigned int id, bool allowDuplicate)
-{
-    return &addMember(*this, "murv::CFields::child_AddPtr", name, nameLen, id, allowDuplicate);
-}
-
 CFields& CFields::addChildRef(const char* name, unsigned int id, bool allowDuplicate)
 {
     return addMember(*this, "murv::CFields::addChildRef", name, length4Name(name), id, allowDuplicate);

@@ -604,8 +604,6 @@ private:
     static tImmortal s_tFreeNull;
 
     void clearValue(E_DataType dt, E_ValueKind vk, bool owned);
-    CFields& child_AddRef(const char* name, unsigned int nameLen, unsigned int id, bool allowDuplicate);
-    CFields* child_AddPtr(const char* name, unsigned int nameLen, unsigned int id, bool allowDuplicate);
 
     static constexpr unsigned int s_cuiNameRoom = 24;
 
