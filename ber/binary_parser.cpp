@@ -1,7 +1,7 @@
 // ber/binary_parser.cpp - node records, read into a tree: containers, their members, and the nodes that records become.
 //
-// Counts are believed only as far as the bytes that remain, so that memory stays in proportion to the file. The parts of
-// a record are read in binary_record.cpp.
+// Counts are believed only as far as the bytes that remain, so that memory stays in proportion to the file. The parts
+// of a record are read in binary_record.cpp.
 #include "ber/binary_parser.h"
 
 #include "ber/fast_record.h"
@@ -10,13 +10,6 @@
 
 namespace murv::detail
 {
-
-namespace
-{
-constexpr const char* s_cpOverEnd = "No more parsing. Over the data length.";
-constexpr const char* s_cpNoMembers = "Element number must be bigger than 0";
-constexpr const char* s_cpBadId = "Failed to set the field ID";
-}  // namespace
 
 CBinaryParser::CBinaryParser(tLoad& load, CBodySource& source, bool littleEndian)
     : m_tLoad(load),
@@ -46,7 +39,7 @@ bool CBinaryParser::loadRecord(CFields* target)
     m_tSource.advance(s_cnTypeSize);
     record.m_uiID = take<std::uint32_t>();
     if (!CFields::isValidDT(type))
-        return addError(s_cpNoValue, record);
+        return addError("Syntax error: value, field or array expected.", record);
     record.m_eType = static_cast<E_DataType>(type);
     return tFieldAccess::isContainer(record.m_eType) ? loadContainer(record, target) : loadLeaf(record, target);
 }
@@ -57,7 +50,7 @@ bool CBinaryParser::loadContainer(tRecord& record, CFields* target)
         return addOverEnd(record);
     const auto count = take<std::uint32_t>();
     if (count == 0 && !m_bLossless)
-        return addError(s_cpNoMembers, record);
+        return addError("Element number must be bigger than 0", record);
     if (record.m_uiID > CFields::maxSint32)
         return addBadId(record);
     if (!loadName(record) || !loadComments(record))
@@ -224,7 +217,7 @@ CFields* CBinaryParser::addMember(const CFields& set, const tRecord& record)
     const std::size_t taken = m_bDuplicate ? s_cnNotTaken : findTaken(set, record);
     if (taken == s_cnNotTaken) [[likely]]
         return &m_pBuilder->append(record.m_strvName, record.m_uiID);
-    addErrorAt(s_cpNotAdded, record, taken);
+    addErrorAt("This field not allow the duplication or a error occured", record, taken);
     return nullptr;
 }
 
@@ -258,7 +251,7 @@ bool CBinaryParser::addErrorAt(const char* message, const tRecord& record, std::
 
 bool CBinaryParser::addBadId(const tRecord& record)
 {
-    return addError(s_cpBadId, record);
+    return addError("Failed to set the field ID", record);
 }
 
 bool CBinaryParser::addOverEnd(const tRecord& record)
@@ -268,7 +261,7 @@ bool CBinaryParser::addOverEnd(const tRecord& record)
 
 bool CBinaryParser::addOverEnd(const tRecord& record, std::size_t place)
 {
-    return addErrorAt(s_cpOverEnd, record, place);
+    return addErrorAt("No more parsing. Over the data length.", record, place);
 }
 
 }  // namespace murv::detail

@@ -15,11 +15,7 @@ namespace murv::detail
 
 namespace
 {
-constexpr const char* s_cpBadLengthCode = "Mismatched syntax for packet E_LengthExpCode";
-constexpr const char* s_cpBadComment = "Comments must start with /";
-constexpr const char* s_cpContainerValue = "value must not be DT_fields or DT_array";
 constexpr const char* s_cpBadLength = "Mismatched value length";
-constexpr std::uint32_t s_cuiLengthCodes = 3;
 }  // namespace
 
 bool CBinaryParser::loadLeaf(tRecord& record, CFields* target)
@@ -40,8 +36,8 @@ bool CBinaryParser::loadExpression(tRecord& record)
         return true;
     }
     record.m_tPEI = readExpression(bytes, m_bLittleEndian);
-    const char* const fault =
-        record.m_tPEI.m_eLengthExp == s_cuiLengthCodes ? s_cpBadLengthCode : findPeiFault(record.m_tPEI);
+    const char* const fault = record.m_tPEI.m_eLengthExp > LEC_D ? "Mismatched syntax for packet E_LengthExpCode"
+                                                                 : findPeiFault(record.m_tPEI);
     if (fault != nullptr)
         return addErrorAt(fault, record, m_tSource.offset());
     m_tSource.advance(s_cnExpressionSize);
@@ -103,7 +99,7 @@ bool CBinaryParser::loadComment(tRecord& record, CHeapString& comment)
     if (!m_tSource.read(text.data(), length))
         return addOverEnd(record, place);
     if (text.front() != '/')
-        return addErrorAt(s_cpBadComment, record, place);
+        return addErrorAt("Comments must start with /", record, place);
     comment.setComment(text.data(), static_cast<unsigned int>(length));
     record.m_bComment = true;
     return true;
@@ -147,7 +143,7 @@ bool CBinaryParser::loadValue(tRecord& record, CFields* target)
 const char* CBinaryParser::decodeValue(std::size_t length, tSlot& value) const
 {
     if (tFieldAccess::isContainer(value.m_eType))
-        return s_cpContainerValue;
+        return "value must not be DT_fields or DT_array";
     if (length == 0)
         return nullptr;
     const char* const from = m_tSource.cursor();

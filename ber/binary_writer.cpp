@@ -115,28 +115,19 @@ void CBinaryWriter::write(CBodySink& sink, const CFields& root) const
     forEachRecord(root, [&](const CFields& node) {
         if (tFieldAccess::isContainer(node))
             writeContainer(sink, node);
-        else if (isSpecial(node))
-            writeSpecialLeaf(sink, node);
+        else if (isChosen(node))
+            writeChosenLeaf(sink, node);
         else
             writeLeaf(sink, node, tFieldAccess::slot(node, VK_actual), tFieldAccess::pei(node));
     });
 }
 
-// Of a node that its expression gives two values, the second one is saved, for packets carry that; unless the saver is
-// told otherwise: then the first one, and the expression does not speak of the second.
 CBinaryWriter::tLeaf CBinaryWriter::chooseLeaf(const CFields& node) const
 {
-    tLeaf leaf{tFieldAccess::slot(node, VK_actual), {}};
     if (!m_bExpressions)
-        return leaf;
-    leaf.m_tPEI = tFieldAccess::pei(node);
-    if (node.isEqualDualValue())
-        return leaf;
-    if (m_bSecondValue)
-        leaf.m_tValue = tFieldAccess::slot(node, VK_fix);
-    else
-        leaf.m_tPEI.m_usSkIndex = 0;
-    return leaf;
+        return {tFieldAccess::slot(node, VK_actual), {}};
+    const tSavedValue saved = chooseSavedValue(node, m_bSecondValue);
+    return {tFieldAccess::slot(node, saved.m_eKind), saved.m_tPEI};
 }
 
 inline std::uint64_t CBinaryWriter::recordSize(const CFields& node) const
@@ -149,7 +140,7 @@ inline std::uint64_t CBinaryWriter::recordSize(const CFields& node) const
     size += s_cnEmptyLeaf;
     if (!m_bValues)
         return size;
-    return size + valueSize(isSpecial(node) ? chooseLeaf(node).m_tValue : tFieldAccess::slot(node, VK_actual));
+    return size + valueSize(isChosen(node) ? chooseLeaf(node).m_tValue : tFieldAccess::slot(node, VK_actual));
 }
 
 std::uint64_t CBinaryWriter::commentSize(const CFields& node) const
@@ -169,7 +160,7 @@ void CBinaryWriter::writeContainer(CBodySink& sink, const CFields& node) const
     sink.take(writeComments(sink, to, node));
 }
 
-void CBinaryWriter::writeSpecialLeaf(CBodySink& sink, const CFields& node) const
+void CBinaryWriter::writeChosenLeaf(CBodySink& sink, const CFields& node) const
 {
     const tLeaf leaf = chooseLeaf(node);
     writeLeaf(sink, node, leaf.m_tValue, leaf.m_tPEI);

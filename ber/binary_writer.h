@@ -12,6 +12,7 @@
 #include "ber/layout.h"
 #include "core/field_access.h"
 #include "murv/saver.h"
+#include "packet/pei_rules.h"
 
 namespace murv::detail
 {
@@ -34,8 +35,8 @@ private:
         tPacketExpInfo m_tPEI;
     };
 
-    /// Whether a leaf is not simply written as it is.
-    bool isSpecial(const CFields& leaf) const
+    /// Whether there is a choice to make; most leaves are written as they are.
+    bool isChosen(const CFields& leaf) const
     {
         return !m_bExpressions || isDualExpression(tFieldAccess::pei(leaf));
     }
@@ -44,7 +45,7 @@ private:
     std::uint64_t commentSize(const CFields& node) const;
 
     void writeContainer(CBodySink& sink, const CFields& node) const;
-    void writeSpecialLeaf(CBodySink& sink, const CFields& node) const;
+    void writeChosenLeaf(CBodySink& sink, const CFields& node) const;
     void writeLeaf(CBodySink& sink, const CFields& node, const tSlot& value, const tPacketExpInfo& pei) const;
     char* writeHead(char* to, E_DataType type, const CFields& node) const;
     char* writeName(char* to, const CFields& node) const;

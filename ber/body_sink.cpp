@@ -1,7 +1,6 @@
 // ber/body_sink.cpp - the body of a file, enciphered slice by slice.
 //
-// The block that the saver keeps holds a slice and, after it, the slice's
-// enciphered form.
+// The block that the saver keeps holds a slice and, after it, the slice's enciphered form.
 #include "ber/body_sink.h"
 
 #include <cstdlib>
@@ -52,8 +51,7 @@ std::uint64_t CBodySink::enciphered(E_CipherType cipher, std::uint64_t bodySize)
     return row.m_pTextSize(bodySize, bodySize < row.m_nShortest);
 }
 
-/// Enciphers as much as makes whole units; what is left over moves to the
-/// front.
+/// Enciphers as much as makes whole units; what is left over moves to the front.
 void CBodySink::encipherSlice()
 {
     const std::size_t left = filled() % s_cnPlainSliceUnit;

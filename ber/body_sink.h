@@ -1,9 +1,7 @@
-// ber/body_sink.h - takes the bytes of a body and enciphers them slice by
-// slice.
+// ber/body_sink.h - takes the bytes of a body and enciphers them slice by slice.
 //
-// A body never exists as a whole: a slice is filled, enciphered while it is hot
-// in the cache, and appended to the file. What is left in the slice is wiped at
-// the end, whatever becomes of the saving.
+// A body never exists as a whole: a slice is filled, enciphered while it is hot in the cache, and appended to the file.
+// What is left in the slice is wiped at the end, whatever becomes of the saving.
 #pragma once
 
 #include <algorithm>
@@ -30,12 +28,10 @@ public:
     CBodySink& operator=(const CBodySink&) = delete;
     ~CBodySink();
 
-    /// To be called before the first byte. \return false when the cipher refuses
-    /// the password
+    /// To be called before the first byte. \return false when the cipher refuses the password
     bool setKey(std::string_view password);
 
-    /// Room for at least `bytes` (at most s_cnMostRoom) bytes; ends with the next
-    /// call.
+    /// Room for at least `bytes` (at most s_cnMostRoom) bytes; ends with the next call.
     char* room(std::size_t bytes)
     {
         if (static_cast<std::size_t>(m_pEnd - m_pPlace) < bytes) [[unlikely]]

@@ -1,7 +1,6 @@
 // ber/body_source.cpp - the body of a file, deciphered slice by slice.
 //
-// One window holds what is being read; it is wiped when it held what a password
-// protects.
+// One window holds what is being read; it is wiped when it held what a password protects.
 #include "ber/body_source.h"
 
 #include <cstring>
@@ -37,8 +36,7 @@ std::size_t CBodySource::mostRemaining() const
     return inWindow() + static_cast<std::size_t>(m_pTextEnd - m_pText);
 }
 
-// The window holds less than s_cnAhead bytes here; they move to its front, and
-// one slice goes after them.
+// The window holds less than s_cnAhead bytes here; they move to its front, and one slice goes after them.
 void CBodySource::refill()
 {
     const std::size_t left = inWindow();
@@ -60,8 +58,7 @@ std::size_t CBodySource::decipher(char* to, std::size_t textSize)
     return size;
 }
 
-/// Steps over bytes, slice after slice. \param copy  where they go; null:
-/// nowhere
+/// Steps over bytes, slice after slice. \param copy  where they go; null: nowhere
 bool CBodySource::pass(std::size_t count, char* copy)
 {
     for (;;)

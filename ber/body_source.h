@@ -1,8 +1,7 @@
 // ber/body_source.h - the bytes of a body, deciphered slice by slice.
 //
-// A reader looks at bytes in a window that moves along the body, so that they
-// are read while hot in the cache and the memory needed does not grow with the
-// file. Places are offsets in the deciphered body.
+// A reader looks at bytes in a window that moves along the body, so that they are read while hot in the cache and the
+// memory needed does not grow with the file. Places are offsets in the deciphered body.
 #pragma once
 
 #include <algorithm>
@@ -27,19 +26,17 @@ public:
     CBodySource& operator=(const CBodySource&) = delete;
     ~CBodySource();
 
-    /// To be called before the first byte. \return false when the cipher refuses
-    /// the password
+    /// To be called before the first byte. \return false when the cipher refuses the password
     bool setKey(std::string_view password);
 
-    /// Makes sure that `s_cnAhead` bytes are in the window, or all that the body
-    /// still has. What `cursor` gave before is void.
+    /// Makes sure that `s_cnAhead` bytes are in the window, or all that the body still has. What `cursor` gave before
+    /// is void.
     void lookAhead()
     {
         if (inWindow() < s_cnAhead && !m_bEnded) [[unlikely]]
             refill();
     }
-    /// The next byte, and the number of bytes that lie side by side from there
-    /// on.
+    /// The next byte, and the number of bytes that lie side by side from there on.
     const char* cursor() const
     {
         return m_pCursor;

@@ -1,11 +1,8 @@
-// ber/fast_record.h - the fast path of the binary reader: ordinary records,
-// looked at all at once.
+// ber/fast_record.h - the fast path of the binary reader: ordinary records, looked at all at once.
 //
-// An ordinary record has numbers in little-endian order, and no ID, packet
-// expression or comments; all of it but the members of a container lies in the
-// window. Most records of most files are like that. The functions here only
-// look; other records, and whatever is wrong, are left to the general path, so
-// that there is one set of checks and messages.
+// An ordinary record has numbers in little-endian order, and no ID, packet expression or comments; all of it but the
+// members of a container lies in the window. Most records of most files are like that. The functions here only look;
+// other records, and whatever is wrong, are left to the general path, so that there is one set of checks and messages.
 #pragma once
 
 #include <cstddef>
@@ -40,8 +37,7 @@ struct tFastContainer
 /// \return false when the next record is none that the fast path takes
 inline bool lookAtLeaf(const CBodySource& source, tFastLeaf& leaf)
 {
-    // The length of the value by type: one that no value has leaves containers
-    // and strings to the tests below.
+    // The length of the value by type: one that no value has leaves containers and strings to the tests below.
     static constexpr std::uint32_t s_cuiNever = 0xFFFFFFFF;
     static constexpr std::uint32_t lengths[] = {
         0, s_cuiNever, s_cuiNever, 1, s_cnNumberSize, s_cnNumberSize, s_cnNumberSize, s_cuiNever};

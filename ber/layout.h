@@ -142,10 +142,4 @@ inline char* writeExpression(char* to, const tPacketExpInfo& pei) noexcept
     return to + s_cnExpressionSize;
 }
 
-/// Whether the expression names "fix" or "valid", the keywords whose index is a value kind.
-inline bool isDualExpression(const tPacketExpInfo& pei) noexcept
-{
-    return pei.m_ucSkKind == 0 && (pei.m_usSkIndex == VK_fix || pei.m_usSkIndex == VK_valid);
-}
-
 }  // namespace murv::detail

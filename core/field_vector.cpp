@@ -351,8 +351,7 @@ void CFieldVector::destroy(CFieldVector* self) noexcept
         CFieldVector* m_pMembers;
         std::uint32_t m_uiIndex;
     };
-    static_assert(sizeof(tFrame) <= sizeof(CFields));
-    static_assert(alignof(tFrame) <= alignof(CFields));
+    static_assert(sizeof(tFrame) <= sizeof(CFields) && alignof(tFrame) <= alignof(CFields));
 
     CReleaser releaser;
     tFrame* up = nullptr;

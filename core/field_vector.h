@@ -23,7 +23,7 @@ namespace murv
 class alignas(CFields) CFieldVector
 {
 public:
-    /// From so many members on, a field set has a name index.
+    /// A field set with this many members has a name index.
     static constexpr std::uint32_t s_cuiIndexFrom = 64;
     static constexpr std::uint32_t s_cuiCountLimit = 0xFFFFFFF0;
 
@@ -60,7 +60,7 @@ public:
     {
         return new (memory) CFieldVector(0, 0);
     }
-    /// Appends a node in the basic state; the caller knows that there is room behind the last one.
+    /// Appends a node in the basic state; the caller knows that there is room after the last one.
     CFields& appendInPlace() noexcept
     {
         CFields* const node = new (static_cast<void*>(first() + m_uiCount++)) CFields();
@@ -208,7 +208,7 @@ struct CFieldVector::tLarge : CFieldVector
     {
         if (index < m_uiFirstRoom)
             return {0, index};
-        // The segments behind the first block hold 1, 2, 4... parts: the top bit of the part's number tells which.
+        // The segments after the first block hold 1, 2, 4... parts: the top bit of the part's number is the segment.
         const std::uint32_t beyond = index - m_uiFirstRoom;
         const std::uint32_t part = (beyond >> m_uiShift) + 1;
         return {static_cast<std::uint32_t>(std::bit_width(part)), beyond - ((std::bit_floor(part) - 1) << m_uiShift)};

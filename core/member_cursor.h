@@ -1,8 +1,8 @@
 // core/member_cursor.h - steps through the members of one container, in order.
 //
 // Members lie in runs, side by side (core/field_vector.h). Only this class knows how to get from one run to the next;
-// every walk uses it. A walk over a tree keeps the cursor of the innermost container in a local variable, where it stays
-// in registers, and those of the containers around it on a stack.
+// every walk uses it. A walk over a tree keeps the cursor of the innermost container in a local variable, where it
+// stays in registers, and those of the containers around it on a stack.
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 // core/tree_walk.h - all nodes of a tree, parents before their members.
 //
-// The one pre-order walk behind searching, counting and every other operation that looks at each node once.
+// The one walk that searching, counting and all other operations use that look at each node once.
 #pragma once
 
 #include "core/member_cursor.h"
@@ -77,8 +77,8 @@ inline constexpr bool s_cbMovesAreChecked = true;
 inline constexpr bool s_cbMovesAreChecked = false;
 #endif
 
-/// As `holds`, as far as it costs little: one of the members, or of the first nodes below them. To move a finished tree
-/// into place must not cost the more the larger it is.
+/// As `holds`, but looks at the members and the first nodes below them only, so that moving a finished tree into place
+/// does not cost more the larger the tree is.
 inline bool holdsNear(const CFields& root, const CFields& node)
 {
     constexpr int most = 256;

@@ -7,6 +7,7 @@
 #include "core/error_table.h"
 #include "core/text/quote.h"
 #include "io/load.h"
+#include "packet/pei_rules.h"
 
 namespace murv::detail
 {
@@ -99,8 +100,7 @@ std::string path4Steps(const std::vector<tPathStep>& steps)
 const char* lossOfSecondValue(const CFields& node)
 {
     const tPacketExpInfo& pei = tFieldAccess::pei(node);
-    const bool isDual = !tFieldAccess::isContainer(node) && pei.m_ucSkKind == 0 &&
-                        (pei.m_usSkIndex == VK_fix || pei.m_usSkIndex == VK_valid);
+    const bool isDual = !tFieldAccess::isContainer(node) && isDualExpression(pei);
     const unsigned int kind = isDual ? pei.m_usSkIndex : static_cast<unsigned int>(VK_actual);
     const tSlot second = isDual ? tFieldAccess::slot(node, VK_actual) : tSlot{};
     if (!isSameSlot(tFieldAccess::slot(node, VK_fix), second))

@@ -11,7 +11,7 @@
 #include "packet/item_read.h"
 #include "packet/keyword_call.h"
 #include "packet/limits.h"
-#include "packet/memo.h"
+#include "packet/pending_sizes.h"
 #include "packet/time_value.h"
 
 namespace murv
@@ -57,7 +57,7 @@ private:
     const char* m_pData;
     unsigned int m_uiLength;
     std::uint64_t m_ullOffset = 0;
-    detail::tMemoList m_vMemo;
+    detail::tPendingSizes m_vSizes;
 };
 
 bool CPacketChecker::checkLeaf(CFields& leaf)
@@ -70,7 +70,7 @@ bool CPacketChecker::checkLeaf(CFields& leaf)
         passed = checkExternal(leaf);
         length = tFieldAccess::isContainer(leaf) ? 0 : pei.m_uiLength;
     }
-    else if (pei.m_usSkIndex != 0 && detail::hasLength(pei, !m_vMemo.empty()))
+    else if (pei.m_usSkIndex != 0 && detail::hasLength(pei, !m_vSizes.empty()))
         passed = checkKeyword(leaf, length);
     if (pei.m_eLengthExp <= LEC_D)  // making and parsing skip others
         m_ullOffset += std::min(length, detail::s_cuiLongestItem);
@@ -86,7 +86,7 @@ bool CPacketChecker::checkKeyword(const CFields& leaf, unsigned int& length)
         return false;
     if (row->m_eRole == detail::KR_size && pei.m_eLengthExp == LEC_D)
     {
-        if (const tMemoFieldInfo* const record = detail::findMemo(m_vMemo, pei.m_ucSkOption))
+        if (const tMemoFieldInfo* const record = detail::findPendingSize(m_vSizes, pei.m_ucSkOption))
             length = record->m_uiSize;
     }
     return checkInternal(leaf, *row, length);
@@ -97,7 +97,7 @@ bool CPacketChecker::isWithin(const CFields& leaf) const
 {
     const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
     std::string_view value;
-    if (!tFieldAccess::isContainer(leaf) && detail::hasLength(pei, !m_vMemo.empty()))
+    if (!tFieldAccess::isContainer(leaf) && detail::hasLength(pei, !m_vSizes.empty()))
         return detail::findValue(pei, pei.m_uiLength, item(), value);
     return item().data() != nullptr;
 }
@@ -111,7 +111,7 @@ bool CPacketChecker::checkExternal(CFields& leaf)
     const CFields::tCheckPktFP callback = CFields::getCheckPktFP4ESK(tFieldAccess::pei(leaf).m_ucSkKind);
     if (callback != nullptr && !isWithin(leaf))
         return false;
-    return detail::callKeyword(callback, leaf, {m_pData, m_uiLength, static_cast<unsigned int>(m_ullOffset), &m_vMemo},
+    return detail::callKeyword(callback, leaf, {m_pData, m_uiLength, static_cast<unsigned int>(m_ullOffset), &m_vSizes},
                                s_cpCheck, s_cpMissing) &&
            isWithin(leaf);
 }
@@ -148,7 +148,8 @@ bool CPacketChecker::checkSize(const tPacketExpInfo& pei, std::string_view value
     unsigned int size = 0;
     if (!detail::readSize(pei.m_ePacketExp, value, size))
         return false;
-    detail::addMemo(m_vMemo, {pei.m_ucSkOption, 1, 0, pei.m_usSkIndex, static_cast<unsigned int>(m_ullOffset), size});
+    detail::setPendingSize(m_vSizes,
+                           {pei.m_ucSkOption, 1, 0, pei.m_usSkIndex, static_cast<unsigned int>(m_ullOffset), size});
     return true;
 }
 

@@ -28,9 +28,9 @@ static_assert(s_cnScratch >= s_cnDoubleTextRoom && s_cnScratch >= s_cnIntegerTex
 enum E_Fit : unsigned char
 {
     FIT_none,   // no leaf
-    FIT_right,  // fill behind; the first bytes when too long
-    FIT_left,   // fill in front, behind a minus sign; the first bytes when too long
-    FIT_word,   // fill in front; the last bytes when too long
+    FIT_right,  // filled up at the end; the first bytes when too long
+    FIT_left,   // filled up in front, after a minus sign; the first bytes when too long
+    FIT_word,   // filled up in front; the last bytes when too long
 };
 
 struct tFitRow
@@ -124,8 +124,8 @@ bool isNegative(const CFields& leaf)
     }
 }
 
-/// Appends eight bytes in `length` bytes: the last ones, or with fill in front; of exactly eight, none.
-/// The bytes stand at the start of a scratch.
+/// Appends eight bytes, the first of a scratch, in `length` bytes. Shorter: the last bytes; longer: filled up in front;
+/// exactly eight: nothing, see "Exactly eight" in docs/packets.md.
 void putWord(CPacketBuffer& packet, const char* word, std::size_t length, bool negative)
 {
     if (length < s_cnWord)
@@ -137,8 +137,7 @@ void putWord(CPacketBuffer& packet, const char* word, std::size_t length, bool n
     }
 }
 
-/// Appends a text in `length` bytes, filled in front but behind a minus sign; the first bytes when it is too long.
-/// The text stands in a scratch.
+/// Appends a text from a scratch in `length` bytes: filled up in front but after a minus sign, or cut at the end.
 void putLeftFilled(CPacketBuffer& packet, std::string_view text, std::size_t length, char fill)
 {
     if (text.size() >= length)

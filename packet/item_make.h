@@ -1,7 +1,7 @@
 // packet/item_make.h - one leaf's value as a packet item.
 //
 // An item is the bytes of the value, by form and type, and then a fit: cut or filled up to a fixed length, or put
-// behind a length prefix. What a parsed item would become makes no difference here.
+// after a length prefix. What parsing would make of the item makes no difference here.
 #pragma once
 
 #include "murv/fields.h"

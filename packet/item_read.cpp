@@ -68,7 +68,7 @@ tPrefixNumber scanPrefix(std::string_view text)
     return result;
 }
 
-/// Whether a number stands at the start of the text, behind blanks and a sign.
+/// Whether the text begins with a number, after blanks and a sign.
 bool holdsNumber(const char* p, const char* end)
 {
     while (p != end && (*p == ' ' || (*p >= '\t' && *p <= '\r')))
@@ -123,7 +123,7 @@ std::uint64_t loadDigits(const char* text, std::size_t length)
     return word | loadBytes<1>(text) << zeros;
 }
 
-/// The short way for what packets hold most: digits and nothing else, up to sixteen of them.
+/// The fast path, for what packets hold most: digits and nothing else, up to sixteen of them.
 bool readDigits(const char* text, std::size_t length, std::uint64_t& value)
 {
     if (length == 0 || length > 2 * s_cnWord)

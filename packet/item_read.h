@@ -1,6 +1,6 @@
 // packet/item_read.h - one leaf's value from a packet item.
 //
-// An item is found first (where it ends, where its value lies) and then read. Nothing behind the given bytes is
+// An item is found first (where it ends, where its value lies) and then read. Nothing after the given bytes is
 // touched, whatever the packet claims.
 #pragma once
 
@@ -15,7 +15,7 @@ namespace murv::detail
 /// The bytes from the start of an item to the end of the packet.
 using tRemaining = std::string_view;
 
-/// Total length of a variable item, at most 0x7FFFFFFF, as its prefix tells it; 0 when that is less than the prefix
+/// Total length of a variable item, at most 0x7FFFFFFF, as its prefix says; 0 when that is less than the prefix
 /// itself. The prefix lies within `item`.
 std::int64_t variableTotal(const tPacketExpInfo& pei, const char* item);
 
@@ -23,7 +23,7 @@ std::int64_t variableTotal(const tPacketExpInfo& pei, const char* item);
 /// \return false, with nothing changed, when they are no number but should be
 bool storeItem(CFields& leaf, std::string_view bytes);
 
-/// Reads an item of so many bytes into its leaf.
+/// Reads an item of `length` bytes into its leaf.
 ///
 /// \param store  false: only measure
 /// \return bytes that remain; negative: bytes that are missing, or -1 for an unreadable number

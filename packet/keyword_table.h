@@ -24,7 +24,7 @@ enum E_KeywordRole : unsigned char
 /// A part of the time, in the letters that stand for it.
 struct tTimePart
 {
-    std::string_view m_strvLetters;  // the part takes so many decimal places
+    std::string_view m_strvLetters;  // as many as the part has decimal places
     int tClockReading::*m_pValue;
     int m_iModulo;  // 0: the value as it is
     int m_iMin;
@@ -50,7 +50,7 @@ struct tKeywordRow
     {
         return m_pName;
     }
-    /// The option is written straight behind the name, and must not be 0.
+    /// The option is written directly after the name, and must not be 0.
     constexpr bool takesOption() const
     {
         return name().back() == '_';
@@ -112,7 +112,7 @@ constexpr const tKeywordRow* findKeyword(std::string_view name)
     return nullptr;
 }
 
-/// Row of the part of the time that a name begins with; behind the last row for none.
+/// Row of the part of the time that a name begins with; the number of rows for none.
 constexpr std::size_t firstTimePart(std::string_view name)
 {
     std::size_t row = 0;

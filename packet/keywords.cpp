@@ -35,13 +35,6 @@ private:
     tCallback m_pCallback[s_cuiLastKind + 1] = {};
 };
 
-constinit CRegistry<CFields::tCheckIdxFP> s_tCheckIdx;
-constinit CRegistry<CFields::tGetIdxFP> s_tGetIdx;
-constinit CRegistry<CFields::tGetTxtFP> s_tGetTxt;
-constinit CRegistry<CFields::tAllotPktFP> s_tAllotPkt;
-constinit CRegistry<CFields::tParsePktFP> s_tParsePkt;
-constinit CRegistry<CFields::tCheckPktFP> s_tCheckPkt;
-
 /// 0, or what is wrong with that keyword.
 int findFault(unsigned int kind, unsigned int index)
 {
@@ -69,65 +62,28 @@ int changeLeaves(CFields& root, unsigned int kind, unsigned int index, tChange&&
 
 }  // namespace
 
-bool CFields::setCheckIdxFP4ESK(unsigned char kind, tCheckIdxFP callback)
-{
-    return s_tCheckIdx.set(kind, callback);
-}
+// Every sort of callback has a registry, a setter and a getter, which differ in nothing but their names.
+#define MURV_CALLBACK_SORT(sort)                                              \
+    static constinit CRegistry<CFields::t##sort##FP> s_t##sort;               \
+                                                                              \
+    bool CFields::set##sort##FP4ESK(unsigned char kind, t##sort##FP callback) \
+    {                                                                         \
+        return s_t##sort.set(kind, callback);                                 \
+    }                                                                         \
+                                                                              \
+    CFields::t##sort##FP CFields::get##sort##FP4ESK(unsigned char kind)       \
+    {                                                                         \
+        return s_t##sort.get(kind);                                           \
+    }
 
-bool CFields::setGetIdxFP4ESK(unsigned char kind, tGetIdxFP callback)
-{
-    return s_tGetIdx.set(kind, callback);
-}
+MURV_CALLBACK_SORT(CheckIdx)
+MURV_CALLBACK_SORT(GetIdx)
+MURV_CALLBACK_SORT(GetTxt)
+MURV_CALLBACK_SORT(AllotPkt)
+MURV_CALLBACK_SORT(ParsePkt)
+MURV_CALLBACK_SORT(CheckPkt)
 
-bool CFields::setGetTxtFP4ESK(unsigned char kind, tGetTxtFP callback)
-{
-    return s_tGetTxt.set(kind, callback);
-}
-
-bool CFields::setAllotPktFP4ESK(unsigned char kind, tAllotPktFP callback)
-{
-    return s_tAllotPkt.set(kind, callback);
-}
-
-bool CFields::setParsePktFP4ESK(unsigned char kind, tParsePktFP callback)
-{
-    return s_tParsePkt.set(kind, callback);
-}
-
-bool CFields::setCheckPktFP4ESK(unsigned char kind, tCheckPktFP callback)
-{
-    return s_tCheckPkt.set(kind, callback);
-}
-
-CFields::tCheckIdxFP CFields::getCheckIdxFP4ESK(unsigned char kind)
-{
-    return s_tCheckIdx.get(kind);
-}
-
-CFields::tGetIdxFP CFields::getGetIdxFP4ESK(unsigned char kind)
-{
-    return s_tGetIdx.get(kind);
-}
-
-CFields::tGetTxtFP CFields::getGetTxtFP4ESK(unsigned char kind)
-{
-    return s_tGetTxt.get(kind);
-}
-
-CFields::tAllotPktFP CFields::getAllotPktFP4ESK(unsigned char kind)
-{
-    return s_tAllotPkt.get(kind);
-}
-
-CFields::tParsePktFP CFields::getParsePktFP4ESK(unsigned char kind)
-{
-    return s_tParsePkt.get(kind);
-}
-
-CFields::tCheckPktFP CFields::getCheckPktFP4ESK(unsigned char kind)
-{
-    return s_tCheckPkt.get(kind);
-}
+#undef MURV_CALLBACK_SORT
 
 int CFields::pkt_SetValue4SKI(unsigned char kind, unsigned short index, const CFields& value, CFields* a_pRoot)
 {

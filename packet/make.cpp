@@ -1,9 +1,8 @@
 // packet/make.cpp - packets from trees.
 //
-// One pass over the leaves. Size items are laid out before their size is known; they wait in a list, and the first item
-// of their number that follows fills them in.
+// One pass over the leaves. A size item is laid out before its size is known; it waits in a list until the first sized
+// item with its option follows, and is written again then.
 
-#include <utility>
 #include <vector>
 
 #include "core/field_access.h"
@@ -14,7 +13,8 @@
 #include "packet/item_make.h"
 #include "packet/keyword_call.h"
 #include "packet/limits.h"
-#include "packet/memo.h"
+#include "packet/pending_sizes.h"
+#include "packet/splice.h"
 #include "packet/time_value.h"
 
 namespace murv
@@ -27,16 +27,13 @@ namespace
 
 constexpr const char* s_cpAllot = "murv::CFields::pkt_allotValue4SKI";
 
-/// A size item in the packet that does not tell its size yet, or did not at first.
+/// A size item that was laid out without its size.
 struct tWaitingItem
 {
     CFields* m_pLeaf;
     std::size_t m_nOffset;
     std::size_t m_nLength;
-    std::size_t m_nNext;  // the next one of the same number that waits too; s_cnNone for none
 };
-
-constexpr std::size_t s_cnNone = static_cast<std::size_t>(-1);
 
 class CPacketMaker
 {
@@ -48,7 +45,7 @@ public:
     void makeLeaf(CFields& leaf)
     {
         const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
-        if (!detail::hasLength(pei, !m_vMemo.empty()))
+        if (!detail::hasLength(pei, !m_vSizes.empty()))
             return;
         if (m_bKeywords && pei.m_usSkIndex != 0)
             makeKeywordLeaf(leaf);
@@ -74,21 +71,16 @@ private:
     bool allotExternal(CFields& leaf);
     void announceSize(CFields& leaf);
     void makeSized(CFields& leaf);
-    void tellSize(unsigned int option, unsigned int size);
-    void rewriteWaiting(std::size_t first, unsigned int size);
-
-    /// The waiting items of one option, as positions in m_vWaiting.
-    struct tChain
-    {
-        std::size_t m_nFirst = s_cnNone;
-        std::size_t m_nLast = s_cnNone;
-    };
+    void fillInSize(unsigned int option, unsigned int size);
+    void remakeWaiting(const std::vector<std::size_t>& positions, unsigned int size, detail::CPacketBuffer& fresh);
+    void moveWaiting(const std::vector<std::size_t>& positions);
 
     bool m_bKeywords;
     detail::CPacketBuffer m_tPacket;
-    detail::tMemoList m_vMemo;
-    std::vector<tWaitingItem> m_vWaiting;  // in the order of the packet
-    tChain m_tChain[16];                   // by option
+    detail::tPendingSizes m_vSizes;
+    std::vector<tWaitingItem> m_vWaiting;              // in the order of the packet; with those that wait no more
+    std::vector<std::size_t> m_vPosition[16];          // by option: where those that still wait stand in m_vWaiting
+    std::vector<detail::tReplacement> m_vReplacement;  // of the size being filled in; kept for its memory
 };
 
 void setNumber(CFields& leaf, unsigned long long number)
@@ -120,7 +112,7 @@ void CPacketMaker::makeKeywordLeaf(CFields& leaf)
     if (pei.m_ucSkKind != 0)
     {
         // The callback may have changed all of the node.
-        if (allotExternal(leaf) && !tFieldAccess::isContainer(leaf) && detail::hasLength(pei, !m_vMemo.empty()))
+        if (allotExternal(leaf) && !tFieldAccess::isContainer(leaf) && detail::hasLength(pei, !m_vSizes.empty()))
             detail::makeItem(leaf, m_tPacket);
         return;
     }
@@ -143,7 +135,7 @@ void CPacketMaker::makeKeywordLeaf(CFields& leaf)
 bool CPacketMaker::allotExternal(CFields& leaf)
 {
     return detail::callKeyword(CFields::getAllotPktFP4ESK(tFieldAccess::pei(leaf).m_ucSkKind), leaf,
-                               {&m_tPacket.text(), 0, 0, &m_vMemo}, s_cpAllot,
+                               {&m_tPacket.text(), 0, 0, &m_vSizes}, s_cpAllot,
                                "Found not allocation event for ESK(external supporting keyword)");
 }
 
@@ -153,76 +145,69 @@ void CPacketMaker::announceSize(CFields& leaf)
     const std::size_t offset = m_tPacket.size();
     setNumber(leaf, 0);
     detail::makeItem(leaf, m_tPacket);
-    tChain& chain = m_tChain[pei.m_ucSkOption];
-    const std::size_t position = m_vWaiting.size();
-    m_vWaiting.push_back({&leaf, offset, m_tPacket.size() - offset, s_cnNone});
-    (chain.m_nFirst == s_cnNone ? chain.m_nFirst : m_vWaiting[chain.m_nLast].m_nNext) = position;
-    chain.m_nLast = position;
-    detail::addMemo(m_vMemo, {pei.m_ucSkOption, 0, 0, pei.m_usSkIndex, static_cast<unsigned int>(offset), 0});
+    m_vPosition[pei.m_ucSkOption].push_back(m_vWaiting.size());
+    m_vWaiting.push_back({&leaf, offset, m_tPacket.size() - offset});
+    detail::setPendingSize(m_vSizes, {pei.m_ucSkOption, 0, 0, pei.m_usSkIndex, static_cast<unsigned int>(offset), 0});
 }
 
 void CPacketMaker::makeSized(CFields& leaf)
 {
     tPacketExpInfo& pei = tFieldAccess::pei(leaf);
     const unsigned int option = pei.m_ucSkOption;
-    const tMemoFieldInfo* const record = detail::findMemo(m_vMemo, option);
+    const tMemoFieldInfo* const record = detail::findPendingSize(m_vSizes, option);
     if (record != nullptr && record->m_bKnown)
         pei.m_uiLength = record->m_uiSize;
-    else if (!m_vMemo.empty())
+    else if (!m_vSizes.empty())
         pei.m_uiLength = detail::naturalLength(leaf, pei.m_ePacketExp);
     detail::makeItem(leaf, m_tPacket);
-    if (m_tChain[option].m_nFirst != s_cnNone)
-        tellSize(option, pei.m_uiLength);
+    if (!m_vPosition[option].empty())
+        fillInSize(option, pei.m_uiLength);
 }
 
-void CPacketMaker::tellSize(unsigned int option, unsigned int size)
+/// All size items of one option are written again together, so that no byte moves more often than there are options.
+void CPacketMaker::fillInSize(unsigned int option, unsigned int size)
 {
-    rewriteWaiting(std::exchange(m_tChain[option].m_nFirst, s_cnNone), size);
-    tMemoFieldInfo& record = *detail::findMemo(m_vMemo, option);
+    std::vector<std::size_t>& positions = m_vPosition[option];
+    detail::CPacketBuffer fresh;
+    remakeWaiting(positions, size, fresh);
+    detail::splice(m_tPacket.text(), m_vReplacement, fresh.text());
+    moveWaiting(positions);
+    positions.clear();
+    tMemoFieldInfo& record = *detail::findPendingSize(m_vSizes, option);
     record.m_bKnown = 1;
     record.m_uiSize = size;
 }
 
-// Variable items of text grow, and what stands behind them moves. All of one number are told at once, so that no byte
-// moves more often than there are numbers.
-void CPacketMaker::rewriteWaiting(std::size_t first, unsigned int size)
+/// Makes what replaces the items at these positions.
+void CPacketMaker::remakeWaiting(const std::vector<std::size_t>& positions, unsigned int size,
+                                 detail::CPacketBuffer& fresh)
 {
-    std::string& text = m_tPacket.text();
-    std::string moved;                 // the new packet from the first item on whose length has changed
-    std::size_t movedFrom = s_cnNone;  // where that begins
-    std::size_t taken = 0;             // so far the old packet was taken over
-    std::size_t growth = 0;
-    std::size_t next = first;
-    for (std::size_t i = first; i != m_vWaiting.size(); ++i)
+    m_vReplacement.clear();
+    for (const std::size_t position : positions)
     {
-        tWaitingItem& item = m_vWaiting[i];
-        const std::size_t offset = std::exchange(item.m_nOffset, item.m_nOffset + growth);
-        if (i != next)
-            continue;
-        next = item.m_nNext;
+        const tWaitingItem& item = m_vWaiting[position];
         if (!fitsSizeItem(tFieldAccess::pei(*item.m_pLeaf), size))
             detail::throwAt(s_cpAllot, "Size(%u) does not fit its size item", static_cast<int>(size));
         setNumber(*item.m_pLeaf, size);
-        detail::CPacketBuffer fresh;
+        const std::size_t before = fresh.size();
         detail::makeItem(*item.m_pLeaf, fresh);
-        if (movedFrom == s_cnNone && fresh.size() == item.m_nLength)
-        {
-            text.replace(offset, item.m_nLength, fresh.text());
-            continue;
-        }
-        if (movedFrom == s_cnNone)
-            movedFrom = offset;
-        else
-            moved.append(text, taken, offset - taken);
-        moved += fresh.text();
-        taken = offset + item.m_nLength;
-        growth += fresh.size() - item.m_nLength;
-        item.m_nLength = fresh.size();
+        m_vReplacement.push_back({item.m_nOffset, item.m_nLength, fresh.size() - before});
     }
-    if (movedFrom == s_cnNone)
-        return;
-    moved.append(text, taken, std::string::npos);
-    text.replace(movedFrom, std::string::npos, moved);
+}
+
+/// Moves the offsets of the items that follow replaced ones: variable items of text grow.
+void CPacketMaker::moveWaiting(const std::vector<std::size_t>& positions)
+{
+    std::size_t growth = 0;
+    std::size_t replaced = 0;
+    for (std::size_t i = positions.front(); i != m_vWaiting.size(); ++i)
+    {
+        m_vWaiting[i].m_nOffset += growth;
+        if (replaced == positions.size() || positions[replaced] != i)
+            continue;
+        const detail::tReplacement& replacement = m_vReplacement[replaced++];
+        growth += replacement.m_nNewLength - replacement.m_nOldLength;
+    }
 }
 
 CFields& writable(const CFields& node)

@@ -31,7 +31,7 @@ public:
             m_nNear += bytes.size();
         }
     }
-    /// Appends the first `count` bytes of a block that has 32, without a loop.
+    /// Appends the first `count` bytes of a block of 32: all 32 are copied, which needs no loop.
     void putOf32(const char* block, std::size_t count)
     {
         std::memcpy(m_cNear + m_nNear, block, s_cnSlack);
@@ -60,7 +60,7 @@ public:
 
 private:
     static constexpr std::size_t s_cnNear = 512;
-    static constexpr std::size_t s_cnSlack = 32;  // so much may always be written behind the last byte
+    static constexpr std::size_t s_cnSlack = 32;  // bytes that may always be written after the last one
 
     void advance(std::size_t count)
     {

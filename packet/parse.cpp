@@ -1,7 +1,7 @@
 // packet/parse.cpp - trees from packets.
 //
-// Every step tells the bytes that remain, or how many are missing; a walk carries that number from item to item and
-// from level to level, on a stack of its own.
+// Every step results in the number of bytes that remain, or, below zero, of those that are missing. A walk carries that
+// number from item to item and from level to level, on a stack of its own.
 
 #include <algorithm>
 #include <climits>
@@ -16,7 +16,7 @@
 #include "packet/keyword_call.h"
 #include "packet/keyword_table.h"
 #include "packet/limits.h"
-#include "packet/memo.h"
+#include "packet/pending_sizes.h"
 
 namespace murv
 {
@@ -71,14 +71,14 @@ private:
     std::int64_t m_llLength;
     std::int64_t m_llOffset = 0;
     bool m_bStore;
-    detail::tMemoList m_vMemo;
+    detail::tPendingSizes m_vSizes;
 };
 
 bool CPacketParser::askExternal(CFields& leaf)
 {
     return detail::callKeyword(
         CFields::getParsePktFP4ESK(tFieldAccess::pei(leaf).m_ucSkKind), leaf,
-        {m_pData, static_cast<unsigned int>(m_llLength), static_cast<unsigned int>(m_llOffset), &m_vMemo},
+        {m_pData, static_cast<unsigned int>(m_llLength), static_cast<unsigned int>(m_llOffset), &m_vSizes},
         "murv::CFields::pkt_parsePrepare4SKI", "Found not parsing event for ESK(external supporting keyword)");
 }
 
@@ -87,13 +87,13 @@ void CPacketParser::recordSize(const tPacketExpInfo& pei)
     std::string_view value;
     unsigned int size = 0;
     if (detail::findValue(pei, pei.m_uiLength, item(), value) && detail::readSize(pei.m_ePacketExp, value, size))
-        detail::addMemo(m_vMemo,
-                        {pei.m_ucSkOption, 1, 0, pei.m_usSkIndex, static_cast<unsigned int>(m_llOffset), size});
+        detail::setPendingSize(m_vSizes,
+                               {pei.m_ucSkOption, 1, 0, pei.m_usSkIndex, static_cast<unsigned int>(m_llOffset), size});
 }
 
 /// Runs the leaf's keyword before its item is read.
 /// \param length  the leaf's own; a sized item gets the announced one
-/// \return false when the leaf is none any more
+/// \return false when the callback made the leaf a container
 bool CPacketParser::prepare(CFields& leaf, unsigned int& length, bool& store)
 {
     const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
@@ -103,14 +103,14 @@ bool CPacketParser::prepare(CFields& leaf, unsigned int& length, bool& store)
         length = pei.m_uiLength;  // the callback may have given it
         return !tFieldAccess::isContainer(leaf);
     }
-    if (!detail::hasLength(pei, !m_vMemo.empty()))
+    if (!detail::hasLength(pei, !m_vSizes.empty()))
         return true;
     const detail::tKeywordRow* const row = detail::findKeyword(pei.m_usSkIndex);
     if (row == nullptr || row->m_eRole != detail::KR_size)
         return true;
     if (pei.m_eLengthExp != LEC_D)
         recordSize(pei);
-    else if (const tMemoFieldInfo* const record = detail::findMemo(m_vMemo, pei.m_ucSkOption))
+    else if (const tMemoFieldInfo* const record = detail::findPendingSize(m_vSizes, pei.m_ucSkOption))
     {
         length = record->m_uiSize;
         if (store && record->m_uiSize == 0 && pei.m_eRuntimeExp == REC_C)
@@ -144,7 +144,7 @@ std::int64_t CPacketParser::readItem(CFields& leaf, unsigned int length, bool st
     const detail::tRemaining bytes = item();
     const bool variable = lengthExp == LEC_V;
     const std::int64_t need = variable ? pei.m_ucPrefixSize : length;
-    // The next item begins behind the length that was recorded before, whatever this item's prefix says.
+    // The next item begins after the length that was recorded before, whatever this item's prefix says.
     m_llOffset += std::min(length, detail::s_cuiLongestItem);
     if (rest < 1 || (m_pData == nullptr && (store || variable)))
         return -need;

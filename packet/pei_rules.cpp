@@ -1,9 +1,9 @@
-// packet/pei_rules.cpp - which packet expressions from outside are valid.
+// packet/pei_rules.cpp - which packet expressions are valid, and which value is saved with them.
 //
 // One order of tests for files and text, so that both refuse the same with the same words.
 #include "packet/pei_rules.h"
 
-#include "murv/fields.h"
+#include "core/field_access.h"
 #include "packet/keyword_table.h"
 
 namespace murv::detail
@@ -46,6 +46,18 @@ const char* findPeiFault(const tPacketExpInfo& pei)
     if (pei.m_usSkIndex == 0)
         return nullptr;
     return pei.m_ucSkKind == 0 ? findInternalFault(pei) : findExternalFault(pei);
+}
+
+tSavedValue chooseSavedValue(const CFields& leaf, bool maySaveSecond)
+{
+    tSavedValue saved{VK_actual, tFieldAccess::pei(leaf)};
+    if (!isDualExpression(saved.m_tPEI) || leaf.isEqualDualValue())
+        return saved;
+    if (maySaveSecond)
+        saved.m_eKind = VK_fix;
+    else
+        saved.m_tPEI.m_usSkIndex = 0;
+    return saved;
 }
 
 }  // namespace murv::detail

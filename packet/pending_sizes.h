@@ -1,7 +1,8 @@
-// packet/memo.h - what size keywords remember during the making, parsing or checking of one packet.
+// packet/pending_sizes.h - the sizes that are announced while one packet is made, parsed or checked.
 //
-// A size item and the items whose length it tells are paired by their option. The list holds the last size item of each
-// option, so it never has more than sixteen records.
+// A size item ("sizedef_1") announces the length of a sized item ("sizeset_1"); the option pairs them. The last size
+// item of each option counts, so that there are never more than sixteen records. Callbacks of external keywords are
+// shown the list, which is why its record has a public name.
 #pragma once
 
 #include <vector>
@@ -20,21 +21,21 @@ struct tMemoFieldInfo
     unsigned char m_ucReserved : 3;
     unsigned short m_usSkIndex;  // keyword of the size item
     unsigned int m_uiOffset;     // of the size item in the packet
-    unsigned int m_uiSize;       // length that it tells, in bytes
+    unsigned int m_uiSize;       // that it announces, in bytes
 };
 
 #pragma pack(pop)
 
-static_assert(sizeof(tMemoFieldInfo) == 11, "a memo record is eleven bytes");
+static_assert(sizeof(tMemoFieldInfo) == 11, "a record is eleven bytes");
 
 namespace detail
 {
 
-using tMemoList = std::vector<tMemoFieldInfo>;
+using tPendingSizes = std::vector<tMemoFieldInfo>;
 
-inline tMemoFieldInfo* findMemo(tMemoList& memo, unsigned int option)
+inline tMemoFieldInfo* findPendingSize(tPendingSizes& sizes, unsigned int option)
 {
-    for (tMemoFieldInfo& record : memo)
+    for (tMemoFieldInfo& record : sizes)
     {
         if (record.m_ucSkOption == option)
             return &record;
@@ -42,13 +43,13 @@ inline tMemoFieldInfo* findMemo(tMemoList& memo, unsigned int option)
     return nullptr;
 }
 
-/// Takes the place of an earlier record of the same option.
-inline void addMemo(tMemoList& memo, const tMemoFieldInfo& record)
+/// Replaces an earlier record of the same option.
+inline void setPendingSize(tPendingSizes& sizes, const tMemoFieldInfo& record)
 {
-    if (tMemoFieldInfo* const before = findMemo(memo, record.m_ucSkOption))
+    if (tMemoFieldInfo* const before = findPendingSize(sizes, record.m_ucSkOption))
         *before = record;
     else
-        memo.push_back(record);
+        sizes.push_back(record);
 }
 
 }  // namespace detail

@@ -9,6 +9,7 @@
 
 #include "core/field_access.h"
 #include "core/text/byte_scan.h"
+#include "packet/pei_rules.h"
 #include "ser/text_parser.h"
 
 namespace murv::detail
@@ -155,7 +156,7 @@ inline bool CTextParser::finishValue(CFields& node, const tTokenInfo& token)
 inline void CTextParser::finishKind(CFields& node)
 {
     const tPacketExpInfo& pei = tFieldAccess::pei(node);
-    if (pei.m_ucSkKind == 0 && (pei.m_usSkIndex == VK_fix || pei.m_usSkIndex == VK_valid))
+    if (isDualExpression(pei))
         node.setVK(static_cast<E_ValueKind>(pei.m_usSkIndex));
 }
 

@@ -6,6 +6,7 @@
 
 #include "core/error_table.h"
 #include "core/field_type.h"
+#include "packet/pei_rules.h"
 #include "ser/integer_mark.h"
 
 namespace murv
@@ -13,17 +14,6 @@ namespace murv
 
 namespace detail
 {
-
-namespace
-{
-
-/// Whether the expression names "fix" or "valid", the internal keywords that give the second value its meaning.
-bool marksSecondValue(const tPacketExpInfo& pei)
-{
-    return pei.m_ucSkKind == 0 && (pei.m_usSkIndex == VK_fix || pei.m_usSkIndex == VK_valid);
-}
-
-}  // namespace
 
 CValueWriter::CValueWriter(ISaver& saver)
     : m_tSaver(saver),
@@ -78,28 +68,20 @@ char* CValueWriter::writeMarked(char* out, const tSlot& slot, unsigned char& wri
 
 char CValueWriter::writeExpressed(ITextSink& sink, const CFields& node, unsigned char& written)
 {
-    E_ValueKind kind = VK_actual;
-    tPacketExpInfo pei = tFieldAccess::pei(node);
-    if (marksSecondValue(pei) && !node.isEqualDualValue())
-    {
-        if (m_tSaver.BC32_Check(SCBC_SECOND_VALUE | SCBC_LOSSLESS))
-            kind = VK_fix;
-        else
-            pei.m_usSkIndex = 0;
-    }
+    const tSavedValue saved = chooseSavedValue(node, m_tSaver.BC32_Check(SCBC_SECOND_VALUE | SCBC_LOSSLESS));
     char last = '\0';
     if ((m_tSaver.m_ucStyle & SAVE_SPACING) != 0 && (written & (WRITTEN_ID | WRITTEN_NAME)) != 0)
     {
         last = ' ';
         sink.put(" ");
     }
-    const std::string_view expression = m_tSaver.makePEI(tFieldAccess::type(node), pei, written);
+    const std::string_view expression = m_tSaver.makePEI(tFieldAccess::type(node), saved.m_tPEI, written);
     if (!expression.empty())
     {
         last = expression.back();
         sink.put(expression);
     }
-    const tSlot slot = tFieldAccess::slot(node, kind);
+    const tSlot slot = tFieldAccess::slot(node, saved.m_eKind);
     const char lastOfValue = m_bLossless ? writeWholeValue(sink, slot, written) : writeValue(sink, slot, written);
     return lastOfValue == '\0' ? last : lastOfValue;
 }

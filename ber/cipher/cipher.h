@@ -1,9 +1,8 @@
 // cipher.h - the ciphers of binary files, by their number in the file.
 //
-// Everything that is asked about a cipher is a column of one table: what
-// messages call it, whether it needs a key, and what does the work, slice by
-// slice. A new cipher is a new row; nobody asks which one it is. It knows bytes
-// and keys only.
+// Everything that is asked about a cipher is a column of one table: what messages call it, whether it needs a key, and
+// what does the work, slice by slice. A new cipher is a new row; nobody asks which one it is. It knows bytes and keys
+// only.
 
 #pragma once
 
@@ -27,9 +26,8 @@ inline constexpr unsigned int s_cuiCipherCount = 2;
 /// Room for the prepared key of any cipher; wiped when it goes.
 using tCipherKey = CWipedArea<std::uint32_t, 32>;
 
-/// A message is coded in slices, one after the other. All slices but the last
-/// have lengths that are multiples of these; how long they are makes no
-/// difference to the result.
+/// A message is coded in slices, one after the other. All slices but the last have lengths that are multiples of these;
+/// how long they are makes no difference to the result.
 inline constexpr std::size_t s_cnPlainSliceUnit = 48;
 inline constexpr std::size_t s_cnTextSliceUnit = 16;  // when decoding
 
@@ -40,8 +38,7 @@ struct tCipherSlice
     unsigned char* m_pOut;        // does not overlap the input
     const unsigned char* m_pIn;
     std::size_t m_nLength;
-    bool m_bFilledUp = false;  // encoding the last slice: a block that is not full
-                               // is filled up, if there are blocks
+    bool m_bFilledUp = false;  // encoding: a last block that is not full is filled up
 };
 
 struct tCipherRow
@@ -52,16 +49,14 @@ struct tCipherRow
 
     /// Makes a password a key. \return false when it is refused
     bool (*m_pPrepareKey)(std::uint32_t* key, const void* password, std::size_t length);
-    /// Size of the text of a message. \pre it fits a 32-bit count, or the result
-    /// is at least too large for one
+    /// Size of the text of a message of up to 2^62 bytes.
     std::uint64_t (*m_pTextSize)(std::uint64_t length, bool filledUp);
-    /// What a text gives when nothing in it is wrong.
+    /// How many bytes a text gives when nothing in it is wrong.
     std::size_t (*m_pPlainSize)(std::size_t textLength);
 
     /// Encodes a slice. \return the bytes written: `m_pTextSize` of its length
     std::size_t (*m_pEncodeSlice)(const tCipherSlice& slice);
-    /// Decodes a slice. \return the bytes written; fewer than `m_pPlainSize` of
-    /// its length when the message ends in it
+    /// Decodes a slice. \return the bytes written; fewer than `m_pPlainSize` of its length when the message ends in it
     std::size_t (*m_pDecodeSlice)(const tCipherSlice& slice);
 };
 
@@ -79,8 +74,7 @@ inline const tCipherRow& cipherRow(E_CipherType type)
     return *findCipher(type);
 }
 
-/// The name used in messages, "VERNAM" or "SEED"; "" for a number that no
-/// cipher has.
+/// The name used in messages, "VERNAM" or "SEED"; "" for a number that no cipher has.
 const char* cipherName(unsigned int type);
 
 }  // namespace murv::detail

@@ -1,5 +1,4 @@
-// message.cpp - whole messages: one slice of the cipher's row, and a buffer for
-// it.
+// message.cpp - whole messages: one slice of the cipher's row, and a buffer for it.
 
 #include "ber/cipher/message.h"
 

@@ -2,7 +2,7 @@
 
 #include "packet_helpers.h"
 
-#include "packet/memo.h"
+#include "packet/pending_sizes.h"
 #include "tests/support/processor_seconds.h"
 
 #include <gtest/gtest.h>
