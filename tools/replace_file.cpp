@@ -59,7 +59,7 @@ int followLinks(tTarget& target)
         if (length < 0)
             return errno;
         const std::string link(text, static_cast<std::size_t>(length));
-        path = link[0] == '/' ? link : directory4Path(path) + link;
+        path = (link[0] == '/' ? std::string() : directory4Path(path)).append(link);
     }
     return ELOOP;
 }
