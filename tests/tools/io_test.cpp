@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "tests/support/sanitized.h"
 #include "tests/tools/tool.h"
 
 namespace murv::tests
