@@ -12,8 +12,8 @@ import sys
 from check_includes import LIBRARY
 
 FOLDERS = [*LIBRARY, "tools"]
-MOST_FUNCTION_LINES = 60
-MOST_FILE_LINES = 507
+MOST_FUNCTION_LINES = 45
+MOST_FILE_LINES = 450
 LONG_FILES = {"include/murv/fields.h"}  # one class, mostly comments for users
 
 OPENING = re.compile(r"^( *)\{$")
