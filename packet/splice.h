@@ -20,7 +20,7 @@ struct tReplacement
 ///
 /// \param replacements  in the order of the text, without overlap
 /// \param fresh         the new parts, one after the other
-/// Parts that keep their length are written over; from the first one that does not on, the text is written anew. So each
+/// Parts that keep their length are overwritten; from the first other one on, the text is written anew. So each
 /// byte moves at most once, and those before that part never do. Throws std::bad_alloc.
 void splice(std::string& text, const std::vector<tReplacement>& replacements, std::string_view fresh);
 

@@ -39,7 +39,7 @@ constexpr tBitColumns makeToGfni()
 
 inline constexpr tBitColumns s_caucToGfni = makeToGfni();
 
-/// Behind the inversion: back into SEED's field, to the power 8 (S0) or 4 (S1), through the matrix of the S-box.
+/// After the inversion: back into SEED's field, to the power 8 (S0) or 4 (S1), through the matrix of the S-box.
 constexpr tBitColumns makeFromInverse(const tSBoxRule& rule)
 {
     tBitColumns columns{};

@@ -171,7 +171,8 @@ public:
     CLoaders(const CLoaders& other);
     CLoaders& operator=(const CLoaders& other);
 
-    /// Data of fewer than 4 bytes is refused, unless LCBC_LOSSLESS says that it is text; null data or a size of 0 gives false and leaves the last error.
+    /// Data of fewer than 4 bytes is refused, unless LCBC_LOSSLESS says that it is text; null data or a size of 0 gives
+    /// false and leaves the last error.
     bool loadit(const char* data, unsigned int size, CFields& target, const char* password = nullptr,
                 bool comments = true) override;
     bool getStatus() const override;

@@ -1,6 +1,6 @@
 // tests/ser/layout_model.h - the human-friendly layout in its plainest form: slow, recursive, on one std::string.
 //
-// The model decides by reading back the last character that it wrote, which is how the rule is put; the engine decides by
+// The model decides by reading back the last character that it wrote, as the rule says; the engine decides by
 // what it knows of the line. Comparing both on random trees shows that they mean the same.
 #pragma once
 
