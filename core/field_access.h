@@ -288,6 +288,7 @@ private:
     /// Values and the other parts, except members: a container copies as an empty one.
     static void copyParts(CFields& to, const CFields& from);
     static void copyOwnValues(CFields& to, const CFields& from);
+    static void copySecond(CFields& to, const CFields& from);
     static void copyMembersInto(CFields& to, const CFields& from);
     static CFields& appendTo(CFieldVector*& members);
 };
