@@ -114,7 +114,9 @@ void* allot(std::size_t size) noexcept
 
 #endif
 
-void* operator new(std::size_t size)
+// Never inline: valgrind replaces these by their names, and a pair of which only one was replaced does not match.
+
+[[gnu::noinline]] void* operator new(std::size_t size)
 {
     void* const block = allot(size);
     if (block == nullptr)
@@ -122,47 +124,47 @@ void* operator new(std::size_t size)
     return block;
 }
 
-void* operator new[](std::size_t size)
+[[gnu::noinline]] void* operator new[](std::size_t size)
 {
     return operator new(size);
 }
 
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
     return allot(size);
 }
 
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+[[gnu::noinline]] void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
 {
     return allot(size);
 }
 
-void operator delete(void* block) noexcept
+[[gnu::noinline]] void operator delete(void* block) noexcept
 {
     std::free(block);
 }
 
-void operator delete[](void* block) noexcept
+[[gnu::noinline]] void operator delete[](void* block) noexcept
 {
     std::free(block);
 }
 
-void operator delete(void* block, std::size_t) noexcept
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept
 {
     std::free(block);
 }
 
-void operator delete[](void* block, std::size_t) noexcept
+[[gnu::noinline]] void operator delete[](void* block, std::size_t) noexcept
 {
     std::free(block);
 }
 
-void operator delete(void* block, const std::nothrow_t&) noexcept
+[[gnu::noinline]] void operator delete(void* block, const std::nothrow_t&) noexcept
 {
     std::free(block);
 }
 
-void operator delete[](void* block, const std::nothrow_t&) noexcept
+[[gnu::noinline]] void operator delete[](void* block, const std::nothrow_t&) noexcept
 {
     std::free(block);
 }
