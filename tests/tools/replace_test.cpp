@@ -407,7 +407,7 @@ TEST(Replace, fullDiskLeavesTheOldFile)
 {
     // The mounts of this process alone, so that nothing stays when it ends.
     MURV_NEEDS(
-        geteuid() == 0 && unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0,
+        geteuid() == 0 && unshare(CLONE_NEWNS) == 0 && mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0,
         "root, and the right to mount");
     for (const tWay& way : s_ctWays)
     {
