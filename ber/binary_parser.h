@@ -79,7 +79,7 @@ private:
     /// Keeps the name, which lies in the window, while the window moves.
     void keepName(tRecord& record);
 
-    /// Whether the body has so many bytes, which are in the window then; right for up to CBodySource::s_cnAhead.
+    /// Whether the window holds `count` more bytes; valid for counts up to CBodySource::s_cnAhead.
     bool hasBytes(std::size_t count) const
     {
         return m_tSource.inWindow() >= count;

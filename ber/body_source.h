@@ -45,7 +45,7 @@ public:
     {
         return static_cast<std::size_t>(m_pWindowEnd - m_pCursor);
     }
-    /// \pre so many bytes are in the window
+    /// \pre the window holds `count` bytes
     void advance(std::size_t count)
     {
         m_pCursor += count;

@@ -64,7 +64,7 @@ inline constexpr std::size_t s_cnShortestRecord = s_cnEmptyLeaf;
 /// Upper bound of a record without comments, members and a string's bytes.
 inline constexpr std::size_t s_cnLongestFixedPart = s_cnEmptyLeaf + 255 + s_cnNumberSize;
 
-/// Whether so many bytes, from 8 to 16, are all zero, as they are where there is no ID, expression or comment.
+/// Whether `count` bytes, 8 to 16 of them, are all zero: they are where there is no ID, expression or comment.
 inline bool isZero(const char* bytes, std::size_t count) noexcept
 {
     return (loadWord(bytes) | loadWord(bytes + count - 8)) == 0;

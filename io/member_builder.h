@@ -114,8 +114,8 @@ public:
 
 private:
     static constexpr std::uint32_t s_cuiOnStack = 4096;  // more members than this go to blocks of their own
-    static constexpr std::uint32_t s_cuiScan = 8;        // up to so many members all names are compared
-    static constexpr std::uint32_t s_cuiFiltered = 64;   // up to so many only when the filter may know the name
+    static constexpr std::uint32_t s_cuiScan = 8;        // up to this many members, all names are compared
+    static constexpr std::uint32_t s_cuiFiltered = 64;   // up to this many, only if the filter may know the name
     static constexpr std::uint32_t s_cuiFilterWords = 8;
 
     CFieldVector*& members() const noexcept

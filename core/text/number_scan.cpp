@@ -104,7 +104,7 @@ inline const char* appendDigits(const char* text, const char* p, const char* end
     return p;
 }
 
-/// Appends up to 18 digits: so many pass no limit, and need no look at the number.
+/// Appends up to 18 digits, which cannot overflow the number, so that no digit needs a check.
 inline const char* appendBelowLimits(const char* p, const char* end, std::uint64_t& value) noexcept
 {
     const char* const stop = end - p > s_cnBelowLimits ? p + s_cnBelowLimits : end;

@@ -92,7 +92,7 @@ int parse(CFields& tree, const std::string& packet, bool store = true)
     return tree.pkt_Parse4Children(packet.data(), static_cast<unsigned int>(packet.size()), store);
 }
 
-/// Parses a packet into a tree freshly loaded from a layout, so many times.
+/// Parses a packet into the same tree, pass after pass. \return the result of the last pass
 int parsePasses(CFields& tree, const std::string& packet, unsigned int passes)
 {
     int result = 0;

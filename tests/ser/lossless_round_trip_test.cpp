@@ -236,7 +236,7 @@ TEST(LosslessRoundTrip, ofEmptyContainersInEachOther)
         CFields& array = node->addChildRef("a");
         array.setValue(DT_array);
         array.addArrayAt(CFields(DT_array)).setComment("/* before */", CP_before);
-        array.addArrayAt(CFields(DT_fields)).setComment("// behind", CP_trailing);
+        array.addArrayAt(CFields(DT_fields)).setComment("// after it", CP_trailing);
         node = &array.addArrayAt(CFields(DT_fields));
     }
     ASSERT_NO_FATAL_FAILURE(expectRoundTrip(tree));

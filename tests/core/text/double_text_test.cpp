@@ -75,7 +75,7 @@ testing::AssertionResult isShortest(double value)
         return testing::AssertionFailure() << text << " is longer than " << shorter;
     char nearest[64];
     std::snprintf(nearest, sizeof nearest, "%.*e", static_cast<int>(digits) - 1, value);
-    // Where the C library's nearest number of so many digits reads back, it is the one.
+    // Where printf's text of as many digits reads back equal, ours must be that number.
     if (std::strtod(nearest, nullptr) == value && std::strtold(nearest, nullptr) != std::strtold(text.c_str(), nullptr))
         return testing::AssertionFailure() << text << " is not as near as " << nearest;
     return testing::AssertionSuccess();
