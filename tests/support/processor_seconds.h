@@ -4,6 +4,8 @@
 // best of several runs, as what disturbs a run only makes it slower.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <ctime>
 
@@ -32,6 +34,24 @@ double processorSeconds(int runs, tAction&& action)
 {
     return processorSeconds(
         runs, [] { return 0; }, [&](int) { action(); });
+}
+
+/// Passes when the large case takes less than `bound` times the seconds of the small one; both are functions that
+/// measure. While the large one seems to take more, both are measured again, five times in all: other work on the
+/// machine spoils single runs, and a cost that really grows too fast is too high in every one of them.
+template <typename tSmall, typename tLarge>
+testing::AssertionResult costsLessThan(double bound, tSmall&& small, tLarge&& large)
+{
+    double least = 0;
+    double most = 0;
+    for (int attempt = 0; attempt < 5; ++attempt)
+    {
+        least = small();
+        most = large();
+        if (most < least * bound)
+            return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << most << " s are not less than " << bound << " times " << least << " s";
 }
 
 }  // namespace murv::tests
