@@ -24,11 +24,17 @@ ALLOWED = {
     "ber/cipher": ["core/text"],
     "ber": [*CORE, "packet", "io", "io/ids", "ber/cipher"],
     "front": [*CORE, "packet", "io", "ser", "ber"],
+    "layout/values": [*CORE, "packet"],
+    "layout/plan": [*CORE, "packet", "layout/values"],
+    "layout/compile": [*CORE, "packet", "layout/values", "layout/plan"],
+    "layout/run": [*CORE, "packet", "layout/values", "layout/plan"],
+    "layout": [*CORE, "packet", "layout/values", "layout/plan", "layout/compile", "layout/run"],
     "tools": ["ber", "ber/cipher"],
     "examples": [],
     "tests/package/consumer": [],
 }
-LIBRARY = ["include/murv", *CORE, "packet", "io", "io/ids", "ser", "ber", "ber/cipher", "front"]
+LIBRARY = ["include/murv", *CORE, "packet", "io", "io/ids", "ser", "ber", "ber/cipher", "front",
+           "layout/values", "layout/plan", "layout/compile", "layout/run", "layout"]
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)
 # Headers for processor instructions and sanitizers come with the compiler, as the standard library does.

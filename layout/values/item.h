@@ -1,0 +1,91 @@
+// layout/values/item.h - how the bytes of one leaf are its value.
+//
+// Compiling fills the description in from packet expression and rules; reading and making only look at it. It knows
+// neither the part nor the packet around it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "layout/values/scalar.h"
+
+namespace murv::detail
+{
+
+struct tCodePage;
+struct tKeywordRow;
+
+/// What the bytes are; the row in the table of codecs.
+enum E_ItemForm : unsigned char
+{
+    IF_text,      // characters, filled up with padding
+    IF_bytes,     // bytes as they are
+    IF_hexText,   // bytes, each as two hexadecimal digits
+    IF_digits,    // decimal digits, "-" in front
+    IF_trailing,  // decimal digits, "+" or "-" after them
+    IF_octal,     // octal digits
+    IF_hex,       // hexadecimal digits
+    IF_zoned,     // decimal digits, the sign in the last
+    IF_binary,    // integer to the base 256, one to eight bytes
+    IF_float,     // IEEE 754, four or eight bytes
+    IF_packed,    // two digits a byte, the sign in the last half
+    IF_bcd,       // two digits a byte
+};
+inline constexpr unsigned int s_cuiItemForms = IF_bcd + 1;
+
+/// Where the padding of an item of fixed width stands, and what it is.
+enum E_Padding : unsigned char
+{
+    PAD_none,         // padding is part of the value
+    PAD_blanksAfter,  // texts; numbers by the rule "left"
+    PAD_blanksFront,  // texts by "right"; numbers by "pad blank"
+    PAD_zerosFront,   // numbers
+    PAD_zeroBytes,    // after texts and bytes by "pad zero"
+};
+
+/// A part of a binary number.
+struct tBitField
+{
+    std::string m_strName;
+    unsigned int m_uiWidth;
+    unsigned int m_uiShift;  // of its lowest bit
+};
+
+/// Values that are valid: from one to another, both included; or a single one.
+struct tValidRange
+{
+    std::string m_strLow;  // as the rule states it
+    std::string m_strHigh;
+};
+
+struct tItem
+{
+    E_ItemForm m_eForm = IF_bytes;
+    E_Padding m_ePadding = PAD_none;
+    bool m_bVaries = false;  // the width varies; m_uiLength is the most bytes of value then, 0 for no bound
+    bool m_bLittle = false;  // bytes of binary numbers and prefixes, the low one first
+    bool m_bSigned = false;
+    bool m_bExact = false;  // digits stay text
+    bool m_bLower = false;  // hexadecimal digits are written in lower case
+    bool m_bBlankIsNull = false;
+    bool m_bZeroIsNull = false;
+    bool m_bKeep = false;  // of a date: the option "now" leaves it alone
+    bool m_bMask = false;
+    unsigned char m_ucShown = 0;   // masked: the last so many stay visible
+    unsigned char m_ucPrefix = 0;  // width of the length prefix, 0 without one
+    signed char m_cCalibration = 0;
+    bool m_bBinaryPrefix = false;
+    char m_cPoint = 0;  // written decimal point, 0 when it is implied
+    unsigned char m_ucDecimals = 0;
+    bool m_bDecimals = false;              // the value is a decimal text
+    unsigned int m_uiLength = 0;           // bytes of value, without prefix
+    const tCodePage* m_pPage = nullptr;    // null: bytes stay bytes, digits and blanks are ASCII
+    const tKeywordRow* m_pTime = nullptr;  // the item is a date or time
+    std::string m_strTail;                 // bytes that stand after the digits, as the rule quotes them
+    std::vector<tBitField> m_vBits;        // the value is a field set of these
+    std::vector<tValidRange> m_vValid;     // empty: all
+    std::string m_strValidDate;            // letters such as "DDMMYYYY" that the digits must be a date in
+};
+
+}  // namespace murv::detail
