@@ -1,0 +1,94 @@
+// layout/plan/plan.h - a compiled layout: its parts, and the steps in which packets are read and made.
+//
+// Steps are small operations in one row, without recursion: running them needs no walk over the parts and no look-up of
+// names. Reading and making run the same steps. A plan never changes, so threads share it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "layout/plan/part.h"
+
+namespace murv::detail
+{
+
+enum E_Step : unsigned char
+{
+    ST_run,        // items of fixed width side by side: one test of bounds. A: run
+    ST_item,       // one item of varying width. A: part
+    ST_open,       // a field set begins. A: part
+    ST_close,      // it ends. A: part
+    ST_array,      // an array begins. A: part
+    ST_next,       // its next element begins, or none does. A: part, B: step after the last element
+    ST_element,    // an element has ended; tests "until". A: part, B: its ST_next
+    ST_arrayEnd,   // an array ends. A: part
+    ST_when,       // the part is there, or the step B is next. A: part
+    ST_choose,     // one of several. A: choice
+    ST_jump,       // B: the step that is next
+    ST_cut,        // a part between marks begins: its end is found. A: part
+    ST_joint,      // it has ended: the mark, or the end of the whole. A: part, B: step after the last part
+    ST_span,       // what is measured begins. A: span
+    ST_spanEnd,    // and ends. A: span
+    ST_align,      // bytes are skipped. A: part
+    ST_link,       // a number was read: it is compared with what was measured before. A: link
+    ST_total,      // what is counted over ends: totals are compared. A: part
+    ST_reset,      // a part that may repeat begins: what is known of its values is forgotten. A: part
+    ST_record,     // a record begins. A: part
+    ST_recordEnd,  // and ends. A: part
+    ST_done,
+};
+
+struct tStep
+{
+    E_Step m_eStep;
+    unsigned int m_uiA = 0;
+    unsigned int m_uiB = 0;
+};
+
+/// Leaves of fixed width that lie side by side in one field set.
+struct tRun
+{
+    struct tField
+    {
+        unsigned int m_uiPart;
+        unsigned int m_uiOffset;  // from the beginning of the run
+        unsigned int m_uiLength;
+    };
+    std::vector<tField> m_vFields;
+    std::vector<unsigned int> m_vLiterals;  // indexes of fields that are literals
+    std::vector<unsigned int> m_vKept;      // indexes of fields whose values are kept in registers
+    unsigned int m_uiLength = 0;
+};
+
+/// The alternatives of a field set, each with the step at which it begins.
+struct tChoice
+{
+    unsigned int m_uiSet = s_cuiNone;
+    std::vector<unsigned int> m_vSteps;        // by member; the last step of each is ST_jump
+    std::vector<unsigned int> m_vMember4Byte;  // CH_heads told apart by one byte: 256 entries; else empty
+    unsigned int m_uiOffset = 0;               // of that byte
+};
+
+struct tPlan
+{
+    std::vector<tPart> m_vParts;  // the first is the root
+    std::vector<tLink> m_vLinks;
+    std::vector<tSpan> m_vSpans;
+    tFrame m_tFrame;
+    std::string m_strComment;
+
+    // Made from these by makeSteps().
+    std::vector<tStep> m_vSteps;
+    std::vector<tRun> m_vRuns;
+    std::vector<tChoice> m_vChoices;
+    std::vector<unsigned int> m_vRegister4Part;  // by part: of its value, or none
+    unsigned int m_uiRegisters = 0;
+    std::vector<unsigned int> m_vLinksInOrder;  // as making computes them
+    bool m_bSelfEvident = false;                // what is made cannot be read in another way
+};
+
+/// Makes the steps of a plan whose parts, links, spans and frame are complete.
+void makeSteps(tPlan& plan);
+
+}  // namespace murv::detail
