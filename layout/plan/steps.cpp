@@ -55,6 +55,7 @@ private:
     unsigned int add(E_Step step, unsigned int a, unsigned int b = s_cuiNone);
     unsigned int here();
     bool isBetween(unsigned int part) const;
+    bool isCut(unsigned int part) const;
     bool mayBeAbsent(const tPart& part) const;
 
     tPlan& m_tPlan;
@@ -82,6 +83,14 @@ bool CStepMaker::isBetween(unsigned int part) const
 {
     const unsigned int parent = m_tPlan.m_vParts[part].m_uiParent;
     return parent != s_cuiNone && !m_tPlan.m_vParts[parent].m_strBetween.empty();
+}
+
+/// An array with the mark of the field set around it takes all the parts that are left, so nothing ends it.
+bool CStepMaker::isCut(unsigned int part) const
+{
+    const tPart& member = m_tPlan.m_vParts[part];
+    return isBetween(part) &&
+           (member.m_eKind != PK_array || member.m_strBetween != m_tPlan.m_vParts[member.m_uiParent].m_strBetween);
 }
 
 bool CStepMaker::mayBeAbsent(const tPart& part) const
@@ -206,10 +215,10 @@ void CStepMaker::beginMember(tOpen& open)
         open.m_uiWhen = add(ST_when, open.m_uiPart);
     if (!isBetween(open.m_uiPart))
         return;
-    const bool isElement = m_tPlan.m_vParts[part.m_uiParent].m_eKind == PK_array;
-    if (!isElement)
+    if (m_tPlan.m_vParts[part.m_uiParent].m_eKind == PK_set)
         m_vOpen.back().m_vToEnd.push_back(add(ST_joint, open.m_uiPart));
-    add(ST_cut, open.m_uiPart);
+    if (isCut(open.m_uiPart))
+        add(ST_cut, open.m_uiPart);
 }
 
 void CStepMaker::enter(unsigned int part)
@@ -261,7 +270,7 @@ void CStepMaker::leave()
         add(ST_recordEnd, open.m_uiPart);
     if (!m_tPlan.m_vLinks4Base[open.m_uiPart].empty())
         add(ST_total, open.m_uiPart);
-    if (isBetween(open.m_uiPart))
+    if (isCut(open.m_uiPart))
         add(ST_uncut, open.m_uiPart);
     if (!m_vOpen.empty() && m_vOpen.back().m_uiChoice != s_cuiNone)
         m_vOpen.back().m_vToEnd.push_back(add(ST_jump, open.m_uiPart));
@@ -319,7 +328,9 @@ void listLinks(tPlan& plan)
             plan.m_vLinks4Span[link.m_uiSpan].push_back(i);
         if (link.m_uiBase != s_cuiNone)
             plan.m_vLinks4Base[link.m_uiBase].push_back(i);
-        if (link.m_eKind == LK_sum || link.m_eKind == LK_elements)
+        if (link.m_eKind == LK_bits)
+            plan.m_vLinks4Base[link.m_uiTarget].push_back(i);
+        if (link.m_eKind == LK_sum || link.m_eKind == LK_elements || link.m_eKind == LK_count)
             plan.m_vLinks4Counted[link.m_uiTarget].push_back(i);
         if (link.m_eKind != LK_records)
             continue;
@@ -363,6 +374,24 @@ void makeByteTable(const tPlan& plan, tChoice& choice)
     choice.m_vMember4Byte = std::move(table);
 }
 
+/// Sorts the members that a value can choose.
+void sortMembers(const tPlan& plan, tChoice& choice)
+{
+    const std::vector<unsigned int>& members = plan.m_vParts[choice.m_uiSet].m_vMembers;
+    const auto part = [&](unsigned int member) -> const tPart& { return plan.m_vParts[members[member]]; };
+    for (unsigned int member = 0; member < members.size(); ++member)
+    {
+        if (part(member).m_uiID != 0)
+            choice.m_vByID.push_back(member);
+        if (!part(member).m_strName.empty())
+            choice.m_vByName.push_back(member);
+    }
+    std::sort(choice.m_vByID.begin(), choice.m_vByID.end(),
+              [&](unsigned int a, unsigned int b) { return part(a).m_uiID < part(b).m_uiID; });
+    std::sort(choice.m_vByName.begin(), choice.m_vByName.end(),
+              [&](unsigned int a, unsigned int b) { return part(a).m_strName < part(b).m_strName; });
+}
+
 }  // namespace
 
 void makeSteps(tPlan& plan)
@@ -374,6 +403,8 @@ void makeSteps(tPlan& plan)
     {
         if (plan.m_vParts[choice.m_uiSet].m_eChoice == CH_heads)
             makeByteTable(plan, choice);
+        else
+            sortMembers(plan, choice);
     }
 }
 
