@@ -31,10 +31,37 @@ struct tLayoutMistake
     std::string m_strMessage;     ///< one plain sentence
 };
 
+/// What a part of a layout is.
+enum E_LayoutPart : unsigned int
+{
+    LP_leaf = 0,    ///< a value
+    LP_fields = 1,  ///< a row of parts, or one of several
+    LP_array = 2,   ///< repeats its one member
+};
+
+/// A part of a compiled layout, as it is seen from outside. Parts are numbered in the order of the packet, each before
+/// its members; the root is part 0.
+struct tLayoutPart
+{
+    E_LayoutPart m_eKind;
+    std::string_view m_strvName;        ///< as in the data; empty: none
+    unsigned int m_uiID;                ///< 0 for none
+    unsigned int m_uiParent;            ///< number of the part around it; of the root, CLayout::s_cuiNoPart
+    std::string_view m_strvExpression;  ///< packet expression, such as `ANF10`; of leaves
+    std::string_view m_strvRules;       ///< the rules about it, as the layout states them
+    std::string_view m_strvComment;     ///< the comment before it, without its slashes
+    bool m_bRecord;                     ///< a record: the outermost field set with leaves of its own
+    bool m_bLiteral;                    ///< its bytes are always the same
+    bool m_bComputed;                   ///< making fills it in
+    bool m_bMasked;                     ///< people see stars
+};
+
 /// A compiled layout. Copies share what was compiled, which never changes; threads may, too.
 class MURV_API CLayout
 {
 public:
+    static constexpr unsigned int s_cuiNoPart = 0xFFFFFFFF;
+
     CLayout();
     CLayout(const CLayout&);
     CLayout(CLayout&&) noexcept;
@@ -55,12 +82,123 @@ public:
     const std::vector<tLayoutMistake>& getMistakes() const;
     bool isCompiled() const;
 
+    /// Number of parts; 0 before a compilation.
+    unsigned int getPartCount() const;
+    /// A part; its texts live as long as the layout or a copy of it. Throws CLogicError for a number that is none.
+    tLayoutPart getPart(unsigned int number) const;
+    /// The path of a part, such as `batches.entries.entry.amount`; elements of arrays add nothing.
+    std::string getPath(unsigned int number) const;
+
     /// For the codec's own classes; null before a compilation.
     const std::shared_ptr<const detail::tPlan>& getPlan() const;
 
 private:
     std::shared_ptr<const detail::tPlan> m_pPlan;
     std::vector<tLayoutMistake> m_vMistakes;
+};
+
+/// How packets are read.
+struct tReadOptions
+{
+    bool m_bUnscaled = false;  ///< numbers with decimals as integers, in units of the last decimal
+};
+
+/// How packets are made.
+struct tMakeOptions
+{
+    bool m_bNow = false;      ///< dates and times become the present one, but for those with the rule "keep"
+    bool m_bAgree = false;    ///< data for a number that is filled in must agree with it
+    bool m_bReturns = false;  ///< lines end with carriage return and line feed
+    bool m_bOpenEnd = false;  ///< no line end after the last line
+};
+
+/// The value of a leaf, without a node.
+struct tPacketValue
+{
+    E_DataType m_eType;            ///< DT_null, DT_sint, DT_uint, DT_double or DT_codelist
+    unsigned long long m_ullBits;  ///< of DT_sint, DT_uint (the number) and DT_double
+    std::string_view m_strvText;   ///< of DT_codelist; valid during the call
+};
+
+/// Where something lies in the input, in bytes.
+struct tByteRange
+{
+    std::uint64_t m_ullOffset;
+    std::uint64_t m_ullLength;
+};
+
+/// Sees the parts of a packet in their order, while it is read. Parts are told by their numbers in the layout.
+class MURV_API IPacketVisitor
+{
+public:
+    virtual ~IPacketVisitor();
+    virtual void onFields(unsigned int part) = 0;
+    virtual void onFieldsEnd(unsigned int part) = 0;
+    virtual void onArray(unsigned int part) = 0;
+    virtual void onElement(unsigned int part, std::uint64_t index) = 0;
+    virtual void onArrayEnd(unsigned int part) = 0;
+    /// A record begins at that offset of the input; numbers count from 1.
+    virtual void onRecord(unsigned int part, std::uint64_t number, std::uint64_t offset) = 0;
+    virtual void onRecordEnd(unsigned int part) = 0;
+    /// A value, with the place of its bytes, without length prefix and end mark.
+    virtual void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) = 0;
+};
+
+/// Reads packets and files that are wholly in memory. One thread each.
+class MURV_API CPacketReader
+{
+public:
+    /// Throws CLogicError for a layout that is not compiled.
+    explicit CPacketReader(const CLayout& layout, const tReadOptions& options = {});
+    CPacketReader(CPacketReader&&) noexcept;
+    CPacketReader& operator=(CPacketReader&&) noexcept;
+    ~CPacketReader();
+
+    /// Reads all bytes into a tree, which is emptied first.
+    ///
+    /// \param tree  has the names and IDs of the layout, and only what was read; after a fault, what was read before it
+    /// \return false at a fault, see getFault(); findings do not matter here
+    /// Linear in the bytes. Memory: the tree, and some 24 bytes for each row of fixed items.
+    bool read(std::string_view bytes, CFields& tree);
+    /// The same for a visitor, which sees records up to the fault.
+    bool visit(std::string_view bytes, IPacketVisitor& visitor);
+    /// The same without keeping any value.
+    bool check(std::string_view bytes);
+
+    /// Why the last call failed; PF_none when it did not.
+    const tPacketFault& getFault() const;
+    /// What the last call found beside it, in the order of the input.
+    const std::vector<tPacketFault>& getFindings() const;
+
+private:
+    struct tState;
+    std::unique_ptr<tState> m_pState;
+};
+
+/// Makes packets and files from trees. One thread each.
+class MURV_API CPacketMaker
+{
+public:
+    /// Throws CLogicError for a layout that is not compiled.
+    explicit CPacketMaker(const CLayout& layout, const tMakeOptions& options = {});
+    CPacketMaker(CPacketMaker&&) noexcept;
+    CPacketMaker& operator=(CPacketMaker&&) noexcept;
+    ~CPacketMaker();
+
+    /// Makes the packet of a tree. What the tree lacks takes the layout's value; what the layout does not know is a
+    /// fault. Reading the packet gives the same tree, with defaults and numbers filled in; nothing is ever cut.
+    ///
+    /// \param packet  replaced; empty after a fault
+    /// \return false at a fault, see getFault()
+    /// Linear in the packet, and once more for each level of nested numbers whose own width varies.
+    bool make(const CFields& tree, std::string& packet);
+
+    const tPacketFault& getFault() const;
+    const std::vector<tPacketFault>& getFindings() const;
+
+private:
+    struct tState;
+    std::unique_ptr<tState> m_pState;
 };
 
 }  // namespace murv

@@ -100,7 +100,7 @@ struct tPlan
     std::vector<std::vector<unsigned int>> m_vLinks4Counted;  // by part: totals that count it
     std::vector<std::vector<unsigned int>> m_vLinks4Base;     // by part: totals that end with it
     std::vector<std::vector<unsigned int>> m_vLinks4Span;     // by span: links that measure it
-    std::vector<unsigned int> m_vLinksInOrder;                // as making computes them
+    std::vector<unsigned int> m_vOrder4Link;                  // by link: totals of lower order come first
     bool m_bSelfEvident = false;                              // what is made cannot be read in another way
 };
 

@@ -342,6 +342,29 @@ void listLinks(tPlan& plan)
     }
 }
 
+/// A total that counts numbers of other totals has a higher order than these. Circles were refused before.
+void orderLinks(tPlan& plan)
+{
+    plan.m_vOrder4Link.assign(plan.m_vLinks.size(), 0);
+    bool isChanged = true;
+    for (std::size_t round = 0; isChanged && round <= plan.m_vLinks.size(); ++round)
+    {
+        isChanged = false;
+        for (std::size_t i = 0; i < plan.m_vLinks.size(); ++i)
+        {
+            if (plan.m_vLinks[i].m_eKind != LK_sum)
+                continue;
+            for (const unsigned int counted : plan.m_vLinks4Number[plan.m_vLinks[i].m_uiTarget])
+            {
+                if (plan.m_vOrder4Link[i] > plan.m_vOrder4Link[counted])
+                    continue;
+                plan.m_vOrder4Link[i] = plan.m_vOrder4Link[counted] + 1;
+                isChanged = true;
+            }
+        }
+    }
+}
+
 /// A choice between alternatives that one byte tells apart is one look into a table. The byte may not be there; then
 /// only an alternative without a head fits.
 void makeByteTable(const tPlan& plan, tChoice& choice)
@@ -392,13 +415,29 @@ void sortMembers(const tPlan& plan, tChoice& choice)
               [&](unsigned int a, unsigned int b) { return part(a).m_strName < part(b).m_strName; });
 }
 
+/// Whether every end is a width, a length prefix, a size or a count, and every condition a value that was read. Then
+/// what is made cannot be read in another way.
+bool isSelfEvident(const tPlan& plan)
+{
+    const auto isComputed = [&plan](const tTest& test) { return plan.m_vParts[test.m_tValue.m_uiPart].m_bComputed; };
+    return (plan.m_tFrame.m_eKind == FR_none || plan.m_tFrame.m_eKind == FR_prefixed) &&
+           std::all_of(plan.m_vParts.begin(), plan.m_vParts.end(), [&](const tPart& part) {
+               return !part.m_bOptional && part.m_strBetween.empty() && part.m_eChoice != CH_heads &&
+                      (part.m_eEnd == LE_fixed || part.m_eEnd == LE_prefix) && part.m_uiBitmap == s_cuiNone &&
+                      (part.m_eKind != PK_array || part.m_eArrayEnd == AE_count) &&
+                      std::none_of(part.m_vIf.begin(), part.m_vIf.end(), isComputed);
+           });
+}
+
 }  // namespace
 
 void makeSteps(tPlan& plan)
 {
     assignRegisters(plan);
     listLinks(plan);
+    orderLinks(plan);
     CStepMaker(plan).make();
+    plan.m_bSelfEvident = isSelfEvident(plan);
     for (tChoice& choice : plan.m_vChoices)
     {
         if (plan.m_vParts[choice.m_uiSet].m_eChoice == CH_heads)

@@ -3,6 +3,9 @@
 
 #include <algorithm>
 
+#include "layout/plan/nearest_name.h"
+#include "layout/run/maker.h"
+
 namespace murv::detail
 {
 
@@ -87,6 +90,19 @@ tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_vi
     words.m_strRules = part.m_strRules;
     words.m_strBytes = masked(part.m_tItem, bytes).substr(0, s_cnMostBytes);
     words.m_strMessage = fault.m_pText != nullptr ? fault.m_pText : getFaultSentence(fault.m_eCode);
+    return words;
+}
+
+std::string CMaker::unknownWords() const
+{
+    const tPart& set = part4(m_tFault.m_uiPart);
+    std::vector<std::string_view> names;
+    for (const unsigned int member : set.m_vMembers)
+        names.push_back(part4(member).m_strName);
+    const std::string_view nearest = nearestName(m_strUnknown, names);
+    std::string words = "The layout has no part \"" + m_strUnknown + "\" here";
+    if (!nearest.empty())
+        words.append("; did you mean \"").append(nearest).append("\"?");
     return words;
 }
 

@@ -183,11 +183,12 @@ E_Scan CMaker::makeLiteral(unsigned int part, const CFields* node)
         return SC_next;
     }
     m_pOut->append(leaf.m_strLiteral);
-    const bool isMarked = leaf.m_eEnd == LE_mark;
+    const std::size_t at = begin + leaf.m_tItem.m_ucPrefix;
+    const std::size_t mark = leaf.m_eEnd == LE_mark ? leaf.m_vMarks.front().size() : 0;
+    const std::size_t length = m_pOut->size() - at - mark;
     if (leaf.m_eEnd != LE_fixed)
-        add(TR_item, part, begin + leaf.m_tItem.m_ucPrefix,
-            leaf.m_strLiteral.size() - leaf.m_tItem.m_ucPrefix - (isMarked ? leaf.m_vMarks.front().size() : 0));
-    return keep(part, std::string_view(*m_pOut).substr(begin + leaf.m_tItem.m_ucPrefix));
+        add(TR_item, part, at, length);
+    return keep(part, {m_pOut->data() + at, length});
 }
 
 E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
@@ -232,7 +233,8 @@ E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
     unsigned int matched = 0;
     for (const tBitField& field : part4(part).m_tItem.m_vBits)
     {
-        const CFields* const member = node.findChildAt(field.m_strName);
+        const CFields* const member =
+            node.findChildAt(field.m_strName.data(), static_cast<unsigned int>(field.m_strName.size()));
         if (member == nullptr)
             continue;
         ++matched;
@@ -315,11 +317,8 @@ E_Scan CMaker::keep(unsigned int part, std::string_view bytes)
 {
     if (m_tPlan.m_vRegister4Part[part] == s_cuiNone)
         return SC_next;
-    const tItem& item = part4(part).m_tItem;
-    if (part4(part).m_eEnd == LE_fixed)
-        bytes = bytes.substr(0, item.m_uiLength);
     tScalar value;
-    const E_PacketFault fault = readValue(item, bytes, VO_unscaled, value, m_strScratch);
+    const E_PacketFault fault = readValue(part4(part).m_tItem, bytes, VO_unscaled, value, m_strScratch);
     if (fault != PF_none && !isFinding(fault))
         return stop(PF_lossy, part);
     m_tKept.set(part, value);

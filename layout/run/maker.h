@@ -14,18 +14,10 @@
 #include "layout/run/kept_values.h"
 #include "layout/run/scanner.h"
 #include "murv/fields.h"
+#include "murv/layout.h"
 
 namespace murv::detail
 {
-
-/// How packets are made, bit by bit; the values of E_MakeOption.
-struct tMakeOptions
-{
-    bool m_bNow = false;      // dates and times become the present one
-    bool m_bAgree = false;    // a number that is filled in must agree with the data
-    bool m_bReturns = false;  // lines end with CR and LF
-    bool m_bOpenEnd = false;  // no mark after the last line
-};
 
 class CMaker
 {
@@ -50,6 +42,8 @@ public:
     {
         return m_strUnknown;
     }
+    /// A sentence about it, with the nearest name that the layout knows.
+    std::string unknownWords() const;
 
 private:
     /// A field set or array of the data that is being made.

@@ -12,8 +12,8 @@
 namespace murv::detail
 {
 
-/// \tparam tSink  has open(part), close(part), array(part), element(part), arrayEnd(part), record(part),
-///                recordEnd(part), skip(trace), and leaf(part, value, trace) with the place of the value
+/// \tparam tSink  has open(part), close(part), array(part), element(part), arrayEnd(part),
+///                record(part, number, offset), recordEnd(part), skip(trace), and leaf(part, value, trace) with the place of the value
 template <typename tSink>
 class CTraceReader
 {
@@ -70,7 +70,7 @@ private:
             ++m_ullRecord;
             m_bInRecord = true;
             m_ullRecordStart = trace.m_ullOffset;
-            m_tSink.record(trace.m_uiIndex);
+            m_tSink.record(trace.m_uiIndex, m_ullRecord, trace.m_ullOffset);
             return true;
         case TR_recordEnd:
             m_bInRecord = false;

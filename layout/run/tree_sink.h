@@ -43,7 +43,7 @@ public:
     {
         m_vOpen.pop_back();
     }
-    void record(unsigned int)
+    void record(unsigned int, std::uint64_t, std::uint64_t)
     {
     }
     void recordEnd(unsigned int)
