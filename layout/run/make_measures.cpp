@@ -88,6 +88,8 @@ E_Scan CMaker::onLink(unsigned int index)
 {
     const tLink& link = m_tPlan.m_vLinks[index];
     const auto hole = static_cast<unsigned int>(m_vHoles.size() - 1);
+    if (!isFilledIn(link.m_tNumber.m_uiPart))
+        return SC_next;
     m_vHole4Link[index] = hole;
     if (link.m_uiBase != s_cuiNone)
     {
@@ -96,8 +98,8 @@ E_Scan CMaker::onLink(unsigned int index)
     }
     if (link.m_eKind == LK_bits || link.m_eKind == LK_check)
     {
-        const bool isBehind = link.m_eKind == LK_check && !link.m_bNumberFirst && m_vMeasures[link.m_uiSpan].m_bEnded;
-        if (isBehind)
+        const bool isAfter = link.m_eKind == LK_check && !link.m_bNumberFirst && m_vMeasures[link.m_uiSpan].m_bEnded;
+        if (isAfter)
             m_vOpenChecks.push_back(
                 {index, hole, m_vMeasures[link.m_uiSpan].m_ullBegin, m_vMeasures[link.m_uiSpan].m_ullEnd});
         return SC_next;

@@ -54,7 +54,7 @@ bool CMaker::make(const CFields& tree, const tMakeOptions& options, std::string&
     for (unsigned int pass = 0; pass < s_cuiMostPasses; ++pass)
     {
         begin();
-        if (!makeOnce(tree))
+        if (!makeOnce(tree, 0, ST_done))
             return false;
         if (!m_bMoved)
             return m_tPlan.m_bSelfEvident || verify();
@@ -64,15 +64,52 @@ bool CMaker::make(const CFields& tree, const tMakeOptions& options, std::string&
     return false;
 }
 
-bool CMaker::makeOnce(const CFields& tree)
+bool CMaker::makeRecord(unsigned int part, const CFields& record, const tMakeOptions& options, std::string& out)
+{
+    const auto begins = [part](const tStep& step) { return step.m_eStep == ST_record && step.m_uiA == part; };
+    const auto first = std::find_if(m_tPlan.m_vSteps.begin(), m_tPlan.m_vSteps.end(), begins);
+    m_tOptions = options;
+    m_pOut = &out;
+    m_vGuesses.clear();
+    m_uiAlone = part;
+    bool isMade = false;
+    do
+    {
+        begin();
+        isMade = makeOnce(record, static_cast<unsigned int>(first - m_tPlan.m_vSteps.begin()), ST_recordEnd);
+        m_vGuesses.swap(m_vHoles);
+    } while (isMade && m_bMoved);
+    m_uiAlone = s_cuiNone;
+    return isMade;
+}
+
+/// Whether a number is filled in: one about other records is not when its record is made alone.
+bool CMaker::isFilledIn(unsigned int part) const
+{
+    if (m_uiAlone == s_cuiNone)
+        return true;
+    const unsigned int after = part4(m_uiAlone).m_uiAfter;
+    const auto isInside = [&](unsigned int other) { return other >= m_uiAlone && other < after; };
+    return std::all_of(m_tPlan.m_vLinks4Number[part].begin(), m_tPlan.m_vLinks4Number[part].end(), [&](unsigned int i) {
+        const tLink& link = m_tPlan.m_vLinks[i];
+        const unsigned int about = link.m_uiSpan != s_cuiNone   ? m_tPlan.m_vSpans[link.m_uiSpan].m_uiFirst
+                                   : link.m_uiBase != s_cuiNone ? link.m_uiBase
+                                                                : link.m_uiTarget;
+        return isInside(about);
+    });
+}
+
+bool CMaker::makeOnce(const CFields& tree, unsigned int from, E_Step last)
 {
     m_pRoot = &tree;
+    m_uiStep = from;
     for (;;)
     {
+        const bool isLast = m_tPlan.m_vSteps[m_uiStep].m_eStep == last;
         const E_Scan result = step(m_tPlan.m_vSteps[m_uiStep]);
         if (result == SC_fault)
             return false;
-        if (result == SC_done)
+        if (isLast)
             break;
         m_uiStep += result == SC_next ? 1 : 0;
     }
@@ -165,7 +202,7 @@ E_Scan CMaker::makeLeaf(unsigned int part)
     const CFields* const node = leaf.m_strName.empty() && leaf.m_uiID == 0 && leaf.m_bLiteral ? nullptr : find(part);
     if (leaf.m_bLiteral)
         return makeLiteral(part, node);
-    if (leaf.m_bComputed)
+    if (leaf.m_bComputed && isFilledIn(part))
         return makeHole(part);
     return makeValue4Leaf(part, node);
 }
@@ -202,7 +239,7 @@ E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
         if (const E_Scan result = takeScalar(part, *node, value))
             return result;
     }
-    else if (leaf.m_bRequired)
+    else if (leaf.m_bRequired || leaf.m_bComputed)
         return stop(PF_missing, part);
     else
         value = defaultOf(leaf);

@@ -27,6 +27,9 @@ public:
     /// Replaces `out` by the packet. \return false at a fault, which fault() tells; `out` is of no use then
     bool make(const CFields& tree, const tMakeOptions& options, std::string& out);
 
+    /// Appends one record, whose numbers about other records the data must have.
+    bool makeRecord(unsigned int part, const CFields& record, const tMakeOptions& options, std::string& out);
+
     const tScanFault& fault() const
     {
         return m_tFault;
@@ -96,7 +99,8 @@ private:
 
     // maker.cpp
     void begin();
-    bool makeOnce(const CFields& tree);
+    bool makeOnce(const CFields& tree, unsigned int from, E_Step last);
+    bool isFilledIn(unsigned int part) const;
     E_Scan step(const tStep& step);
     E_Scan onRun(unsigned int index);
     E_Scan makeLeaf(unsigned int part);
@@ -183,6 +187,7 @@ private:
     std::uint64_t m_ullFrameStart = 0;
     unsigned int m_uiFound = s_cuiNone;  // the part that was looked for last
     const CFields* m_pFound = nullptr;
+    unsigned int m_uiAlone = s_cuiNone;  // the record that is made alone, or none
     bool m_bInRecord = false;
     bool m_bMoved = false;  // a number has another width than was guessed
     tScanFault m_tFault;

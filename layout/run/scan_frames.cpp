@@ -100,6 +100,9 @@ E_Scan CScanner::onRecord(unsigned int part)
         m_ullPos = m_ullFrameBegin;
     }
     m_bInRecord = true;
+    m_tRecordPlace.m_uiStep = m_uiStep;
+    m_tRecordPlace.m_vLoops = m_vLoops;
+    m_tRecordPlace.m_vFirst = m_vFirst;
     m_ullSearched = m_ullRecordStart = m_ullPos;
     ++m_ullRecord;
     add(TR_record, part, m_ullPos);
@@ -113,6 +116,7 @@ E_Scan CScanner::onRecord(unsigned int part)
 
 E_Scan CScanner::onRecordEnd(unsigned int part)
 {
+    m_ullRecordEnd = m_ullPos;
     if (m_bFrameOpen)
     {
         if (m_ullPos != m_ullFrameEnd)
@@ -124,7 +128,66 @@ E_Scan CScanner::onRecordEnd(unsigned int part)
     m_bInRecord = false;
     m_ullSearched = m_ullPos;
     add(TR_recordEnd, part, m_ullPos);
+    m_tLastGood.m_uiStep = m_uiStep + 1;
+    m_tLastGood.m_vLoops = m_vLoops;
+    m_tLastGood.m_vFirst = m_vFirst;
     return SC_record;
+}
+
+/// The place after the record at hand, as if it had been read.
+CScanner::tPlace CScanner::afterRecord() const
+{
+    tPlace place = m_tRecordPlace;
+    const unsigned int part = m_tPlan.m_vSteps[place.m_uiStep].m_uiA;
+    while (m_tPlan.m_vSteps[place.m_uiStep].m_eStep != ST_recordEnd || m_tPlan.m_vSteps[place.m_uiStep].m_uiA != part)
+        ++place.m_uiStep;
+    ++place.m_uiStep;
+    return place;
+}
+
+void CScanner::setPlace(const tPlace& place, std::uint64_t offset)
+{
+    m_uiStep = place.m_uiStep;
+    m_vLoops = place.m_vLoops;
+    m_vFirst = place.m_vFirst;
+    m_vLimits.resize(1);
+    m_ullPos = m_ullSearched = offset;
+    m_bInRecord = m_bFrameOpen = false;
+    setEdge();
+}
+
+/// Whether the next record can be read from there.
+bool CScanner::worksFrom(const tPlace& place, std::uint64_t offset) const
+{
+    CScanner trial(*this);
+    trial.setPlace(place, offset);
+    return trial.run() != SC_fault;
+}
+
+void CScanner::distrustTotals()
+{
+    for (tTotal& total : m_vTotals)
+    {
+        total.m_vNumbers.clear();
+        total.m_bUnknown = true;
+    }
+}
+
+bool CScanner::skipFrame()
+{
+    if (!m_bFrameOpen)
+        return false;
+    distrustTotals();
+    m_vTrace.clear();
+    const std::uint64_t after = m_ullFrameAfter;
+    // A record that was recognised counts as read; a line that nothing was due for counts as nothing.
+    const bool isRecognised =
+        m_bInRecord && !(m_tFault.m_eCode == PF_literal && m_tFault.m_ullOffset == m_ullRecordStart);
+    const tPlace first = isRecognised ? afterRecord() : m_tLastGood;
+    const tPlace second = isRecognised || !m_bInRecord ? m_tLastGood : afterRecord();
+    m_ullRecord += m_bInRecord ? 0 : 1;
+    setPlace(worksFrom(first, after) || !worksFrom(second, after) ? first : second, after);
+    return true;
 }
 
 }  // namespace murv::detail

@@ -58,6 +58,21 @@ public:
     void show(const char* data, std::uint64_t base, std::uint64_t length, bool over);
     /// Runs until a record has ended, or the scanner must stop.
     E_Scan run();
+    /// After a fault: goes on after the frame at hand, at the place from which the next record can be read. Totals that are
+    /// open are not compared. \return false when no frame is open
+    bool skipFrame();
+    /// Totals that are open are not compared, as a part of what they count is damaged.
+    void distrustTotals();
+    /// Where the content of the last record ended.
+    std::uint64_t recordEnd() const
+    {
+        return m_ullRecordEnd;
+    }
+    /// Whether nothing of the plan has been run yet.
+    bool isAtBegin() const
+    {
+        return m_uiStep == 0;
+    }
 
     tTraces& trace()
     {
@@ -121,6 +136,13 @@ private:
         std::size_t m_nLimit = 0;  // its place among the limits
         std::uint64_t m_ullBegin = 0;
         std::uint64_t m_ullEnd = 0;
+    };
+    /// A place between records from which the scanner can go on.
+    struct tPlace
+    {
+        unsigned int m_uiStep = 0;
+        std::vector<tLoop> m_vLoops;
+        std::vector<bool> m_vFirst;
     };
     /// A number that was read, with its place.
     struct tNumber
@@ -213,6 +235,9 @@ private:
     E_Scan openFrame(unsigned int part);
     E_Scan openLine(unsigned int part, std::string_view mark);
     E_Scan openPrefixed(unsigned int part);
+    void setPlace(const tPlace& place, std::uint64_t offset);
+    bool worksFrom(const tPlace& place, std::uint64_t offset) const;
+    tPlace afterRecord() const;
     E_Scan endFrameAt(unsigned int part, std::uint64_t begin, std::uint64_t length);
     bool isOutside() const
     {
@@ -242,11 +267,14 @@ private:
 
     std::uint64_t m_ullRecord = 0;
     std::uint64_t m_ullRecordStart = 0;
+    std::uint64_t m_ullRecordEnd = 0;
     bool m_bInRecord = false;
     bool m_bFrameOpen = false;
     std::uint64_t m_ullFrameBegin = 0;
     std::uint64_t m_ullFrameEnd = 0;
     std::uint64_t m_ullFrameAfter = 0;
+    tPlace m_tLastGood;             // after the last record that was read
+    tPlace m_tRecordPlace;          // where the record at hand began
     unsigned char m_ucLineEnd = 0;  // bytes of the first line end; 0 before
 
     tScanFault m_tFault;

@@ -37,12 +37,21 @@ public:
     {
         return m_tFault;
     }
-    /// Forgets where it is, for a new input.
-    void reset()
+    /// Reads the entries of one record only, which begin with its TR_record.
+    bool readRecord(const tTraces& traces, std::size_t from, const tElements& elements, std::uint64_t number,
+                    std::vector<tScanFault>& findings)
     {
-        m_vElements.clear();
-        m_ullRecord = 0;
+        m_vElements = elements;
+        m_ullRecord = number - 1;
         m_bInRecord = false;
+        for (std::size_t i = from; i < traces.size(); ++i)
+        {
+            if (!readOne(traces[i], findings))
+                return false;
+            if (traces[i].m_eTrace == TR_recordEnd)
+                break;
+        }
+        return true;
     }
 
 private:
