@@ -14,7 +14,10 @@ using namespace detail;
 struct CRecordWriter::tState
 {
     tState(const CLayout& layout, const tMakeOptions& options)
-        : m_pPlan(layout.getPlan()), m_tOptions(options), m_tMaker(*m_pPlan), m_tScanner(*m_pPlan)
+        : m_pPlan(layout.getPlan()),
+          m_tOptions(options),
+          m_tMaker(*m_pPlan),
+          m_pScanner(std::make_unique<CScanner>(*m_pPlan))
     {
     }
 
@@ -25,7 +28,7 @@ struct CRecordWriter::tState
     std::shared_ptr<const tPlan> m_pPlan;
     tMakeOptions m_tOptions;
     CMaker m_tMaker;
-    CScanner m_tScanner;
+    std::unique_ptr<CScanner> m_pScanner;
     std::string m_strRecord;
     std::uint64_t m_ullBase = 0;
     tPacketFault m_tFault;
@@ -40,7 +43,7 @@ bool CRecordWriter::tState::fail(const tScanFault& fault, std::string_view bytes
 
 void CRecordWriter::tState::describeFindings()
 {
-    for (const tScanFault& finding : m_tScanner.findings())
+    for (const tScanFault& finding : m_pScanner->findings())
     {
         const std::uint64_t at = finding.m_ullOffset - m_ullBase;
         const std::string_view bytes =
@@ -55,27 +58,27 @@ void CRecordWriter::tState::describeFindings()
 /// Reads the record that was made: it must be the one that was meant, to its end.
 bool CRecordWriter::tState::readAlong(unsigned int part)
 {
-    CScanner before(m_tScanner);
-    m_tScanner.trace().clear();
-    m_tScanner.findings().clear();
-    m_tScanner.show(m_strRecord.data(), m_ullBase, m_strRecord.size(), false);
-    E_Scan result = m_tScanner.run();
+    auto before = std::make_unique<CScanner>(*m_pScanner);
+    m_pScanner->trace().clear();
+    m_pScanner->findings().clear();
+    m_pScanner->show(m_strRecord.data(), m_ullBase, m_strRecord.size(), false);
+    E_Scan result = m_pScanner->run();
     if (result == SC_done && m_pPlan->m_vParts.front().m_bInRecord)
     {
-        m_tScanner.restart();
-        result = m_tScanner.run();
+        m_pScanner->restart();
+        result = m_pScanner->run();
     }
     bool isMeant = false;
-    for (const tTrace& trace : m_tScanner.trace())
+    for (const tTrace& trace : m_pScanner->trace())
         isMeant = isMeant || (trace.m_eTrace == TR_record && trace.m_uiIndex == part);
-    if (result == SC_record && isMeant && m_tScanner.position() == m_ullBase + m_strRecord.size())
+    if (result == SC_record && isMeant && m_pScanner->position() == m_ullBase + m_strRecord.size())
     {
         describeFindings();
         m_ullBase += m_strRecord.size();
         return true;
     }
-    const tElements elements = m_tScanner.elements();
-    m_tScanner.take(before);
+    const tElements elements = m_pScanner->elements();
+    m_pScanner = std::move(before);
     return fail({PF_ambiguous, part, m_ullBase, m_strRecord.size(), 0, 0, m_ullBase,
                  "Such a record cannot come here, or reading would take it for another", elements},
                 m_strRecord);
@@ -111,11 +114,11 @@ bool CRecordWriter::finish()
     tState& state = *m_pState;
     state.m_tFault = tPacketFault();
     state.m_vFindings.clear();
-    state.m_tScanner.findings().clear();
-    state.m_tScanner.show(state.m_strRecord.data(), state.m_ullBase, 0, true);
-    const bool isComplete = state.m_tScanner.isAtBegin() && state.m_pPlan->m_vParts.front().m_bInRecord;
-    if (!isComplete && state.m_tScanner.run() != SC_done)
-        return state.fail(state.m_tScanner.fault(), {});
+    state.m_pScanner->findings().clear();
+    state.m_pScanner->show(state.m_strRecord.data(), state.m_ullBase, 0, true);
+    const bool isComplete = state.m_pScanner->isAtBegin() && state.m_pPlan->m_vParts.front().m_bInRecord;
+    if (!isComplete && state.m_pScanner->run() != SC_done)
+        return state.fail(state.m_pScanner->fault(), {});
     state.describeFindings();
     return true;
 }

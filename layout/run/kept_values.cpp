@@ -62,10 +62,7 @@ void CKeptValues::set(unsigned int part, const tScalar& value)
     kept.m_bPresent = value.m_eType != DT_null;
     kept.m_tValue = value;
     if (value.m_eType == DT_codelist)
-    {
         kept.m_strText.assign(value.m_strvText);
-        kept.m_tValue.m_strvText = kept.m_strText;
-    }
 }
 
 void CKeptValues::clearAll()
@@ -80,6 +77,7 @@ bool CKeptValues::get(const tValueOf& of, tScalar& value) const
     if (!kept.m_bPresent)
         return false;
     value = kept.m_tValue;
+    value.m_strvText = kept.m_strText;
     if (of.m_uiBits != s_cuiNone)
         value = makeScalar(false, bitsOf(m_tPlan.m_vParts[of.m_uiPart].m_tItem.m_vBits[of.m_uiBits], value.m_ullValue));
     return true;
