@@ -1,4 +1,6 @@
 // layout/layout_parts.cpp - the parts of a layout as they are seen from outside.
+#include <algorithm>
+
 #include "core/throw.h"
 #include "layout/run/fault_words.h"
 #include "murv/layout.h"
@@ -38,6 +40,33 @@ std::string CLayout::getPath(unsigned int number) const
     if (number >= getPartCount())
         throwAt("murv::CLayout::getPath", "The layout has no such part");
     return path4Part(*m_pPlan, number, {});
+}
+
+/// Goes down the parts by the names that paths show, so that no path is taken apart.
+unsigned int CLayout::findPart(std::string_view path) const
+{
+    unsigned int part = 0;
+    for (bool isFound = isCompiled(); isFound;)
+    {
+        if (path.empty())
+            return part;
+        isFound = false;
+        const tPart* open = &m_pPlan->m_vParts[part];
+        // The element of an array has no name of its own.
+        while (open->m_eKind == PK_array)
+            open = &m_pPlan->m_vParts[open->m_vMembers.front()];
+        for (const unsigned int member : open->m_vMembers)
+        {
+            const std::string name = pathName(m_pPlan->m_vParts[member]);
+            if (path.compare(0, name.size(), name) != 0 || (path.size() != name.size() && path[name.size()] != '.'))
+                continue;
+            path.remove_prefix(std::min(path.size(), name.size() + 1));
+            part = member;
+            isFound = true;
+            break;
+        }
+    }
+    return s_cuiNoPart;
 }
 
 static_assert(static_cast<unsigned int>(PK_leaf) == LP_leaf && static_cast<unsigned int>(PK_set) == LP_fields &&

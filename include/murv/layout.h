@@ -86,6 +86,8 @@ public:
     unsigned int getPartCount() const;
     /// A part; its texts live as long as the layout or a copy of it. Throws CLogicError for a number that is none.
     tLayoutPart getPart(unsigned int number) const;
+    /// The number of the part at a path, such as `batches.entries.entry.amount`, or s_cuiNoPart.
+    unsigned int findPart(std::string_view path) const;
     /// The path of a part, such as `batches.entries.entry.amount`; elements of arrays add nothing.
     std::string getPath(unsigned int number) const;
 
@@ -169,6 +171,66 @@ public:
     const tPacketFault& getFault() const;
     /// What the last call found beside it, in the order of the input.
     const std::vector<tPacketFault>& getFindings() const;
+
+private:
+    struct tState;
+    std::unique_ptr<tState> m_pState;
+};
+
+/// Reads single values straight from a packet, without a tree: one scan finds all parts, and a value is read when it is
+/// asked for. One thread each; the bytes must live as long as they are looked at.
+///
+/// Parts are asked for by their numbers, see CLayout::findPart(). A part in an array is there once for each element:
+/// getElement() gives a scope in which it is asked for.
+class MURV_API CPacketView
+{
+public:
+    /// A packet, or one element of an array in it. Scopes are valid until the view opens other bytes.
+    struct tScope
+    {
+        std::size_t m_nBegin = 0;  ///< for the view's own use
+        std::size_t m_nEnd = 0;
+    };
+
+    /// Throws CLogicError for a layout that is not compiled.
+    explicit CPacketView(const CLayout& layout);
+    CPacketView(CPacketView&&) noexcept;
+    CPacketView& operator=(CPacketView&&) noexcept;
+    ~CPacketView();
+
+    /// Finds the parts of a packet. Values are not read yet, but for those on which others depend.
+    /// \return false at a fault, see getFault()
+    bool open(std::string_view bytes);
+
+    /// The whole packet.
+    tScope getAll() const;
+    /// How many elements an array has; 0 when it is not there.
+    std::uint64_t getCount(unsigned int array, const tScope& scope) const;
+    /// One of its elements; an empty scope when there is none. Cost: the parts before it in the array.
+    tScope getElement(unsigned int array, std::uint64_t index, const tScope& scope) const;
+    /// The alternative that is there of a field set with "one of", or CLayout::s_cuiNoPart.
+    unsigned int getAlternative(unsigned int set, const tScope& scope) const;
+
+    /// \name Leaves
+    /// Constant cost for a part outside arrays; in an element, the cost of its parts.
+    /// @{
+    /// Whether the part is there.
+    bool has(unsigned int part) const;
+    bool has(unsigned int part, const tScope& scope) const;
+    /// The place of its value in the packet; without length for a part that is not there.
+    tByteRange getPlace(unsigned int part) const;
+    tByteRange getPlace(unsigned int part, const tScope& scope) const;
+    /// Its value. The text is valid until the next value is asked for.
+    /// \return PF_none; PF_missing for a part that is not there; a finding, with the value; or a fault
+    E_PacketFault getValue(unsigned int part, tPacketValue& value, bool unscaled = false) const;
+    E_PacketFault getValue(unsigned int part, const tScope& scope, tPacketValue& value, bool unscaled = false) const;
+    /// Its value as an integer, numbers with decimals in units of the last decimal. \return false for anything else
+    bool getSint64(unsigned int part, long long& number) const;
+    /// Its value as a text; digits for numbers. \return false for anything else
+    bool getText(unsigned int part, std::string_view& text) const;
+    /// @}
+
+    const tPacketFault& getFault() const;
 
 private:
     struct tState;

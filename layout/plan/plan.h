@@ -62,6 +62,13 @@ struct tRun
     unsigned int m_uiLength = 0;
 };
 
+/// Where a leaf of fixed width lies; without a run for other parts.
+struct tPlaceInRun
+{
+    unsigned int m_uiRun = s_cuiNone;
+    unsigned int m_uiOffset = 0;
+};
+
 /// The alternatives of a field set, each with the step at which it begins.
 struct tChoice
 {
@@ -101,6 +108,7 @@ struct tPlan
     std::vector<std::vector<unsigned int>> m_vLinks4Base;     // by part: totals that end with it
     std::vector<std::vector<unsigned int>> m_vLinks4Span;     // by span: links that measure it
     std::vector<unsigned int> m_vOrder4Link;                  // by link: totals of lower order come first
+    std::vector<tPlaceInRun> m_vPlace4Part;                   // by part: where a leaf of fixed width lies
     bool m_bSelfEvident = false;                              // what is made cannot be read in another way
 };
 

@@ -119,6 +119,7 @@ void CStepMaker::addToRun(unsigned int part)
     const tPart& leaf = m_tPlan.m_vParts[part];
     const auto index = static_cast<unsigned int>(run.m_vFields.size());
     run.m_vFields.push_back({part, run.m_uiLength, leaf.m_tItem.m_uiLength});
+    m_tPlan.m_vPlace4Part[part] = {static_cast<unsigned int>(m_tPlan.m_vRuns.size() - 1), run.m_uiLength};
     run.m_uiLength += leaf.m_tItem.m_uiLength;
     if (leaf.m_bLiteral)
         run.m_vLiterals.push_back(index);
@@ -280,6 +281,7 @@ void CStepMaker::leave()
 
 void CStepMaker::make()
 {
+    m_tPlan.m_vPlace4Part.resize(m_tPlan.m_vParts.size());
     for (unsigned int part = 0; part < m_tPlan.m_vParts.size(); ++part)
     {
         while (!m_vOpen.empty() && m_tPlan.m_vParts[m_vOpen.back().m_uiPart].m_uiAfter <= part)

@@ -14,28 +14,21 @@ namespace
 
 constexpr std::size_t s_cnMostBytes = 64;
 
-/// A name as paths write it: in quotes when it has characters that mean something there.
-void appendName(std::string& path, const tPart& part)
+}  // namespace
+
+std::string pathName(const tPart& part)
 {
     if (part.m_strName.empty())
-    {
-        path += part.m_uiID != 0 ? "#" + std::to_string(part.m_uiID) : "(" + std::to_string(part.m_uiIndex + 1) + ")";
-        return;
-    }
+        return part.m_uiID != 0 ? "#" + std::to_string(part.m_uiID) : "(" + std::to_string(part.m_uiIndex + 1) + ")";
     const bool isPlain = part.m_strName.find_first_of(".;|\"[]#") == std::string::npos &&
                          part.m_strName.front() != ' ' && part.m_strName.back() != ' ';
     if (isPlain)
-    {
-        path += part.m_strName;
-        return;
-    }
-    path += '"';
+        return part.m_strName;
+    std::string quoted = "\"";
     for (const char c : part.m_strName)
-        path.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
-    path += '"';
+        quoted.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
+    return quoted + '"';
 }
-
-}  // namespace
 
 std::string path4Part(const tPlan& plan, unsigned int part, const tElements& elements)
 {
@@ -59,7 +52,7 @@ std::string path4Part(const tPlan& plan, unsigned int part, const tElements& ele
         else if (i != 0)
         {
             path += path.empty() ? "" : ".";
-            appendName(path, step);
+            path += pathName(step);
         }
     }
     return path;

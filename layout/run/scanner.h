@@ -78,6 +78,10 @@ public:
     {
         return m_vTrace;
     }
+    const tTraces& trace() const
+    {
+        return m_vTrace;
+    }
     const tScanFault& fault() const
     {
         return m_tFault;
