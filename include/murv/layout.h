@@ -77,6 +77,14 @@ public:
     bool compile(const CFields& document);
     /// Loads a text and compiles it; a text that does not load is one mistake.
     bool compile(std::string_view text);
+    bool compile(const std::string& text)
+    {
+        return compile(std::string_view(text));
+    }
+    bool compile(const char* text)
+    {
+        return compile(std::string_view(text));
+    }
 
     /// The mistakes of the last compilation, in the order of the document.
     const std::vector<tLayoutMistake>& getMistakes() const;

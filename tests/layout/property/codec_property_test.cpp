@@ -1,0 +1,267 @@
+// tests/layout/property/codec_property_test.cpp - what holds for every layout, tried on random ones.
+#include <gtest/gtest.h>
+
+#include "murv/layout.h"
+#include "murv/records.h"
+#include "murv/saver.h"
+#include "tests/layout/property/random_layout.h"
+
+using namespace murv;
+using namespace murv::tests;
+
+namespace
+{
+
+constexpr unsigned int s_cuiLayouts = 1500;
+constexpr unsigned int s_cuiTrees = 6;
+
+std::string mistakes4(const CLayout& layout)
+{
+    std::string text;
+    for (const tLayoutMistake& mistake : layout.getMistakes())
+        text += mistake.m_strPath + ": " + mistake.m_strMessage + "\n";
+    return text;
+}
+
+std::string words4(const tPacketFault& fault)
+{
+    return std::string(getFaultName(fault.m_eCode)) + " at " + fault.m_strPath + ", offset " +
+           std::to_string(fault.m_ullOffset) + ": " + fault.m_strMessage;
+}
+
+/// Calls `use(text, layout, data, packet)` for random layouts that compile, with data that can be made.
+template <typename tUse>
+void forRandomPackets(unsigned int seed, tUse&& use)
+{
+    tRandom random(seed);
+    unsigned int packets = 0;
+    unsigned int compiled = 0;
+    for (unsigned int i = 0; i < s_cuiLayouts && !testing::Test::HasFailure(); ++i)
+    {
+        const tSketch sketch = makeSketch(random);
+        const std::string text = text4Sketch(sketch);
+        CLayout layout;
+        if (!layout.compile(text))
+            continue;
+        ++compiled;
+        CPacketMaker maker(layout);
+        for (unsigned int tree = 0; tree < s_cuiTrees && !testing::Test::HasFailure(); ++tree)
+        {
+            const CFields data = data4Sketch(sketch, random);
+            std::string packet;
+            if (!maker.make(data, packet))
+                continue;
+            ++packets;
+            use(text, layout, data, packet, random);
+        }
+    }
+    EXPECT_GT(compiled, s_cuiLayouts / 2) << "too few of the layouts compile";
+    EXPECT_GT(packets, s_cuiLayouts) << "too few packets are made";
+}
+
+TEST(CodecProperty, whatIsMadeIsReadBack)
+{
+    forRandomPackets(1, [](const std::string& text, const CLayout& layout, const CFields& data,
+                           const std::string& packet, tRandom&) {
+        CPacketReader reader(layout);
+        CFields read;
+        ASSERT_TRUE(reader.read(packet, read)) << words4(reader.getFault()) << "\n" << text << "\n" << data.toMURV();
+        EXPECT_TRUE(reader.getFindings().empty()) << words4(reader.getFindings().front()) << "\n" << text;
+        EXPECT_TRUE(isWithin(data, read)) << text << "\n" << data.toMURV() << "\n" << read.toMURV();
+        CPacketMaker maker(layout);
+        std::string again;
+        ASSERT_TRUE(maker.make(read, again)) << words4(maker.getFault()) << "\n" << text << "\n" << read.toMURV();
+        EXPECT_EQ(packet, again) << text;
+    });
+}
+
+TEST(CodecProperty, aDamagedPacketIsRefusedFoundOrComesBackTheSame)
+{
+    forRandomPackets(2, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet,
+                           tRandom& random) {
+        CPacketReader reader(layout);
+        CPacketMaker maker(layout);
+        for (int i = 0; i < 12; ++i)
+        {
+            std::string damaged = packet;
+            const unsigned int at = below(random, static_cast<unsigned int>(packet.size()));
+            switch (below(random, 3))
+            {
+            case 0: damaged[at] = static_cast<char>(below(random, 256)); break;
+            case 1: damaged.erase(at, 1 + below(random, 3)); break;
+            default: damaged.insert(at, 1, damaged[below(random, static_cast<unsigned int>(packet.size()))]);
+            }
+            CFields read;
+            if (!reader.read(damaged, read) || !reader.getFindings().empty())
+                continue;
+            std::string again;
+            ASSERT_TRUE(maker.make(read, again)) << words4(maker.getFault()) << "\n" << text << "\n" << read.toMURV();
+            EXPECT_EQ(damaged, again) << text;
+        }
+    });
+}
+
+TEST(CodecProperty, everyTruncationIsMissingBytesOrALocatedFault)
+{
+    forRandomPackets(
+        3, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet, tRandom&) {
+            CPacketReader reader(layout);
+            CPacketMaker maker(layout);
+            for (std::size_t length = 0; length < packet.size(); ++length)
+            {
+                CFields read;
+                const std::string cut = packet.substr(0, length);
+                if (!reader.read(cut, read))
+                {
+                    EXPECT_NE(PF_none, reader.getFault().m_eCode);
+                    EXPECT_LE(reader.getFault().m_ullOffset, length) << text;
+                    if (reader.getFault().m_eCode == PF_more)
+                        EXPECT_GT(reader.getFault().m_ullMissing, 0u) << text;
+                    continue;
+                }
+                std::string again;
+                if (reader.getFindings().empty())
+                {
+                    ASSERT_TRUE(maker.make(read, again)) << words4(maker.getFault()) << "\n" << text;
+                    EXPECT_EQ(cut, again) << text;
+                }
+            }
+        });
+}
+
+/// Writes down what a visitor sees.
+class CLog : public IPacketVisitor
+{
+public:
+    void onFields(unsigned int part) override
+    {
+        m_strLog += "{" + std::to_string(part);
+    }
+    void onFieldsEnd(unsigned int) override
+    {
+        m_strLog += "}";
+    }
+    void onArray(unsigned int part) override
+    {
+        m_strLog += "[" + std::to_string(part);
+    }
+    void onElement(unsigned int, std::uint64_t index) override
+    {
+        m_strLog += "," + std::to_string(index);
+    }
+    void onArrayEnd(unsigned int) override
+    {
+        m_strLog += "]";
+    }
+    void onRecord(unsigned int, std::uint64_t number, std::uint64_t offset) override
+    {
+        m_strLog += "<" + std::to_string(number) + "@" + std::to_string(offset);
+    }
+    void onRecordEnd(unsigned int) override
+    {
+        m_strLog += ">";
+    }
+    void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) override
+    {
+        m_strLog += "(" + std::to_string(part) + "@" + std::to_string(place.m_ullOffset) + ":" +
+                    std::to_string(value.m_eType) + ":" + std::to_string(value.m_ullBits) + ":";
+        m_strLog.append(value.m_strvText).append(")");
+    }
+    std::string m_strLog;
+};
+
+TEST(CodecProperty, piecesOfAnySizeGiveTheSameAsTheWhole)
+{
+    forRandomPackets(4, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet,
+                           tRandom& random) {
+        CLog whole;
+        ASSERT_TRUE(CPacketReader(layout).visit(packet, whole));
+        CLog pieces;
+        CRecordReader reader(layout);
+        reader.open();
+        std::size_t given = 0;
+        E_RecordResult result = RR_more;
+        while (result == RR_more || result == RR_record)
+        {
+            result = reader.next(pieces);
+            if (result != RR_more)
+                continue;
+            const std::size_t piece = std::min<std::size_t>(1 + below(random, 5), packet.size() - given);
+            if (piece == 0)
+                reader.end();
+            reader.put(std::string_view(packet).substr(given, piece));
+            given += piece;
+        }
+        EXPECT_EQ(RR_end, result) << words4(reader.getFault()) << "\n" << text;
+        EXPECT_EQ(whole.m_strLog, pieces.m_strLog) << text;
+    });
+}
+
+/// Compares what a view gives with what the visitor saw outside arrays.
+class CCompareView : public IPacketVisitor
+{
+public:
+    explicit CCompareView(const CPacketView& view) : m_tView(view)
+    {
+    }
+    void onFields(unsigned int) override
+    {
+    }
+    void onFieldsEnd(unsigned int) override
+    {
+    }
+    void onArray(unsigned int part) override
+    {
+        m_vScopes.push_back({part, m_vScopes.empty() ? m_tView.getAll() : m_vScopes.back().m_tElement, {}});
+    }
+    void onElement(unsigned int part, std::uint64_t index) override
+    {
+        m_vScopes.back().m_tElement = m_tView.getElement(part, index, m_vScopes.back().m_tAround);
+        EXPECT_LT(index, m_tView.getCount(part, m_vScopes.back().m_tAround));
+    }
+    void onArrayEnd(unsigned int) override
+    {
+        m_vScopes.pop_back();
+    }
+    void onRecord(unsigned int, std::uint64_t, std::uint64_t) override
+    {
+    }
+    void onRecordEnd(unsigned int) override
+    {
+    }
+    void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) override
+    {
+        const CPacketView::tScope scope = m_vScopes.empty() ? m_tView.getAll() : m_vScopes.back().m_tElement;
+        tPacketValue viewed{};
+        EXPECT_EQ(PF_none, m_tView.getValue(part, scope, viewed));
+        EXPECT_EQ(value.m_eType, viewed.m_eType);
+        EXPECT_EQ(value.m_ullBits, viewed.m_ullBits);
+        EXPECT_EQ(value.m_strvText, viewed.m_strvText);
+        EXPECT_EQ(place.m_ullOffset, m_tView.getPlace(part, scope).m_ullOffset);
+        EXPECT_EQ(place.m_ullLength, m_tView.getPlace(part, scope).m_ullLength);
+        EXPECT_TRUE(!m_vScopes.empty() || place.m_ullOffset == m_tView.getPlace(part).m_ullOffset);
+    }
+
+private:
+    struct tScopes
+    {
+        unsigned int m_uiArray;
+        CPacketView::tScope m_tAround;
+        CPacketView::tScope m_tElement;
+    };
+    const CPacketView& m_tView;
+    std::vector<tScopes> m_vScopes;
+};
+
+TEST(CodecProperty, aViewGivesWhatTheReaderGives)
+{
+    forRandomPackets(
+        5, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet, tRandom&) {
+            CPacketView view(layout);
+            ASSERT_TRUE(view.open(packet)) << text;
+            CCompareView compare(view);
+            EXPECT_TRUE(CPacketReader(layout).visit(packet, compare)) << text;
+        });
+}
+
+}  // namespace
