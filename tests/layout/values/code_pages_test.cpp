@@ -94,7 +94,9 @@ TEST(CodePages, asciiHasNoMoreThan128Characters)
 {
     EXPECT_EQ("plain\x7F", readText("ascii", "plain\x7F"));
     EXPECT_EQ("!", readText("ascii", "pl\x80in"));
-    EXPECT_EQ("!", madeText("ascii", "h\xC3\xB6" "flich"));
+    EXPECT_EQ("!", madeText("ascii",
+                            "h\xC3\xB6"
+                            "flich"));
 }
 
 TEST(CodePages, aCharacterThatThePageLacksIsRefused)
