@@ -10,8 +10,8 @@
 
 #include "core/field_access.h"
 #include "core/heap_text.h"
+#include "core/text/digit_words.h"
 #include "core/text/number_scan.h"
-#include "core/text/word_bytes.h"
 #include "packet/limits.h"
 
 namespace murv::detail
@@ -99,47 +99,6 @@ void storeCodes(CFields& leaf, std::string_view bytes)
     tFieldAccess::replaceValue(leaf, fresh);
 }
 
-template <std::size_t s_cnBytes>
-std::uint64_t loadBytes(const char* text)
-{
-    std::uint64_t word = 0;
-    for (std::size_t i = 0; i < s_cnBytes; ++i)
-        word |= std::uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
-    return word;
-}
-
-/// Loads one to eight digits as the last ones of eight, with zeros in front.
-std::uint64_t loadDigits(const char* text, std::size_t length)
-{
-    if (length == s_cnWord)
-        return loadWord(text);
-    const std::size_t zeros = 8 * (s_cnWord - length);
-    std::uint64_t word = s_cullOnes * '0' >> (8 * length);
-    // Two loads that may overlap in the middle.
-    if (length >= 4)
-        return word | loadBytes<4>(text) << zeros | loadBytes<4>(text + length - 4) << 32;
-    if (length >= 2)
-        return word | loadBytes<2>(text) << zeros | loadBytes<2>(text + length - 2) << 48;
-    return word | loadBytes<1>(text) << zeros;
-}
-
-/// The fast path, for what packets hold most: digits and nothing else, up to sixteen of them.
-bool readDigits(const char* text, std::size_t length, std::uint64_t& value)
-{
-    if (length == 0 || length > 2 * s_cnWord)
-        return false;
-    const std::size_t first = length > s_cnWord ? length - s_cnWord : length;
-    std::uint64_t word = loadDigits(text, first);
-    if (!allDigits(word))
-        return false;
-    value = number4Digits(word);
-    if (length <= s_cnWord)
-        return true;
-    word = loadWord(text + first);
-    value = value * 100000000 + number4Digits(word);
-    return allDigits(word);
-}
-
 tScannedNumber integer4(bool negative, std::uint64_t magnitude)
 {
     tScannedNumber number{negative || magnitude <= INT32_MAX ? DT_sint : DT_uint, {}};
@@ -153,7 +112,7 @@ bool readText(std::string_view bytes, tScannedNumber& number)
     const bool negative = !bytes.empty() && bytes.front() == '-';
     const std::size_t sign = negative ? 1 : 0;
     std::uint64_t magnitude = 0;
-    if (readDigits(bytes.data() + sign, bytes.size() - sign, magnitude))
+    if (readShortDigits(bytes.data() + sign, bytes.size() - sign, magnitude))
     {
         number = integer4(negative, magnitude);
         return true;

@@ -52,10 +52,14 @@ unsigned long long makeTimeValue(const tKeywordRow& row, const tClockReading& re
 
 bool isTimeValue(const tKeywordRow& row, unsigned long long number)
 {
+    return isTimeValue(s_ctTimeParts4Keyword[row.m_usIndex], number);
+}
+
+bool isTimeValue(const tTimeParts& parts, unsigned long long number)
+{
     tClockReading reading;
     bool yearKnown = false;
     bool centuryKnown = false;
-    const tTimeParts& parts = s_ctTimeParts4Keyword[row.m_usIndex];
     for (std::size_t i = parts.m_nCount; i-- > 0;)
     {
         const tTimePart& part = *parts.m_pPart[i];

@@ -12,4 +12,7 @@ unsigned long long makeTimeValue(const tKeywordRow& row, const tClockReading& re
 /// Whether every part of the number lies in its range, and the day in its month as far as that is known.
 bool isTimeValue(const tKeywordRow& row, unsigned long long number);
 
+/// The same for parts in any order, as they come from splitTimeName.
+bool isTimeValue(const tTimeParts& parts, unsigned long long number);
+
 }  // namespace murv::detail

@@ -72,20 +72,22 @@ struct tItem
     bool m_bZeroIsNull = false;
     bool m_bKeep = false;  // of a date: the option "now" leaves it alone
     bool m_bMask = false;
+    bool m_bPlain = false;         // set by prepareItem: no rule is in the way of the fast path
     unsigned char m_ucShown = 0;   // masked: the last so many stay visible
     unsigned char m_ucPrefix = 0;  // width of the length prefix, 0 without one
     signed char m_cCalibration = 0;
     bool m_bBinaryPrefix = false;
     char m_cPoint = 0;  // written decimal point, 0 when it is implied
     unsigned char m_ucDecimals = 0;
-    bool m_bDecimals = false;              // the value is a decimal text
-    unsigned int m_uiLength = 0;           // bytes of value, without prefix
-    const tCodePage* m_pPage = nullptr;    // null: bytes stay bytes, digits and blanks are ASCII
-    const tKeywordRow* m_pTime = nullptr;  // the item is a date or time
-    std::string m_strTail;                 // bytes that stand after the digits, as the rule quotes them
-    std::vector<tBitField> m_vBits;        // the value is a field set of these
-    std::vector<tValidRange> m_vValid;     // empty: all
-    std::string m_strValidDate;            // letters such as "DDMMYYYY" that the digits must be a date in
+    bool m_bDecimals = false;                  // the value is a decimal text
+    unsigned int m_uiLength = 0;               // bytes of value, without prefix
+    const tCodePage* m_pPage = nullptr;        // null: bytes stay bytes, digits and blanks are ASCII
+    const tCodePage* m_pPrefixPage = nullptr;  // of the prefix; null: that of the value
+    const tKeywordRow* m_pTime = nullptr;      // the item is a date or time
+    std::string m_strTail;                     // bytes that stand after the digits, as the rule quotes them
+    std::vector<tBitField> m_vBits;            // the value is a field set of these
+    std::vector<tValidRange> m_vValid;         // empty: all
+    std::string m_strValidDate;                // letters such as "DDMMYYYY" that the digits must be a date in
 };
 
 }  // namespace murv::detail

@@ -4,6 +4,7 @@
 // Each form has one source in which reading and making stand side by side; the table of forms is in value_codec.cpp.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,9 @@ enum E_ValueOption : unsigned int
     VO_unscaled = 1,  // numbers with decimals as integers, in units of the last decimal
 };
 
+/// To be called when an item is complete: sets what reading and making can know before. Without it they are slower.
+void prepareItem(tItem& item);
+
 /// Reads the bytes of a value, without prefix and end mark.
 ///
 /// \param bytes    of an item of fixed width, exactly that many
@@ -34,6 +38,10 @@ E_PacketFault readValue(const tItem& item, std::string_view bytes, unsigned int 
 /// \param value  takes integers, decimal text, and doubles whose shortest text fits, where the item is a number
 /// \return PF_none, a finding, or a fault; after a fault nothing is appended
 E_PacketFault makeValue(const tItem& item, const tScalar& value, std::string& out);
+
+/// The same for the value that the layout itself states: a text or byte string that is shorter than the item, null
+/// included, is filled up whatever the rules, and may end in padding. For what a layout lacks a default for.
+E_PacketFault makeOwnValue(const tItem& item, const tScalar& value, std::string& out);
 
 /// Whether the value is one of the valid ones; true without such a rule.
 bool isValidValue(const tItem& item, const tScalar& value);

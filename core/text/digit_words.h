@@ -1,0 +1,61 @@
+// core/text/digit_words.h - short numbers in digits, eight at a time.
+//
+// Packets hold numbers of known width, most of them of a few digits. They are read with two loads that may overlap,
+// instead of a loop over bytes; nothing outside the text is touched.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/text/word_bytes.h"
+
+namespace murv::detail
+{
+
+inline constexpr std::size_t s_cnShortDigits = 16;  // the most that readShortDigits takes
+
+template <std::size_t s_cnBytes>
+inline std::uint64_t loadBytes(const char* text) noexcept
+{
+    std::uint64_t word = 0;
+    for (std::size_t i = 0; i < s_cnBytes; ++i)
+        word |= std::uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
+    return word;
+}
+
+/// Loads one to eight digits as the last ones of eight, with zeros in front.
+inline std::uint64_t loadDigits(const char* text, std::size_t length) noexcept
+{
+    constexpr std::size_t word8 = sizeof(std::uint64_t);
+    if (length == word8)
+        return loadWord(text);
+    const std::size_t zeros = 8 * (word8 - length);
+    std::uint64_t word = s_cullOnes * '0' >> (8 * length);
+    // Two loads that may overlap in the middle.
+    if (length >= 4)
+        return word | loadBytes<4>(text) << zeros | loadBytes<4>(text + length - 4) << 32;
+    if (length >= 2)
+        return word | loadBytes<2>(text) << zeros | loadBytes<2>(text + length - 2) << 48;
+    return word | loadBytes<1>(text) << zeros;
+}
+
+/// Reads one to sixteen digits and nothing else.
+/// \return false for other bytes and other lengths; `value` is unspecified then
+inline bool readShortDigits(const char* text, std::size_t length, std::uint64_t& value) noexcept
+{
+    constexpr std::size_t word8 = sizeof(std::uint64_t);
+    if (length == 0 || length > s_cnShortDigits)
+        return false;
+    const std::size_t first = length > word8 ? length - word8 : length;
+    std::uint64_t word = loadDigits(text, first);
+    if (!allDigits(word))
+        return false;
+    value = number4Digits(word);
+    if (length <= word8)
+        return true;
+    word = loadWord(text + first);
+    value = value * 100000000 + number4Digits(word);
+    return allDigits(word);
+}
+
+}  // namespace murv::detail

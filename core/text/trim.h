@@ -1,0 +1,61 @@
+// core/text/trim.h - padding at the ends of texts, eight bytes at a time.
+//
+// Items of fixed width are mostly padding: it is skipped by words, and the last word says by itself where it ends.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "core/text/word_bytes.h"
+
+namespace murv::detail
+{
+
+/// The text without the bytes `fill` at its end.
+inline std::string_view trimEnd(std::string_view text, char fill) noexcept
+{
+    const std::uint64_t pattern = s_cullOnes * static_cast<unsigned char>(fill);
+    std::size_t size = text.size();
+    for (; size >= 8; size -= 8)
+    {
+        const std::uint64_t others = loadWord(text.data() + size - 8) ^ pattern;
+        if (others != 0)
+            return text.substr(0, size - static_cast<std::size_t>(std::countl_zero(others)) / 8);
+    }
+    while (size != 0 && text[size - 1] == fill)
+        --size;
+    return text.substr(0, size);
+}
+
+/// The text without the bytes `fill` at its beginning.
+inline std::string_view trimFront(std::string_view text, char fill) noexcept
+{
+    const std::uint64_t pattern = s_cullOnes * static_cast<unsigned char>(fill);
+    std::size_t first = 0;
+    for (; text.size() - first >= 8; first += 8)
+    {
+        const std::uint64_t others = loadWord(text.data() + first) ^ pattern;
+        if (others != 0)
+            return text.substr(first + static_cast<std::size_t>(std::countr_zero(others)) / 8);
+    }
+    while (first != text.size() && text[first] == fill)
+        ++first;
+    return text.substr(first);
+}
+
+/// Whether all bytes are below 128.
+inline bool isAscii(std::string_view text) noexcept
+{
+    std::uint64_t seen = 0;
+    const char* p = text.data();
+    std::size_t left = text.size();
+    for (; left >= 8; left -= 8, p += 8)
+        seen |= loadWord(p);
+    for (; left != 0; --left, ++p)
+        seen |= static_cast<unsigned char>(*p);
+    return (seen & s_cullHighs) == 0;
+}
+
+}  // namespace murv::detail
