@@ -31,10 +31,37 @@ struct tLayoutMistake
     std::string m_strMessage;     ///< one plain sentence
 };
 
+/// What a part of a layout is.
+enum E_LayoutPart : unsigned int
+{
+    LP_leaf = 0,    ///< a value
+    LP_fields = 1,  ///< a row of parts, or one of several
+    LP_array = 2,   ///< repeats its one member
+};
+
+/// A part of a compiled layout, as it is seen from outside. Parts are numbered in the order of the packet, each before
+/// its members; the root is part 0.
+struct tLayoutPart
+{
+    E_LayoutPart m_eKind;
+    std::string_view m_strvName;        ///< as in the data; empty: none
+    unsigned int m_uiID;                ///< 0 for none
+    unsigned int m_uiParent;            ///< number of the part around it; of the root, CLayout::s_cuiNoPart
+    std::string_view m_strvExpression;  ///< packet expression, such as `ANF10`; of leaves
+    std::string_view m_strvRules;       ///< the rules about it, as the layout states them
+    std::string_view m_strvComment;     ///< the comment before it, without its slashes
+    bool m_bRecord;                     ///< a record: the outermost field set with leaves of its own
+    bool m_bLiteral;                    ///< its bytes are always the same
+    bool m_bComputed;                   ///< making fills it in
+    bool m_bMasked;                     ///< people see stars
+};
+
 /// A compiled layout. Copies share what was compiled, which never changes; threads may, too.
 class MURV_API CLayout
 {
 public:
+    static constexpr unsigned int s_cuiNoPart = 0xFFFFFFFF;
+
     CLayout();
     CLayout(const CLayout&);
     CLayout(CLayout&&) noexcept;
@@ -55,12 +82,185 @@ public:
     const std::vector<tLayoutMistake>& getMistakes() const;
     bool isCompiled() const;
 
+    /// Number of parts; 0 before a compilation.
+    unsigned int getPartCount() const;
+    /// A part; its texts live as long as the layout or a copy of it. Throws CLogicError for a number that is none.
+    tLayoutPart getPart(unsigned int number) const;
+    /// The number of the part at a path, such as `batches.entries.entry.amount`, or s_cuiNoPart.
+    unsigned int findPart(std::string_view path) const;
+    /// The path of a part, such as `batches.entries.entry.amount`; elements of arrays add nothing.
+    std::string getPath(unsigned int number) const;
+
     /// For the codec's own classes; null before a compilation.
     const std::shared_ptr<const detail::tPlan>& getPlan() const;
 
 private:
     std::shared_ptr<const detail::tPlan> m_pPlan;
     std::vector<tLayoutMistake> m_vMistakes;
+};
+
+/// How packets are read.
+struct tReadOptions
+{
+    bool m_bUnscaled = false;  ///< numbers with decimals as integers, in units of the last decimal
+};
+
+/// How packets are made.
+struct tMakeOptions
+{
+    bool m_bNow = false;      ///< dates and times become the present one, but for those with the rule "keep"
+    bool m_bAgree = false;    ///< data for a number that is filled in must agree with it
+    bool m_bReturns = false;  ///< lines end with carriage return and line feed
+    bool m_bOpenEnd = false;  ///< no line end after the last line
+};
+
+/// The value of a leaf, without a node.
+struct tPacketValue
+{
+    E_DataType m_eType;            ///< DT_null, DT_sint, DT_uint, DT_double or DT_codelist
+    unsigned long long m_ullBits;  ///< of DT_sint, DT_uint (the number) and DT_double
+    std::string_view m_strvText;   ///< of DT_codelist; valid during the call
+};
+
+/// Where something lies in the input, in bytes.
+struct tByteRange
+{
+    std::uint64_t m_ullOffset;
+    std::uint64_t m_ullLength;
+};
+
+/// Sees the parts of a packet in their order, while it is read. Parts are told by their numbers in the layout.
+class MURV_API IPacketVisitor
+{
+public:
+    virtual ~IPacketVisitor();
+    virtual void onFields(unsigned int part) = 0;
+    virtual void onFieldsEnd(unsigned int part) = 0;
+    virtual void onArray(unsigned int part) = 0;
+    virtual void onElement(unsigned int part, std::uint64_t index) = 0;
+    virtual void onArrayEnd(unsigned int part) = 0;
+    /// A record begins at that offset of the input; numbers count from 1.
+    virtual void onRecord(unsigned int part, std::uint64_t number, std::uint64_t offset) = 0;
+    virtual void onRecordEnd(unsigned int part) = 0;
+    /// A value, with the place of its bytes, without length prefix and end mark.
+    virtual void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) = 0;
+};
+
+/// Reads packets and files that are wholly in memory. One thread each.
+class MURV_API CPacketReader
+{
+public:
+    /// Throws CLogicError for a layout that is not compiled.
+    explicit CPacketReader(const CLayout& layout, const tReadOptions& options = {});
+    CPacketReader(CPacketReader&&) noexcept;
+    CPacketReader& operator=(CPacketReader&&) noexcept;
+    ~CPacketReader();
+
+    /// Reads all bytes into a tree, which is emptied first.
+    ///
+    /// \param tree  has the names and IDs of the layout, and only what was read; after a fault, what was read before it
+    /// \return false at a fault, see getFault(); findings do not matter here
+    /// Linear in the bytes. Memory: the tree, and some 24 bytes for each row of fixed items.
+    bool read(std::string_view bytes, CFields& tree);
+    /// The same for a visitor, which sees records up to the fault.
+    bool visit(std::string_view bytes, IPacketVisitor& visitor);
+    /// The same without keeping any value.
+    bool check(std::string_view bytes);
+
+    /// Why the last call failed; PF_none when it did not.
+    const tPacketFault& getFault() const;
+    /// What the last call found beside it, in the order of the input.
+    const std::vector<tPacketFault>& getFindings() const;
+
+private:
+    struct tState;
+    std::unique_ptr<tState> m_pState;
+};
+
+/// Reads single values straight from a packet, without a tree: one scan finds all parts, and a value is read when it is
+/// asked for. One thread each; the bytes must live as long as they are looked at.
+///
+/// Parts are asked for by their numbers, see CLayout::findPart(). A part in an array is there once for each element:
+/// getElement() gives a scope in which it is asked for.
+class MURV_API CPacketView
+{
+public:
+    /// A packet, or one element of an array in it. Scopes are valid until the view opens other bytes.
+    struct tScope
+    {
+        std::size_t m_nBegin = 0;  ///< for the view's own use
+        std::size_t m_nEnd = 0;
+    };
+
+    /// Throws CLogicError for a layout that is not compiled.
+    explicit CPacketView(const CLayout& layout);
+    CPacketView(CPacketView&&) noexcept;
+    CPacketView& operator=(CPacketView&&) noexcept;
+    ~CPacketView();
+
+    /// Finds the parts of a packet. Values are not read yet, but for those on which others depend.
+    /// \return false at a fault, see getFault()
+    bool open(std::string_view bytes);
+
+    /// The whole packet.
+    tScope getAll() const;
+    /// How many elements an array has; 0 when it is not there.
+    std::uint64_t getCount(unsigned int array, const tScope& scope) const;
+    /// One of its elements; an empty scope when there is none. Cost: the parts before it in the array.
+    tScope getElement(unsigned int array, std::uint64_t index, const tScope& scope) const;
+    /// The alternative that is there of a field set with "one of", or CLayout::s_cuiNoPart.
+    unsigned int getAlternative(unsigned int set, const tScope& scope) const;
+
+    /// \name Leaves
+    /// Constant cost for a part outside arrays; in an element, the cost of its parts.
+    /// @{
+    /// Whether the part is there.
+    bool has(unsigned int part) const;
+    bool has(unsigned int part, const tScope& scope) const;
+    /// The place of its value in the packet; without length for a part that is not there.
+    tByteRange getPlace(unsigned int part) const;
+    tByteRange getPlace(unsigned int part, const tScope& scope) const;
+    /// Its value. The text is valid until the next value is asked for.
+    /// \return PF_none; PF_missing for a part that is not there; a finding, with the value; or a fault
+    E_PacketFault getValue(unsigned int part, tPacketValue& value, bool unscaled = false) const;
+    E_PacketFault getValue(unsigned int part, const tScope& scope, tPacketValue& value, bool unscaled = false) const;
+    /// Its value as an integer, numbers with decimals in units of the last decimal. \return false for anything else
+    bool getSint64(unsigned int part, long long& number) const;
+    /// Its value as a text; digits for numbers. \return false for anything else
+    bool getText(unsigned int part, std::string_view& text) const;
+    /// @}
+
+    const tPacketFault& getFault() const;
+
+private:
+    struct tState;
+    std::unique_ptr<tState> m_pState;
+};
+
+/// Makes packets and files from trees. One thread each.
+class MURV_API CPacketMaker
+{
+public:
+    /// Throws CLogicError for a layout that is not compiled.
+    explicit CPacketMaker(const CLayout& layout, const tMakeOptions& options = {});
+    CPacketMaker(CPacketMaker&&) noexcept;
+    CPacketMaker& operator=(CPacketMaker&&) noexcept;
+    ~CPacketMaker();
+
+    /// Makes the packet of a tree. What the tree lacks takes the layout's value; what the layout does not know is a
+    /// fault. Reading the packet gives the same tree, with defaults and numbers filled in; nothing is ever cut.
+    ///
+    /// \param packet  replaced; empty after a fault
+    /// \return false at a fault, see getFault()
+    /// Linear in the packet, and once more for each level of nested numbers whose own width varies.
+    bool make(const CFields& tree, std::string& packet);
+
+    const tPacketFault& getFault() const;
+    const std::vector<tPacketFault>& getFindings() const;
+
+private:
+    struct tState;
+    std::unique_ptr<tState> m_pState;
 };
 
 }  // namespace murv

@@ -68,7 +68,7 @@ struct tHead
         unsigned int m_uiOffset;
         std::string m_strBytes;
     };
-    std::vector<tBytes> m_vBytes;  // by offset; empty: any bytes
+    std::vector<tBytes> m_vBytes;  // by offset
 };
 
 /// How the alternative of a field set is chosen.
@@ -137,7 +137,7 @@ struct tPart
     bool m_bOptional = false;
     unsigned int m_uiBitmap = s_cuiNone;  // link of the bitmap that says whether it is there
     unsigned int m_uiBit = 0;             // counted from 0, bit 0 the highest of the first byte
-    std::vector<tHead> m_vHeads;          // what it can begin with; empty, or one without bytes: anything
+    std::vector<tHead> m_vHeads;          // what it can begin with, each with bytes; empty: anything
 
     // Field sets.
     E_Choice m_eChoice = CH_none;

@@ -26,14 +26,15 @@ enum E_Step : unsigned char
     ST_when,       // the part is there, or the step B is next. A: part
     ST_choose,     // one of several. A: choice
     ST_jump,       // B: the step that is next
-    ST_cut,        // a part between marks begins: its end is found. A: part
-    ST_joint,      // it has ended: the mark, or the end of the whole. A: part, B: step after the last part
+    ST_joint,      // before a part between marks: the mark, or the end of the whole. A: part, B: step after the last
+    ST_cut,        // the part begins: its end is found. A: part
+    ST_uncut,      // it has ended, and all its bytes are used. A: part
     ST_span,       // what is measured begins. A: span
     ST_spanEnd,    // and ends. A: span
     ST_align,      // bytes are skipped. A: part
     ST_link,       // a number was read: it is compared with what was measured before. A: link
     ST_total,      // what is counted over ends: totals are compared. A: part
-    ST_reset,      // a part that may repeat begins: what is known of its values is forgotten. A: part
+    ST_reset,      // an element begins: what is known of the values in it is forgotten. A: list
     ST_record,     // a record begins. A: part
     ST_recordEnd,  // and ends. A: part
     ST_done,
@@ -61,6 +62,13 @@ struct tRun
     unsigned int m_uiLength = 0;
 };
 
+/// Where a leaf of fixed width lies; without a run for other parts.
+struct tPlaceInRun
+{
+    unsigned int m_uiRun = s_cuiNone;
+    unsigned int m_uiOffset = 0;
+};
+
 /// The alternatives of a field set, each with the step at which it begins.
 struct tChoice
 {
@@ -68,6 +76,16 @@ struct tChoice
     std::vector<unsigned int> m_vSteps;        // by member; the last step of each is ST_jump
     std::vector<unsigned int> m_vMember4Byte;  // CH_heads told apart by one byte: 256 entries; else empty
     unsigned int m_uiOffset = 0;               // of that byte
+    std::vector<unsigned int> m_vByID;         // CH_value: members with an ID, by ID
+    std::vector<unsigned int> m_vByName;       // and with a name, by name
+};
+
+/// What is forgotten when an element begins.
+struct tReset
+{
+    std::vector<unsigned int> m_vRegisters;
+    std::vector<unsigned int> m_vSpans;
+    std::vector<unsigned int> m_vLinks;
 };
 
 struct tPlan
@@ -82,10 +100,16 @@ struct tPlan
     std::vector<tStep> m_vSteps;
     std::vector<tRun> m_vRuns;
     std::vector<tChoice> m_vChoices;
+    std::vector<tReset> m_vResets;
     std::vector<unsigned int> m_vRegister4Part;  // by part: of its value, or none
     unsigned int m_uiRegisters = 0;
-    std::vector<unsigned int> m_vLinksInOrder;  // as making computes them
-    bool m_bSelfEvident = false;                // what is made cannot be read in another way
+    std::vector<std::vector<unsigned int>> m_vLinks4Number;   // by part: links whose number it is
+    std::vector<std::vector<unsigned int>> m_vLinks4Counted;  // by part: totals that count it
+    std::vector<std::vector<unsigned int>> m_vLinks4Base;     // by part: totals that end with it
+    std::vector<std::vector<unsigned int>> m_vLinks4Span;     // by span: links that measure it
+    std::vector<unsigned int> m_vOrder4Link;                  // by link: totals of lower order come first
+    std::vector<tPlaceInRun> m_vPlace4Part;                   // by part: where a leaf of fixed width lies
+    bool m_bSelfEvident = false;                              // what is made cannot be read in another way
 };
 
 /// Makes the steps of a plan whose parts, links, spans and frame are complete.

@@ -1,0 +1,75 @@
+// layout/layout_parts.cpp - the parts of a layout as they are seen from outside.
+#include <algorithm>
+
+#include "core/throw.h"
+#include "layout/run/fault_words.h"
+#include "murv/layout.h"
+
+namespace murv
+{
+
+using namespace detail;
+
+unsigned int CLayout::getPartCount() const
+{
+    return m_pPlan == nullptr ? 0 : static_cast<unsigned int>(m_pPlan->m_vParts.size());
+}
+
+tLayoutPart CLayout::getPart(unsigned int number) const
+{
+    if (number >= getPartCount())
+        throwAt("murv::CLayout::getPart", "The layout has no such part");
+    const tPart& part = m_pPlan->m_vParts[number];
+    tLayoutPart seen{};
+    seen.m_eKind = static_cast<E_LayoutPart>(part.m_eKind);
+    seen.m_strvName = part.m_strName;
+    seen.m_uiID = part.m_uiID;
+    seen.m_uiParent = part.m_uiParent;
+    seen.m_strvExpression = part.m_strExpression;
+    seen.m_strvRules = part.m_strRules;
+    seen.m_strvComment = part.m_strComment;
+    seen.m_bRecord = part.m_bRecord;
+    seen.m_bLiteral = part.m_bLiteral;
+    seen.m_bComputed = part.m_bComputed;
+    seen.m_bMasked = part.m_tItem.m_bMask;
+    return seen;
+}
+
+std::string CLayout::getPath(unsigned int number) const
+{
+    if (number >= getPartCount())
+        throwAt("murv::CLayout::getPath", "The layout has no such part");
+    return path4Part(*m_pPlan, number, {});
+}
+
+/// Goes down the parts by the names that paths show, so that no path is taken apart.
+unsigned int CLayout::findPart(std::string_view path) const
+{
+    unsigned int part = 0;
+    for (bool isFound = isCompiled(); isFound;)
+    {
+        if (path.empty())
+            return part;
+        isFound = false;
+        const tPart* open = &m_pPlan->m_vParts[part];
+        // The element of an array has no name of its own.
+        while (open->m_eKind == PK_array)
+            open = &m_pPlan->m_vParts[open->m_vMembers.front()];
+        for (const unsigned int member : open->m_vMembers)
+        {
+            const std::string name = pathName(m_pPlan->m_vParts[member]);
+            if (path.compare(0, name.size(), name) != 0 || (path.size() != name.size() && path[name.size()] != '.'))
+                continue;
+            path.remove_prefix(std::min(path.size(), name.size() + 1));
+            part = member;
+            isFound = true;
+            break;
+        }
+    }
+    return s_cuiNoPart;
+}
+
+static_assert(static_cast<unsigned int>(PK_leaf) == LP_leaf && static_cast<unsigned int>(PK_set) == LP_fields &&
+              static_cast<unsigned int>(PK_array) == LP_array && s_cuiNone == CLayout::s_cuiNoPart);
+
+}  // namespace murv

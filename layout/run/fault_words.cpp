@@ -1,0 +1,102 @@
+// layout/run/fault_words.cpp - faults in words.
+#include "layout/run/fault_words.h"
+
+#include <algorithm>
+
+#include "layout/plan/nearest_name.h"
+#include "layout/run/maker.h"
+
+namespace murv::detail
+{
+
+namespace
+{
+
+constexpr std::size_t s_cnMostBytes = 64;
+
+}  // namespace
+
+std::string pathName(const tPart& part)
+{
+    if (part.m_strName.empty())
+        return part.m_uiID != 0 ? "#" + std::to_string(part.m_uiID) : "(" + std::to_string(part.m_uiIndex + 1) + ")";
+    const bool isPlain = part.m_strName.find_first_of(".;|\"[]#") == std::string::npos &&
+                         part.m_strName.front() != ' ' && part.m_strName.back() != ' ';
+    if (isPlain)
+        return part.m_strName;
+    std::string quoted = "\"";
+    for (const char c : part.m_strName)
+        quoted.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
+    return quoted + '"';
+}
+
+std::string path4Part(const tPlan& plan, unsigned int part, const tElements& elements)
+{
+    std::vector<unsigned int> chain;
+    for (unsigned int p = part; p != s_cuiNone && p != 0; p = plan.m_vParts[p].m_uiParent)
+        chain.push_back(p);
+    chain.push_back(0);
+    std::reverse(chain.begin(), chain.end());
+    std::string path;
+    std::size_t array = 0;
+    for (std::size_t i = 0; i < chain.size(); ++i)
+    {
+        const tPart& step = plan.m_vParts[chain[i]];
+        const bool isElement = i != 0 && plan.m_vParts[step.m_uiParent].m_eKind == PK_array;
+        if (isElement)
+        {
+            if (array < elements.size())
+                path.append("[").append(std::to_string(elements[array])).append("]");
+            ++array;
+        }
+        else if (i != 0)
+        {
+            path += path.empty() ? "" : ".";
+            path += pathName(step);
+        }
+    }
+    return path;
+}
+
+std::string masked(const tItem& item, std::string_view bytes)
+{
+    std::string text(bytes);
+    if (!item.m_bMask)
+        return text;
+    const std::size_t shown = std::min<std::size_t>(item.m_ucShown, text.size());
+    std::fill(text.begin(), text.end() - static_cast<std::ptrdiff_t>(shown), '*');
+    return text;
+}
+
+tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_view bytes)
+{
+    const tPart& part = plan.m_vParts[fault.m_uiPart];
+    tPacketFault words;
+    words.m_eCode = fault.m_eCode;
+    words.m_strPath = path4Part(plan, fault.m_uiPart, fault.m_vElements);
+    words.m_ullRecord = fault.m_ullRecord;
+    words.m_ullOffset = fault.m_ullOffset;
+    words.m_ullLength = fault.m_ullLength;
+    words.m_ullRecordOffset = fault.m_ullOffset - std::min(fault.m_ullOffset, fault.m_ullRecordOffset);
+    words.m_ullMissing = fault.m_ullMissing;
+    words.m_strExpression = part.m_strExpression;
+    words.m_strRules = part.m_strRules;
+    words.m_strBytes = masked(part.m_tItem, bytes).substr(0, s_cnMostBytes);
+    words.m_strMessage = fault.m_pText != nullptr ? fault.m_pText : getFaultSentence(fault.m_eCode);
+    return words;
+}
+
+std::string CMaker::unknownWords() const
+{
+    const tPart& set = part4(m_tFault.m_uiPart);
+    std::vector<std::string_view> names;
+    for (const unsigned int member : set.m_vMembers)
+        names.push_back(part4(member).m_strName);
+    const std::string_view nearest = nearestName(m_strUnknown, names);
+    std::string words = "The layout has no part \"" + m_strUnknown + "\" here";
+    if (!nearest.empty())
+        words.append("; did you mean \"").append(nearest).append("\"?");
+    return words;
+}
+
+}  // namespace murv::detail

@@ -1,0 +1,443 @@
+// layout/run/maker.cpp - running the steps while making; values.
+#include "layout/run/maker.h"
+
+#include <algorithm>
+
+#include "core/field_access.h"
+#include "layout/values/value_codec.h"
+#include "packet/time_value.h"
+
+namespace murv::detail
+{
+
+namespace
+{
+
+constexpr unsigned int s_cuiMostPasses = 1000;  // more than layouts nest
+
+}  // namespace
+
+CMaker::CMaker(const tPlan& plan) : m_tPlan(plan), m_tKept(plan), m_tScanner(plan)
+{
+}
+
+void CMaker::begin()
+{
+    m_pOut->clear();
+    m_uiStep = 0;
+    m_vCursors.clear();
+    m_vMarks.clear();
+    if (m_tPlan.m_tFrame.m_eKind == FR_mark)
+        m_vMarks.push_back(&m_tPlan.m_tFrame.m_strMark);
+    m_tKept.clearAll();
+    m_vHoles.clear();
+    m_vHole4Link.assign(m_tPlan.m_vLinks.size(), s_cuiNone);
+    m_vHole4Part.assign(m_tPlan.m_vLinks.empty() && m_tPlan.m_vChoices.empty() ? 0 : m_tPlan.m_vParts.size(),
+                        s_cuiNone);
+    m_vMeasures.assign(m_tPlan.m_vSpans.size(), tMeasure());
+    m_vTotals.assign(m_tPlan.m_vLinks.size(), tTotal());
+    m_vOpenTotals.clear();
+    m_vOpenChecks.clear();
+    m_vTrace.clear();
+    m_vFindings.clear();
+    m_ullRecord = m_ullRecordStart = m_ullFrameStart = 0;
+    m_uiFound = s_cuiNone;
+    m_bInRecord = m_bMoved = false;
+}
+
+bool CMaker::make(const CFields& tree, const tMakeOptions& options, std::string& out)
+{
+    m_tOptions = options;
+    m_pOut = &out;
+    m_pRoot = &tree;
+    m_vGuesses.clear();
+    for (unsigned int pass = 0; pass < s_cuiMostPasses; ++pass)
+    {
+        begin();
+        if (!makeOnce(tree, 0, ST_done))
+            return false;
+        if (!m_bMoved)
+            return m_tPlan.m_bSelfEvident || verify();
+        m_vGuesses.swap(m_vHoles);
+    }
+    stop(PF_ambiguous, 0, "The widths of numbers depend on each other without end");
+    return false;
+}
+
+bool CMaker::makeRecord(unsigned int part, const CFields& record, const tMakeOptions& options, std::string& out)
+{
+    const auto begins = [part](const tStep& step) { return step.m_eStep == ST_record && step.m_uiA == part; };
+    const auto first = std::find_if(m_tPlan.m_vSteps.begin(), m_tPlan.m_vSteps.end(), begins);
+    m_tOptions = options;
+    m_pOut = &out;
+    m_vGuesses.clear();
+    m_uiAlone = part;
+    bool isMade = false;
+    do
+    {
+        begin();
+        isMade = makeOnce(record, static_cast<unsigned int>(first - m_tPlan.m_vSteps.begin()), ST_recordEnd);
+        m_vGuesses.swap(m_vHoles);
+    } while (isMade && m_bMoved);
+    m_uiAlone = s_cuiNone;
+    return isMade;
+}
+
+/// Whether a number is filled in: one about other records is not when its record is made alone.
+bool CMaker::isFilledIn(unsigned int part) const
+{
+    if (m_uiAlone == s_cuiNone)
+        return true;
+    const unsigned int after = part4(m_uiAlone).m_uiAfter;
+    const auto isInside = [&](unsigned int other) { return other >= m_uiAlone && other < after; };
+    return std::all_of(m_tPlan.m_vLinks4Number[part].begin(), m_tPlan.m_vLinks4Number[part].end(), [&](unsigned int i) {
+        const tLink& link = m_tPlan.m_vLinks[i];
+        const unsigned int about = link.m_uiSpan != s_cuiNone   ? m_tPlan.m_vSpans[link.m_uiSpan].m_uiFirst
+                                   : link.m_uiBase != s_cuiNone ? link.m_uiBase
+                                                                : link.m_uiTarget;
+        return isInside(about);
+    });
+}
+
+bool CMaker::makeOnce(const CFields& tree, unsigned int from, E_Step last)
+{
+    m_pRoot = &tree;
+    m_uiStep = from;
+    for (;;)
+    {
+        const bool isLast = m_tPlan.m_vSteps[m_uiStep].m_eStep == last;
+        const E_Scan result = step(m_tPlan.m_vSteps[m_uiStep]);
+        if (result == SC_fault)
+            return false;
+        if (isLast)
+            break;
+        m_uiStep += result == SC_next ? 1 : 0;
+    }
+    return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next;
+}
+
+E_Scan CMaker::step(const tStep& step)
+{
+    switch (step.m_eStep)
+    {
+    case ST_run: return onRun(step.m_uiA);
+    case ST_item: return makeLeaf(step.m_uiA);
+    case ST_open: return onOpen(step.m_uiA);
+    case ST_close: return onClose(step.m_uiA);
+    case ST_array: return onArray(step.m_uiA);
+    case ST_next: return onNext(step);
+    case ST_element: return onElement(step);
+    case ST_arrayEnd: return onArrayEnd(step.m_uiA);
+    case ST_when: return onWhen(step);
+    case ST_choose: return onChoose(step.m_uiA);
+    case ST_jump: m_uiStep = step.m_uiB; return SC_again;
+    case ST_joint: return onJoint(step);
+    case ST_span: m_vMeasures[step.m_uiA] = {false, m_pOut->size(), 0}; return SC_next;
+    case ST_spanEnd: return onSpanEnd(step.m_uiA);
+    case ST_align: return onAlign(step.m_uiA);
+    case ST_link: return onLink(step.m_uiA);
+    case ST_total: return onTotal(step.m_uiA);
+    case ST_reset: return onReset(step.m_uiA);
+    case ST_record: return onRecord(step.m_uiA);
+    case ST_recordEnd: return onRecordEnd(step.m_uiA);
+    case ST_cut:
+    case ST_uncut: return SC_next;
+    case ST_done: break;
+    }
+    return SC_done;
+}
+
+/// The member of the data for a part, or null. Members mostly stand in the order of the layout.
+const CFields* CMaker::find(unsigned int part)
+{
+    if (part == m_uiFound)
+        return m_pFound;
+    m_uiFound = part;
+    m_pFound = nullptr;
+    if (m_vCursors.empty())
+        return m_pFound = m_pRoot;
+    tCursor& cursor = m_vCursors.back();
+    if (cursor.m_pNode == nullptr)
+        return nullptr;
+    if (part4(cursor.m_uiPart).m_eKind == PK_array)
+        return m_pFound = &(*cursor.m_pNode)[static_cast<unsigned int>(cursor.m_ullCount - 1)];
+    const tPart& wanted = part4(part);
+    const auto length = static_cast<unsigned int>(wanted.m_strName.size());
+    const unsigned int count = cursor.m_pNode->getChildCount();
+    const auto fits = [&](const CFields& member) {
+        return length != 0 && tFieldAccess::name(member).size() != 0
+                   ? tFieldAccess::isNamed(member, wanted.m_strName.data(), length)
+                   : tFieldAccess::name(member).empty() && wanted.m_uiID != 0 &&
+                         tFieldAccess::id(member) == wanted.m_uiID;
+    };
+    if (cursor.m_uiNext < count && fits((*cursor.m_pNode)[cursor.m_uiNext]))
+        m_pFound = &(*cursor.m_pNode)[cursor.m_uiNext++];
+    else if (length != 0)
+        m_pFound = cursor.m_pNode->findChildAt(wanted.m_strName.data(), length);
+    for (unsigned int i = 0; m_pFound == nullptr && wanted.m_uiID != 0 && i < count; ++i)
+    {
+        if (fits((*cursor.m_pNode)[i]))
+            m_pFound = &(*cursor.m_pNode)[i];
+    }
+    cursor.m_uiMatched += m_pFound != nullptr ? 1 : 0;
+    return m_pFound;
+}
+
+E_Scan CMaker::onRun(unsigned int index)
+{
+    const tRun& run = m_tPlan.m_vRuns[index];
+    const std::size_t begin = m_pOut->size();
+    for (const tRun::tField& field : run.m_vFields)
+    {
+        if (const E_Scan result = makeLeaf(field.m_uiPart))
+            return result;
+    }
+    add(TR_run, index, begin, run.m_uiLength);
+    return SC_next;
+}
+
+E_Scan CMaker::makeLeaf(unsigned int part)
+{
+    const tPart& leaf = part4(part);
+    const CFields* const node = leaf.m_strName.empty() && leaf.m_uiID == 0 && leaf.m_bLiteral ? nullptr : find(part);
+    if (leaf.m_bLiteral)
+        return makeLiteral(part, node);
+    if (leaf.m_bComputed && isFilledIn(part))
+        return makeHole(part);
+    return makeValue4Leaf(part, node);
+}
+
+E_Scan CMaker::makeLiteral(unsigned int part, const CFields* node)
+{
+    const tPart& leaf = part4(part);
+    const std::size_t begin = m_pOut->size();
+    if (node != nullptr)
+    {
+        if (const E_Scan result = makeValue4Leaf(part, node))
+            return result;
+        if (m_pOut->compare(begin, std::string::npos, leaf.m_strLiteral) != 0)
+            return stop(PF_literal, part, nullptr, m_pOut->size() - begin);
+        return SC_next;
+    }
+    m_pOut->append(leaf.m_strLiteral);
+    const std::size_t at = begin + leaf.m_tItem.m_ucPrefix;
+    const std::size_t mark = leaf.m_eEnd == LE_mark ? leaf.m_vMarks.front().size() : 0;
+    const std::size_t length = m_pOut->size() - at - mark;
+    if (leaf.m_eEnd != LE_fixed)
+        add(TR_item, part, at, length);
+    return keep(part, {m_pOut->data() + at, length});
+}
+
+E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
+{
+    const tPart& leaf = part4(part);
+    tScalar value;
+    if (m_tOptions.m_bNow && leaf.m_tItem.m_pTime != nullptr && !leaf.m_tItem.m_bKeep)
+        value = makeScalar(false, makeTimeValue(*leaf.m_tItem.m_pTime, readClock()));
+    else if (node != nullptr)
+    {
+        if (const E_Scan result = takeScalar(part, *node, value))
+            return result;
+    }
+    else if (leaf.m_bRequired || leaf.m_bComputed)
+        return stop(PF_missing, part);
+    else
+        value = defaultOf(leaf);
+    return putValue(part, value);
+}
+
+E_Scan CMaker::takeScalar(unsigned int part, const CFields& node, tScalar& value)
+{
+    if (tFieldAccess::isContainer(node))
+    {
+        if (tFieldAccess::type(node) == DT_fields && !part4(part).m_tItem.m_vBits.empty())
+            return takeBits(part, node, value);
+        return stop(PF_type, part, "The data has a container where the layout has a value");
+    }
+    value.m_eType = tFieldAccess::type(node);
+    if (value.m_eType == DT_codelist)
+        value.m_strvText = tFieldAccess::codes(node);
+    else
+        value.m_ullValue = tFieldAccess::value(node).m_ullValue;
+    if (value.m_eType == DT_bool)
+        value = makeScalar(false, tFieldAccess::value(node).m_bValue ? 1 : 0);
+    return SC_next;
+}
+
+E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
+{
+    unsigned long long number = 0;
+    unsigned int matched = 0;
+    for (const tBitField& field : part4(part).m_tItem.m_vBits)
+    {
+        const CFields* const member =
+            node.findChildAt(field.m_strName.data(), static_cast<unsigned int>(field.m_strName.size()));
+        if (member == nullptr)
+            continue;
+        ++matched;
+        unsigned long long bits = 0;
+        const bool isNumber = member->isUint64() && !member->isCodelist();
+        if (isNumber)
+            bits = member->asUint64();
+        if (!isNumber || (field.m_uiWidth < 64 && bits >> field.m_uiWidth != 0))
+            return stop(isNumber ? PF_tooLong : PF_type, part, "A part of the bits does not fit");
+        number |= bits << field.m_uiShift;
+    }
+    if (matched != node.getChildCount())
+        return stop(PF_unknown, part, "The data has bits that the layout does not name");
+    value = makeScalar(false, number);
+    value.m_eType = DT_uint;
+    return SC_next;
+}
+
+/// Appends the item of a value: prefix, bytes, mark.
+E_Scan CMaker::putValue(unsigned int part, const tScalar& value)
+{
+    const tPart& leaf = part4(part);
+    std::string& out = *m_pOut;
+    const std::size_t begin = out.size();
+    std::size_t length = 0;
+    E_PacketFault fault = PF_none;
+    if (leaf.m_eEnd == LE_prefix)
+    {
+        m_strValue.clear();
+        fault = makeValue(leaf.m_tItem, value, m_strValue);
+        length = m_strValue.size();
+        if (fault == PF_none || isFinding(fault))
+        {
+            const E_PacketFault tooLong = makePrefix(leaf.m_tItem, length, out);
+            fault = tooLong == PF_none ? fault : tooLong;
+            out.append(m_strValue);
+        }
+    }
+    else
+    {
+        fault = makeValue(leaf.m_tItem, value, out);
+        length = out.size() - begin;
+    }
+    if (fault != PF_none && !isFinding(fault))
+        return stop(fault, part);
+    const std::size_t at = out.size() - length;
+    if (leaf.m_tItem.m_uiLength != 0 && length > leaf.m_tItem.m_uiLength)
+        return stop(PF_tooLong, part);
+    if (fault != PF_none)
+    {
+        stop(fault, part, nullptr, length);
+        m_vFindings.push_back(m_tFault);
+    }
+    if (!isValidValue(leaf.m_tItem, value))
+        return stop(PF_invalid, part);
+    if (const E_Scan result = checkMarks(part, begin))
+        return result;
+    if (leaf.m_eEnd == LE_mark)
+        out.append(leaf.m_vMarks.front());
+    if (leaf.m_eEnd != LE_fixed)
+        add(TR_item, part, at, length);
+    return keep(part, {out.data() + at, length});
+}
+
+/// Reading would end the item at a mark in it.
+E_Scan CMaker::checkMarks(unsigned int part, std::size_t begin)
+{
+    const tPart& leaf = part4(part);
+    const std::string_view bytes = std::string_view(*m_pOut).substr(begin);
+    const auto holds = [bytes](const std::string& mark) { return bytes.find(mark) != std::string_view::npos; };
+    const bool inOwn = std::any_of(leaf.m_vMarks.begin(), leaf.m_vMarks.end(), holds);
+    const bool inLine = m_tPlan.m_tFrame.m_eKind == FR_lines && bytes.find('\n') != std::string_view::npos;
+    const bool inOthers =
+        std::any_of(m_vMarks.begin(), m_vMarks.end(), [&](const std::string* mark) { return holds(*mark); });
+    return inOwn || inLine || inOthers ? stop(PF_mark, part, nullptr, bytes.size()) : SC_next;
+}
+
+/// Keeps a value that others look at, in the form in which reading gives it.
+E_Scan CMaker::keep(unsigned int part, std::string_view bytes)
+{
+    if (m_tPlan.m_vRegister4Part[part] == s_cuiNone)
+        return SC_next;
+    tScalar value;
+    const E_PacketFault fault = readValue(part4(part).m_tItem, bytes, VO_unscaled, value, m_strScratch);
+    if (fault != PF_none && !isFinding(fault))
+        return stop(PF_lossy, part);
+    m_tKept.set(part, value);
+    if (!m_tPlan.m_vLinks4Counted[part].empty() && value.m_eType != DT_null)
+        count(part, value.m_ullValue);
+    return SC_next;
+}
+
+tElements CMaker::elements() const
+{
+    tElements elements;
+    for (const tCursor& cursor : m_vCursors)
+    {
+        if (part4(cursor.m_uiPart).m_eKind == PK_array)
+            elements.push_back(cursor.m_ullCount == 0 ? 0 : cursor.m_ullCount - 1);
+    }
+    return elements;
+}
+
+E_Scan CMaker::stop(E_PacketFault code, unsigned int part, const char* text, std::uint64_t length)
+{
+    const std::uint64_t offset = m_pOut->size() - length;
+    m_tFault = {
+        code, part,      offset, length, 0, m_bInRecord ? m_ullRecord : 0, m_bInRecord ? m_ullRecordStart : offset,
+        text, elements()};
+    return SC_fault;
+}
+
+std::string_view CMaker::faultBytes() const
+{
+    const std::string_view out = *m_pOut;
+    if (m_tFault.m_ullOffset > out.size())
+        return {};
+    return out.substr(static_cast<std::size_t>(m_tFault.m_ullOffset), static_cast<std::size_t>(m_tFault.m_ullLength));
+}
+
+/// Reads the packet again: every part must be where it was made.
+bool CMaker::verify()
+{
+    m_tScanner.reset();
+    m_tScanner.show(m_pOut->data(), 0, m_pOut->size(), true);
+    E_Scan result = SC_record;
+    while (result == SC_record)
+        result = m_tScanner.run();
+    if (!isSame(m_tScanner.trace()))
+        return false;
+    if (result == SC_fault || m_tScanner.position() != m_pOut->size())
+    {
+        m_tFault = m_tScanner.fault();
+        m_tFault.m_uiPart = result == SC_fault ? m_tFault.m_uiPart : 0;
+        m_tFault.m_eCode = PF_ambiguous;
+        m_tFault.m_pText = nullptr;
+        return false;
+    }
+    return true;
+}
+
+bool CMaker::isSame(const tTraces& read)
+{
+    const auto same = [](const tTrace& a, const tTrace& b) {
+        return a.m_eTrace == b.m_eTrace && a.m_uiIndex == b.m_uiIndex && a.m_ullOffset == b.m_ullOffset &&
+               a.m_ullLength == b.m_ullLength;
+    };
+    const auto [made, found] = std::mismatch(m_vTrace.begin(), m_vTrace.end(), read.begin(), read.end(), same);
+    if (made == m_vTrace.end() && found == read.end())
+        return true;
+    tTrace at{TR_open, 0, 0, 0};
+    if (made != m_vTrace.end())
+        at = *made;
+    const unsigned int part =
+        at.m_eTrace == TR_run ? m_tPlan.m_vRuns[at.m_uiIndex].m_vFields.front().m_uiPart : at.m_uiIndex;
+    m_tFault = {PF_ambiguous, part, at.m_ullOffset, at.m_ullLength, 0, 0, 0, nullptr, {}};
+    for (auto trace = m_vTrace.begin(); trace != made; ++trace)
+    {
+        if (trace->m_eTrace == TR_array)
+            m_tFault.m_vElements.push_back(~std::uint64_t{0});
+        else if (trace->m_eTrace == TR_element)
+            ++m_tFault.m_vElements.back();
+        else if (trace->m_eTrace == TR_arrayEnd)
+            m_tFault.m_vElements.pop_back();
+    }
+    return false;
+}
+
+}  // namespace murv::detail
