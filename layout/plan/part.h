@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "layout/values/item.h"
+#include "murv/packet_expression.h"
 
 namespace murv::detail
 {
@@ -41,7 +42,8 @@ struct tValueOf
     unsigned int m_uiBits = s_cuiNone;  // index in the item's bit fields, or none
 };
 
-/// A value that stands in a rule: a number where the text is one, and the text.
+/// A value that stands in a rule: a number where the text is one, and the text. Of a value with implied decimals the
+/// number is in units of the last one, and always set.
 struct tConstant
 {
     std::string m_strText;
@@ -117,6 +119,7 @@ struct tPart
     std::string m_strComment;
 
     // Leaves.
+    tPacketExpInfo m_tExpression{};  // as the document has it; also names the keyword of an application
     tItem m_tItem;
     bool m_bLiteral = false;
     bool m_bComputed = false;  // making fills it in
@@ -127,7 +130,7 @@ struct tPart
     unsigned long long m_ullDefault = 0;  // the bits of a number
     E_LeafEnd m_eEnd = LE_fixed;
     std::vector<std::string> m_vMarks;  // LE_mark: one; LE_before: one or more
-    unsigned int m_uiTail = 0;          // LE_enclosing: bytes of the parts after it
+    unsigned int m_uiTail = 0;  // LE_enclosing, m_bToEnd, m_strBetween: bytes of the parts after it in what encloses it
 
     // Being there.
     std::vector<tTest> m_vIf;  // all must hold
@@ -140,7 +143,8 @@ struct tPart
     E_Choice m_eChoice = CH_none;
     tValueOf m_tChoice;
     unsigned int m_uiElse = s_cuiNone;  // member index
-    std::string m_strBetween;           // the mark between members or elements
+    std::string m_strBetween;           // the mark between members or elements; an array that comes last in a set
+                                        // with such a mark, and has none, takes elements between that mark
 
     // Arrays.
     E_ArrayEnd m_eArrayEnd = AE_enclosing;

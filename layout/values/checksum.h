@@ -28,6 +28,10 @@ enum E_Checksum : unsigned char
 inline constexpr unsigned int s_cuiChecksums = CK_mod97 + 1;
 
 /// A checksum that takes bytes in pieces.
+///
+/// Of luhn and mod97, get() is the check digit (two of them for mod97, 02 to 98) that completes the number whose digits
+/// were added; of mod10 it is the last digit of the sum. All three look at characters of ASCII and skip what is neither
+/// a digit nor, for mod10, "-" nor, for mod97, a capital letter: so blanks in the number's own place do not count.
 class CChecksum
 {
 public:

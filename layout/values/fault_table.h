@@ -34,7 +34,7 @@ inline constexpr tFaultRow s_ctFaults[] = {
 
     {PF_type, "type", "The item does not take a value of this kind", false},
     {PF_tooLong, "tooLong", "The value does not fit the item", false},
-    {PF_width, "width", "The value does not fill the item, which has no padding", false},
+    {PF_width, "width", "The value has fewer or more bytes than the item takes", false},
     {PF_negative, "negative", "The number is below zero, and the item has no sign", false},
     {PF_lossy, "lossy", "Reading would give another value", false},
     {PF_null, "null", "The item cannot say null", false},
