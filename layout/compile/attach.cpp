@@ -127,8 +127,8 @@ private:
         const std::string_view name = writtenName(member);
         const auto length = static_cast<unsigned int>(name.size());
         const unsigned int parent = m_tCompile.part(index).m_uiParent;
-        const CFields* const set = name.size() == 1 || parent == s_cuiNone ? m_tCompile.draft(index).m_pOwn
-                                                                           : m_tCompile.draft(parent).m_pNode;
+        const CFields* const set =
+            name.size() == 1 || parent == s_cuiNone ? m_tCompile.draft(index).m_pOwn : m_tCompile.draft(parent).m_pNode;
         const CFields* const first = set->findChildAt(name.data(), length);
         return first != nullptr && first != &member;
     }
@@ -182,8 +182,8 @@ bool sayTheSame(const tRule& a, const tRule& b)
 void checkPlace(tCompile& compile, unsigned int index, const tRule& rule)
 {
     const std::string name = std::string("\"") + rule.m_pRow->m_pName + "\"";
-    const unsigned int places = rule.m_strBit.empty() ? compile.draft(index).m_uiPlaces
-                                                      : static_cast<unsigned int>(RP_bit);
+    const unsigned int places =
+        rule.m_strBit.empty() ? compile.draft(index).m_uiPlaces : static_cast<unsigned int>(RP_bit);
     if ((rule.m_pRow->m_uiPlaces & places) == 0)
         compile.refuse(index, rule, name + " is a rule for " + rule.m_pRow->m_pPlaces);
 }

@@ -115,18 +115,17 @@ bool canBeChosen(tCompile& compile, unsigned int set, unsigned int member)
     const tItem& item = compile.part(choice.m_tChoice.m_uiPart).m_tItem;
     const unsigned int bits = choice.m_tChoice.m_uiBits;
     if (!isNumber(item) || item.m_bExact)
-        return !part.m_strName.empty() &&
-               (item.m_uiLength == 0 || item.m_pPage != nullptr || item.m_eForm == IF_hexText ||
-                part.m_strName.size() <= item.m_uiLength);
+        return !part.m_strName.empty() && (item.m_uiLength == 0 || item.m_pPage != nullptr ||
+                                           item.m_eForm == IF_hexText || part.m_strName.size() <= item.m_uiLength);
     if (part.m_uiID != 0 && canBe(item, bits, part.m_uiID))
         return true;
     const tConstant digits = makeConstant(part.m_strName);
     if (!digits.m_bNumber || digits.m_bNegative || std::to_string(digits.m_ullMagnitude) != part.m_strName)
         return digits.m_bNumber && digits.m_bNegative && item.m_eForm != IF_bcd;
     const unsigned long long most = 0x7FFFFFFF;
-    const bool shadowed = digits.m_ullMagnitude != 0 && digits.m_ullMagnitude <= most &&
-                          compile.m_tPaths.member(set, {"", static_cast<unsigned int>(digits.m_ullMagnitude)}) !=
-                              s_cuiNone;
+    const bool shadowed =
+        digits.m_ullMagnitude != 0 && digits.m_ullMagnitude <= most &&
+        compile.m_tPaths.member(set, {"", static_cast<unsigned int>(digits.m_ullMagnitude)}) != s_cuiNone;
     return !shadowed && canBe(item, bits, digits.m_ullMagnitude);
 }
 

@@ -117,8 +117,8 @@ bool resolveCopies(tCompile& compile, unsigned int index)
             mistake = "A field set with \"like\" has no other members";
         else
             mistake = findCopied(compile, index, like, copied);
-        if (mistake.empty() && (isAround(compile, index, copied.m_pNode) ||
-                                compile.draft(index).m_vCopied.size() == s_cuiMostInRow))
+        if (mistake.empty() &&
+            (isAround(compile, index, copied.m_pNode) || compile.draft(index).m_vCopied.size() == s_cuiMostInRow))
             mistake = "\"like\" goes in a circle";
         if (!mistake.empty())
         {

@@ -37,19 +37,19 @@ struct tDraft
     const CFields* m_pNode = nullptr;  // the node that has its members: another one after "like"
     std::vector<tCopied> m_vCopied;    // parts whose rules count here, too
     std::vector<tRule> m_vRules;
-    unsigned int m_uiPlaces = 0;       // E_RulePlace: what it is
+    unsigned int m_uiPlaces = 0;  // E_RulePlace: what it is
     unsigned int m_uiLevel = 0;
 
-    bool m_bOrder = false;             // byte order is said here or around
+    bool m_bOrder = false;  // byte order is said here or around
     bool m_bLittle = false;
     const tCodePage* m_pPage = nullptr;
     bool m_bOwnPage = false;
     bool m_bRaw = false;
-    bool m_bPadding = false;           // said by a rule
-    bool m_bKeepAll = false;           // padding belongs to the value
-    bool m_bToEnd = false;             // leaves; arrays have it in their part
-    bool m_bDelimited = false;         // a mark of "between" around it ends it
-    bool m_bSized = false;             // a number that is read before its end says the size of it alone
+    bool m_bPadding = false;               // said by a rule
+    bool m_bKeepAll = false;               // padding belongs to the value
+    bool m_bToEnd = false;                 // leaves; arrays have it in their part
+    bool m_bDelimited = false;             // a mark of "between" around it ends it
+    bool m_bSized = false;                 // a number that is read before its end says the size of it alone
     unsigned int m_uiSpanEnd = s_cuiNone;  // the part after the innermost sized neighbours that it is one of
 
     unsigned long long m_ullWidth = s_cullVaries;  // bytes, when they are known
@@ -119,17 +119,17 @@ std::string nameOf(const tPart& part);
 
 // The steps, in their order.
 
-void buildParts(tCompile& compile);     // parts from the document, copies included
-void attachRules(tCompile& compile);    // rules to their parts
-void checkRules(tCompile& compile);     // what stands twice, in a wrong place, or contradicts
-void makeItems(tCompile& compile);      // items from packet expressions
+void buildParts(tCompile& compile);   // parts from the document, copies included
+void attachRules(tCompile& compile);  // rules to their parts
+void checkRules(tCompile& compile);   // what stands twice, in a wrong place, or contradicts
+void makeItems(tCompile& compile);    // items from packet expressions
 void compileRules(tCompile& compile, E_RulePhase phase);
-void finishItems(tCompile& compile);    // what depends on several rules
-void chooseRulers(tCompile& compile);   // which numbers rule and which agree
-void findEnds(tCompile& compile);       // of leaves; then items are complete, and literals are made
-void measureParts(tCompile& compile);   // widths
-void checkWidths(tCompile& compile);    // elements without bytes, tails, frames, aligned parts
-void findHeads(tCompile& compile);      // heads, and the ends of arrays that depend on them
-void checkNumbers(tCompile& compile);   // overlaps and circles
+void finishItems(tCompile& compile);   // what depends on several rules
+void chooseRulers(tCompile& compile);  // which numbers rule and which agree
+void findEnds(tCompile& compile);      // of leaves; then items are complete, and literals are made
+void measureParts(tCompile& compile);  // widths
+void checkWidths(tCompile& compile);   // elements without bytes, tails, frames, aligned parts
+void findHeads(tCompile& compile);     // heads, and the ends of arrays that depend on them
+void checkNumbers(tCompile& compile);  // overlaps and circles
 
 }  // namespace murv::detail

@@ -218,8 +218,8 @@ void compileChecksum(tCompile& compile, unsigned int part, const tRule& rule)
     link.m_ucChecksum = rule.m_ucChecksum;
     std::string mistake = measure(compile, part, rule, link);
     const unsigned int record = recordAround(compile, part);
-    if (mistake.empty() && (record == s_cuiNone ||
-                            recordAround(compile, compile.m_tPlan.m_vSpans[link.m_uiSpan].m_uiFirst) != record))
+    if (mistake.empty() &&
+        (record == s_cuiNone || recordAround(compile, compile.m_tPlan.m_vSpans[link.m_uiSpan].m_uiFirst) != record))
         mistake = "A check stays within one record";
     if (mistake.empty())
         addLink(compile, link);

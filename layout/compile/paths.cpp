@@ -29,17 +29,18 @@ unsigned int CPaths::member(unsigned int set, const tPathStep& step)
         }
         return s_cuiNone;
     }
-    const auto less = [&parts, byID](unsigned int a, unsigned int b)
-    { return byID ? parts[a].m_uiID < parts[b].m_uiID : parts[a].m_strName < parts[b].m_strName; };
+    const auto less = [&parts, byID](unsigned int a, unsigned int b) {
+        return byID ? parts[a].m_uiID < parts[b].m_uiID : parts[a].m_strName < parts[b].m_strName;
+    };
     std::vector<unsigned int>& sorted = (byID ? m_tByID : m_tByName)[set];
     if (sorted.empty())
     {
         sorted = members;
         std::stable_sort(sorted.begin(), sorted.end(), less);
     }
-    const auto at = std::partition_point(
-        sorted.begin(), sorted.end(), [&parts, &step, byID](unsigned int a)
-        { return byID ? parts[a].m_uiID < step.m_uiID : parts[a].m_strName < step.m_strName; });
+    const auto at = std::partition_point(sorted.begin(), sorted.end(), [&parts, &step, byID](unsigned int a) {
+        return byID ? parts[a].m_uiID < step.m_uiID : parts[a].m_strName < step.m_strName;
+    });
     if (at == sorted.end() || (byID ? parts[*at].m_uiID != step.m_uiID : parts[*at].m_strName != step.m_strName))
         return s_cuiNone;
     return *at;
@@ -102,8 +103,9 @@ std::string CPaths::follow(const std::vector<tPathStep>& path, tFound& found)
         const std::vector<tBitField>& bits = at.m_tItem.m_vBits;
         if (at.m_eKind == PK_leaf && i + 1 == path.size() && !bits.empty())
         {
-            const auto bit = std::find_if(bits.begin(), bits.end(), [&path, i](const tBitField& field)
-                                          { return field.m_strName == path[i].m_strName; });
+            const auto bit = std::find_if(bits.begin(), bits.end(), [&path, i](const tBitField& field) {
+                return field.m_strName == path[i].m_strName;
+            });
             if (bit == bits.end())
                 return nameOf(at) + " has no bits \"" + describeStep(path[i]) + "\"";
             found.m_uiBits = static_cast<unsigned int>(bit - bits.begin());

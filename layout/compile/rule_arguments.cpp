@@ -113,8 +113,8 @@ bool readBitmap(CRuleText& text, tRule& rule)
     rule.m_ullNumber = 1;
     if (!readSinglePart(text, rule))
         return false;
-    return !text.takeWords("from") || (text.takeNumber(rule.m_ullNumber) && rule.m_ullNumber != 0 &&
-                                       rule.m_ullNumber <= s_cullMostPlus);
+    return !text.takeWords("from") ||
+           (text.takeNumber(rule.m_ullNumber) && rule.m_ullNumber != 0 && rule.m_ullNumber <= s_cullMostPlus);
 }
 
 bool readMark(CRuleText& text, tRule& rule)

@@ -11,22 +11,22 @@ namespace murv::detail
 bool readNothing(CRuleText& text, tRule& rule);
 bool readNumber(CRuleText& text, tRule& rule);
 bool readMaybeNumber(CRuleText& text, tRule& rule);
-bool readLines(CRuleText& text, tRule& rule);        // [N | "mark"]
-bool readPrefixed(CRuleText& text, tRule& rule);     // EXPRESSION [+ N]
-bool readChoice(CRuleText& text, tRule& rule);       // PATH [else NAME]
-bool readTest(CRuleText& text, tRule& rule);         // PATH = V | V
-bool readSize(CRuleText& text, tRule& rule);         // PART [/ N] [+ N]
-bool readCount(CRuleText& text, tRule& rule);        // PATH [+ N]
-bool readBitmap(CRuleText& text, tRule& rule);       // PART [from N]
-bool readMark(CRuleText& text, tRule& rule);         // "mark"
-bool readMarks(CRuleText& text, tRule& rule);        // "mark" | "mark"
-bool readAlign(CRuleText& text, tRule& rule);        // N ["fill"]
-bool readPathOnly(CRuleText& text, tRule& rule);     // PATH
-bool readChecksum(CRuleText& text, tRule& rule);     // [VARIANT] of PART
-bool readValid(CRuleText& text, tRule& rule);        // V..V | V, or date LETTERS
-bool readBitFields(CRuleText& text, tRule& rule);    // N NAME, N NAME
-bool readDecimals(CRuleText& text, tRule& rule);     // N, or "point"
-bool readMaybeTail(CRuleText& text, tRule& rule);    // ["tail"]
-bool readHex(CRuleText& text, tRule& rule);          // [lower] ["tail"]
+bool readLines(CRuleText& text, tRule& rule);      // [N | "mark"]
+bool readPrefixed(CRuleText& text, tRule& rule);   // EXPRESSION [+ N]
+bool readChoice(CRuleText& text, tRule& rule);     // PATH [else NAME]
+bool readTest(CRuleText& text, tRule& rule);       // PATH = V | V
+bool readSize(CRuleText& text, tRule& rule);       // PART [/ N] [+ N]
+bool readCount(CRuleText& text, tRule& rule);      // PATH [+ N]
+bool readBitmap(CRuleText& text, tRule& rule);     // PART [from N]
+bool readMark(CRuleText& text, tRule& rule);       // "mark"
+bool readMarks(CRuleText& text, tRule& rule);      // "mark" | "mark"
+bool readAlign(CRuleText& text, tRule& rule);      // N ["fill"]
+bool readPathOnly(CRuleText& text, tRule& rule);   // PATH
+bool readChecksum(CRuleText& text, tRule& rule);   // [VARIANT] of PART
+bool readValid(CRuleText& text, tRule& rule);      // V..V | V, or date LETTERS
+bool readBitFields(CRuleText& text, tRule& rule);  // N NAME, N NAME
+bool readDecimals(CRuleText& text, tRule& rule);   // N, or "point"
+bool readMaybeTail(CRuleText& text, tRule& rule);  // ["tail"]
+bool readHex(CRuleText& text, tRule& rule);        // [lower] ["tail"]
 
 }  // namespace murv::detail

@@ -22,18 +22,18 @@ struct tRuleRow;
 struct tRule
 {
     const tRuleRow* m_pRow = nullptr;
-    unsigned int m_uiPlace = 0;        // offset in the document
-    bool m_bKeyword = false;           // said by a keyword of the packet expression
-    std::string m_strWritten;          // as the layout says it
-    std::string m_strBit;              // the part of bits that it is about; empty: the whole
-    std::vector<tPathStep> m_vPath;    // empty: "."
-    tPathStep m_tLast;                 // end of a range of parts; NAME of "else"
+    unsigned int m_uiPlace = 0;      // offset in the document
+    bool m_bKeyword = false;         // said by a keyword of the packet expression
+    std::string m_strWritten;        // as the layout says it
+    std::string m_strBit;            // the part of bits that it is about; empty: the whole
+    std::vector<tPathStep> m_vPath;  // empty: "."
+    tPathStep m_tLast;               // end of a range of parts; NAME of "else"
     bool m_bLast = false;
     E_Comparison m_eComparison = CM_equal;
     std::vector<tConstant> m_vConstants;
     std::vector<tValidRange> m_vValid;
-    std::vector<tBitField> m_vBits;    // without shifts
-    std::vector<std::string> m_vTexts; // quoted texts
+    std::vector<tBitField> m_vBits;     // without shifts
+    std::vector<std::string> m_vTexts;  // quoted texts
     std::string m_strWord;
     bool m_bNumber = false;
     unsigned long long m_ullNumber = 0;
@@ -111,7 +111,7 @@ struct tRuleRow
     unsigned char m_ucTraits;
     bool (*m_pRead)(CRuleText& text, tRule& rule);
     void (*m_pCompile)(tCompile& compile, unsigned int part, const tRule& rule);
-    const char* m_pSentence;  // what it means, without a full stop
+    const char* m_pSentence;         // what it means, without a full stop
     unsigned short m_usKeyword = 0;  // index of the keyword, 0 for none; files hold it
     const char* m_pKeyword = nullptr;
     E_KeywordOption m_eOption = KO_never;

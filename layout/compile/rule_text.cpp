@@ -206,8 +206,7 @@ bool CRuleText::takeQuoted(std::string& text)
     if (length == 0)
         return false;
     text.resize(length);
-    const tUnescaped done =
-        unescape(m_strvLeft.data() + 1, m_strvLeft.data() + length - 1, UM_codePoint, text.data());
+    const tUnescaped done = unescape(m_strvLeft.data() + 1, m_strvLeft.data() + length - 1, UM_codePoint, text.data());
     text.resize(static_cast<std::size_t>(done.m_pEnd - text.data()));
     m_strvLeft.remove_prefix(length);
     return done.m_eError == UE_none;

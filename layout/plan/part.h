@@ -140,6 +140,8 @@ struct tPart
     std::vector<tHead> m_vHeads;          // what it can begin with, each with bytes; empty: anything
 
     // Field sets.
+    std::vector<unsigned int> m_vByName;  // members with a name, sorted
+    std::vector<unsigned int> m_vByID;    // members with an ID, sorted
     E_Choice m_eChoice = CH_none;
     tValueOf m_tChoice;
     unsigned int m_uiElse = s_cuiNone;  // member index

@@ -76,8 +76,6 @@ struct tChoice
     std::vector<unsigned int> m_vSteps;        // by member; the last step of each is ST_jump
     std::vector<unsigned int> m_vMember4Byte;  // CH_heads told apart by one byte: 256 entries; else empty
     unsigned int m_uiOffset = 0;               // of that byte
-    std::vector<unsigned int> m_vByID;         // CH_value: members with an ID, by ID
-    std::vector<unsigned int> m_vByName;       // and with a name, by name
 };
 
 /// What is forgotten when an element begins.

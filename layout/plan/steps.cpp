@@ -4,6 +4,7 @@
 // part is left.
 #include <algorithm>
 
+#include "layout/plan/members.h"
 #include "layout/plan/plan.h"
 
 namespace murv::detail
@@ -344,25 +345,35 @@ void listLinks(tPlan& plan)
     }
 }
 
-/// A total that counts numbers of other totals has a higher order than these. Circles were refused before.
+/// A total that counts numbers of other totals has a higher order than these. Circles were refused before, so a total
+/// is put in order after all that it counts.
 void orderLinks(tPlan& plan)
 {
     plan.m_vOrder4Link.assign(plan.m_vLinks.size(), 0);
-    bool isChanged = true;
-    for (std::size_t round = 0; isChanged && round <= plan.m_vLinks.size(); ++round)
+    std::vector<unsigned int> open;
+    for (unsigned int first = 0; first < plan.m_vLinks.size(); ++first)
     {
-        isChanged = false;
-        for (std::size_t i = 0; i < plan.m_vLinks.size(); ++i)
+        open.push_back(first);
+        while (!open.empty())
         {
-            if (plan.m_vLinks[i].m_eKind != LK_sum)
-                continue;
-            for (const unsigned int counted : plan.m_vLinks4Number[plan.m_vLinks[i].m_uiTarget])
+            const unsigned int link = open.back();
+            unsigned int order = 1;
+            bool isReady = true;
+            if (plan.m_vLinks[link].m_eKind == LK_sum && plan.m_vOrder4Link[link] == 0)
             {
-                if (plan.m_vOrder4Link[i] > plan.m_vOrder4Link[counted])
-                    continue;
-                plan.m_vOrder4Link[i] = plan.m_vOrder4Link[counted] + 1;
-                isChanged = true;
+                for (const unsigned int counted : plan.m_vLinks4Number[plan.m_vLinks[link].m_uiTarget])
+                {
+                    order = std::max(order, plan.m_vOrder4Link[counted] + 1);
+                    if (plan.m_vOrder4Link[counted] != 0 || open.size() > plan.m_vLinks.size())
+                        continue;
+                    open.push_back(counted);
+                    isReady = false;
+                }
             }
+            if (!isReady)
+                continue;
+            plan.m_vOrder4Link[link] = std::max(plan.m_vOrder4Link[link], order);
+            open.pop_back();
         }
     }
 }
@@ -399,24 +410,6 @@ void makeByteTable(const tPlan& plan, tChoice& choice)
     choice.m_vMember4Byte = std::move(table);
 }
 
-/// Sorts the members that a value can choose.
-void sortMembers(const tPlan& plan, tChoice& choice)
-{
-    const std::vector<unsigned int>& members = plan.m_vParts[choice.m_uiSet].m_vMembers;
-    const auto part = [&](unsigned int member) -> const tPart& { return plan.m_vParts[members[member]]; };
-    for (unsigned int member = 0; member < members.size(); ++member)
-    {
-        if (part(member).m_uiID != 0)
-            choice.m_vByID.push_back(member);
-        if (!part(member).m_strName.empty())
-            choice.m_vByName.push_back(member);
-    }
-    std::sort(choice.m_vByID.begin(), choice.m_vByID.end(),
-              [&](unsigned int a, unsigned int b) { return part(a).m_uiID < part(b).m_uiID; });
-    std::sort(choice.m_vByName.begin(), choice.m_vByName.end(),
-              [&](unsigned int a, unsigned int b) { return part(a).m_strName < part(b).m_strName; });
-}
-
 /// Whether every end is a width, a length prefix, a size or a count, and every condition a value that was read. Then
 /// what is made cannot be read in another way.
 bool isSelfEvident(const tPlan& plan)
@@ -438,14 +431,17 @@ void makeSteps(tPlan& plan)
     assignRegisters(plan);
     listLinks(plan);
     orderLinks(plan);
+    for (tPart& part : plan.m_vParts)
+    {
+        if (part.m_eKind == PK_set)
+            sortMembers(plan, part);
+    }
     CStepMaker(plan).make();
     plan.m_bSelfEvident = isSelfEvident(plan);
     for (tChoice& choice : plan.m_vChoices)
     {
         if (plan.m_vParts[choice.m_uiSet].m_eChoice == CH_heads)
             makeByteTable(plan, choice);
-        else
-            sortMembers(plan, choice);
     }
 }
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "layout/plan/members.h"
+
 namespace murv::detail
 {
 
@@ -54,6 +56,18 @@ unsigned long long bitsOf(const tBitField& field, unsigned long long number)
 {
     const unsigned long long mask = field.m_uiWidth >= 64 ? ~0ULL : (1ULL << field.m_uiWidth) - 1;
     return (number >> field.m_uiShift) & mask;
+}
+
+unsigned int namedMember(const tPlan& plan, const tPart& set, const tScalar& value)
+{
+    if (value.m_eType == DT_codelist)
+        return findMember(plan, set, value.m_strvText);
+    const unsigned int member = findMember(plan, set, value.m_ullValue);
+    if (member != s_cuiNone)
+        return member;
+    return findMember(plan, set,
+                      std::string_view(value.m_eType == DT_sint ? std::to_string(value.m_llValue)
+                                                                : std::to_string(value.m_ullValue)));
 }
 
 void CKeptValues::set(unsigned int part, const tScalar& value)

@@ -44,6 +44,9 @@ private:
     std::vector<tKept> m_vKept;
 };
 
+/// The alternative that a value names: the member with that ID, for numbers, else the one of that name; or none.
+unsigned int namedMember(const tPlan& plan, const tPart& set, const tScalar& value);
+
 /// The value of a bit field in a number.
 unsigned long long bitsOf(const tBitField& field, unsigned long long number);
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "core/field_access.h"
+#include "layout/plan/members.h"
 #include "layout/run/maker.h"
 #include "layout/run/totals.h"
 #include "layout/values/value_codec.h"
@@ -53,13 +54,8 @@ E_Scan CMaker::onClose(unsigned int part)
 unsigned int CMaker::findMember(const tPart& set, const CFields& member) const
 {
     const std::string_view name = tFieldAccess::name(member);
-    for (unsigned int i = 0; i < set.m_vMembers.size(); ++i)
-    {
-        const tPart& part = part4(set.m_vMembers[i]);
-        if (name.empty() ? part.m_uiID != 0 && part.m_uiID == tFieldAccess::id(member) : part.m_strName == name)
-            return i;
-    }
-    return s_cuiNone;
+    return name.empty() ? detail::findMember(m_tPlan, set, tFieldAccess::id(member) + 0ULL)
+                        : detail::findMember(m_tPlan, set, name);
 }
 
 /// Says which member of the data was not used, and why.
@@ -240,20 +236,7 @@ E_Scan CMaker::agreeWithChoice(const tPart& set, unsigned int member)
     bool names = false;
     if (m_tKept.get(set.m_tChoice, value))
     {
-        const bool isText = value.m_eType == DT_codelist;
-        const std::string digits = isText                     ? std::string(value.m_strvText)
-                                   : value.m_eType == DT_sint ? std::to_string(value.m_llValue)
-                                                              : std::to_string(value.m_ullValue);
-        // An ID goes before a name of the same digits.
-        unsigned int found = s_cuiNone;
-        for (unsigned int i = 0; i < set.m_vMembers.size(); ++i)
-        {
-            const tPart& part = part4(set.m_vMembers[i]);
-            if (!isText && part.m_uiID != 0 && part.m_uiID == value.m_ullValue)
-                found = i;
-            else if (part.m_strName == digits && found == s_cuiNone)
-                found = i;
-        }
+        const unsigned int found = namedMember(m_tPlan, set, value);
         names = found == member || (found == s_cuiNone && member == set.m_uiElse);
     }
     else

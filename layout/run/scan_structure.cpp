@@ -255,30 +255,12 @@ E_Scan CScanner::choose4Heads(const tChoice& choice, unsigned int& member)
 E_Scan CScanner::choose4Value(const tChoice& choice, unsigned int& member)
 {
     const tPart& set = part4(choice.m_uiSet);
-    const auto part = [&](unsigned int index) -> const tPart& { return part4(set.m_vMembers[index]); };
     member = set.m_uiElse;
     tScalar value;
     if (!m_tKept.get(set.m_tChoice, value))
         return SC_next;
-    std::string name(value.m_strvText);
-    if (value.m_eType != DT_codelist)
-    {
-        const auto id = value.m_ullValue;
-        const auto found =
-            std::lower_bound(choice.m_vByID.begin(), choice.m_vByID.end(), id,
-                             [&](unsigned int index, auto wanted) { return part(index).m_uiID < wanted; });
-        if (found != choice.m_vByID.end() && part(*found).m_uiID == id)
-        {
-            member = *found;
-            return SC_next;
-        }
-        name = value.m_eType == DT_sint ? std::to_string(value.m_llValue) : std::to_string(id);
-    }
-    const auto found =
-        std::lower_bound(choice.m_vByName.begin(), choice.m_vByName.end(), name,
-                         [&](unsigned int index, const std::string& wanted) { return part(index).m_strName < wanted; });
-    if (found != choice.m_vByName.end() && part(*found).m_strName == name)
-        member = *found;
+    const unsigned int named = namedMember(m_tPlan, set, value);
+    member = named == s_cuiNone ? set.m_uiElse : named;
     return SC_next;
 }
 
