@@ -61,7 +61,7 @@ E_Scan CMaker::makeHole(unsigned int part)
     if (!text.empty())
         first = makeScalar(text);
     const std::size_t begin = m_pOut->size();
-    if (const E_Scan result = putValue(part, first))
+    if (const E_Scan result = putValue(part, first, false))
         return result;
     hole.m_ullOffset = begin;
     hole.m_ullLength = m_pOut->size() - begin;

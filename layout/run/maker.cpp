@@ -242,8 +242,8 @@ E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
     else if (leaf.m_bRequired || leaf.m_bComputed)
         return stop(PF_missing, part);
     else
-        value = defaultOf(leaf);
-    return putValue(part, value);
+        return putValue(part, defaultOf(leaf), true);
+    return putValue(part, value, false);
 }
 
 E_Scan CMaker::takeScalar(unsigned int part, const CFields& node, tScalar& value)
@@ -290,18 +290,19 @@ E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
     return SC_next;
 }
 
-/// Appends the item of a value: prefix, bytes, mark.
-E_Scan CMaker::putValue(unsigned int part, const tScalar& value)
+/// Appends the item of a value: prefix, bytes, mark. The layout's own value may be padded where data may not.
+E_Scan CMaker::putValue(unsigned int part, const tScalar& value, bool isOwn)
 {
     const tPart& leaf = part4(part);
     std::string& out = *m_pOut;
     const std::size_t begin = out.size();
     std::size_t length = 0;
     E_PacketFault fault = PF_none;
+    const auto make = isOwn ? makeOwnValue : makeValue;
     if (leaf.m_eEnd == LE_prefix)
     {
         m_strValue.clear();
-        fault = makeValue(leaf.m_tItem, value, m_strValue);
+        fault = make(leaf.m_tItem, value, m_strValue);
         length = m_strValue.size();
         if (fault == PF_none || isFinding(fault))
         {
@@ -312,7 +313,7 @@ E_Scan CMaker::putValue(unsigned int part, const tScalar& value)
     }
     else
     {
-        fault = makeValue(leaf.m_tItem, value, out);
+        fault = make(leaf.m_tItem, value, out);
         length = out.size() - begin;
     }
     if (fault != PF_none && !isFinding(fault))

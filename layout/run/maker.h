@@ -106,7 +106,7 @@ private:
     E_Scan makeLeaf(unsigned int part);
     E_Scan makeLiteral(unsigned int part, const CFields* node);
     E_Scan makeValue4Leaf(unsigned int part, const CFields* node);
-    E_Scan putValue(unsigned int part, const tScalar& value);
+    E_Scan putValue(unsigned int part, const tScalar& value, bool isOwn);
     E_Scan checkMarks(unsigned int part, std::size_t begin);
     E_Scan takeScalar(unsigned int part, const CFields& node, tScalar& value);
     E_Scan takeBits(unsigned int part, const CFields& node, tScalar& value);
