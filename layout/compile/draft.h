@@ -45,12 +45,13 @@ struct tDraft
     const tCodePage* m_pPage = nullptr;
     bool m_bOwnPage = false;
     bool m_bRaw = false;
-    bool m_bPadding = false;               // said by a rule
-    bool m_bKeepAll = false;               // padding belongs to the value
-    bool m_bToEnd = false;                 // leaves; arrays have it in their part
-    bool m_bDelimited = false;             // a mark of "between" around it ends it
-    bool m_bSized = false;                 // a number that is read before its end says the size of it alone
-    unsigned int m_uiSpanEnd = s_cuiNone;  // the part after the innermost sized neighbours that it is one of
+    bool m_bPadding = false;                // said by a rule
+    bool m_bKeepAll = false;                // padding belongs to the value
+    bool m_bToEnd = false;                  // leaves; arrays have it in their part
+    bool m_bDelimited = false;              // a mark of "between" around it ends it
+    bool m_bSharesMark = false;             // an array between the marks of the field set around it
+    bool m_bSized = false;                  // a number that is read before its end says the size of it alone
+    unsigned int m_uiSpanLast = s_cuiNone;  // the last of the innermost sized neighbours that it is one of
 
     unsigned long long m_ullWidth = s_cullVaries;  // bytes, when they are known
     unsigned long long m_ullLeast = 0;             // bytes at least
@@ -99,6 +100,7 @@ struct tCompile
     CMistakes m_tMistakes;
     CPaths m_tPaths;
     std::vector<tDraft> m_vDrafts;
+    std::vector<unsigned int> m_vPlaces;                            // by link: of its rule, in the document
     std::unordered_map<unsigned long long, unsigned int> m_tSpans;  // by first and last part
     unsigned long long m_ullBudget = 50'000'000;
 };
@@ -112,6 +114,19 @@ inline const tRule* findRule(const tDraft& draft, std::string_view name)
             return &rule;
     }
     return nullptr;
+}
+
+inline bool mayBeAbsent(const tPart& part)
+{
+    return part.m_bOptional || !part.m_vIf.empty() || part.m_uiBitmap != s_cuiNone;
+}
+
+/// Whether the part is its own enclosing part: sized, between marks, or a record in a frame.
+inline bool isBounded(tCompile& compile, unsigned int index)
+{
+    const tDraft& draft = compile.draft(index);
+    const bool framed = compile.m_tPlan.m_tFrame.m_eKind != FR_none && compile.part(index).m_bRecord;
+    return framed || draft.m_bSized || draft.m_bDelimited;
 }
 
 /// The name of a part in messages.

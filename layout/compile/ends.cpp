@@ -91,7 +91,7 @@ void makeLiteral(tCompile& compile, unsigned int index, const tScalar& value)
 void checkBetween(tCompile& compile, unsigned int index)
 {
     const tPart& part = compile.part(index);
-    if (part.m_strBetween.empty())
+    if (part.m_strBetween.empty() || compile.draft(index).m_bSharesMark)
         return;
     for (const unsigned int member : part.m_vMembers)
     {

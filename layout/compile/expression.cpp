@@ -81,10 +81,10 @@ unsigned int placesOf(const tPacketExpInfo& pei)
 {
     const bool binary = pei.m_ePacketExp == PEC_B;
     const tKeywordRow* const row = internalKeyword(pei);
-    const unsigned int time = row != nullptr && row->m_eRole == KR_time ? RP_time : 0;
+    const unsigned int time = row != nullptr && row->m_eRole == KR_time ? unsigned{RP_time} : 0;
     if (pei.m_eRuntimeExp == REC_N)
-        return time | (binary ? RP_binary : RP_ascii);
-    return time | (binary ? RP_bytes : RP_text);
+        return time | (binary ? unsigned{RP_binary} : unsigned{RP_ascii});
+    return time | (binary ? unsigned{RP_bytes} : unsigned{RP_text});
 }
 
 std::string makeBareItem(const tPacketExpInfo& pei, tItem& item)

@@ -49,10 +49,11 @@ std::string startLink(tCompile& compile, unsigned int index, const tRule& rule, 
     return mistake;
 }
 
-unsigned int addLink(tCompile& compile, const tLink& link)
+unsigned int addLink(tCompile& compile, const tRule& rule, const tLink& link)
 {
     std::vector<tLink>& links = compile.m_tPlan.m_vLinks;
     links.push_back(link);
+    compile.m_vPlaces.push_back(rule.m_uiPlace);
     if (link.m_tNumber.m_uiBits == s_cuiNone)
         compile.part(link.m_tNumber.m_uiPart).m_bComputed = true;
     return static_cast<unsigned int>(links.size() - 1);
@@ -159,7 +160,7 @@ void addTotal(tCompile& compile, unsigned int index, const tRule& rule, E_Link k
     }
     link.m_uiTarget = found.m_uiPart;
     link.m_uiBase = found.m_uiSet;
-    addLink(compile, link);
+    addLink(compile, rule, link);
 }
 
 std::string checkBitmap(tCompile& compile, unsigned int index, const tFound& found)
@@ -206,7 +207,7 @@ void compileSize(tCompile& compile, unsigned int part, const tRule& rule)
     link.m_eKind = LK_size;
     const std::string mistake = measure(compile, part, rule, link);
     if (mistake.empty())
-        addLink(compile, link);
+        addLink(compile, rule, link);
     else
         compile.refuse(part, rule, mistake);
 }
@@ -222,7 +223,7 @@ void compileChecksum(tCompile& compile, unsigned int part, const tRule& rule)
         (record == s_cuiNone || recordAround(compile, compile.m_tPlan.m_vSpans[link.m_uiSpan].m_uiFirst) != record))
         mistake = "A check stays within one record";
     if (mistake.empty())
-        addLink(compile, link);
+        addLink(compile, rule, link);
     else
         compile.refuse(part, rule, mistake);
 }
@@ -242,10 +243,12 @@ void compileCount(tCompile& compile, unsigned int part, const tRule& rule)
     }
     // A number after its array, or one about many arrays, is a total.
     if (found.m_bCrossed || part >= found.m_uiPart)
+    {
         link.m_eKind = LK_elements;
+        link.m_uiBase = found.m_uiSet;
+    }
     link.m_uiTarget = found.m_uiPart;
-    link.m_uiBase = found.m_uiSet;
-    addLink(compile, link);
+    addLink(compile, rule, link);
 }
 
 void compileBitmap(tCompile& compile, unsigned int part, const tRule& rule)
@@ -263,7 +266,7 @@ void compileBitmap(tCompile& compile, unsigned int part, const tRule& rule)
         return;
     }
     link.m_uiTarget = found.m_uiPart;
-    shareBits(compile, part, rule, link, addLink(compile, link));
+    shareBits(compile, part, rule, link, addLink(compile, rule, link));
 }
 
 void compileSum(tCompile& compile, unsigned int part, const tRule& rule)
@@ -292,12 +295,12 @@ void chooseRulers(tCompile& compile)
             link.m_bRules = true;
             compile.part(link.m_uiTarget).m_uiCount = i;
         }
-        if (link.m_eKind != LK_size)
+        if (link.m_uiSpan == s_cuiNone)
             continue;
         tSpan& span = compile.m_tPlan.m_vSpans[link.m_uiSpan];
         const unsigned int after = compile.part(span.m_uiLast).m_uiAfter;
         link.m_bNumberFirst = number < after;
-        if (!link.m_bNumberFirst || span.m_uiSize != s_cuiNone)
+        if (link.m_eKind != LK_size || !link.m_bNumberFirst || span.m_uiSize != s_cuiNone)
             continue;
         link.m_bRules = true;
         span.m_uiSize = i;
@@ -308,7 +311,8 @@ void chooseRulers(tCompile& compile)
         for (unsigned int at = span.m_uiFirst; set != s_cuiNone && at < after && span.m_uiFirst != span.m_uiLast;
              at = compile.part(at).m_uiAfter)
         {
-            compile.draft(at).m_uiSpanEnd = std::min(compile.draft(at).m_uiSpanEnd, after);
+            unsigned int& last = compile.draft(at).m_uiSpanLast;
+            last = std::min(last, span.m_uiLast);
             if (!compile.spend(1))
                 return;
         }

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "layout/compile/draft.h"
-#include "layout/plan/nearest_name.h"
+#include "layout/compile/suggestion.h"
 
 namespace murv::detail
 {

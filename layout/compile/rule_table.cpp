@@ -6,7 +6,7 @@
 
 #include "layout/compile/rule_arguments.h"
 #include "layout/compile/rule_compilers.h"
-#include "layout/plan/nearest_name.h"
+#include "layout/compile/suggestion.h"
 
 namespace murv::detail
 {

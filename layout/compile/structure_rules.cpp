@@ -100,13 +100,13 @@ void compileBetween(tCompile& compile, unsigned int part, const tRule& rule)
     for (const unsigned int member : at.m_vMembers)
         compile.draft(member).m_bDelimited = true;
     // An array that comes last takes the parts that are left, each between the same marks.
-    unsigned int last = at.m_vMembers.empty() ? part : at.m_vMembers.back();
-    while (at.m_eKind == PK_set && compile.part(last).m_eKind == PK_array && !compile.part(last).m_vMembers.empty() &&
-           findRule(compile.draft(last), "between") == nullptr)
-    {
-        last = compile.part(last).m_vMembers.front();
-        compile.draft(last).m_bDelimited = true;
-    }
+    const unsigned int last = at.m_vMembers.empty() ? part : at.m_vMembers.back();
+    if (at.m_eKind != PK_set || compile.part(last).m_eKind != PK_array || compile.part(last).m_vMembers.empty() ||
+        findRule(compile.draft(last), "between") != nullptr)
+        return;
+    compile.part(last).m_strBetween = at.m_strBetween;
+    compile.draft(last).m_bSharesMark = true;
+    compile.draft(compile.part(last).m_vMembers.front()).m_bDelimited = true;
 }
 
 void compileToEnd(tCompile& compile, unsigned int part, const tRule&)

@@ -145,8 +145,8 @@ struct tPart
     E_Choice m_eChoice = CH_none;
     tValueOf m_tChoice;
     unsigned int m_uiElse = s_cuiNone;  // member index
-    std::string m_strBetween;           // the mark between members or elements; an array that comes last in a set
-                                        // with such a mark, and has none, takes elements between that mark
+    std::string m_strBetween;           // the mark between members or elements; an array that comes last in such a
+                                        // set, and has no mark of its own, has that of the set
 
     // Arrays.
     E_ArrayEnd m_eArrayEnd = AE_enclosing;
