@@ -72,7 +72,8 @@ struct tItem
     bool m_bZeroIsNull = false;
     bool m_bKeep = false;  // of a date: the option "now" leaves it alone
     bool m_bMask = false;
-    bool m_bPlain = false;         // set by prepareItem: no rule is in the way of the fast path
+    bool m_bPlain = false;         // set by prepareItem: digits or bytes are an integer without other rules
+    bool m_bBare = false;          // set by prepareItem: the item may be digits alone
     unsigned char m_ucShown = 0;   // masked: the last so many stay visible
     unsigned char m_ucPrefix = 0;  // width of the length prefix, 0 without one
     signed char m_cCalibration = 0;

@@ -90,11 +90,11 @@ E_PacketFault makeRow(const tItem& item, const tScalar& value, E_Origin origin, 
 
 void prepareItem(tItem& item)
 {
+    const bool digits =
+        item.m_eForm == IF_digits && item.m_ePadding == PAD_zerosFront && item.m_cPoint == 0 && item.m_strTail.empty();
+    item.m_bBare = (digits || item.m_eForm == IF_binary) && !item.m_bVaries && !item.m_bExact;
     const bool ascii = item.m_pPage == nullptr || item.m_pPage->m_bAsciiLike;
-    const bool filled = item.m_eForm == IF_binary || item.m_ePadding == PAD_zerosFront;
-    item.m_bPlain = ascii && filled && !item.m_bVaries && !item.m_bExact && !item.m_bDecimals && !item.m_bZeroIsNull &&
-                    item.m_cPoint == 0 && item.m_pTime == nullptr && item.m_strTail.empty() &&
-                    (item.m_eForm == IF_binary || item.m_eForm == IF_digits);
+    item.m_bPlain = item.m_bBare && ascii && !item.m_bDecimals && !item.m_bZeroIsNull && item.m_pTime == nullptr;
 }
 
 E_PacketFault readValue(const tItem& item, std::string_view bytes, unsigned int options, tScalar& value,
