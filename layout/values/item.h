@@ -81,7 +81,7 @@ struct tItem
     char m_cPoint = 0;  // written decimal point, 0 when it is implied
     unsigned char m_ucDecimals = 0;
     bool m_bDecimals = false;                  // the value is a decimal text
-    unsigned int m_uiLength = 0;               // bytes of value, without prefix
+    unsigned int m_uiLength = 0;               // bytes of value with the tail, without prefix
     const tCodePage* m_pPage = nullptr;        // null: bytes stay bytes, digits and blanks are ASCII
     const tCodePage* m_pPrefixPage = nullptr;  // of the prefix; null: that of the value
     const tKeywordRow* m_pTime = nullptr;      // the item is a date or time

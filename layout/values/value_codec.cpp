@@ -77,6 +77,19 @@ bool readPrefixNumber(const tItem& item, std::string_view prefix, std::uint64_t&
     return readShortDigits(digits, prefix.size(), number);
 }
 
+constexpr bool isDecimal(E_ItemForm form)
+{
+    return form == IF_digits || form == IF_trailing || form == IF_zoned || form == IF_packed || form == IF_bcd;
+}
+
+/// A number without the zeros in front of its whole digits, which are padding.
+std::string_view withoutZeros(std::string_view number)
+{
+    while (number.size() > 1 && number[0] == '0' && number[1] >= '0' && number[1] <= '9')
+        number.remove_prefix(1);
+    return number;
+}
+
 E_PacketFault makeRow(const tItem& item, const tScalar& value, E_Origin origin, std::string& out)
 {
     const std::size_t before = out.size();
@@ -110,7 +123,10 @@ E_PacketFault makeValue(const tItem& item, const tScalar& value, std::string& ou
 
 E_PacketFault makeOwnValue(const tItem& item, const tScalar& value, std::string& out)
 {
-    return makeRow(item, value, OR_layout, out);
+    tScalar own = value;
+    if (own.m_eType == DT_codelist && isDecimal(item.m_eForm) && !item.m_bExact)
+        own.m_strvText = withoutZeros(own.m_strvText);
+    return makeRow(item, own, OR_layout, out);
 }
 
 E_PacketFault readPrefix(const tItem& item, std::string_view bytes, std::uint64_t& length)
