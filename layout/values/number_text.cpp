@@ -183,6 +183,12 @@ E_PacketFault takeAny(const tItem& item, const tScalar& value, tWrittenNumber& n
     return value.m_eType == DT_double ? takeDouble(value.m_dValue, number) : PF_type;
 }
 
+/// Only decimal digits in characters can have a point among them.
+bool writesPoint(const tItem& item)
+{
+    return item.m_cPoint != 0 && (item.m_eForm == IF_digits || item.m_eForm == IF_trailing || item.m_eForm == IF_zoned);
+}
+
 /// Digits of a number without a written point, in units of its last decimal.
 E_PacketFault scale(std::size_t decimals, tWrittenNumber& number)
 {
@@ -329,11 +335,11 @@ E_PacketFault takeNumber(const tItem& item, const tScalar& value, tWrittenNumber
     number.m_bZero = trimFront(number.m_strvWhole, '0').empty() && trimFront(number.m_strvFraction, '0').empty();
     if (number.m_bZero && number.m_bNegative)
         return PF_sign;
-    if (number.m_bZero && item.m_bZeroIsNull && !(item.m_cPoint != 0 && number.m_bPoint))
+    if (number.m_bZero && item.m_bZeroIsNull && !(writesPoint(item) && number.m_bPoint))
         return PF_lossy;  // it would come back as null
     if (item.m_bExact && value.m_eType == DT_codelist)
-        return number.m_bPoint && item.m_cPoint == 0 ? PF_lossy : PF_none;
-    if (item.m_cPoint == 0)
+        return number.m_bPoint && !writesPoint(item) ? PF_lossy : PF_none;
+    if (!writesPoint(item))
         return scale(item.m_bDecimals && !item.m_bExact ? item.m_ucDecimals : 0, number);
     if (number.wholeSize() == 0)
         number.m_strvWhole = "0";
