@@ -71,7 +71,7 @@ bool readPrefixNumber(const tItem& item, std::string_view prefix, std::uint64_t&
     const tCodePage* const page = prefixPage4(item);
     if (page == nullptr || page->m_bAsciiLike)
         return readShortDigits(prefix.data(), prefix.size(), number);
-    char digits[s_cnShortDigits];
+    char digits[s_cnShortDigits] = {};
     for (std::size_t i = 0; i < prefix.size() && i < sizeof digits; ++i)
         digits[i] = static_cast<char>(page->m_aucCharacter4Byte[static_cast<unsigned char>(prefix[i])]);
     return readShortDigits(digits, prefix.size(), number);
