@@ -173,7 +173,7 @@ bool isTextWhole(ISaver& saver, const char* function, const CFields& root, const
         loss = findLoss(root, CTextLoss(saver, CValueWriter::style(saver), indent), steps);
     if (loss == nullptr)
         return true;
-    reportLoss(saver, function, path4Steps(steps), s_cpText, loss);
+    reportLoss(saver, function, steps, s_cpText, loss);
     return false;
 }
 
@@ -181,7 +181,7 @@ bool isTextLengthHeld(ISaver& saver, const char* function, unsigned long long le
 {
     if (length <= s_cnMostDocumentBytes)
         return true;
-    reportLoss(saver, function, path4Steps({}), s_cpText, "more than 2147483647 bytes");
+    reportLoss(saver, function, {}, s_cpText, "more than 2147483647 bytes");
     return false;
 }
 
