@@ -237,6 +237,40 @@ TEST(LosslessText, allTextSaversRefuseAndWriteNothing)
     EXPECT_EQ(savers.getLastErrMsg().rfind("[murv::CStreamSaver4SER_HFW::saving#", 0), 0U);
 }
 
+TEST(LosslessText, aStreamGetsNothingOfATextThatIsTooLong)
+{
+    CFields tree(1);
+    for (int level = 0; level < 300; ++level)
+        tree = oneMember("x", tree);
+    CStreamSaver4SER_HFW saver(std::string(std::size_t{64} << 10U, ' '));
+    saver.setSCBC(SCBC_LOSSLESS);
+    std::ostringstream out;
+    saver.saving(out, tree);
+    EXPECT_EQ(withoutPlace(saver.getLastErrMsg()), "the root: text cannot hold more than 2147483647 bytes");
+    EXPECT_EQ(saver.getErrorPath(), tPath());
+    EXPECT_TRUE(out.str().empty()) << out.str().size();
+}
+
+TEST(LosslessText, aTextThatOnlyMightBeTooLongIsWritten)
+{
+    // Lines of a block comment keep their places, but each of them might have been indented.
+    constexpr unsigned int indentation = 1U << 20U;
+    std::string comment = "/*";
+    for (int line = 0; line < 3000; ++line)
+        comment += "\nx";
+    CFields tree = arrayOf({1});
+    tree[0].setComment(comment + "*/", CP_before);
+    CSaver4SER_HFW wanted(indentation);
+    wanted.setSCBC(SCBC_LOSSLESS);
+    CStreamSaver4SER_HFW saver(std::string(indentation, ' '));
+    saver.setSCBC(SCBC_LOSSLESS);
+    std::ostringstream out;
+    saver.saving(out, tree);
+    EXPECT_FALSE(saver.isError()) << saver.getLastErrMsg();
+    EXPECT_TRUE(out.str() == wanted.saving(tree)) << out.str().size();
+    EXPECT_FALSE(wanted.isError()) << wanted.getLastErrMsg();
+}
+
 TEST(LosslessText, packetExpressionsThatTheNotationLacksAreRefused)
 {
     CFields leaf(5);
