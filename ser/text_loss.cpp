@@ -71,7 +71,7 @@ public:
             loss = lossOfExpression(node);
         if (loss == nullptr && m_pIndent != nullptr && has(SAVE_COMMENT) && has(SAVE_VALUE) && node.isComment())
             loss = lossOfComments(node, level);
-        if (m_pBound != nullptr)
+        if (m_pIndent != nullptr && m_pBound != nullptr)
             *m_pBound += boundOfText(node, (level.m_nLevel - 1) * std::uint64_t{m_pIndent->unit()});
         return loss;
     }

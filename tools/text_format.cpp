@@ -5,7 +5,9 @@
 #include "tools/text_format.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <sstream>
 #include <unordered_map>
@@ -208,7 +210,8 @@ bool isSameNode(const CFields& a, const CFields& b)
         return a == b;
     const double first = a.asDouble();
     const double second = b.asDouble();
-    return std::isnan(first) ? std::isnan(second) : std::memcmp(&first, &second, sizeof first) == 0;
+    return std::isnan(first) ? std::isnan(second)
+                             : std::bit_cast<std::uint64_t>(first) == std::bit_cast<std::uint64_t>(second);
 }
 
 bool isSameComment(const CFields& a, const CFields& b)
