@@ -56,7 +56,8 @@ struct CRecordReader::tState
     std::string_view m_strvAll;  // what is there, from m_ullBase on
     std::uint64_t m_ullBase = 0;
     bool m_bOver = false;
-    bool m_bOwn = false;  // the bytes are in the buffer
+    bool m_bOwn = false;    // the bytes are in the buffer
+    bool m_bWaits = false;  // the scanner stands within a record
     tRecordInfo m_tRecord;
     tElements m_vElements;
     tPacketFault m_tFault;
@@ -72,6 +73,7 @@ void CRecordReader::tState::begin(std::string_view bytes, bool over)
     m_strBuffer.clear();
     m_strvAll = bytes;
     m_ullBase = 0;
+    m_bWaits = false;
     m_tRecord = tRecordInfo();
     m_tCounts = tRecordCounts();
     m_tFault = tPacketFault();
@@ -175,9 +177,14 @@ E_RecordResult CRecordReader::tState::next(tSink& sink)
 {
     m_vFindings.clear();
     m_tScanner.findings().clear();
-    m_tScanner.trace().clear();
-    dropUsed();
+    // The begin of a record that was not complete is in the trace.
+    if (!m_bWaits)
+    {
+        m_tScanner.trace().clear();
+        dropUsed();
+    }
     const E_Scan result = scan();
+    m_bWaits = result == SC_more;
     m_tCounts.m_ullBytes = m_tScanner.position();
     if (result == SC_record)
         return readValues(sink);

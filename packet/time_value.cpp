@@ -20,6 +20,18 @@ unsigned long long scale4(const tTimePart& part)
     return scale;
 }
 
+/// Takes the last decimal places off a number. Their counts are written out: dividing by a constant is much faster.
+unsigned long long takeLast(unsigned long long& number, std::size_t places)
+{
+    const unsigned long long before = number;
+    switch (places)
+    {
+    case 2: number /= 100; return before - number * 100;
+    case 3: number /= 1000; return before - number * 1000;
+    default: number /= 10000; return before - number * 10000;
+    }
+}
+
 bool isLeapYear(int year)
 {
     return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
@@ -63,8 +75,7 @@ bool isTimeValue(const tTimeParts& parts, unsigned long long number)
     for (std::size_t i = parts.m_nCount; i-- > 0;)
     {
         const tTimePart& part = *parts.m_pPart[i];
-        const unsigned long long value = i == 0 ? number : number % scale4(part);
-        number /= scale4(part);
+        const unsigned long long value = i == 0 ? number : takeLast(number, part.m_strvLetters.size());
         if (value > static_cast<unsigned long long>(part.m_iMax) || static_cast<int>(value) < part.m_iMin)
             return false;
         reading.*part.m_pValue = static_cast<int>(value);

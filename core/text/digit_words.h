@@ -24,13 +24,14 @@ inline std::uint64_t loadBytes(const char* text) noexcept
 }
 
 /// Loads one to eight digits as the last ones of eight, with zeros in front.
-inline std::uint64_t loadDigits(const char* text, std::size_t length) noexcept
+/// \param zero  eight zeros in the characters of the text
+inline std::uint64_t loadDigits(const char* text, std::size_t length, std::uint64_t zero = s_cullOnes * '0') noexcept
 {
     constexpr std::size_t word8 = sizeof(std::uint64_t);
     if (length == word8)
         return loadWord(text);
     const std::size_t zeros = 8 * (word8 - length);
-    std::uint64_t word = s_cullOnes * '0' >> (8 * length);
+    const std::uint64_t word = zero >> (8 * length);
     // Two loads that may overlap in the middle.
     if (length >= 4)
         return word | loadBytes<4>(text) << zeros | loadBytes<4>(text + length - 4) << 32;
@@ -40,20 +41,21 @@ inline std::uint64_t loadDigits(const char* text, std::size_t length) noexcept
 }
 
 /// Reads one to sixteen digits and nothing else.
+/// \param flip  exclusive or that makes ASCII of the eight characters of a word
 /// \return false for other bytes and other lengths; `value` is unspecified then
-inline bool readShortDigits(const char* text, std::size_t length, std::uint64_t& value) noexcept
+inline bool readShortDigits(const char* text, std::size_t length, std::uint64_t& value, std::uint64_t flip = 0) noexcept
 {
     constexpr std::size_t word8 = sizeof(std::uint64_t);
     if (length == 0 || length > s_cnShortDigits)
         return false;
     const std::size_t first = length > word8 ? length - word8 : length;
-    std::uint64_t word = loadDigits(text, first);
+    std::uint64_t word = loadDigits(text, first, s_cullOnes * '0' ^ flip) ^ flip;
     if (!allDigits(word))
         return false;
     value = number4Digits(word);
     if (length <= word8)
         return true;
-    word = loadWord(text + first);
+    word = loadWord(text + first) ^ flip;
     value = value * 100000000 + number4Digits(word);
     return allDigits(word);
 }

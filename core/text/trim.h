@@ -13,36 +13,64 @@
 namespace murv::detail
 {
 
+/// One to eight bytes, the first as the lowest; the bytes above them are 0.
+inline std::uint64_t loadShort(const char* from, std::size_t count) noexcept
+{
+    const auto byte = [from](std::size_t at) { return std::uint64_t{static_cast<unsigned char>(from[at])}; };
+    if (count == 8)
+        return loadWord(from);
+    if (count < 4)
+        return byte(0) | byte(count / 2) << (8 * (count / 2)) | byte(count - 1) << (8 * (count - 1));
+    // Two loads that may overlap in the middle.
+    const auto four = [byte](std::size_t at) {
+        return byte(at) | byte(at + 1) << 8 | byte(at + 2) << 16 | byte(at + 3) << 24;
+    };
+    return four(0) | four(count - 4) << (8 * (count - 4));
+}
+
 /// The text without the bytes `fill` at its end.
 inline std::string_view trimEnd(std::string_view text, char fill) noexcept
 {
     const std::uint64_t pattern = s_cullOnes * static_cast<unsigned char>(fill);
+    const auto differing = [](std::uint64_t others) {
+        return 8 - static_cast<std::size_t>(std::countl_zero(others)) / 8;
+    };
     std::size_t size = text.size();
+    if (size == 0)
+        return text;
+    if (size < 8)
+        return text.substr(0, differing(loadShort(text.data(), size) ^ pattern >> (64 - 8 * size)));
     for (; size >= 8; size -= 8)
     {
         const std::uint64_t others = loadWord(text.data() + size - 8) ^ pattern;
         if (others != 0)
-            return text.substr(0, size - static_cast<std::size_t>(std::countl_zero(others)) / 8);
+            return text.substr(0, size - 8 + differing(others));
     }
-    while (size != 0 && text[size - 1] == fill)
-        --size;
-    return text.substr(0, size);
+    // The bytes from `size` on are fill, so a whole word from the beginning can be looked at.
+    return text.substr(0, differing(loadWord(text.data()) ^ pattern));
 }
 
 /// The text without the bytes `fill` at its beginning.
 inline std::string_view trimFront(std::string_view text, char fill) noexcept
 {
     const std::uint64_t pattern = s_cullOnes * static_cast<unsigned char>(fill);
-    std::size_t first = 0;
-    for (; text.size() - first >= 8; first += 8)
+    const auto same = [](std::uint64_t others) { return static_cast<std::size_t>(std::countr_zero(others)) / 8; };
+    const std::size_t size = text.size();
+    if (size == 0)
+        return text;
+    if (size < 8)
+    {
+        const std::uint64_t others = loadShort(text.data(), size) ^ pattern >> (64 - 8 * size);
+        return text.substr(others == 0 ? size : same(others));
+    }
+    for (std::size_t first = 0; size - first >= 8; first += 8)
     {
         const std::uint64_t others = loadWord(text.data() + first) ^ pattern;
         if (others != 0)
-            return text.substr(first + static_cast<std::size_t>(std::countr_zero(others)) / 8);
+            return text.substr(first + same(others));
     }
-    while (first != text.size() && text[first] == fill)
-        ++first;
-    return text.substr(first);
+    // The bytes before the last whole word are fill, or have been looked at.
+    return text.substr(size - 8 + same(loadWord(text.data() + size - 8) ^ pattern));
 }
 
 /// Whether all bytes are below 128.

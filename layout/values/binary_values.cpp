@@ -66,6 +66,7 @@ E_PacketFault word4Number(const tItem& item, bool negative, std::uint64_t magnit
 E_PacketFault digits4Number(const tScalar& value, std::string& digits)
 {
     tItem plain;  // a number with a written point, and no other rule
+    plain.m_eForm = IF_digits;
     plain.m_cPoint = '.';
     tWrittenNumber number;
     const E_PacketFault fault = takeNumber(plain, value, number);

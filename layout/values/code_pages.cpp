@@ -171,7 +171,8 @@ bool makePageText(const tCodePage* page, std::string_view text, std::string& out
     if (page == nullptr || isAscii(text))
     {
         out += text;
-        makePageDigits(page, out, before);
+        if (page != nullptr)
+            makePageDigits(page, out, before);
         return true;
     }
     if (appendCharacters(*page, text, out))

@@ -2,11 +2,11 @@
 //
 // Most numbers of packets are digits that fill their item. They have a path of their own, which leaves all else to the
 // general one.
-#include <cstring>
-
 #include "core/text/digit_words.h"
 #include "core/text/integer_text.h"
 #include "core/text/trim.h"
+#include "core/text/word_bytes.h"
+#include "layout/values/code_pages.h"
 #include "layout/values/digit_frame.h"
 #include "layout/values/form_codecs.h"
 #include "layout/values/number_text.h"
@@ -21,6 +21,9 @@ namespace
 /// The last digit with its sign, by digit.
 constexpr std::string_view s_cstrPositive = "{ABCDEFGHI";
 constexpr std::string_view s_cstrNegative = "}JKLMNOPQR";
+
+/// Digits of EBCDIC are F0 to F9 in all its pages.
+constexpr std::uint64_t s_cullEbcdicDigits = s_cullOnes * 0xC0;
 
 /// A sign found while reading.
 struct tSign
@@ -88,6 +91,12 @@ E_PacketFault presentPointed(const tItem& item, bool negative, std::string_view 
 E_PacketFault readDigits(const tItem& item, unsigned int options, bool negative, std::string_view digits,
                          tScalar& value, std::string& scratch)
 {
+    std::uint64_t magnitude = 0;
+    if (item.m_cPoint == 0 && !item.m_bExact && readShortDigits(digits.data(), digits.size(), magnitude))
+    {
+        const E_PacketFault fault = checkZerosInFront(item, digits);
+        return fault != PF_none ? fault : presentWhole(item, options, negative, magnitude, value, scratch);
+    }
     const std::size_t point = item.m_cPoint != 0 ? digits.find(item.m_cPoint) : std::string_view::npos;
     const std::string_view whole = digits.substr(0, point);
     const std::string_view fraction = point != std::string_view::npos ? digits.substr(point + 1) : std::string_view();
@@ -126,15 +135,47 @@ E_PacketFault readFramed(const tItem& item, std::string_view bytes, unsigned int
 /// Zeros and an integer fill the item; what has no other rules.
 E_PacketFault makePlain(const tItem& item, bool negative, unsigned long long magnitude, std::string& out)
 {
+    const std::size_t width = item.m_uiLength;
     const std::size_t digits = digits4Unsigned(magnitude);
-    if (digits + (negative ? 1 : 0) > item.m_uiLength)
+    if (digits + (negative ? 1 : 0) > width)
         return PF_tooLong;
+    char room[s_cnShortDigits];
+    if (!negative && width <= sizeof room)
+    {
+        constexpr unsigned long long half = 100000000;
+        storeWord(room, digits4Number(magnitude / half) + s_cullOnes * '0');
+        storeWord(room + sizeof room / 2, digits4Number(magnitude % half) + s_cullOnes * '0');
+        out.append(room + sizeof room - width, width);
+        return PF_none;
+    }
     const std::size_t before = out.size();
-    out.append(item.m_uiLength, '0');
+    out.append(width, '0');
     if (negative)
         out[before] = '-';
     writeUnsigned(out.data() + out.size() - digits, magnitude);
     return PF_none;
+}
+
+/// Zeros and the digits of a decimal text that has just the item's decimals, up to sixteen of them.
+/// \return false when the text is another, or does not fit; nothing was appended
+bool makePlainDecimals(const tItem& item, std::string_view text, std::string& out)
+{
+    char room[s_cnShortDigits];
+    const std::size_t decimals = item.m_ucDecimals;
+    if (decimals == 0 || text.size() > sizeof room + 1 || text.size() < decimals + 2 || item.m_uiLength > sizeof room)
+        return false;
+    const std::size_t whole = text.size() - decimals - 1;
+    const bool zerosInFront = whole > 1 && text.front() == '0';
+    if (text[whole] != '.' || zerosInFront || text.size() - 1 > item.m_uiLength)
+        return false;
+    storeWord(room, s_cullOnes * '0');
+    storeWord(room + sizeof room / 2, s_cullOnes * '0');
+    copyShort(room + sizeof room - decimals - whole, text.data(), whole);
+    copyShort(room + sizeof room - decimals, text.data() + whole + 1, decimals);
+    if (!allDigits(loadWord(room)) || !allDigits(loadWord(room + sizeof room / 2)))
+        return false;
+    out.append(room + sizeof room - item.m_uiLength, item.m_uiLength);
+    return true;
 }
 
 /// How many zeros the digits of a date that does not fill its item need.
@@ -220,6 +261,13 @@ E_PacketFault readDigitText(const tItem& item, std::string_view bytes, unsigned 
         value = makeScalar(false, magnitude);
         return PF_none;
     }
+    const bool ebcdic = item.m_pPage != nullptr && !item.m_pPage->m_bAsciiLike;
+    if (item.m_bBare && readShortDigits(bytes.data(), bytes.size(), magnitude, ebcdic ? s_cullEbcdicDigits : 0))
+    {
+        scratch.clear();
+        return item.m_bDecimals && !ebcdic ? presentDigits(item, options, false, bytes, value, scratch)
+                                           : presentWhole(item, options, false, magnitude, value, scratch);
+    }
     return readFramed(item, bytes, options, value, scratch);
 }
 
@@ -227,7 +275,13 @@ E_PacketFault makeDigitText(const tItem& item, const tScalar& value, E_Origin, s
 {
     if (item.m_bPlain && value.m_eType == DT_sint)
         return makePlain(item, value.m_llValue < 0, value.m_llValue < 0 ? 0 - value.m_ullValue : value.m_ullValue, out);
-    return value.m_eType == DT_null ? makeNull(item, out) : makeFramed(item, value, out);
+    if (value.m_eType == DT_null)
+        return makeNull(item, out);
+    const bool plainDecimals = item.m_bBare && item.m_bDecimals && !item.m_bZeroIsNull && item.m_pTime == nullptr &&
+                               item.m_pPage == nullptr && value.m_eType == DT_codelist;
+    if (plainDecimals && makePlainDecimals(item, value.m_strvText, out))
+        return PF_none;
+    return makeFramed(item, value, out);
 }
 
 }  // namespace murv::detail

@@ -72,7 +72,8 @@ struct tItem
     bool m_bZeroIsNull = false;
     bool m_bKeep = false;  // of a date: the option "now" leaves it alone
     bool m_bMask = false;
-    bool m_bPlain = false;         // set by prepareItem: no rule is in the way of the fast path
+    bool m_bPlain = false;         // set by prepareItem: digits or bytes are an integer without other rules
+    bool m_bBare = false;          // set by prepareItem: the item may be digits alone
     unsigned char m_ucShown = 0;   // masked: the last so many stay visible
     unsigned char m_ucPrefix = 0;  // width of the length prefix, 0 without one
     signed char m_cCalibration = 0;
@@ -80,7 +81,7 @@ struct tItem
     char m_cPoint = 0;  // written decimal point, 0 when it is implied
     unsigned char m_ucDecimals = 0;
     bool m_bDecimals = false;                  // the value is a decimal text
-    unsigned int m_uiLength = 0;               // bytes of value, without prefix
+    unsigned int m_uiLength = 0;               // bytes of value with the tail, without prefix
     const tCodePage* m_pPage = nullptr;        // null: bytes stay bytes, digits and blanks are ASCII
     const tCodePage* m_pPrefixPage = nullptr;  // of the prefix; null: that of the value
     const tKeywordRow* m_pTime = nullptr;      // the item is a date or time

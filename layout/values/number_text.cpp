@@ -23,21 +23,40 @@ namespace
 constexpr std::uint64_t s_cullMostNegative = std::uint64_t{1} << 63;
 constexpr std::uint64_t s_cullSixteenDigits = 10000000000000000;
 
+constexpr std::size_t s_cnShort = 31;  // what copyShort takes
+
+/// A text that is built in pieces: in a room for one that is short, else at once where it belongs.
+template <class tPut>
+void putPointed(bool negative, std::string_view digits, std::size_t decimals, const tPut& put)
+{
+    const std::size_t whole = digits.size() > decimals ? digits.size() - decimals : 0;
+    if (negative)
+        put("-");
+    put(whole != 0 ? digits.substr(0, whole) : "0");
+    if (decimals == 0)
+        return;
+    put(".");
+    for (std::size_t zeros = decimals - (digits.size() - whole); zeros != 0; --zeros)
+        put("0");
+    put(digits.substr(whole));
+}
+
 /// Digits with a sign, and with a point before the last of them. \return the text, at the end of the scratch
 std::string_view appendPointed(bool negative, std::string_view digits, std::size_t decimals, std::string& scratch)
 {
     const std::size_t before = scratch.size();
-    const std::size_t whole = digits.size() > decimals ? digits.size() - decimals : 0;
-    const std::size_t zeros = decimals - (digits.size() - whole);
-    scratch.resize(before + (negative ? 1 : 0) + (whole != 0 ? whole : 1) + (decimals != 0 ? 1 : 0) + decimals, '0');
-    char* out = scratch.data() + before;
-    if (negative)
-        *out++ = '-';
-    std::memcpy(out, digits.data(), whole);
-    out += whole != 0 ? whole : 1;
-    if (decimals != 0)
-        *out++ = '.';
-    std::memcpy(out + zeros, digits.data() + whole, digits.size() - whole);
+    if (digits.size() > s_cnShort || decimals > s_cnShort)
+        putPointed(negative, digits, decimals, [&](std::string_view piece) { scratch += piece; });
+    else
+    {
+        char room[2 * s_cnShort + 3];
+        char* out = room;
+        putPointed(negative, digits, decimals, [&](std::string_view piece) {
+            copyShort(out, piece.data(), piece.size());
+            out += piece.size();
+        });
+        scratch.append(room, static_cast<std::size_t>(out - room));
+    }
     return std::string_view(scratch).substr(before);
 }
 
@@ -162,6 +181,12 @@ E_PacketFault takeAny(const tItem& item, const tScalar& value, tWrittenNumber& n
     if (value.m_eType == DT_codelist)
         return takeText(item, value.m_strvText, number);
     return value.m_eType == DT_double ? takeDouble(value.m_dValue, number) : PF_type;
+}
+
+/// Only decimal digits in characters can have a point among them.
+bool writesPoint(const tItem& item)
+{
+    return item.m_cPoint != 0 && (item.m_eForm == IF_digits || item.m_eForm == IF_trailing || item.m_eForm == IF_zoned);
 }
 
 /// Digits of a number without a written point, in units of its last decimal.
@@ -310,11 +335,11 @@ E_PacketFault takeNumber(const tItem& item, const tScalar& value, tWrittenNumber
     number.m_bZero = trimFront(number.m_strvWhole, '0').empty() && trimFront(number.m_strvFraction, '0').empty();
     if (number.m_bZero && number.m_bNegative)
         return PF_sign;
-    if (number.m_bZero && item.m_bZeroIsNull && !(item.m_cPoint != 0 && number.m_bPoint))
+    if (number.m_bZero && item.m_bZeroIsNull && !(writesPoint(item) && number.m_bPoint))
         return PF_lossy;  // it would come back as null
     if (item.m_bExact && value.m_eType == DT_codelist)
-        return number.m_bPoint && item.m_cPoint == 0 ? PF_lossy : PF_none;
-    if (item.m_cPoint == 0)
+        return number.m_bPoint && !writesPoint(item) ? PF_lossy : PF_none;
+    if (!writesPoint(item))
         return scale(item.m_bDecimals && !item.m_bExact ? item.m_ucDecimals : 0, number);
     if (number.wholeSize() == 0)
         number.m_strvWhole = "0";

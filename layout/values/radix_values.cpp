@@ -76,6 +76,8 @@ E_PacketFault takeDigits(const tItem& item, const tScalar& value, char* end, std
     }
     if (value.m_eType == DT_null && !item.m_bZeroIsNull)
         return PF_null;
+    if (item.m_bExact && value.m_eType != DT_null)
+        return PF_type;  // the digits of an integer would come back as a text that says another number
     if (value.m_eType != DT_null)
     {
         if (const E_PacketFault fault = takeMagnitude(item, value, negative, magnitude); fault != PF_none)

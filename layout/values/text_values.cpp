@@ -40,6 +40,20 @@ std::string_view stripPadding(const tItem& item, std::string_view bytes)
     }
 }
 
+/// Whether reading would take a part of the bytes for padding.
+bool endsInPadding(const tItem& item, std::string_view bytes)
+{
+    if (bytes.empty() || item.m_bVaries)
+        return false;
+    switch (item.m_ePadding)
+    {
+    case PAD_blanksAfter: return bytes.back() == blank4(item);
+    case PAD_blanksFront: return bytes.front() == blank4(item);
+    case PAD_zeroBytes: return bytes.back() == '\0';
+    default: return false;
+    }
+}
+
 /// Fills what was appended from a place on up to the width of the item.
 E_PacketFault fillUp(const tItem& item, E_Origin origin, std::size_t before, std::string& out)
 {
@@ -90,11 +104,11 @@ int byte4Digits(const tItem& item, char first, char second)
 
 E_PacketFault readText(const tItem& item, std::string_view bytes, unsigned int, tScalar& value, std::string& scratch)
 {
-    std::string_view text;
-    if (!readPageText(item.m_pPage, stripPadding(item, bytes), text, scratch))
+    std::string_view text = stripPadding(item, bytes);
+    if (item.m_pPage != nullptr && !readPageText(item.m_pPage, text, text, scratch))
         return PF_character;
     value = makeScalar(text);
-    return checkTime(item, value);
+    return item.m_pTime == nullptr ? PF_none : checkTime(item, value);
 }
 
 E_PacketFault makeText(const tItem& item, const tScalar& value, E_Origin origin, std::string& out)
@@ -105,11 +119,10 @@ E_PacketFault makeText(const tItem& item, const tScalar& value, E_Origin origin,
         return fault;
     if (!makePageText(item.m_pPage, text, out))
         return PF_character;
-    const std::string_view made = std::string_view(out).substr(before);
-    if (origin == OR_data && stripPadding(item, made).size() != made.size())
+    if (origin == OR_data && endsInPadding(item, std::string_view(out).substr(before)))
         return PF_lossy;
     const E_PacketFault fault = fillUp(item, origin, before, out);
-    return fault != PF_none ? fault : checkTime(item, value);
+    return fault != PF_none || item.m_pTime == nullptr ? fault : checkTime(item, value);
 }
 
 E_PacketFault readHexText(const tItem& item, std::string_view bytes, unsigned int, tScalar& value, std::string& scratch)

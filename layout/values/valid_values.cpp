@@ -1,8 +1,9 @@
 // layout/values/valid_values.cpp - which values the rules call valid.
 //
 // Numbers are compared digit by digit, so that no width and no number of decimals is too much.
-#include <charconv>
-#include <compare>
+#include <iterator>
+#include <string>
+#include <string_view>
 
 #include "core/text/integer_text.h"
 #include "core/text/number_scan.h"
@@ -46,19 +47,19 @@ bool splitDecimal(std::string_view text, tDecimalText& decimal)
     return true;
 }
 
-std::strong_ordering compareMagnitudes(const tDecimalText& a, const tDecimalText& b)
+/// \return below, at or above 0
+int compareMagnitudes(const tDecimalText& a, const tDecimalText& b)
 {
     if (a.m_strvWhole.size() != b.m_strvWhole.size())
-        return a.m_strvWhole.size() <=> b.m_strvWhole.size();
-    if (const auto order = a.m_strvWhole <=> b.m_strvWhole; order != 0)
-        return order;
-    return a.m_strvFraction <=> b.m_strvFraction;
+        return a.m_strvWhole.size() < b.m_strvWhole.size() ? -1 : 1;
+    const int order = a.m_strvWhole.compare(b.m_strvWhole);
+    return order != 0 ? order : a.m_strvFraction.compare(b.m_strvFraction);
 }
 
-std::strong_ordering compareDecimals(const tDecimalText& a, const tDecimalText& b)
+int compareDecimals(const tDecimalText& a, const tDecimalText& b)
 {
     if (a.m_bNegative != b.m_bNegative)
-        return a.m_bNegative ? std::strong_ordering::less : std::strong_ordering::greater;
+        return a.m_bNegative ? -1 : 1;
     return a.m_bNegative ? compareMagnitudes(b, a) : compareMagnitudes(a, b);
 }
 

@@ -71,10 +71,23 @@ bool readPrefixNumber(const tItem& item, std::string_view prefix, std::uint64_t&
     const tCodePage* const page = prefixPage4(item);
     if (page == nullptr || page->m_bAsciiLike)
         return readShortDigits(prefix.data(), prefix.size(), number);
-    char digits[s_cnShortDigits];
+    char digits[s_cnShortDigits] = {};
     for (std::size_t i = 0; i < prefix.size() && i < sizeof digits; ++i)
         digits[i] = static_cast<char>(page->m_aucCharacter4Byte[static_cast<unsigned char>(prefix[i])]);
     return readShortDigits(digits, prefix.size(), number);
+}
+
+constexpr bool isDecimal(E_ItemForm form)
+{
+    return form == IF_digits || form == IF_trailing || form == IF_zoned || form == IF_packed || form == IF_bcd;
+}
+
+/// A number without the zeros in front of its whole digits, which are padding.
+std::string_view withoutZeros(std::string_view number)
+{
+    while (number.size() > 1 && number[0] == '0' && number[1] >= '0' && number[1] <= '9')
+        number.remove_prefix(1);
+    return number;
 }
 
 E_PacketFault makeRow(const tItem& item, const tScalar& value, E_Origin origin, std::string& out)
@@ -90,11 +103,11 @@ E_PacketFault makeRow(const tItem& item, const tScalar& value, E_Origin origin, 
 
 void prepareItem(tItem& item)
 {
+    const bool digits =
+        item.m_eForm == IF_digits && item.m_ePadding == PAD_zerosFront && item.m_cPoint == 0 && item.m_strTail.empty();
+    item.m_bBare = (digits || item.m_eForm == IF_binary) && !item.m_bVaries && !item.m_bExact;
     const bool ascii = item.m_pPage == nullptr || item.m_pPage->m_bAsciiLike;
-    const bool filled = item.m_eForm == IF_binary || item.m_ePadding == PAD_zerosFront;
-    item.m_bPlain = ascii && filled && !item.m_bVaries && !item.m_bExact && !item.m_bDecimals && !item.m_bZeroIsNull &&
-                    item.m_cPoint == 0 && item.m_pTime == nullptr && item.m_strTail.empty() &&
-                    (item.m_eForm == IF_binary || item.m_eForm == IF_digits);
+    item.m_bPlain = item.m_bBare && ascii && !item.m_bDecimals && !item.m_bZeroIsNull && item.m_pTime == nullptr;
 }
 
 E_PacketFault readValue(const tItem& item, std::string_view bytes, unsigned int options, tScalar& value,
@@ -110,7 +123,10 @@ E_PacketFault makeValue(const tItem& item, const tScalar& value, std::string& ou
 
 E_PacketFault makeOwnValue(const tItem& item, const tScalar& value, std::string& out)
 {
-    return makeRow(item, value, OR_layout, out);
+    tScalar own = value;
+    if (own.m_eType == DT_codelist && isDecimal(item.m_eForm) && !item.m_bExact)
+        own.m_strvText = withoutZeros(own.m_strvText);
+    return makeRow(item, own, OR_layout, out);
 }
 
 E_PacketFault readPrefix(const tItem& item, std::string_view bytes, std::uint64_t& length)

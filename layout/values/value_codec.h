@@ -36,11 +36,12 @@ E_PacketFault readValue(const tItem& item, std::string_view bytes, unsigned int 
 /// Appends the bytes of a value, without prefix and end mark; a finding appends them, too.
 ///
 /// \param value  takes integers, decimal text, and doubles whose shortest text fits, where the item is a number
-/// \return PF_none, a finding, or a fault; after a fault nothing is appended
+/// \return PF_none, a finding, or a fault; after a fault nothing is appended. \throw std::bad_alloc, after a part was
 E_PacketFault makeValue(const tItem& item, const tScalar& value, std::string& out);
 
-/// The same for the value that the layout itself states: a text or byte string that is shorter than the item, null
-/// included, is filled up whatever the rules, and may end in padding. For what a layout lacks a default for.
+/// The same for the value that the layout itself states. Whatever the rules, it is filled up when it is shorter than the
+/// item, and may have padding of its own: blanks or zero bytes at the end, of a number zeros in front. Null is an empty
+/// text.
 E_PacketFault makeOwnValue(const tItem& item, const tScalar& value, std::string& out);
 
 /// Whether the value is one of the valid ones; true without such a rule.

@@ -36,13 +36,18 @@ void forRandomPackets(unsigned int seed, tUse&& use)
     tRandom random(seed);
     unsigned int packets = 0;
     unsigned int compiled = 0;
+    std::string refused;
+    std::string unmade;
     for (unsigned int i = 0; i < s_cuiLayouts && !testing::Test::HasFailure(); ++i)
     {
         const tSketch sketch = makeSketch(random);
         const std::string text = text4Sketch(sketch);
         CLayout layout;
         if (!layout.compile(text))
+        {
+            refused = mistakes4(layout) + text;
             continue;
+        }
         ++compiled;
         CPacketMaker maker(layout);
         for (unsigned int tree = 0; tree < s_cuiTrees && !testing::Test::HasFailure(); ++tree)
@@ -50,13 +55,16 @@ void forRandomPackets(unsigned int seed, tUse&& use)
             const CFields data = data4Sketch(sketch, random);
             std::string packet;
             if (!maker.make(data, packet))
+            {
+                unmade = words4(maker.getFault()) + "\n" + text + "\n" + data.toMURV();
                 continue;
+            }
             ++packets;
             use(text, layout, data, packet, random);
         }
     }
-    EXPECT_GT(compiled, s_cuiLayouts / 2) << "too few of the layouts compile";
-    EXPECT_GT(packets, s_cuiLayouts) << "too few packets are made";
+    EXPECT_GT(compiled, s_cuiLayouts / 2) << "too few layouts compile, such as:\n" << refused;
+    EXPECT_GT(packets, s_cuiLayouts) << "too few packets are made, such as:\n" << unmade;
 }
 
 TEST(CodecProperty, whatIsMadeIsReadBack)

@@ -166,6 +166,11 @@ TEST(DigitValues, impliedDecimalsTakeIntegersTextsAndDoubles)
     EXPECT_EQ("!lossy", made(cents, "12.500"));
     EXPECT_EQ("!tooLong", made(cents, 1000));
     EXPECT_EQ("!tooLong", made(cents, "1000.00"));
+    EXPECT_EQ("!lossy", made(cents, "01.00"));
+    EXPECT_EQ("!digits", made(cents, "1x.00"));
+    EXPECT_EQ("!digits", made(cents, "1.0.0"));
+    EXPECT_EQ("!digits", made(decimalItem(s_ctFive, 0), "5."));
+    EXPECT_EQ("1234567890123456", made(decimalItem(fixedItem(IF_digits, 16), 3), "1234567890123.456"));
 }
 
 TEST(DigitValues, anOptionGivesTheUnscaledInteger)

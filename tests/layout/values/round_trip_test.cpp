@@ -1,6 +1,7 @@
 // tests/layout/values/round_trip_test.cpp - what is read can be made again, for every form and rule.
 //
 // Short items are tried with all bytes that they can have, longer ones with random bytes of the kinds that matter.
+#include <cstdlib>
 #include <random>
 #include <vector>
 
@@ -220,6 +221,81 @@ TEST(ValueRoundTrip, whatIsMadeIsReadBack)
         }
     }
     EXPECT_GT(integers, 10000U);
+}
+
+/// Makes, reads and makes again. \return false when making refuses the value
+/// \param out  the text of the value may lie in it
+bool makeAndRead(const tNamedItem& row, const tScalar& given, tScalar& back, std::string& out, std::string& scratch)
+{
+    out.clear();
+    if (makeValue(row.m_tItem, given, out) != PF_none)
+        return false;
+    EXPECT_EQ(PF_none, readValue(row.m_tItem, out, VO_none, back, scratch)) << row.m_strName << " " << shown(given);
+    std::string again;
+    EXPECT_EQ(PF_none, makeValue(row.m_tItem, back, again)) << row.m_strName << " " << shown(given);
+    EXPECT_EQ(out, again) << row.m_strName << " " << shown(given);
+    return true;
+}
+
+bool isNumberForm(E_ItemForm form)
+{
+    return form != IF_text && form != IF_bytes && form != IF_hexText;
+}
+
+TEST(ValueRoundTrip, textsThatAreMadeAreReadBackAsTheSameTextOrNumber)
+{
+    std::mt19937 random(13);
+    constexpr std::string_view alphabet("0012345.- +AF\xC3\xA9", 15);
+    unsigned int texts = 0;
+    for (const tNamedItem& row : itemsOfWidth(6))
+    {
+        for (int round = 0; round < 200; ++round)
+        {
+            std::string text(random() % 7, ' ');
+            for (char& c : text)
+                c = alphabet[random() % alphabet.size()];
+            tScalar back;
+            std::string out;
+            std::string scratch;
+            if (!makeAndRead(row, makeScalar(std::string_view(text)), back, out, scratch))
+                continue;
+            ++texts;
+            tItem same = row.m_tItem;
+            same.m_vValid = {{text, text}};
+            const bool keepsText = !isNumberForm(same.m_eForm) || (same.m_bExact && same.m_eForm != IF_float);
+            ASSERT_TRUE(keepsText ? shown(back) == '"' + text + '"'
+                                  : isValidValue(same, back) || same.m_eForm == IF_float)
+                << row.m_strName << " " << text << " came back as " << shown(back);
+        }
+    }
+    EXPECT_GT(texts, 10000U);
+}
+
+TEST(ValueRoundTrip, doublesThatAreMadeAreReadBackAsTheSameNumber)
+{
+    std::mt19937 random(17);
+    unsigned int doubles = 0;
+    for (const unsigned int width : {4U, 8U, 20U})
+    {
+        for (const tNamedItem& row : itemsOfWidth(width))
+        {
+            for (int round = 0; round < 50; ++round)
+            {
+                const double scales[] = {1, 10, 100, 1e5, 1e-9};
+                const double number = (static_cast<double>(random() % 20000) - 10000) / scales[random() % 5];
+                tScalar back;
+                std::string out;
+                std::string scratch;
+                if (row.m_tItem.m_eForm == IF_float || !makeAndRead(row, doubleScalar(number), back, out, scratch))
+                    continue;
+                ++doubles;
+                const std::string text = shown(back);
+                ASSERT_EQ(number, std::strtod(text.c_str() + (text.front() == '"' ? 1 : 0), nullptr))
+                    << row.m_strName << " came back as " << text;
+            }
+        }
+    }
+    EXPECT_GT(doubles, 10000U);
 }
 
 }  // namespace

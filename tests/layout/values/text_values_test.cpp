@@ -105,6 +105,9 @@ TEST(TextValues, theLayoutsOwnValueIsFilledUp)
     EXPECT_EQ("      ", madeOwn(s_ctText, tScalar()));
     EXPECT_EQ("0000", madeOwn(fixedItem(IF_hexText, 4), makeScalar("")));
     EXPECT_EQ("!tooLong", madeOwn(s_ctText, makeScalar("abcdefg")));
+    EXPECT_EQ("0007", madeOwn(fixedItem(IF_digits, 4), makeScalar("007")));
+    EXPECT_EQ("0050", madeOwn(decimalItem(fixedItem(IF_digits, 4), 2), makeScalar("00.5")));
+    EXPECT_EQ("!null", madeOwn(fixedItem(IF_digits, 4), tScalar()));
     EXPECT_EQ("\x40\x40\x40\x40\x40\x40", madeOwn(pageItem(s_ctKept, "cp037"), makeScalar("")));
 }
 

@@ -1,0 +1,98 @@
+// tests/core/text/trim_test.cpp - padding at the ends of texts, and short numbers in digits.
+//
+// The word-wise code is compared with a byte-wise rule at every length and place; nothing outside may be touched.
+#include "core/text/trim.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "core/text/digit_words.h"
+#include "tests/core/text_helpers.h"
+
+namespace
+{
+
+using namespace murv::detail;
+using murv::tests::CExactText;
+
+TEST(Trim, takesTheFillAwayAtEveryLengthAndPlace)
+{
+    std::mt19937 random(3);
+    for (std::size_t size = 0; size < 40; ++size)
+    {
+        for (int round = 0; round < 200; ++round)
+        {
+            std::string text(size, ' ');
+            for (std::size_t i = random() % (size + 1); i-- > 0;)
+                text[random() % size] = random() % 2 == 0 ? 'x' : '!';
+            const CExactText exact(text);
+            const std::string_view view(exact.begin(), exact.size());
+            const std::size_t last = text.find_last_not_of(' ');
+            const std::size_t first = text.find_first_not_of(' ');
+            ASSERT_EQ(last == std::string::npos ? "" : text.substr(0, last + 1), trimEnd(view, ' ')) << text;
+            ASSERT_EQ(first == std::string::npos ? "" : text.substr(first), trimFront(view, ' ')) << text;
+        }
+    }
+}
+
+TEST(Trim, fillMayBeAnyByte)
+{
+    EXPECT_EQ("a", trimEnd(std::string_view("a\0\0\0\0\0\0\0\0\0", 10), '\0'));
+    EXPECT_EQ("a", trimEnd("a\xFF\xFF", '\xFF'));
+    EXPECT_EQ("a", trimFront("\x40\x40\x40\x40\x40\x40\x40\x40\x40"
+                             "a",
+                             '\x40'));
+}
+
+TEST(Trim, asciiIsBelow128AtEveryPlace)
+{
+    for (std::size_t size = 0; size < 20; ++size)
+    {
+        const std::string text(size, '\x7F');
+        EXPECT_TRUE(isAscii(text));
+        for (std::size_t at = 0; at < size; ++at)
+        {
+            std::string other = text;
+            other[at] = '\x80';
+            EXPECT_FALSE(isAscii(other)) << size << " " << at;
+        }
+    }
+}
+
+TEST(DigitWords, readOneToSixteenDigitsAndNothingElse)
+{
+    std::mt19937_64 random(4);
+    std::uint64_t value = 0;
+    for (std::size_t size = 1; size <= 16; ++size)
+    {
+        for (int round = 0; round < 100; ++round)
+        {
+            std::string text(size, '0');
+            for (char& c : text)
+                c = static_cast<char>('0' + random() % 10);
+            const CExactText exact(text);
+            ASSERT_TRUE(readShortDigits(exact.begin(), size, value));
+            ASSERT_EQ(std::stoull(text), value);
+            text[random() % size] = "/: -\xB1"[random() % 5];
+            const CExactText damaged(text);
+            ASSERT_FALSE(readShortDigits(damaged.begin(), size, value)) << text;
+        }
+    }
+    EXPECT_FALSE(readShortDigits("", 0, value));
+    EXPECT_FALSE(readShortDigits("12345678901234567", 17, value));
+}
+
+TEST(DigitWords, aFlipReadsOtherCharacters)
+{
+    std::uint64_t value = 0;
+    constexpr std::uint64_t flip = s_cullOnes * 0xC0;
+    EXPECT_TRUE(readShortDigits("\xF1\xF2\xF3", 3, value, flip));
+    EXPECT_EQ(123U, value);
+    EXPECT_TRUE(readShortDigits("\xF1\xF2\xF3\xF4\xF5\xF6\xF7\xF8\xF9", 9, value, flip));
+    EXPECT_EQ(123456789U, value);
+    EXPECT_FALSE(readShortDigits("123", 3, value, flip));
+}
+
+}  // namespace
