@@ -94,6 +94,7 @@ private:
         const unsigned int index = m_tCompile.m_tPaths.member(set, target.front());
         if (index == s_cuiNone)
         {
+            m_tCompile.m_bRuleLost = true;
             m_tCompile.m_tMistakes.add(set, place,
                                        "There is no part \"" + describeStep(target.front()) + "\" for this rule" +
                                            m_tCompile.m_tPaths.suggestMember(set, target.front().m_strName, false));
@@ -107,6 +108,8 @@ private:
         const auto place = static_cast<unsigned int>(member.getOffsetStart());
         const std::string_view text = ruleText(member);
         std::vector<std::string_view> rules;
+        if (m_tCompile.m_tMistakes.isFull())
+            return;
         if (member.getDT() != DT_codelist || !CFields::pkt_IsNullExp(member.pkt_GetExp()))
             m_tCompile.m_tMistakes.add(index, place, "A rule is a text without a packet expression");
         else if (!splitRules(text, rules))
@@ -142,6 +145,7 @@ private:
         const std::string mistake = readRule(text, rule);
         if (!mistake.empty())
         {
+            m_tCompile.m_bRuleLost = true;
             m_tCompile.m_tMistakes.add(index, place, mistake);
             return;
         }

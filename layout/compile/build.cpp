@@ -61,7 +61,7 @@ public:
         m_tCompile.m_tPlan.m_vParts.reserve(expected);
         m_tCompile.m_vDrafts.reserve(expected);
         addPart(m_tCompile.m_tDocument, s_cuiNone, false);
-        while (!m_vOpen.empty())
+        while (!m_vOpen.empty() && !m_tCompile.m_bTooBig)
             step();
     }
 
@@ -85,8 +85,9 @@ private:
     {
         if (copied && ++m_uiCopied > s_cuiMostCopied)
         {
-            if (m_uiCopied == s_cuiMostCopied + 1)
+            if (!m_tCompile.m_bTooBig)
                 m_tCompile.refusePart(parent, "The copies by \"like\" come to more than 100000 parts");
+            m_tCompile.m_bTooBig = true;
             return;
         }
         const unsigned int index = m_tCompile.count();
@@ -119,9 +120,9 @@ private:
         const CFields& node = *m_tCompile.draft(index).m_pNode;
         if (m_tCompile.draft(index).m_uiLevel > s_cuiMostLevels)
         {
-            if (!m_bDeep)
+            if (!m_tCompile.m_bTooBig)
                 m_tCompile.refusePart(index, "The layout nests deeper than 1000 levels");
-            m_bDeep = true;
+            m_tCompile.m_bTooBig = true;
             return;
         }
         const E_DataType type = node.getDT();
@@ -152,7 +153,6 @@ private:
     tCompile& m_tCompile;
     std::vector<tOpenPart> m_vOpen;
     unsigned int m_uiCopied = 0;
-    bool m_bDeep = false;
 };
 
 /// Finds members of the same name or ID.
@@ -189,6 +189,8 @@ void findRecords(tCompile& compile)
 void buildParts(tCompile& compile)
 {
     CBuilder(compile).build();
+    if (compile.m_bTooBig)
+        return;
     compile.m_tPlan.m_strComment = compile.part(0).m_strComment;
     for (unsigned int i = 0; i < compile.count(); ++i)
     {

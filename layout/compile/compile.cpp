@@ -12,6 +12,8 @@ bool compileParts(const CFields& document, tPlan& plan, std::vector<tLayoutMista
     mistakes.clear();
     tCompile compile(document, plan, mistakes);
     buildParts(compile);
+    if (compile.m_bTooBig)
+        return false;
     attachRules(compile);
     makeItems(compile);
     checkRules(compile);

@@ -15,12 +15,14 @@ namespace
 
 constexpr unsigned int s_cuiMostInRow = 100;  // copies of copies of copies
 
-const CFields* findMember(const CFields& set, const tPathStep& step)
+const CFields* findMember(tCompile& compile, const CFields& set, const tPathStep& step)
 {
     if (set.getDT() != DT_fields)
         return nullptr;
     if (step.m_strName.empty())
     {
+        if (!compile.spend(set.getChildCount()))
+            return nullptr;
         const int index = set.getChildIdx4ID(step.m_uiID);
         return index < 0 ? nullptr : &set[index];
     }
@@ -62,11 +64,11 @@ std::string findCopied(tCompile& compile, unsigned int index, const tRule& like,
 {
     const std::vector<tPathStep>& path = like.m_vPath;
     found = {};
-    for (unsigned int at = compile.part(index).m_uiParent; at != s_cuiNone && found.m_pNode == nullptr;
-         at = compile.part(at).m_uiParent)
+    for (unsigned int at = compile.part(index).m_uiParent;
+         at != s_cuiNone && found.m_pNode == nullptr && compile.spend(1); at = compile.part(at).m_uiParent)
     {
         found.m_pSet = compile.draft(at).m_pNode;
-        found.m_pNode = findMember(*found.m_pSet, path.front());
+        found.m_pNode = findMember(compile, *found.m_pSet, path.front());
     }
     if (found.m_pNode == nullptr)
         return "There is no part \"" + describeStep(path.front()) + "\" here or around";
@@ -78,7 +80,7 @@ std::string findCopied(tCompile& compile, unsigned int index, const tRule& like,
         tRule inner;
         if (findLike(*set, inner))
             return "The path of \"like\" goes through a copy; name the part that it copies";
-        found = {findMember(*set, path[i]), set};
+        found = {findMember(compile, *set, path[i]), set};
         if (found.m_pNode == nullptr)
             return "\"" + describeStep(path[i - 1]) + "\" has no part \"" + describeStep(path[i]) + "\"";
     }
@@ -88,7 +90,7 @@ std::string findCopied(tCompile& compile, unsigned int index, const tRule& like,
 /// Whether the part, or one around it, already has that node's members.
 bool isAround(tCompile& compile, unsigned int index, const CFields* node)
 {
-    for (unsigned int at = index; at != s_cuiNone; at = compile.part(at).m_uiParent)
+    for (unsigned int at = index; at != s_cuiNone && compile.spend(1); at = compile.part(at).m_uiParent)
     {
         const tDraft& draft = compile.draft(at);
         if (draft.m_pOwn == node || draft.m_pNode == node)

@@ -88,6 +88,12 @@ struct tCompile
     {
         m_tMistakes.addIfFirst(index, part(index).m_uiPlace, std::move(message));
     }
+    /// Reports that an end is missing, unless a mistake in some rule explains it.
+    void refuseEnd(unsigned int index, std::string message)
+    {
+        if (!m_bRuleLost)
+            refusePart(index, std::move(message));
+    }
     /// Does steps of work whose number is not linear in the layout. \return false when there were too many
     bool spend(unsigned int steps)
     {
@@ -102,7 +108,9 @@ struct tCompile
     std::vector<tDraft> m_vDrafts;
     std::vector<unsigned int> m_vPlaces;                            // by link: of its rule, in the document
     std::unordered_map<unsigned long long, unsigned int> m_tSpans;  // by first and last part
-    unsigned long long m_ullBudget = 50'000'000;
+    unsigned long long m_ullBudget = 20'000'000;
+    bool m_bRuleLost = false;  // a rule could not be understood, so that some end may seem to be missing
+    bool m_bTooBig = false;    // parts are missing, and nothing else is worth reporting
 };
 
 /// The rule of that name among those of a part, or null.

@@ -35,7 +35,7 @@ void findEnd(tCompile& compile, unsigned int index)
         part.m_eEnd = LE_enclosing;
     item.m_bVaries = part.m_eEnd != LE_fixed;
     if (part.m_eEnd == LE_fixed && item.m_uiLength == 0)
-        compile.refusePart(index, "A leaf of length 0 needs a rule for its end, such as ends \"\\x00\" or \"to end\"");
+        compile.refuseEnd(index, "A leaf of length 0 needs a rule for its end, such as ends \"\\x00\" or \"to end\"");
     if (item.m_bVaries && draft.m_bPadding)
         compile.refusePart(index, "Only items of fixed width have padding");
 }
@@ -65,6 +65,13 @@ void makeLiteral(tCompile& compile, unsigned int index, const tScalar& value)
     tPart& part = compile.part(index);
     const tItem& item = part.m_tItem;
     std::string bytes;
+    // A short literal may be padded to any length, so that a small layout could take all memory.
+    constexpr unsigned int most = 1U << 20;
+    if (!item.m_bVaries && (item.m_uiLength > most || !compile.spend(item.m_uiLength)))
+    {
+        compile.refusePart(index, "A literal has at most 1048576 bytes");
+        return;
+    }
     E_PacketFault fault = makeOwnValue(item, value, bytes);
     part.m_strLiteral.clear();
     if ((fault == PF_none || isFinding(fault)) && item.m_ucPrefix != 0)

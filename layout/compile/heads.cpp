@@ -101,8 +101,8 @@ void findArrayEnd(tCompile& compile, unsigned int index)
         array.m_eArrayEnd = array.m_vHeads.empty() ? AE_enclosing : AE_heads;
         const unsigned int taken = findTaken(compile, index, array.m_vHeads);
         if (taken != s_cuiNone)
-            compile.refusePart(index, "Nothing tells where " + nameOf(array) + " ends: " + nameOf(compile.part(taken)) +
-                                          " after it could be an element");
+            compile.refuseEnd(index, "Nothing tells where " + nameOf(array) + " ends: " + nameOf(compile.part(taken)) +
+                                         " after it could be an element");
     }
 }
 

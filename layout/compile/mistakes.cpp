@@ -42,7 +42,7 @@ void CMistakes::add(unsigned int part, unsigned int place, std::string message)
     if (m_vFaulty.size() <= part)
         m_vFaulty.resize(std::max<std::size_t>(m_tPlan.m_vParts.size(), part + 1));
     m_vFaulty[part] = true;
-    if (m_vMistakes.size() < s_cnMostMistakes)
+    if (!isFull())
         m_vMistakes.push_back({place, path4(m_tPlan, part), std::move(message)});
 }
 
@@ -57,9 +57,9 @@ bool CMistakes::isFaulty(unsigned int part) const
     return part < m_vFaulty.size() && m_vFaulty[part];
 }
 
-bool CMistakes::empty() const
+bool CMistakes::isFull() const
 {
-    return m_vMistakes.empty();
+    return m_vMistakes.size() >= s_cnMostMistakes;
 }
 
 void CMistakes::sort()

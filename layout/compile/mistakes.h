@@ -25,7 +25,8 @@ public:
     /// One that another mistake of the part, or of one around it, may have caused.
     void addIfFirst(unsigned int part, unsigned int place, std::string message);
     bool isFaulty(unsigned int part) const;
-    bool empty() const;
+    /// No more are kept, so there is no use in looking for them.
+    bool isFull() const;
     /// Brings the mistakes into the order of the document.
     void sort();
 

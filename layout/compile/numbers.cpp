@@ -4,6 +4,7 @@
 
 #include "layout/compile/draft.h"
 #include "layout/compile/rule_compilers.h"
+#include "layout/values/checksum.h"
 
 namespace murv::detail
 {
@@ -123,6 +124,38 @@ std::string measure(tCompile& compile, unsigned int index, const tRule& rule, tL
     return mistake;
 }
 
+/// The largest value of each kind of checksum, and how many hexadecimal digits that has.
+unsigned long long largestCheck(unsigned char kind)
+{
+    switch (kind)
+    {
+    case CK_crc32:
+    case CK_crc32Iscsi:
+    case CK_sum32: return 0xFFFFFFFF;
+    case CK_xor:
+    case CK_sum8: return 0xFF;
+    case CK_luhn:
+    case CK_mod10: return 9;
+    case CK_mod97: return 98;
+    default: return 0xFFFF;
+    }
+}
+
+/// Whether the number has room for every checksum of its kind.
+bool holdsCheck(const tItem& item, unsigned char kind)
+{
+    const unsigned long long largest = largestCheck(kind);
+    if (item.m_bVaries)
+        return true;
+    switch (item.m_eForm)
+    {
+    case IF_binary: return item.m_uiLength >= 8 || largest >> (8 * item.m_uiLength - (item.m_bSigned ? 1 : 0)) == 0;
+    case IF_hex: return item.m_uiLength >= 16 || largest >> (4 * item.m_uiLength) == 0;
+    case IF_digits: return std::to_string(largest).size() <= item.m_uiLength;
+    default: return true;
+    }
+}
+
 /// The record around a part, or none.
 unsigned int recordAround(tCompile& compile, unsigned int index)
 {
@@ -180,7 +213,10 @@ void shareBits(tCompile& compile, unsigned int index, const tRule& rule, const t
 {
     const tItem& item = compile.part(index).m_tItem;
     const unsigned long long bits = item.m_uiLength * (item.m_eForm == IF_hexText ? 4ULL : 8ULL);
-    for (const unsigned int member : compile.part(link.m_uiTarget).m_vMembers)
+    const std::vector<unsigned int>& members = compile.part(link.m_uiTarget).m_vMembers;
+    if (!compile.spend(static_cast<unsigned int>(members.size())))
+        return;
+    for (const unsigned int member : members)
     {
         tPart& part = compile.part(member);
         if (part.m_uiID < link.m_uiFrom || part.m_uiID - link.m_uiFrom >= bits)
@@ -209,7 +245,10 @@ void compileSize(tCompile& compile, unsigned int part, const tRule& rule)
     if (mistake.empty())
         addLink(compile, rule, link);
     else
+    {
+        compile.m_bRuleLost = true;
         compile.refuse(part, rule, mistake);
+    }
 }
 
 void compileChecksum(tCompile& compile, unsigned int part, const tRule& rule)
@@ -222,6 +261,8 @@ void compileChecksum(tCompile& compile, unsigned int part, const tRule& rule)
     if (mistake.empty() &&
         (record == s_cuiNone || recordAround(compile, compile.m_tPlan.m_vSpans[link.m_uiSpan].m_uiFirst) != record))
         mistake = "A check stays within one record";
+    if (mistake.empty() && !holdsCheck(compile.part(part).m_tItem, rule.m_ucChecksum))
+        mistake = "The number is too narrow for the check";
     if (mistake.empty())
         addLink(compile, rule, link);
     else
@@ -238,6 +279,7 @@ void compileCount(tCompile& compile, unsigned int part, const tRule& rule)
         mistake = nameOf(compile.part(found.m_uiPart)) + " is no array";
     if (!mistake.empty())
     {
+        compile.m_bRuleLost = true;
         compile.refuse(part, rule, mistake);
         return;
     }

@@ -58,6 +58,8 @@ unsigned int CPaths::setAround(unsigned int part) const
 std::string CPaths::suggestMember(unsigned int set, const std::string& name, bool outwards) const
 {
     constexpr std::size_t most = 1000;
+    if (m_tCompile.m_tMistakes.isFull())
+        return {};
     std::vector<std::string_view> names;
     for (; set != s_cuiNone && names.size() < most; set = outwards ? setAround(set) : s_cuiNone)
     {
@@ -77,7 +79,7 @@ std::string CPaths::find(unsigned int set, const std::vector<tPathStep>& path, t
         found = {set, s_cuiNone, set, false};
         return set == s_cuiNone ? "There is no field set around it" : std::string();
     }
-    for (unsigned int at = set; at != s_cuiNone; at = setAround(at))
+    for (unsigned int at = set; at != s_cuiNone && m_tCompile.spend(1); at = setAround(at))
     {
         const unsigned int index = member(at, path.front());
         if (index == s_cuiNone)
