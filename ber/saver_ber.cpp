@@ -150,7 +150,7 @@ bool isFileWhole(ISaver& saver, unsigned char style, const CFields& root)
     const char* const loss = detail::findLoss(root, CFileLoss(style), steps);
     if (loss == nullptr)
         return true;
-    detail::reportLoss(saver, s_cpSaving, detail::path4Steps(steps), s_cpFile, loss);
+    detail::reportLoss(saver, s_cpSaving, steps, s_cpFile, loss);
     return false;
 }
 
@@ -187,7 +187,7 @@ std::string CSaver4BER_BASIC::saving(const CFields& root, unsigned char style, c
     if (BC32_Check(SCBC_LOSSLESS) &&
         head.m_nSize + detail::CBodySink::enciphered(head.m_eCipher, bodySize) > detail::s_cnMostDocumentBytes)
     {
-        detail::reportLoss(*this, s_cpSaving, detail::path4Steps({}), s_cpFile, "more than 2147483647 bytes");
+        detail::reportLoss(*this, s_cpSaving, {}, s_cpFile, "more than 2147483647 bytes");
         return file;
     }
     if (!makeFile(file, m_tResult, head, writer, root, key, bodySize))

@@ -341,18 +341,25 @@ void CFieldVector::freeBlocks(CFieldVector* self, CReleaser& releaser) noexcept
         std::free(self);
 }
 
-// Descends in depth-first order. Where to go on above is written into the node just left: its parts are released, and
-// its block lives until all its members are.
+namespace
+{
+
+/// Where to go on when the members of a node are destroyed; written into that node.
+struct tFrame
+{
+    tFrame* m_pUp;
+    CFieldVector* m_pMembers;
+    std::uint32_t m_uiIndex;
+};
+static_assert(sizeof(tFrame) <= sizeof(CFields));
+static_assert(alignof(tFrame) <= alignof(CFields));
+
+}  // namespace
+
+// Descends in depth-first order. A node that is left holds a frame: its parts are released, and its block lives until
+// all its members are destroyed.
 void CFieldVector::destroy(CFieldVector* self) noexcept
 {
-    struct tFrame
-    {
-        tFrame* m_pUp;
-        CFieldVector* m_pMembers;
-        std::uint32_t m_uiIndex;
-    };
-    static_assert(sizeof(tFrame) <= sizeof(CFields) && alignof(tFrame) <= alignof(CFields));
-
     CReleaser releaser;
     tFrame* up = nullptr;
     std::uint32_t index = 0;

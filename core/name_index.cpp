@@ -202,7 +202,7 @@ void CNameIndex::link(const CFieldVector& members) noexcept
 /// \return false, with all heaps dropped, when memory runs out.
 bool CNameIndex::reserveLinks(std::uint32_t count) noexcept
 {
-    if (count <= m_uiLinks)
+    if (m_pLinks != nullptr && count <= m_uiLinks)
         return true;
     const std::uint64_t twice = std::min(std::uint64_t{m_uiLinks} * 2, std::uint64_t{s_cuiNone});
     const std::uint32_t room = std::max(count, static_cast<std::uint32_t>(twice));

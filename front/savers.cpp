@@ -4,7 +4,10 @@
 // of range give nothing and are no error; callers rely on that.
 #include <algorithm>
 #include <iostream>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "core/error_table.h"
 #include "core/throw.h"
@@ -26,13 +29,6 @@ void configure(ISaver& saver, const ISaver& front)
 {
     saver.setSCBC(front.getSCBC());
     saver.setCryptType(front.getCryptType());
-}
-
-/// Passes code and message on as they are, whatever the message's length.
-void copyError(CErrorBase& to, const CErrorBase& from)
-{
-    if (from.isError())
-        to = from;
 }
 
 }  // namespace
@@ -58,7 +54,7 @@ std::string CSavers::saving(const CFields& root, unsigned char encodingRule, uns
     }
     configure(*saver, *this);
     std::string result = saver->saving(root, style, password);
-    copyError(*this, *saver);
+    takeError(*saver);
     return result;
 }
 
@@ -69,7 +65,17 @@ void CSavers::saving(std::ostream& os, const CFields& root, unsigned char encodi
         return;
     configure(m_tStream, *this);
     m_tStream.saving(os, root, style, password);
-    copyError(*this, m_tStream);
+    takeError(m_tStream);
+}
+
+/// Passes the error on as it is, whatever the message's length.
+void CSavers::takeError(const ISaver& from)
+{
+    if (!from.isError())
+        return;
+    std::optional<std::vector<unsigned int>> path = from.getErrorPath();
+    CErrorBase::operator=(from);
+    m_vErrorPath = std::move(path);
 }
 
 std::string CFields::toMURV(unsigned char encodingRule, unsigned char style, const char* password) const

@@ -4,9 +4,15 @@
 // still one line break.
 #include "io/line_counter.h"
 
-#include "core/text/byte_scan.h"
+#include <algorithm>
 
-namespace murv::detail
+#include "core/text/byte_scan.h"
+#include "murv/load_error.h"
+
+namespace murv
+{
+
+namespace detail
 {
 
 int CLineCounter::line4(const char* position)
@@ -30,4 +36,15 @@ int CLineCounter::line4(const char* position)
     return m_iLine;
 }
 
-}  // namespace murv::detail
+}  // namespace detail
+
+tDataPlace place4Offset(std::string_view text, unsigned int offset) noexcept
+{
+    const std::size_t reached = std::min<std::size_t>(offset, text.size());
+    detail::CLineCounter counter(text.data());
+    const int line = counter.line4(text.data() + reached);
+    return {static_cast<unsigned int>(reached), static_cast<unsigned int>(line),
+            static_cast<unsigned int>(counter.column())};
+}
+
+}  // namespace murv

@@ -25,6 +25,8 @@ tLoad::tLoad(const tLoad& other)
 
 tLoad& tLoad::operator=(const tLoad& other)
 {
+    if (this == &other)
+        return *this;
     m_pDataBegin = other.m_pDataBegin;
     m_pDataEnd = other.m_pDataEnd;
     m_vStack = other.m_vStack;

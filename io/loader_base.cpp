@@ -7,7 +7,7 @@
 #include "core/error_table.h"
 #include "io/encoding_rule.h"
 #include "io/read_stream.h"
-#include "murv/loader.h"
+#include "murv/loader_base.h"
 
 namespace murv
 {

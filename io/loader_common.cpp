@@ -2,10 +2,10 @@
 //
 // The state lies in tLoad; here is what only such loaders use: members added without a builder, looks back along the
 // stack, and errors at the places of nodes.
+#include "murv/loader_common.h"
 #include "core/field_access.h"
 #include "core/field_vector.h"
 #include "io/load.h"
-#include "murv/loader.h"
 
 namespace murv
 {

@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "core/error_table.h"
 #include "core/text/quote.h"
@@ -84,8 +85,7 @@ bool isSameSlot(const tSlot& a, const tSlot& b)
     }
 }
 
-}  // namespace
-
+/// The path as the tool takes it, orders[3].price, or "the root". A long one is shortened in the middle.
 std::string path4Steps(const std::vector<tPathStep>& steps)
 {
     if (steps.empty())
@@ -96,6 +96,16 @@ std::string path4Steps(const std::vector<tPathStep>& steps)
     shorten(path);
     return path;
 }
+
+}  // namespace
+
+struct tErrorPathAccess
+{
+    static void set(ISaver& saver, std::vector<unsigned int>&& path) noexcept
+    {
+        saver.m_vErrorPath = std::move(path);
+    }
+};
 
 const char* lossOfSecondValue(const CFields& node)
 {
@@ -108,11 +118,17 @@ const char* lossOfSecondValue(const CFields& node)
     return tFieldAccess::kind(node) == kind ? nullptr : "a value kind that the keyword does not give";
 }
 
-void reportLoss(CErrorBase& saver, const char* function, const std::string& path, const char* medium, const char* loss,
-                int line)
+void reportLoss(ISaver& saver, const char* function, const std::vector<tPathStep>& steps, const char* medium,
+                const char* loss, int line)
 {
-    saver.setUserError(s_ciInvalidParameter, "[%s#%d] %s: %s cannot hold %s", function, line, path.c_str(), medium,
+    const std::string words = path4Steps(steps);
+    std::vector<unsigned int> path;
+    path.reserve(steps.size());
+    for (const tPathStep& step : steps)
+        path.push_back(step.m_uiIndex);
+    saver.setUserError(s_ciInvalidParameter, "[%s#%d] %s: %s cannot hold %s", function, line, words.c_str(), medium,
                        loss);
+    tErrorPathAccess::set(saver, std::move(path));
 }
 
 }  // namespace murv::detail

@@ -1,7 +1,7 @@
 // io/loss.h - what a lossless saving could not bring back, and where it lies.
 //
 // Before anything is written, each node of the tree is checked against the rules of the notation. The first one that
-// breaks them ends the saving, with its path in the message.
+// breaks them ends the saving, with its path.
 #pragma once
 
 #include <cstddef>
@@ -35,9 +35,6 @@ struct tPathStep
     std::uint32_t m_uiIndex;
 };
 
-/// The path as the tool takes it, orders[3].price, or "the root". A long one is shortened in the middle.
-std::string path4Steps(const std::vector<tPathStep>& steps);
-
 /// What a loader gives the second value and the value kind by the packet expression alone; a node that has others would
 /// come back without them.
 /// \return null, or the name of what would be lost
@@ -50,10 +47,11 @@ inline constexpr const char* s_cpLossOfComment = "this comment as it is";
 inline constexpr std::size_t s_cnMostLevels = 1000;
 inline constexpr std::size_t s_cnMostDocumentBytes = 2147483647;
 
-/// Names what cannot be held in the saver's error.
+/// Names what cannot be held in the saver's error, and where. Throws std::bad_alloc, before the error changes.
+/// \param steps   the way to the node; none for the root
 /// \param medium  "text", "a binary file"
-void reportLoss(CErrorBase& saver, const char* function, const std::string& path, const char* medium, const char* loss,
-                int line = __builtin_LINE());
+void reportLoss(ISaver& saver, const char* function, const std::vector<tPathStep>& steps, const char* medium,
+                const char* loss, int line = __builtin_LINE());
 
 /// Checks all nodes against a rule, in the order of the document.
 ///

@@ -35,6 +35,17 @@ unsigned char ISaver::getCryptType() const
     return m_ucCryptType;
 }
 
+std::optional<std::vector<unsigned int>> ISaver::getErrorPath() const
+{
+    return m_vErrorPath;
+}
+
+void ISaver::clearError()
+{
+    CErrorBase::clearError();
+    m_vErrorPath.reset();
+}
+
 IStringSaver::IStringSaver(unsigned int scbc) : ISaver(scbc)
 {
 }

@@ -90,6 +90,8 @@ protected:
         return {m_tBlock.m_pData, pending()};
     }
 
+    static constexpr std::size_t s_cnSlice = 65536;  // what goes to a stream at once, or more
+
     bool m_bFailed = false;
 
 private:
@@ -139,6 +141,33 @@ private:
     }
 };
 
+/// Counts the text and drops it. Fails once there is more than a limit.
+class CCountingSink final : public ITextSink
+{
+public:
+    CCountingSink(tKeptBlock& block, unsigned long long limit) : ITextSink(block), m_ullLimit(limit)
+    {
+    }
+
+    unsigned long long size() const
+    {
+        return m_ullDropped + pending();
+    }
+
+private:
+    void makeRoom(std::size_t bytes) override
+    {
+        m_ullDropped += pending();
+        m_bFailed = m_ullDropped > m_ullLimit;
+        rewind();
+        if (capacity() < bytes)
+            resize(std::max(s_cnSlice, bytes));
+    }
+
+    unsigned long long m_ullDropped = 0;
+    const unsigned long long m_ullLimit;
+};
+
 /// Gives the text to a stream in slices, unformatted. The last slice goes with flush().
 class CStreamSink final : public ITextSink
 {
@@ -155,21 +184,12 @@ public:
         rewind();
         if (slice.empty() || m_bFailed)
             return;
-        m_ullGiven += slice.size();
         m_bFailed = true;  // also when the next line throws
         m_tStream.write(slice.data(), static_cast<std::streamsize>(slice.size()));
         m_bFailed = !m_tStream.good();
     }
 
-    /// Bytes that the stream was given.
-    unsigned long long given() const
-    {
-        return m_ullGiven;
-    }
-
 private:
-    static constexpr std::size_t s_cnSlice = 65536;
-
     void makeRoom(std::size_t bytes) override
     {
         flush();
@@ -178,7 +198,6 @@ private:
     }
 
     std::ostream& m_tStream;
-    unsigned long long m_ullGiven = 0;
 };
 
 }  // namespace murv::detail

@@ -23,9 +23,9 @@ struct tTokenRow
 };
 
 inline constexpr tTokenRow s_ctTokenRows[] = {
-    {{"", 1}, TT_end},  {"{", TT_fieldsBegin}, {"}", TT_fieldsEnd}, {"[", TT_arrayBegin},       {"]", TT_arrayEnd},
-    {"(", TT_peiBegin}, {")", TT_peiEnd},      {"\"", TT_string},   {"-0123456789", TT_number}, {"t", TT_true},
-    {"f", TT_false},    {"n", TT_null},        {"#", TT_id},        {"=", TT_assign},           {",", TT_comma},
+    {{"\0", 1}, TT_end}, {"{", TT_fieldsBegin}, {"}", TT_fieldsEnd}, {"[", TT_arrayBegin},       {"]", TT_arrayEnd},
+    {"(", TT_peiBegin},  {")", TT_peiEnd},      {"\"", TT_string},   {"-0123456789", TT_number}, {"t", TT_true},
+    {"f", TT_false},     {"n", TT_null},        {"#", TT_id},        {"=", TT_assign},           {",", TT_comma},
     {"/", TT_comment},
 };
 

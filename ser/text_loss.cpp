@@ -14,6 +14,7 @@
 #include "io/text_sink.h"
 #include "murv/loader.h"
 #include "ser/pei_reader.h"
+#include "ser/text_bound.h"
 #include "ser/text_layout.h"
 #include "ser/value_writer.h"
 
@@ -52,8 +53,8 @@ bool isPlainComment(std::string_view text)
 class CTextLoss
 {
 public:
-    CTextLoss(ISaver& saver, unsigned char style, const CIndentation* indent)
-        : m_tSaver(saver), m_tValues(saver), m_ucStyle(style), m_pIndent(indent)
+    CTextLoss(ISaver& saver, unsigned char style, const CIndentation* indent, std::uint64_t* bound)
+        : m_tSaver(saver), m_tValues(saver), m_ucStyle(style), m_pIndent(indent), m_pBound(bound)
     {
     }
 
@@ -70,6 +71,8 @@ public:
             loss = lossOfExpression(node);
         if (loss == nullptr && m_pIndent != nullptr && has(SAVE_COMMENT) && has(SAVE_VALUE) && node.isComment())
             loss = lossOfComments(node, level);
+        if (m_pIndent != nullptr && m_pBound != nullptr)
+            *m_pBound += boundOfText(node, (level.m_nLevel - 1) * std::uint64_t{m_pIndent->unit()});
         return loss;
     }
 
@@ -159,21 +162,23 @@ private:
     CValueWriter m_tValues;
     const unsigned char m_ucStyle;
     const CIndentation* const m_pIndent;
+    std::uint64_t* const m_pBound;
 };
 
 }  // namespace
 
-bool isTextWhole(ISaver& saver, const char* function, const CFields& root, const CIndentation* indent)
+bool isTextWhole(ISaver& saver, const char* function, const CFields& root, const CIndentation* indent,
+                 std::uint64_t* bound)
 {
     std::vector<tPathStep> steps;
     const char* loss = nullptr;
     if (indent != nullptr && !indent->isBlank())
         loss = "an indentation that is not made of blanks and tabs";
     else
-        loss = findLoss(root, CTextLoss(saver, CValueWriter::style(saver), indent), steps);
+        loss = findLoss(root, CTextLoss(saver, CValueWriter::style(saver), indent, bound), steps);
     if (loss == nullptr)
         return true;
-    reportLoss(saver, function, path4Steps(steps), s_cpText, loss);
+    reportLoss(saver, function, steps, s_cpText, loss);
     return false;
 }
 
@@ -181,7 +186,7 @@ bool isTextLengthHeld(ISaver& saver, const char* function, unsigned long long le
 {
     if (length <= s_cnMostDocumentBytes)
         return true;
-    reportLoss(saver, function, path4Steps({}), s_cpText, "more than 2147483647 bytes");
+    reportLoss(saver, function, {}, s_cpText, "more than 2147483647 bytes");
     return false;
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 
+#include "murv/load_error.h"
 #include "tools/json_text.h"
 #include "tools/output.h"
 #include "tools/utf8.h"
@@ -42,6 +43,12 @@ bool isDumbTerminal()
     return terminal != nullptr && std::string_view(terminal) == "dumb";
 }
 
+/// Where its range begins. \pre there is a range of a text
+tDataPlace place4Diagnostic(const tDiagnostic& diagnostic)
+{
+    return place4Offset(diagnostic.m_svSource, static_cast<unsigned int>(diagnostic.m_tRange->m_nBegin));
+}
+
 std::string json4Diagnostic(const tDiagnostic& diagnostic)
 {
     std::string out = "{\"severity\":" + json4Text(s_ctSeverities[diagnostic.m_eSeverity].m_pName);
@@ -56,8 +63,8 @@ std::string json4Diagnostic(const tDiagnostic& diagnostic)
         }
         else
         {
-            const tLinePlace place = place4Offset(diagnostic.m_svSource, range.m_nBegin);
-            out += ",\"line\":" + std::to_string(place.m_nLine) + ",\"column\":" + std::to_string(place.m_nColumn);
+            const tDataPlace place = place4Diagnostic(diagnostic);
+            out += ",\"line\":" + std::to_string(place.m_uiLine) + ",\"column\":" + std::to_string(place.m_uiColumn);
         }
         out += ",\"begin\":" + std::to_string(range.m_nBegin) + ",\"end\":" + std::to_string(range.m_nEnd);
     }
@@ -119,9 +126,9 @@ std::string CDiagnostics::rendered(const tDiagnostic& diagnostic) const
     const bool excerpted = diagnostic.m_tRange && !diagnostic.m_bInBody;
     if (excerpted)
     {
-        const tLinePlace place = place4Offset(diagnostic.m_svSource, diagnostic.m_tRange->m_nBegin);
-        where.append(1, ':').append(std::to_string(place.m_nLine));
-        where.append(1, ':').append(std::to_string(place.m_nColumn));
+        const tDataPlace place = place4Diagnostic(diagnostic);
+        where.append(1, ':').append(std::to_string(place.m_uiLine));
+        where.append(1, ':').append(std::to_string(place.m_uiColumn));
     }
     const auto coloured = [this](const std::string& text, const char* colour) {
         return m_bColour ? std::string(colour).append(text).append(s_cpPlain) : text;

@@ -28,12 +28,6 @@ struct tTarget
     bool m_bDescriptor = false;  // named as something that is open already, such as /dev/stdout
 };
 
-/// The part of the path before the last name, with its slash; empty for the present directory.
-std::string directory4Path(const std::string& path)
-{
-    return path.substr(0, path.rfind('/') + 1);
-}
-
 /// The system shows what processes have open as links below /proc.
 bool isDescriptor(const std::string& link)
 {

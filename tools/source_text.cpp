@@ -1,4 +1,4 @@
-// tools/source_text.cpp - finds lines, cuts excerpts, and finds comments without taking strings for them.
+// tools/source_text.cpp - cuts excerpts, and finds comments without taking strings for them.
 #include "tools/source_text.h"
 
 #include <algorithm>
@@ -15,13 +15,6 @@ constexpr std::size_t s_cnCellsShown = 100;  // shown in all
 constexpr std::size_t s_cnBytesAround = 4 * s_cnCellsShown;
 constexpr std::string_view s_csvCut = "...";
 constexpr std::string_view s_csvBlanks = " \t\r\n";
-
-/// The offset after the line break that begins at `offset`.
-std::size_t afterBreak(std::string_view text, std::size_t offset)
-{
-    const bool pair = text[offset] == '\r' && offset + 1 < text.size() && text[offset + 1] == '\n';
-    return offset + (pair ? 2 : 1);
-}
 
 std::size_t findBreak(std::string_view text, std::size_t offset)
 {
@@ -110,20 +103,6 @@ tRange remark4Expression(std::string_view text, std::size_t begin, std::size_t e
     return {remark, end};
 }
 }  // namespace
-
-tLinePlace place4Offset(std::string_view text, std::size_t offset)
-{
-    offset = std::min(offset, text.size());
-    std::size_t line = 1;
-    std::size_t lineBegin = 0;
-    const std::string_view before = text.substr(0, offset);
-    for (std::size_t at = findBreak(before, 0); at < offset; at = findBreak(before, lineBegin))
-    {
-        lineBegin = afterBreak(before, at);
-        ++line;
-    }
-    return {line, offset - lineBegin + 1};
-}
 
 tExcerpt excerpt4Range(std::string_view text, tRange range)
 {

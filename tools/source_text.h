@@ -1,7 +1,6 @@
-// tools/source_text.h - lines, columns, excerpts and comments of a text document.
+// tools/source_text.h - excerpts and comments of a text document.
 //
-// As in the library's own messages, a line ends with a line feed, a carriage return, or both; lines and columns count
-// from 1, and columns count bytes.
+// As in the library's own messages, a line ends with a line feed, a carriage return, or both.
 #pragma once
 
 #include <cstddef>
@@ -11,12 +10,6 @@
 
 namespace murv::tool
 {
-
-struct tLinePlace
-{
-    std::size_t m_nLine;
-    std::size_t m_nColumn;
-};
 
 /// A range of bytes.
 struct tRange
@@ -31,8 +24,6 @@ struct tExcerpt
     std::string m_strLine;
     std::string m_strMarks;
 };
-
-tLinePlace place4Offset(std::string_view text, std::size_t offset);
 
 /// The line in which the range begins, with "^" at its begin and "~" up to its end.
 ///

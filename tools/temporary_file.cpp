@@ -79,11 +79,6 @@ void catchEndingSignals()
     }
 }
 
-std::string directory4Path(const std::string& path)
-{
-    return path.substr(0, path.rfind('/') + 1) + ".";
-}
-
 /// A short name, because the name of the target may have the greatest length allowed. \return empty without randomness
 std::string randomName()
 {
@@ -104,7 +99,7 @@ CTemporaryFile::CTemporaryFile(const std::string& target, mode_t mode) : m_strTa
         m_iError = errno;
         return;
     }
-    m_strPath = target.substr(0, target.rfind('/') + 1) + name;
+    m_strPath = directory4Path(target) + name;
     catchEndingSignals();
     const CSignalsHeld held;
     m_iDescriptor = open(m_strPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
@@ -137,7 +132,7 @@ int CTemporaryFile::takeName()
         s_pLeftover = nullptr;
     }
     // The name is safe once its directory is; where that cannot be forced, the content is whole all the same.
-    const int directory = open(directory4Path(m_strTarget).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int directory = open((directory4Path(m_strTarget) + ".").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (directory >= 0)
     {
         fsync(directory);

@@ -10,6 +10,12 @@
 namespace murv::tool
 {
 
+/// The part of the path before the last name, with its slash; empty for the present directory.
+inline std::string directory4Path(const std::string& path)
+{
+    return path.substr(0, path.rfind('/') + 1);
+}
+
 /// Exists until it takes its name or this object ends. There is one at a time.
 class CTemporaryFile
 {

@@ -5,14 +5,15 @@
 #include "tools/text_format.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <sstream>
 #include <unordered_map>
 #include <vector>
 
 #include "murv/saver.h"
-#include "tools/node_path.h"
 #include "tools/node_walk.h"
 
 namespace murv::tool
@@ -41,44 +42,20 @@ bool isNumberSpelling(std::string_view text)
     return !text.empty() && text.find_first_not_of("+-.0123456789Ee") == std::string_view::npos;
 }
 
-constexpr const char* s_cpContainerPei = "the packet expression of this container would be lost";
-
-/// The first container with a packet expression, which neither text nor a binary file can hold.
-tLoss findContainerPei(const CFields& root)
+/// What a lossless saver could not hold, and of which node.
+tLoss loss4Saver(const CFields& root, const ISaver& saver)
 {
-    tLoss loss;
-    forEachNode(root, [&loss](const CFields& node, std::size_t /*depth*/) {
-        const bool container = node.isField() || node.isArray();
-        if (loss.m_pNode == nullptr && container && !CFields::pkt_IsNullExp(node.pkt_GetExp()))
-            loss = {&node, s_cpContainerPei};
-    });
-    return loss;
-}
-
-/// What a lossless saver could not hold. Its message begins with the path of the node.
-tLoss loss4Message(CFields& root, const CErrorBase& saver)
-{
-    constexpr std::string_view rootPath = "the root:";
-    tLoss loss;
-    loss.m_strMessage = withoutFunction(saver.getLastErrMsg());
-    const std::string& message = loss.m_strMessage;
-    if (message.compare(0, rootPath.size(), rootPath) == 0)
-    {
-        loss.m_pNode = &root;
+    tLoss loss{nullptr, withoutFunction(saver.getLastErrMsg())};
+    const std::optional<std::vector<unsigned int>> path = saver.getErrorPath();
+    if (!path)
         return loss;
-    }
-    std::size_t end = 0;
-    for (bool quoted = false; end < message.size() && (quoted || message[end] != ':'); ++end)
-    {
-        if (message[end] == '"')
-            quoted = !quoted;
-        else if (quoted && message[end] == '\\')
-            ++end;
-    }
-    const tNodePath path = parseNodePath(std::string_view(message).substr(0, end));
-    std::size_t taken = 0;
-    if (path.m_pError == nullptr)
-        loss.m_pNode = findNode(root, path, taken);
+    loss.m_pNode = &root;
+    for (const unsigned int index : *path)
+        loss.m_pNode = &loss.m_pNode->getChildAt(index);
+    // Neither text nor binary files hold it, so the message need not name the medium.
+    const bool isContainer = loss.m_pNode->isField() || loss.m_pNode->isArray();
+    if (isContainer && !CFields::pkt_IsNullExp(loss.m_pNode->pkt_GetExp()))
+        loss.m_strMessage = "the packet expression of this container would be lost";
     return loss;
 }
 
@@ -201,7 +178,7 @@ bool save(CFields& tree, const tFormat& format, std::string& text, tLoss& loss)
         saver.setSCBC(savingBits(format));
         text = saver.saving(tree, SAVE_ALL);
         if (saver.isError())
-            loss = loss4Message(tree, saver);
+            loss = loss4Saver(tree, saver);
         return !saver.isError();
     }
     CStreamSaver4SER_HFW saver(format.m_strIndentUnit);
@@ -209,7 +186,7 @@ bool save(CFields& tree, const tFormat& format, std::string& text, tLoss& loss)
     std::ostringstream stream;
     saver.saving(stream, tree, SAVE_ALL);
     if (saver.isError())
-        loss = loss4Message(tree, saver);
+        loss = loss4Saver(tree, saver);
     text = stream.str();
     return !saver.isError();
 }
@@ -233,7 +210,8 @@ bool isSameNode(const CFields& a, const CFields& b)
         return a == b;
     const double first = a.asDouble();
     const double second = b.asDouble();
-    return std::isnan(first) ? std::isnan(second) : std::memcmp(&first, &second, sizeof first) == 0;
+    return std::isnan(first) ? std::isnan(second)
+                             : std::bit_cast<std::uint64_t>(first) == std::bit_cast<std::uint64_t>(second);
 }
 
 bool isSameComment(const CFields& a, const CFields& b)
@@ -282,9 +260,6 @@ std::optional<tRange> findLostComment(std::string_view before, std::string_view 
 
 bool writeText(CFields& tree, std::string_view source, const tFormat& format, std::string& text, tLoss& loss)
 {
-    loss = findContainerPei(tree);
-    if (loss.m_pNode != nullptr)
-        return false;
     const std::vector<tKept> kept = findKept(tree, source, format.m_bNullWord);
     if (kept.empty())
         return save(tree, format, text, loss);
@@ -306,13 +281,10 @@ bool writeText(CFields& tree, std::string_view source, const tFormat& format, st
 
 bool writeBinary(CFields& tree, const std::string& password, std::string& file, tLoss& loss)
 {
-    loss = findContainerPei(tree);
-    if (loss.m_pNode != nullptr)
-        return false;
     CSavers saver(SCBC_SECOND_VALUE | SCBC_LOSSLESS);
     file = saver.saving(tree, ER_BER, SAVE_ALL, password.c_str());
     if (saver.isError())
-        loss = loss4Message(tree, saver);
+        loss = loss4Saver(tree, saver);
     return !saver.isError();
 }
 

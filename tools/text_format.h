@@ -28,7 +28,7 @@ struct tFormat
 /// What a tree holds and a document cannot.
 struct tLoss
 {
-    const CFields* m_pNode = nullptr;  // the node that would lose it; null when its place is not known
+    const CFields* m_pNode = nullptr;  // the node that would lose it; null when it is no node that is wrong
     std::string m_strMessage;          // empty when all can be written
 };
 

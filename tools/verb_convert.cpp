@@ -123,7 +123,7 @@ private:
 
     static std::string reason(const CLoaders& loader)
     {
-        const std::vector<tErrorRange> errors = loader.getErrorRanges();
+        const std::vector<tErrorPlace> errors = loader.getErrorPlaces();
         return errors.empty() ? withoutFunction(loader.getLastErrMsg()) : errors.front().m_strMessage;
     }
 

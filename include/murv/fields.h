@@ -473,7 +473,8 @@ public:
     bool hasComment(E_CommentPosition pos) const;
     /// True once any comment was set, even if none is left.
     bool isComment() const;
-    /// Bytes from the start of the data that the node was loaded from; 0 for nodes made by hand.
+    /// Bytes from the start of the data that the node was loaded from; 0 for nodes made by hand. place4Offset
+    /// (murv/load_error.h) gives line and column.
     void setOffsetStart(int offset);
     int getOffsetStart() const;
     void setOffsetEnd(int offset);

@@ -6,6 +6,9 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+
+#include "murv/export.h"
 
 namespace murv
 {
@@ -25,6 +28,10 @@ struct tDataPlace
     unsigned int m_uiLine;    ///< from 1; a line ends with a line feed, a carriage return, or both; 0 for binary data
     unsigned int m_uiColumn;  ///< from 1, in bytes, as the error message counts; 0 for binary data
 };
+
+/// Line and column of a byte of a text, counted as a loader counts them; for an application's own errors, at the source
+/// offsets of nodes. An offset after the end is taken for the end. Cost: linear in `offset`.
+MURV_API tDataPlace place4Offset(std::string_view text, unsigned int offset) noexcept;
 
 /// One load error as data: all that the error message says of it in words.
 struct tErrorPlace

@@ -10,6 +10,8 @@
 #include "murv/flags.h"
 #include "murv/load_error.h"
 #include "murv/loader.h"
+#include "murv/loader_base.h"
+#include "murv/loader_common.h"
 #include "murv/member_iterator.h"
 #include "murv/packet_expression.h"
 #include "murv/saver.h"

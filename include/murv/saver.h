@@ -8,7 +8,9 @@
 #include <cstddef>
 #include <cstdlib>
 #include <iosfwd>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "murv/error.h"
 #include "murv/export.h"
@@ -23,6 +25,7 @@ namespace detail
 class CBinaryWriter;
 class CTextLayout;
 class CValueWriter;
+struct tErrorPathAccess;
 
 /// Memory that a saver keeps from one saving to the next, so that it need not grow again; a copy starts without any.
 struct tKeptBlock
@@ -73,7 +76,7 @@ enum E_SaverConfigBit : unsigned int
     SCBC_FINAL_NEWLINE = 4,   ///< the document ends with a line feed
     SCBC_SECOND_VALUE = 8,    ///< of two values that differ the second one is written; else its keyword is left out
     /// What is saved reads back equal, with LCBC_LOSSLESS, LCBC_COMMENT and LCBC_DUPLICATE, or the saving fails, writes
-    /// nothing, and names the node by its path in the message. In text this changes how values look.
+    /// nothing, and names the node: see getErrorPath. In text this changes how values look.
     SCBC_LOSSLESS = 16,
 };
 
@@ -95,10 +98,18 @@ public:
     bool setCryptType(unsigned char type);
     unsigned char getCryptType() const;
 
+    /// The node that the last saving refused because of SCBC_LOSSLESS: on each level from the root on, the index for
+    /// getChildAt. No index at all means the root.
+    /// \return nothing when there is no error, or another one. Stays as long as the error. Cost: linear in the depth
+    std::optional<std::vector<unsigned int>> getErrorPath() const;
+    /// Code 0, empty message, no path.
+    void clearError() override;
+
 protected:
     friend class detail::CBinaryWriter;
     friend class detail::CTextLayout;
     friend class detail::CValueWriter;
+    friend struct detail::tErrorPathAccess;
 
     /// The text of one scalar: packet expression and value, with the blanks between them.
     /// \param written  parts already written before it: 2 ID, 4 name, 8 packet expression, 16 value; updated
@@ -108,8 +119,9 @@ protected:
 
     unsigned char m_ucStyle = SAVE_ALL;
     unsigned char m_ucCryptType = 0;
-    std::string m_strValue;  // text of the value being written
-    char m_cPEI[256] = {};   // text of the packet expression being written
+    std::string m_strValue;                                 // text of the value being written
+    char m_cPEI[256] = {};                                  // text of the packet expression being written
+    std::optional<std::vector<unsigned int>> m_vErrorPath;  // of the error, when a node was refused
 };
 
 /// A saver whose result is a string.
@@ -210,6 +222,8 @@ public:
                 unsigned char style = SAVE_ALL, const char* password = nullptr);
 
 private:
+    void takeError(const ISaver& from);
+
     CSaver4SER_HFW m_tIndented;
     CSaver4SER_PKT m_tCompact;
     CStreamSaver4SER_HFW m_tStream;

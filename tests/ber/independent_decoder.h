@@ -4,18 +4,16 @@
 // library share does not hide. It trusts the file and takes shortcuts.
 #pragma once
 
-#ifdef MURV_TEST_OPENSSL
-#include <openssl/evp.h>
-#include <openssl/provider.h>
-#endif
-
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <stdexcept>
 #include <string>
 
 #include "murv/fields.h"
+
+#ifdef MURV_TEST_OPENSSL
+#include "tests/ber/openssl_seed.h"
+#endif
 
 namespace murv::tests
 {
@@ -27,7 +25,7 @@ public:
     static bool isSeedThere()
     {
 #ifdef MURV_TEST_OPENSSL
-        return seed().m_pCipher != nullptr;
+        return seed().isThere();
 #else
         return false;
 #endif
@@ -62,32 +60,20 @@ private:
         return bytes;
     }
 #ifdef MURV_TEST_OPENSSL
-    struct tSeed
+    static const COpensslSeed& seed()
     {
-        std::unique_ptr<OSSL_LIB_CTX, decltype(&OSSL_LIB_CTX_free)> m_pLibrary{OSSL_LIB_CTX_new(), OSSL_LIB_CTX_free};
-        std::unique_ptr<OSSL_PROVIDER, decltype(&OSSL_PROVIDER_unload)> m_pLegacy{
-            OSSL_PROVIDER_load(m_pLibrary.get(), "legacy"), OSSL_PROVIDER_unload};
-        std::unique_ptr<EVP_CIPHER, decltype(&EVP_CIPHER_free)> m_pCipher{
-            EVP_CIPHER_fetch(m_pLibrary.get(), "SEED-ECB", nullptr), EVP_CIPHER_free};
-    };
-    static tSeed& seed()
-    {
-        static tSeed s_tSeed;
+        static const COpensslSeed s_tSeed;
         return s_tSeed;
     }
+    /// Bytes after the last whole block are not enciphered.
     static std::string decryptSeed(const std::string& text, std::string key)
     {
         key.resize(16, '\0');
         std::string bytes = text;
-        const std::size_t whole = text.size() / 16 * 16;
-        int count = 0;
-        const std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)> context(EVP_CIPHER_CTX_new(),
-                                                                                      EVP_CIPHER_CTX_free);
-        EVP_DecryptInit_ex(context.get(), seed().m_pCipher.get(), nullptr,
-                           reinterpret_cast<const unsigned char*>(key.data()), nullptr);
-        EVP_CIPHER_CTX_set_padding(context.get(), 0);
-        EVP_DecryptUpdate(context.get(), reinterpret_cast<unsigned char*>(bytes.data()), &count,
-                          reinterpret_cast<const unsigned char*>(text.data()), static_cast<int>(whole));
+        if (!seed().decrypt(reinterpret_cast<const unsigned char*>(key.data()),
+                            reinterpret_cast<const unsigned char*>(text.data()), text.size() / 16 * 16,
+                            reinterpret_cast<unsigned char*>(bytes.data())))
+            throw std::runtime_error("OpenSSL");
         return bytes;
     }
 #else

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "murv/murv.h"
 #include "tests/ber/random_file_tree.h"
@@ -125,6 +126,17 @@ TEST(LosslessBinary, whatAFileCannotHoldIsRefusedWithItsPath)
 
     leaf.setComment("// ends in a line feed\n\n", CP_before);
     EXPECT_EQ(refusal(tree), "x: a binary file cannot hold this comment as it is");
+}
+
+TEST(LosslessBinary, theErrorPathLeadsToTheRefusedNode)
+{
+    CFields tree(DT_fields);
+    tree.addChildRef("a") = 1;
+    CFields& container = tree.addChildRef("b").addArrayAt(CFields(DT_array));
+    container.pkt_SetExp(fixedItem());
+    CSavers savers(SCBC_LOSSLESS);
+    EXPECT_EQ(savers.saving(tree, ER_BER), "");
+    EXPECT_EQ(savers.getErrorPath(), std::vector<unsigned int>({1, 0}));
 }
 
 TEST(LosslessBinary, bothValuesOfANaNAreOne)

@@ -22,9 +22,28 @@ using murv::tests::processorSeconds;
 constexpr int s_ciRuns = 3;
 constexpr double s_cdTenfold = 50.0;
 
-CFields makeNull()
+/// Passes when `action(large)` costs less than `bound` times as much as `action(small)`.
+template <typename tAction>
+testing::AssertionResult growsBelow(double bound, int small, int large, tAction&& action)
 {
-    return {};
+    return costsLessThan(
+        bound, [&] { return processorSeconds(s_ciRuns, [&] { action(small); }); },
+        [&] { return processorSeconds(1, [&] { action(large); }); });
+}
+
+/// The same for filling a null with ten times as many members, which `filled` then has.
+template <typename tFill>
+testing::AssertionResult fillsInProportion(int small, CFields& filled, tFill&& fill)
+{
+    const auto few = [&] {
+        return processorSeconds(
+            s_ciRuns, [] { return CFields(); }, [&](CFields& node) { fill(node, small); });
+    };
+    const auto many = [&] {
+        filled = CFields();
+        return processorSeconds(1, [&] { fill(filled, 10 * small); });
+    };
+    return costsLessThan(s_cdTenfold, few, many);
 }
 
 void addDistinct(CFields& set, int count)
@@ -35,15 +54,8 @@ void addDistinct(CFields& set, int count)
 
 TEST(Growth, addingADistinctMemberCostsTheSameAmongAMillion)
 {
-    const auto few = [&] {
-        return processorSeconds(s_ciRuns, makeNull, [](CFields& set) { addDistinct(set, 100000); });
-    };
     CFields large;
-    const auto many = [&] {
-        large = CFields();
-        return processorSeconds(1, [&] { addDistinct(large, 1000000); });
-    };
-    EXPECT_TRUE(costsLessThan(s_cdTenfold, few, many));
+    EXPECT_TRUE(fillsInProportion(100000, large, addDistinct));
     EXPECT_EQ(1000000u, large.getChildCount());
     EXPECT_EQ(999999, large["name999999"].asSint32());
     EXPECT_EQ(&large[123456], &large.addChildRef("name123456"));
@@ -54,34 +66,32 @@ TEST(Growth, movingATreeIntoPlaceCostsTheSameWhateverItHolds)
 {
     if (detail::s_cbMovesAreChecked)
         GTEST_SKIP() << "this build walks over a tree that is moved into a member";
-    const auto nest = [](unsigned int levels) {
+    const auto nest = [](int levels) {
         CFields tree(1);
-        for (unsigned int level = 0; level < levels; ++level)
+        for (int level = 0; level < levels; ++level)
         {
             CFields outer(DT_fields);
             outer.addChildRef("x") = std::move(tree);
             tree = std::move(outer);
         }
-        EXPECT_EQ(levels, tree.getMemberCount());
+        EXPECT_EQ(levels, static_cast<int>(tree.getMemberCount()));
     };
-    const auto few = [&] { return processorSeconds(s_ciRuns, [&] { nest(4000); }); };
-    EXPECT_TRUE(costsLessThan(125, few, [&] { return processorSeconds(1, [&] { nest(100000); }); }));
+    EXPECT_TRUE(growsBelow(125, 4000, 100000, nest));
 }
 
 TEST(Growth, movingATreeIntoAnElementOfItsOwnCostsTheSameInEveryBuild)
 {
-    const auto nest = [](unsigned int levels) {
+    const auto nest = [](int levels) {
         CFields tree(1);
-        for (unsigned int level = 0; level < levels; ++level)
+        for (int level = 0; level < levels; ++level)
         {
             CFields outer(DT_array);
             outer.addArrayAt(std::move(tree));
             tree = std::move(outer);
         }
-        EXPECT_EQ(levels, tree.getMemberCount());
+        EXPECT_EQ(levels, static_cast<int>(tree.getMemberCount()));
     };
-    const auto few = [&] { return processorSeconds(s_ciRuns, [&] { nest(4000); }); };
-    EXPECT_TRUE(costsLessThan(125, few, [&] { return processorSeconds(1, [&] { nest(100000); }); }));
+    EXPECT_TRUE(growsBelow(125, 4000, 100000, nest));
 }
 
 TEST(Growth, equalNamesMayBeRenamedFromTheFront)
@@ -98,8 +108,7 @@ TEST(Growth, equalNamesMayBeRenamedFromTheFront)
         }
         EXPECT_EQ(nullptr, set.findChildAt("same", 4));
     };
-    const auto few = [&] { return processorSeconds(s_ciRuns, [&] { rename(2000); }); };
-    EXPECT_TRUE(costsLessThan(s_cdTenfold, few, [&] { return processorSeconds(1, [&] { rename(20000); }); }));
+    EXPECT_TRUE(growsBelow(s_cdTenfold, 2000, 20000, rename));
 }
 
 TEST(Growth, namesThatAreSharedFarApartMayBeRenamedInAnyOrder)
@@ -121,8 +130,7 @@ TEST(Growth, namesThatAreSharedFarApartMayBeRenamedInAnyOrder)
             }
         }
     };
-    const auto few = [&] { return processorSeconds(s_ciRuns, [&] { rename(2000); }); };
-    EXPECT_TRUE(costsLessThan(s_cdTenfold, few, [&] { return processorSeconds(1, [&] { rename(20000); }); }));
+    EXPECT_TRUE(growsBelow(s_cdTenfold, 2000, 20000, rename));
 }
 
 TEST(Growth, findingAMemberCostsTheSameAmongMany)
@@ -148,13 +156,8 @@ TEST(Growth, equalNamesMayBeAddedByTheHundredThousand)
         for (int i = 0; i < count; ++i)
             set.addChildRef("same", 0, true) = i;
     };
-    const auto few = [&] { return processorSeconds(s_ciRuns, makeNull, [&](CFields& set) { add(set, 10000); }); };
     CFields large;
-    const auto many = [&] {
-        large = CFields();
-        return processorSeconds(1, [&] { add(large, 100000); });
-    };
-    EXPECT_TRUE(costsLessThan(s_cdTenfold, few, many));
+    EXPECT_TRUE(fillsInProportion(10000, large, add));
     EXPECT_EQ(100000u, large.getChildCount());
     EXPECT_EQ(&large[0], &large["same"]);
     EXPECT_EQ(0, large.getChildIdx4Name("same"));
@@ -167,13 +170,8 @@ TEST(Growth, appendingToAnArrayCostsTheSameAmongAMillion)
         for (int i = 0; i < count; ++i)
             array.addArrayAt(i);
     };
-    const auto few = [&] { return processorSeconds(s_ciRuns, makeNull, [&](CFields& array) { add(array, 100000); }); };
     CFields large;
-    const auto many = [&] {
-        large = CFields();
-        return processorSeconds(1, [&] { add(large, 1000000); });
-    };
-    EXPECT_TRUE(costsLessThan(s_cdTenfold, few, many));
+    EXPECT_TRUE(fillsInProportion(100000, large, add));
     EXPECT_EQ(999999, large[999999].asSint32());
 }
 
@@ -190,11 +188,9 @@ TEST(Growth, aTreeIsBuiltFromItsLeavesAtTheSameCostPerLevel)
             else
                 inner.swapField(outer, true);
         }
-        return inner.getMemberCount();
+        EXPECT_EQ(levels, static_cast<int>(inner.getMemberCount()));
     };
-    const auto few = [&] { return processorSeconds(s_ciRuns, [&] { EXPECT_EQ(10000u, wrap(10000)); }); };
-    EXPECT_TRUE(costsLessThan(s_cdTenfold, few,
-                              [&] { return processorSeconds(1, [&] { EXPECT_EQ(100000u, wrap(100000)); }); }));
+    EXPECT_TRUE(growsBelow(s_cdTenfold, 10000, 100000, wrap));
 }
 
 TEST(Growth, aLookUpIsNotMadeSlowByMissing)

@@ -5,6 +5,7 @@
 
 #include "murv/fields.h"
 #include "tests/core/text_helpers.h"
+#include "tests/support/containers.h"
 #include "tests/support/thrown.h"
 
 namespace
@@ -13,6 +14,7 @@ namespace
 using namespace murv;
 using murv::tests::CExactText;
 using murv::tests::thrown;
+using murv::tests::withoutVector;
 
 /// a (ID 1), b (ID 2, holding c with ID 3), a second a (ID 4), one without name (ID 5)
 CFields sample()
@@ -23,13 +25,6 @@ CFields sample()
     tree.addChildRef("a", 4, true) = "second";
     tree.addChildRef("", 5, true) = "unnamed";
     return tree;
-}
-
-CFields withoutVector(E_DataType dt)
-{
-    CFields node;
-    node.removeAll(dt);
-    return node;
 }
 
 TEST(FindChild, givesTheFirstOfThatName)

@@ -7,34 +7,22 @@
 #include <vector>
 
 #include "murv/fields.h"
+#include "tests/support/containers.h"
 #include "tests/support/thrown.h"
 
 namespace
 {
 
 using namespace murv;
+using murv::tests::countedArray;
 using murv::tests::thrown;
+using murv::tests::withoutVector;
 
 constexpr const char* s_cpNoVectorText = "m_tValue.m_tActValue.m_uMultiValue.m_pFV=NULL memory pointer";
 
 std::string at(const char* function, const char* text)
 {
     return std::string("[") + function + "#0] " + text;
-}
-
-CFields arrayOf3()
-{
-    CFields array(DT_array);
-    for (int i = 0; i < 3; ++i)
-        array.addArrayAt(i);
-    return array;
-}
-
-CFields withoutVector(E_DataType dt)
-{
-    CFields node;
-    node.removeAll(dt);
-    return node;
 }
 
 TEST(AddChild, byNameMakesAFieldSet)
@@ -270,7 +258,7 @@ TEST(Count, ofEveryType)
     EXPECT_EQ(0u, CFields(5).getChildCount());
     EXPECT_EQ(0u, CFields("abc").getChildCount());
     EXPECT_EQ(0u, CFields(DT_array).getChildCount());
-    EXPECT_EQ(3u, arrayOf3().getChildCount());
+    EXPECT_EQ(3u, countedArray(3).getChildCount());
     EXPECT_EQ(0u, withoutVector(DT_fields).getChildCount());
 }
 
@@ -280,14 +268,14 @@ TEST(Count, emptinessOfEveryType)
     EXPECT_TRUE(CFields(DT_array).emptyChild());
     EXPECT_TRUE(CFields(DT_fields).emptyChild());
     EXPECT_TRUE(withoutVector(DT_array).emptyChild());
-    EXPECT_FALSE(arrayOf3().emptyChild());
+    EXPECT_FALSE(countedArray(3).emptyChild());
     for (const CFields& scalar : {CFields(true), CFields(1), CFields(1u), CFields(1.0), CFields("")})
         EXPECT_FALSE(scalar.emptyChild());
 }
 
 TEST(Count, validIndexes)
 {
-    const CFields array = arrayOf3();
+    const CFields array = countedArray(3);
     EXPECT_TRUE(array.isValidChild(0u));
     EXPECT_TRUE(array.isValidChild(2u));
     EXPECT_FALSE(array.isValidChild(3u));
@@ -312,7 +300,7 @@ TEST(Count, membersOfMembers)
 
 TEST(Subscript, byIndexReturnsTheMember)
 {
-    CFields array = arrayOf3();
+    CFields array = countedArray(3);
     const CFields& constant = array;
     EXPECT_EQ(2, array[2].asSint32());
     EXPECT_EQ(2, array[2u].asSint32());
@@ -327,7 +315,7 @@ TEST(Subscript, byIndexReturnsTheMember)
 
 TEST(Subscript, beyondTheEnd)
 {
-    CFields array = arrayOf3();
+    CFields array = countedArray(3);
     const CFields& constant = array;
     const std::string expected = at("murv::CFields::operator []", "found not a field for the index");
     EXPECT_EQ(expected, thrown([&] { static_cast<void>(array[5]); }));
@@ -341,7 +329,7 @@ TEST(Subscript, beyondTheEnd)
 
 TEST(Subscript, negative)
 {
-    CFields array = arrayOf3();
+    CFields array = countedArray(3);
     const CFields& constant = array;
     const std::string expected = at("murv::CFields::operator []", "index cannot be negative");
     EXPECT_EQ(expected, thrown([&] { static_cast<void>(array[-1]); }));
@@ -416,13 +404,13 @@ TEST(Subscript, byNameOfOtherTypesFindsNothing)
     CFields scalar(5);
     EXPECT_EQ(&CFields::freeNull, &scalar["a"]);
     EXPECT_EQ(&CFields::nullRef, &static_cast<const CFields&>(scalar)["a"]);
-    CFields array = arrayOf3();
+    CFields array = countedArray(3);
     EXPECT_EQ(&CFields::freeNull, &array["a"]);
 }
 
 TEST(GetChildAt, returnsTheMemberOrNullRef)
 {
-    const CFields array = arrayOf3();
+    const CFields array = countedArray(3);
     EXPECT_EQ(1, array.getChildAt(1).asSint32());
     EXPECT_EQ(&CFields::nullRef, &array.getChildAt(3));
     EXPECT_EQ(&CFields::nullRef, &CFields(5).getChildAt(0));
@@ -430,7 +418,7 @@ TEST(GetChildAt, returnsTheMemberOrNullRef)
 
 TEST(Iterate, overMembersInOrder)
 {
-    const CFields array = arrayOf3();
+    const CFields array = countedArray(3);
     std::vector<int> seen;
     for (const CFields& member : array)
         seen.push_back(member.asSint32());
@@ -439,7 +427,7 @@ TEST(Iterate, overMembersInOrder)
 
 TEST(Iterate, nonConstantMembersCanBeChanged)
 {
-    CFields array = arrayOf3();
+    CFields array = countedArray(3);
     for (CFields& member : array)
         member = member.asSint32() * 2;
     EXPECT_EQ(4, array[2].asSint32());

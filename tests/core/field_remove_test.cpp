@@ -4,21 +4,15 @@
 #include <string>
 
 #include "murv/fields.h"
+#include "tests/support/containers.h"
 #include "tests/support/thrown.h"
 
 namespace
 {
 
 using namespace murv;
+using murv::tests::countedArray;
 using murv::tests::thrown;
-
-CFields arrayOf(int count)
-{
-    CFields array(DT_array);
-    for (int i = 0; i < count; ++i)
-        array.addArrayAt(i);
-    return array;
-}
 
 CFields abc()
 {
@@ -31,7 +25,7 @@ CFields abc()
 
 TEST(RemoveChild, byIndexShiftsTheLaterOnes)
 {
-    CFields array = arrayOf(3);
+    CFields array = countedArray(3);
     EXPECT_TRUE(array.removeChildAt(1u));
     EXPECT_EQ(2u, array.getChildCount());
     EXPECT_EQ(0, array[0].asSint32());
@@ -47,7 +41,7 @@ TEST(RemoveChild, byIndexShiftsTheLaterOnes)
 
 TEST(RemoveChild, ofAnIndexThatDoesNotExist)
 {
-    CFields array = arrayOf(3);
+    CFields array = countedArray(3);
     CFields out("kept");
     EXPECT_FALSE(array.removeChildAt(3u, &out));
     EXPECT_FALSE(array.removeChildAt(-1, &out));
@@ -121,7 +115,7 @@ TEST(RemoveChild, byNameIsForFieldSetsOnly)
 
 TEST(RemoveAllChildren, emptiesContainersAndResetsOffsets)
 {
-    for (CFields node : {arrayOf(3), abc()})
+    for (CFields node : {countedArray(3), abc()})
     {
         const E_DataType dt = node.getDT();
         node.setOffsetStart(3);
@@ -232,7 +226,7 @@ TEST(RemoveAll, anUnknownTypeThrows)
 
 TEST(ResizeArray, shrinksOnly)
 {
-    CFields array = arrayOf(3);
+    CFields array = countedArray(3);
     array.resizeArray(3);
     EXPECT_EQ(3u, array.getChildCount());
     EXPECT_EQ("[murv::CFields::operator []#0] found not a field for the index", thrown([&] { array.resizeArray(5); }));
@@ -245,7 +239,7 @@ TEST(ResizeArray, shrinksOnly)
 
 TEST(ResizeArray, toNothingEmptiesItAndResetsItsOffsets)
 {
-    CFields array = arrayOf(3);
+    CFields array = countedArray(3);
     array.setOffsetStart(1);
     array.setOffsetEnd(2);
     array.resizeArray(0);
@@ -267,7 +261,7 @@ TEST(ResizeArray, toNothingResetsTheOffsetsOfAnEmptyOneToo)
 
 TEST(ResizeArray, keepsOffsetsWhenSomeStay)
 {
-    CFields array = arrayOf(3);
+    CFields array = countedArray(3);
     array.setOffsetStart(1);
     array.resizeArray(2);
     EXPECT_EQ(1, array.getOffsetStart());
@@ -297,7 +291,7 @@ TEST(ResizeArray, acrossManyBlocks)
 {
     for (unsigned int keep = 0; keep <= 100; ++keep)
     {
-        CFields array = arrayOf(100);
+        CFields array = countedArray(100);
         array.resizeArray(keep);
         ASSERT_EQ(keep, array.getChildCount());
         for (unsigned int i = 0; i < keep; ++i)

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "murv/load_error.h"
+
 using namespace murv::detail;
 
 namespace
@@ -41,6 +43,20 @@ TEST(LineCounter, aPairIsOneBreakUnlessThePlaceIsWithinIt)
 {
     EXPECT_EQ(places("a\r\nb\r\n"), "1:1 1:2 2:1 2:1 2:2 3:1 3:1 ");
     EXPECT_EQ(places("\n\r"), "1:1 2:1 3:1 ");
+}
+
+TEST(LineCounter, onePlaceIsFoundWithoutACounter)
+{
+    const std::string_view text = "a\r\nbc";
+    std::string all;
+    for (unsigned int offset = 0; offset <= text.size() + 1; ++offset)
+    {
+        const murv::tDataPlace place = murv::place4Offset(text, offset);
+        all += std::to_string(place.m_uiOffset) + "=" + std::to_string(place.m_uiLine) + ":" +
+               std::to_string(place.m_uiColumn) + " ";
+    }
+    EXPECT_EQ(all, "0=1:1 1=1:2 2=2:1 3=2:1 4=2:2 5=2:3 5=2:3 ") << "an offset after the end is the end";
+    EXPECT_EQ(murv::place4Offset({}, 0).m_uiLine, 1U);
 }
 
 TEST(LineCounter, goesOnFromWhereItWas)

@@ -5,6 +5,7 @@
 
 #include "io/load.h"
 #include "murv/loader.h"
+#include "tests/support/containers.h"
 
 using namespace murv;
 
@@ -50,14 +51,6 @@ CFields range(int start, int end)
     node.setOffsetStart(start);
     node.setOffsetEnd(end);
     return node;
-}
-
-CFields numbers(int count)
-{
-    CFields array(DT_array);
-    for (int i = 0; i < count; ++i)
-        array.addArrayAt(i);
-    return array;
 }
 
 }  // namespace
@@ -108,7 +101,7 @@ TEST(LoaderCommon, commentsAreKeptWhenConfigurationAndCallerAgree)
 TEST(LoaderCommon, aFailedLoadEmptiesContainersOnly)
 {
     COpenLoader loader;
-    CFields array = numbers(3);
+    CFields array = tests::countedArray(3);
     array.setOffsetStart(4);
     loader.startLoad("", 0, array, true);
     loader.finishLoad(array, false);
@@ -126,7 +119,7 @@ TEST(LoaderCommon, lastFieldIsTheLastMemberOfTheTop)
 {
     COpenLoader loader;
     EXPECT_EQ(loader.getLastField4Stack(), nullptr);
-    CFields array = numbers(3);
+    CFields array = tests::countedArray(3);
     loader.m_pLoad->m_vStack = {&array};
     EXPECT_EQ(loader.getLastField4Stack(), &array[2]);
 }
@@ -134,7 +127,7 @@ TEST(LoaderCommon, lastFieldIsTheLastMemberOfTheTop)
 TEST(LoaderCommon, lastFieldIsTheTopItselfWithoutMembers)
 {
     COpenLoader loader;
-    CFields array = numbers(3);
+    CFields array = tests::countedArray(3);
     CFields scalar(1);
     CFields empty(DT_fields);
     loader.m_pLoad->m_vStack = {&array, &scalar};
@@ -146,7 +139,7 @@ TEST(LoaderCommon, lastFieldIsTheTopItselfWithoutMembers)
 TEST(LoaderCommon, lastFieldSkipsNullEntries)
 {
     COpenLoader loader;
-    CFields array = numbers(1);
+    CFields array = tests::countedArray(1);
     loader.m_pLoad->m_vStack = {&array, nullptr, nullptr};
     EXPECT_EQ(loader.getLastField4Stack(), &array[0]);
     loader.m_pLoad->m_vStack = {nullptr};
@@ -157,10 +150,10 @@ TEST(LoaderCommon, lastFieldSkipsNullEntries)
 TEST(LoaderCommon, lastThirdFieldIsTwoPlacesBack)
 {
     COpenLoader loader;
-    CFields three = numbers(3);
+    CFields three = tests::countedArray(3);
     loader.m_pLoad->m_vStack = {&three};
     EXPECT_EQ(loader.getLastThirdField4Stack(), &three[1]);
-    CFields one = numbers(1);
+    CFields one = tests::countedArray(1);
     loader.m_pLoad->m_vStack = {&three, &one};
     EXPECT_EQ(loader.getLastThirdField4Stack(), &one);
     CFields scalar(1);
@@ -187,8 +180,8 @@ TEST(LoaderCommon, lastThirdFieldIsNullWhereTheStackIsTooShort)
 TEST(LoaderCommon, lastCommentFieldIsTheLastMemberWithAComment)
 {
     COpenLoader loader;
-    CFields outer = numbers(3);
-    CFields inner = numbers(3);
+    CFields outer = tests::countedArray(3);
+    CFields inner = tests::countedArray(3);
     CFields scalar(1);
     scalar.setComment("/*not a member*/", CP_before);
     loader.m_pLoad->m_vStack = {&outer, nullptr, &inner, &scalar};

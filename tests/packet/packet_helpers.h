@@ -6,6 +6,7 @@
 #include "support/thrown.h"
 
 #include "murv/fields.h"
+#include "tests/support/clean_registries.h"
 
 #include <cstring>
 #include <memory>
@@ -120,25 +121,5 @@ inline bool isCallbackRecordZero(CFields& node)
     const tInnerSupportedArgs4ESK& args = node.pkt_GetISA4ESK();
     return args.m_pPacket == nullptr && args.m_uiPacketLen == 0 && args.m_uiOffset == 0 && args.m_pMemo == nullptr;
 }
-
-/// Clears all callbacks when a test ends.
-struct tCleanRegistries
-{
-    tCleanRegistries() = default;
-    tCleanRegistries(const tCleanRegistries&) = delete;
-    tCleanRegistries& operator=(const tCleanRegistries&) = delete;
-    ~tCleanRegistries()
-    {
-        for (unsigned char kind = 1; kind <= 15; ++kind)
-        {
-            CFields::setCheckIdxFP4ESK(kind, nullptr);
-            CFields::setGetIdxFP4ESK(kind, nullptr);
-            CFields::setGetTxtFP4ESK(kind, nullptr);
-            CFields::setAllotPktFP4ESK(kind, nullptr);
-            CFields::setParsePktFP4ESK(kind, nullptr);
-            CFields::setCheckPktFP4ESK(kind, nullptr);
-        }
-    }
-};
 
 }  // namespace murv::tests

@@ -8,13 +8,13 @@
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "murv/loader.h"
 #include "murv/saver.h"
 #include "tests/support/json_to_text.h"
 #include "tests/support/random_tree.h"
 #include "tests/support/same_tree.h"
+#include "tests/support/text_ways.h"
 
 #ifndef MURV_CORPORA_DIR
 #define MURV_CORPORA_DIR ""
@@ -80,14 +80,9 @@ std::string difference4Json(const tJson& json, const CFields& node)
     return same ? "" : ": value";
 }
 
-std::string save(const CFields& tree, int way)
+std::string save(const CFields& tree, E_TextWay way)
 {
-    CSavers savers(SCBC_SECOND_VALUE | SCBC_ONE_LINE_ARRAY);
-    if (way < 2)
-        return savers.saving(tree, way == 0 ? ER_SER_HFW : ER_SER_PKT);
-    std::ostringstream out;
-    savers.saving(out, tree, ER_SER_HFW);
-    return out.str();
+    return text4Way(tree, way, SCBC_SECOND_VALUE | SCBC_ONE_LINE_ARRAY);
 }
 
 void expectDocument(const std::string& path)
@@ -98,7 +93,7 @@ void expectDocument(const std::string& path)
     CFields tree;
     ASSERT_TRUE(loader.loading(text4Json(json), tree)) << loader.getLastErrMsg();
     ASSERT_EQ(difference4Json(tJson::parse(json), tree), "");
-    for (int way = 0; way < 3; ++way)
+    for (const E_TextWay way : s_ceTextWays)
     {
         const std::string text = save(tree, way);
         CFields back;

@@ -189,8 +189,7 @@ TEST(GrowthOfLoad, repeatedIdsOfManyEquals)
 TEST(GrowthOfLoad, repeatedIdsInBatches)
 {
     expectLinear(800, [](unsigned int count) {
-        const std::string batch = "[{#1}" + repeated(",{#1}", 8) + "],#1 0";
-        return joined(count, [&](unsigned int) { return batch; });
+        return joined(count, [](unsigned int) { return "[{#1}" + repeated(",{#1}", 8) + "],#1 0"; });
     });
 }
 

@@ -5,11 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <sstream>
 
 #include "murv/loader.h"
 #include "murv/saver.h"
+#include "ser/text_loss.h"
 #include "tests/support/random_tree.h"
 #include "tests/support/same_tree.h"
 
@@ -167,6 +169,24 @@ TEST(LosslessRoundTrip, randomTreesComeBackEqualOrAreRefusedByPath)
     }
     EXPECT_GT(refused, count / 20);
     EXPECT_LT(refused, count);
+}
+
+TEST(LosslessRoundTrip, noTextIsLongerThanItIsFirstTakenFor)
+{
+    for (unsigned int seed = 1; seed <= 300; ++seed)
+    {
+        CFields tree = CRandomTree(seed).tree();
+        mend(tree, "");
+        const unsigned int indentation = seed % 5 * 20;
+        CSaver4SER_HFW saver(indentation);
+        saver.setSCBC(SCBC_LOSSLESS | SCBC_FINAL_NEWLINE | (seed % 2 == 0 ? SCBC_ONE_LINE_ARRAY : 0U));
+        const std::string text = saver.saving(tree);
+        ASSERT_FALSE(saver.isError()) << saver.getLastErrMsg();
+        std::uint64_t bound = 0;
+        const murv::detail::CIndentation indent(" ", indentation);
+        ASSERT_TRUE(murv::detail::isTextWhole(saver, "", tree, &indent, &bound));
+        ASSERT_LE(text.size(), bound) << seed;
+    }
 }
 
 TEST(LosslessRoundTrip, ofEveryByteAloneAndTogether)

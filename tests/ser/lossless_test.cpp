@@ -3,7 +3,9 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <sstream>
+#include <vector>
 
 #include "murv/loader.h"
 #include "tests/ser/saver_helpers.h"
@@ -13,6 +15,8 @@ using namespace murv::tests;
 
 namespace
 {
+
+using tPath = std::vector<unsigned int>;
 
 constexpr unsigned int s_cuiLoad = LCBC_COMMENT | LCBC_EMPTY_NULL | LCBC_LOSSLESS;
 
@@ -177,6 +181,47 @@ TEST(LosslessText, aPathThatIsTooLongIsShortenedInTheMiddle)
     EXPECT_NE(message.find(".level: text cannot hold NaN"), std::string::npos) << message;
 }
 
+TEST(LosslessText, theErrorPathLeadsToTheRefusedNode)
+{
+    CFields order(DT_fields);
+    add(order, "number", 1);
+    add(order, "price", std::nan(""));
+    const CFields tree = oneMember("orders", arrayOf({1, 2, 3, order}));
+    CSaver4SER_PKT saver;
+    saver.setSCBC(SCBC_LOSSLESS);
+    EXPECT_EQ(saver.getErrorPath(), std::nullopt);
+    saver.saving(tree);
+    EXPECT_EQ(saver.getErrorPath(), tPath({0, 3, 1}));
+    saver.saving(CFields(std::nan("")));
+    EXPECT_EQ(saver.getErrorPath(), tPath()) << "of the root";
+    saver.saving(CFields(1));
+    EXPECT_EQ(saver.getErrorPath(), std::nullopt);
+}
+
+TEST(LosslessText, theErrorPathStaysUntilTheErrorIsCleared)
+{
+    const CFields tree = oneMember("x", CFields(std::nan("")));
+    CSavers savers(SCBC_LOSSLESS);
+    savers.saving(tree, ER_SER_HFW);
+    savers.saving(CFields(1), ER_SER_HFW);
+    EXPECT_EQ(savers.getErrorPath(), tPath({0}));
+    const CSavers copy(savers);
+    savers.clearError();
+    EXPECT_EQ(savers.getErrorPath(), std::nullopt);
+    EXPECT_EQ(copy.getErrorPath(), tPath({0}));
+}
+
+TEST(LosslessText, anotherErrorOfTheFrontSaverTakesThePathAway)
+{
+    CSavers savers(SCBC_LOSSLESS);
+    savers.saving(oneMember("x", CFields(std::nan(""))), ER_SER_HFW);
+    std::ostringstream out;
+    out.setstate(std::ios::badbit);
+    savers.saving(out, CFields(1));
+    EXPECT_EQ(withoutPlace(savers.getLastErrMsg()), "Output stream failed");
+    EXPECT_EQ(savers.getErrorPath(), std::nullopt);
+}
+
 TEST(LosslessText, allTextSaversRefuseAndWriteNothing)
 {
     const CFields tree = oneMember("x", CFields(std::nan("")));
@@ -188,7 +233,42 @@ TEST(LosslessText, allTextSaversRefuseAndWriteNothing)
     savers.saving(out, tree);
     EXPECT_EQ(out.str(), "");
     EXPECT_EQ(withoutPlace(savers.getLastErrMsg()), "x: text cannot hold NaN");
+    EXPECT_EQ(savers.getErrorPath(), tPath({0}));
     EXPECT_EQ(savers.getLastErrMsg().rfind("[murv::CStreamSaver4SER_HFW::saving#", 0), 0U);
+}
+
+TEST(LosslessText, aStreamGetsNothingOfATextThatIsTooLong)
+{
+    CFields tree(1);
+    for (int level = 0; level < 300; ++level)
+        tree = oneMember("x", tree);
+    CStreamSaver4SER_HFW saver(std::string(std::size_t{64} << 10U, ' '));
+    saver.setSCBC(SCBC_LOSSLESS);
+    std::ostringstream out;
+    saver.saving(out, tree);
+    EXPECT_EQ(withoutPlace(saver.getLastErrMsg()), "the root: text cannot hold more than 2147483647 bytes");
+    EXPECT_EQ(saver.getErrorPath(), tPath());
+    EXPECT_TRUE(out.str().empty()) << out.str().size();
+}
+
+TEST(LosslessText, aTextThatOnlyMightBeTooLongIsWritten)
+{
+    // Lines of a block comment keep their places, but each of them might have been indented.
+    constexpr unsigned int indentation = 1U << 20U;
+    std::string comment = "/*";
+    for (int line = 0; line < 3000; ++line)
+        comment += "\nx";
+    CFields tree = arrayOf({1});
+    tree[0].setComment(comment + "*/", CP_before);
+    CSaver4SER_HFW wanted(indentation);
+    wanted.setSCBC(SCBC_LOSSLESS);
+    CStreamSaver4SER_HFW saver(std::string(indentation, ' '));
+    saver.setSCBC(SCBC_LOSSLESS);
+    std::ostringstream out;
+    saver.saving(out, tree);
+    EXPECT_FALSE(saver.isError()) << saver.getLastErrMsg();
+    EXPECT_TRUE(out.str() == wanted.saving(tree)) << out.str().size();
+    EXPECT_FALSE(wanted.isError()) << wanted.getLastErrMsg();
 }
 
 TEST(LosslessText, packetExpressionsThatTheNotationLacksAreRefused)

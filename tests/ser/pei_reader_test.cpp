@@ -4,6 +4,7 @@
 
 #include "murv/fields.h"
 #include "murv/flags.h"
+#include "tests/support/clean_registries.h"
 
 #include <gtest/gtest.h>
 
@@ -51,18 +52,6 @@ std::string fault(std::string_view text, unsigned int config = 0)
 {
     return read(text, config).m_strMessage;
 }
-
-struct tCleanGetIdx
-{
-    tCleanGetIdx() = default;
-    tCleanGetIdx(const tCleanGetIdx&) = delete;
-    tCleanGetIdx& operator=(const tCleanGetIdx&) = delete;
-    ~tCleanGetIdx()
-    {
-        for (unsigned char kind = 1; kind <= 15; ++kind)
-            CFields::setGetIdxFP4ESK(kind, nullptr);
-    }
-};
 
 TEST(PeiReader, lettersGiveTheCodes)
 {
@@ -241,7 +230,7 @@ int firstKind(const char* text, unsigned char option)
 
 TEST(PeiReader, externalKeywordsAreAskedInTheOrderOfKinds)
 {
-    const tCleanGetIdx clean;
+    const tests::tCleanRegistries clean;
     s_strAsked.clear();
     CFields::setGetIdxFP4ESK(4, &firstKind);
     CFields::setGetIdxFP4ESK(9, [](const char*, unsigned char) { return 65535; });
@@ -258,7 +247,7 @@ TEST(PeiReader, externalKeywordsAreAskedInTheOrderOfKinds)
 
 TEST(PeiReader, internalNamesComeFirst)
 {
-    const tCleanGetIdx clean;
+    const tests::tCleanRegistries clean;
     CFields::setGetIdxFP4ESK(1, [](const char*, unsigned char) { return 5; });
     EXPECT_EQ(read("ACF8YYYY").m_uiKind, 0u);
     EXPECT_EQ(read("ACF8YYYY").m_uiIndex, 13u);
@@ -266,7 +255,7 @@ TEST(PeiReader, internalNamesComeFirst)
 
 TEST(PeiReader, indexesOutsideOfSixteenBitsAreNoHit)
 {
-    const tCleanGetIdx clean;
+    const tests::tCleanRegistries clean;
     for (const CFields::tGetIdxFP callback : {CFields::tGetIdxFP([](const char*, unsigned char) { return 0; }),
                                               CFields::tGetIdxFP([](const char*, unsigned char) { return -1; }),
                                               CFields::tGetIdxFP([](const char*, unsigned char) { return 65536; })})
@@ -278,7 +267,7 @@ TEST(PeiReader, indexesOutsideOfSixteenBitsAreNoHit)
 
 TEST(PeiReader, lastUnderscoreIntroducesTheOption)
 {
-    const tCleanGetIdx clean;
+    const tests::tCleanRegistries clean;
     s_strAsked.clear();
     CFields::setGetIdxFP4ESK(1, &firstKind);
     read("ACF8a_b_3");

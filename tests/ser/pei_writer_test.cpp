@@ -2,6 +2,7 @@
 
 #include "murv/saver.h"
 #include "ser/pei_reader.h"
+#include "tests/support/clean_registries.h"
 
 #include <gtest/gtest.h>
 
@@ -83,18 +84,6 @@ std::string text4(const tPacketExpInfo& pei)
     return text;
 }
 
-struct tCleanGetTxt
-{
-    tCleanGetTxt() = default;
-    tCleanGetTxt(const tCleanGetTxt&) = delete;
-    tCleanGetTxt& operator=(const tCleanGetTxt&) = delete;
-    ~tCleanGetTxt()
-    {
-        for (unsigned char kind = 1; kind <= 15; ++kind)
-            CFields::setGetTxtFP4ESK(kind, nullptr);
-    }
-};
-
 TEST(PeiWriter, lettersAndLength)
 {
     EXPECT_EQ(text4(tPacketExpInfo{}), "(ACF0)");
@@ -171,7 +160,7 @@ TEST(PeiWriter, containerIsReported)
 
 TEST(PeiWriter, externalKeywordIsWrittenByItsCallback)
 {
-    const tCleanGetTxt clean;
+    const tests::tCleanRegistries clean;
     EXPECT_EQ(text4(keyword4(4, 7)), "(ACF0)");
     CFields::setGetTxtFP4ESK(4, [](unsigned short index, unsigned char option) -> const char* {
         return index == 7 ? (option == 0 ? "plain" : "option_") : nullptr;
@@ -186,7 +175,7 @@ std::string s_strLong;
 
 TEST(PeiWriter, externalKeywordThatDoesNotFitIsReportedAndLeftOut)
 {
-    const tCleanGetTxt clean;
+    const tests::tCleanRegistries clean;
     CFields::setGetTxtFP4ESK(4, [](unsigned short, unsigned char) { return s_strLong.c_str(); });
     for (unsigned int option : {0u, 5u, 15u})
     {

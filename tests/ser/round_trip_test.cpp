@@ -4,12 +4,11 @@
 // numbers typed by their digits, an empty container with its one null member, and null for what is written as nothing.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "murv/loader.h"
 #include "murv/saver.h"
 #include "tests/support/random_tree.h"
 #include "tests/support/same_tree.h"
+#include "tests/support/text_ways.h"
 
 using namespace murv;
 using namespace murv::tests;
@@ -20,15 +19,9 @@ namespace
 constexpr unsigned int s_cuiParts = SP_ids | SP_comments | SP_expressions | SP_second;
 
 /// Null is written as a word, so that it can be followed by a comment of its own.
-std::string save(const CFields& tree, int way, unsigned int more)
+std::string save(const CFields& tree, E_TextWay way, unsigned int more)
 {
-    const unsigned int scbc = SCBC_SECOND_VALUE | SCBC_NULL_WORD | more;
-    CSavers savers(scbc);
-    if (way < 2)
-        return savers.saving(tree, way == 0 ? ER_SER_HFW : ER_SER_PKT);
-    std::ostringstream out;
-    savers.saving(out, tree, ER_SER_HFW);
-    return out.str();
+    return text4Way(tree, way, SCBC_SECOND_VALUE | SCBC_NULL_WORD | more);
 }
 
 bool load(const std::string& text, CFields& tree, std::string& message)
@@ -40,18 +33,18 @@ bool load(const std::string& text, CFields& tree, std::string& message)
     return done;
 }
 
-void expectRoundTrip(const CFields& tree, int way, unsigned int more)
+void expectRoundTrip(const CFields& tree, E_TextWay way, unsigned int more)
 {
     const std::string text = save(tree, way, more);
     CFields back;
     std::string message;
     ASSERT_TRUE(load(text, back, message)) << message << text;
-    ASSERT_EQ(difference(treeAsRead(tree, way != 1), back, s_cuiParts), "") << text;
+    ASSERT_EQ(difference(treeAsRead(tree, way != TW_compact), back, s_cuiParts), "") << text;
     // From now on nothing changes any more.
     const std::string again = save(back, way, more);
     CFields second;
     ASSERT_TRUE(load(again, second, message)) << message << again;
-    ASSERT_EQ(difference(treeAsRead(back, way != 1), second, s_cuiParts), "") << again;
+    ASSERT_EQ(difference(treeAsRead(back, way != TW_compact), second, s_cuiParts), "") << again;
     ASSERT_EQ(save(second, way, more), save(second, way, more));
     ASSERT_EQ(difference(back, second, s_cuiParts), "") << again;
     ASSERT_EQ(save(second, way, more), again);
@@ -74,7 +67,7 @@ TEST(RoundTrip, ofRandomTreesAsIndentedText)
     {
         SCOPED_TRACE(seed);
         const unsigned int more = seed % 2 == 0 ? static_cast<unsigned int>(SCBC_ONE_LINE_ARRAY) : 0u;
-        ASSERT_NO_FATAL_FAILURE(expectRoundTrip(CRandomTree(seed).tree(), 0, more));
+        ASSERT_NO_FATAL_FAILURE(expectRoundTrip(CRandomTree(seed).tree(), TW_indented, more));
     }
 }
 
@@ -85,7 +78,7 @@ TEST(RoundTrip, ofRandomTreesAsTextOnOneLine)
         SCOPED_TRACE(seed);
         CFields tree = CRandomTree(seed).tree();
         nameNumbers(tree);
-        ASSERT_NO_FATAL_FAILURE(expectRoundTrip(tree, 1, 0));
+        ASSERT_NO_FATAL_FAILURE(expectRoundTrip(tree, TW_compact, 0));
     }
 }
 
@@ -94,7 +87,7 @@ TEST(RoundTrip, ofRandomTreesThroughAStream)
     for (unsigned int seed = 1; seed <= 3000; ++seed)
     {
         SCOPED_TRACE(seed);
-        ASSERT_NO_FATAL_FAILURE(expectRoundTrip(CRandomTree(seed).tree(), 2, SCBC_FINAL_NEWLINE));
+        ASSERT_NO_FATAL_FAILURE(expectRoundTrip(CRandomTree(seed).tree(), TW_stream, SCBC_FINAL_NEWLINE));
     }
 }
 
@@ -110,7 +103,7 @@ TEST(RoundTrip, ofNamesAndStringsOfEveryByte)
         all += one;
     }
     tree.addChildRef(all.substr(1)).setValue(all);
-    for (int way = 0; way < 3; ++way)
+    for (const E_TextWay way : s_ceTextWays)
         ASSERT_NO_FATAL_FAILURE(expectRoundTrip(tree, way, 0));
 }
 
@@ -123,6 +116,6 @@ TEST(RoundTrip, ofDeepTrees)
         outer.addChildRef("", 0, true).swapValue(tree, false);
         tree.swapValue(outer, false);
     }
-    for (int way = 0; way < 2; ++way)
+    for (const E_TextWay way : {TW_indented, TW_compact})
         ASSERT_NO_FATAL_FAILURE(expectRoundTrip(tree, way, 0));
 }

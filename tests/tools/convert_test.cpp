@@ -361,6 +361,16 @@ TEST(Convert, whatIsLostInTextIsShownAtItsPlace)
               "           ^\n");
 }
 
+TEST(Convert, whatIsLostIsShownAtItsPlaceHoweverLongItsPathIs)
+{
+    std::string text = "(ANV2+128) 5";
+    for (int level = 0; level < 100; ++level)
+        text = "{\"level\"=\n" + text + "}";
+    const tRun run = murvOn(text, {"convert", "--to", "compact", "-"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError.rfind("<stdin>:101:12: error: level.level.", 0), 0U) << run.m_strError;
+}
+
 TEST(Convert, malformedFileLeavesNoResult)
 {
     const CTemporaryDirectory files;

@@ -34,6 +34,7 @@ public:
     {
         arguments.insert(arguments.begin(), MURV_TOOL_PATH);
         std::vector<char*> list;
+        list.reserve(arguments.size() + 1);
         for (std::string& argument : arguments)
             list.push_back(argument.data());
         list.push_back(nullptr);

@@ -185,8 +185,15 @@ private:
 
     void addMember(tSketch& set, unsigned int depth)
     {
-        switch (depth >= 3 ? 0 : pick(9))
+        switch (depth >= 3 ? 0 : pick(16))
         {
+        case 9: return addBetween(set);
+        case 10: return addUntil(set, depth);
+        case 11: return addEnded(set, depth);
+        case 12: return addAligned(set, depth);
+        case 13: return addBitmap(set, depth);
+        case 14: return addTotal(set);
+        case 15: return addVaryingSize(set, depth);
         case 1: return addCounted(set, depth);
         case 2: return addSized(set, depth);
         case 3: return addChoice(set, depth);
@@ -257,6 +264,108 @@ private:
         element.m_vMembers.insert(element.m_vMembers.begin(), literal('E'));
         set.m_vMembers.push_back(array(std::move(element)));
         set.m_vMembers.push_back(literal('F'));
+    }
+    /// Texts of varying width, and a last array that takes the rest.
+    void addBetween(tSketch& set)
+    {
+        tSketch row;
+        row.m_eKind = tSketch::SK_set;
+        row.m_strName = name();
+        row.m_strOwnRules = "between \\\"|\\\"";
+        for (unsigned int i = 1 + pick(3); i != 0; --i)
+            row.m_vMembers.push_back(text("ACF0"));
+        if (pick(2) == 0)
+            row.m_vMembers.push_back(array(text("ACF0")));
+        // A part that ends where the whole does: its size is told.
+        set.m_vMembers.push_back(number(name(), "size of " + row.m_strName));
+        set.m_vMembers.push_back(std::move(row));
+    }
+    tSketch text(const std::string& expression)
+    {
+        tSketch sketch;
+        sketch.m_strName = name();
+        sketch.m_strExpression = expression;
+        sketch.m_strValue = "\"\"";
+        sketch.m_tValue = [](tRandom& random) { return CFields("x" + letters(random, below(random, 6))); };
+        return sketch;
+    }
+    void addUntil(tSketch& set, unsigned int depth)
+    {
+        tSketch element = this->set("", depth + 1);
+        tSketch last = number(name(), "");
+        element.m_vMembers.insert(element.m_vMembers.begin(), last);
+        tSketch elements = array(std::move(element));
+        elements.m_strRules = "until " + last.m_strName + " = 1";
+        elements.m_strUntil = last.m_strName;
+        elements.m_uiLeast = 1;
+        set.m_vMembers.push_back(std::move(elements));
+    }
+    void addEnded(tSketch& set, unsigned int depth)
+    {
+        tSketch element = this->set("", depth + 1);
+        element.m_vMembers.insert(element.m_vMembers.begin(), literal('E'));
+        tSketch elements = array(std::move(element));
+        elements.m_strRules = "ends \\\"\\x00\\\"";
+        set.m_vMembers.push_back(std::move(elements));
+    }
+    void addAligned(tSketch& set, unsigned int depth)
+    {
+        tSketch part = pick(2) == 0 ? leaf() : this->set(name(), depth + 1);
+        const char* const align = pick(2) == 0 ? "align 4" : "align 8";
+        part.m_strRules += (part.m_strRules.empty() ? "" : "; ") + std::string(align);
+        set.m_vMembers.push_back(std::move(part));
+    }
+    void addBitmap(tSketch& set, unsigned int depth)
+    {
+        tSketch data;
+        data.m_eKind = tSketch::SK_set;
+        data.m_strName = name();
+        for (unsigned int id = 1; id <= 16; id += 1 + pick(6))
+        {
+            tSketch part = pick(4) == 0 ? this->set(name(), depth + 1) : leaf();
+            part.m_uiID = id;
+            part.m_bMayBeAbsent = true;
+            data.m_vMembers.push_back(std::move(part));
+        }
+        tSketch bitmap;
+        bitmap.m_strName = name();
+        bitmap.m_strExpression = pick(2) == 0 ? "BCF2" : "ACF4";
+        bitmap.m_strValue = "\"\"";
+        bitmap.m_strRules = (bitmap.m_strExpression == "ACF4" ? "hex; bits of " : "bits of ") + data.m_strName;
+        set.m_vMembers.push_back(std::move(bitmap));
+        set.m_vMembers.push_back(std::move(data));
+    }
+    void addTotal(tSketch& set)
+    {
+        tSketch amount;
+        amount.m_strName = name();
+        amount.m_strExpression = "ANF7";
+        amount.m_strValue = "0";
+        amount.m_tValue = [](tRandom& random) { return CFields(integer(random, 6, false)); };
+        tSketch element;
+        element.m_eKind = tSketch::SK_set;
+        element.m_vMembers = {literal('T'), amount};
+        tSketch elements = array(std::move(element));
+        const std::string path = elements.m_strName + "." + amount.m_strName;
+        const bool isBefore = pick(2) == 0;
+        tSketch sum = number(name(), "sum of " + path);
+        tSketch count = number(name(), "count of " + elements.m_strName);
+        if (isBefore)
+            set.m_vMembers.push_back(sum);
+        set.m_vMembers.push_back(std::move(elements));
+        set.m_vMembers.push_back(literal('U'));
+        if (!isBefore)
+            set.m_vMembers.push_back(sum);
+        set.m_vMembers.push_back(std::move(count));
+    }
+    /// The number that says the size has another width when the size is large.
+    void addVaryingSize(tSketch& set, unsigned int depth)
+    {
+        tSketch sized = this->set(name(), depth + 1);
+        tSketch size = number(name(), "size of " + sized.m_strName);
+        size.m_strExpression = "ANV1+1";
+        set.m_vMembers.push_back(std::move(size));
+        set.m_vMembers.push_back(std::move(sized));
     }
     void addChecked(tSketch& set)
     {
@@ -329,7 +438,12 @@ CFields data4Sketch(const tSketch& sketch, tRandom& random)
     if (sketch.m_eKind == tSketch::SK_array)
     {
         for (unsigned int i = sketch.m_uiLeast + below(random, 4); i != 0; --i)
-            data.addArrayAt(data4Sketch(sketch.m_vMembers.front(), random));
+        {
+            CFields element = data4Sketch(sketch.m_vMembers.front(), random);
+            if (!sketch.m_strUntil.empty())
+                element.addChildRef(sketch.m_strUntil.c_str()) = i == 1 ? 1 : 2;
+            data.addArrayAt(std::move(element));
+        }
         return data;
     }
     const unsigned int chosen =

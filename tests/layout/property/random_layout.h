@@ -39,6 +39,7 @@ struct tSketch
     bool m_bChoice = false;                     // one of the members
     bool m_bMayBeAbsent = false;                // the data may lack it
     unsigned int m_uiLeast = 0;                 // elements
+    std::string m_strUntil;                     // member that is 1 in the last element only
 };
 
 /// A layout of its own for every state of the generator; with all sorts of leaves and rules.
