@@ -32,7 +32,7 @@ E_Scan CScanner::openLine(unsigned int part, std::string_view mark)
 {
     const tFrame& frame = m_tPlan.m_tFrame;
     const std::string_view there = bytes(m_ullPos, m_ullEdge - m_ullPos);
-    const std::size_t found = there.find(mark, static_cast<std::size_t>(m_ullSearched - m_ullPos));
+    const std::size_t found = there.find(mark, searchFrom());
     if (found == std::string_view::npos && !m_bOver)
     {
         m_ullSearched = std::max(m_ullSearched, m_ullEdge - std::min<std::uint64_t>(there.size(), mark.size() - 1));

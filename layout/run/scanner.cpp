@@ -215,7 +215,7 @@ E_Scan CScanner::findValue(const tPart& leaf, unsigned int part, tTrace& item, s
 E_Scan CScanner::findMark(const tPart& leaf, unsigned int part, tTrace& item, std::uint64_t& after)
 {
     const std::string_view there = bytes(m_ullPos, m_ullEdge - m_ullPos);
-    const auto from = static_cast<std::size_t>(m_ullSearched - m_ullPos);
+    const std::size_t from = searchFrom();
     std::size_t found = std::string_view::npos;
     std::size_t longest = 0;
     for (const std::string& mark : leaf.m_vMarks)
