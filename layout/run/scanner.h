@@ -68,6 +68,16 @@ public:
     {
         return m_ullRecordEnd;
     }
+    /// Whether lines end with carriage return and line feed, as far as was read.
+    bool hasReturns() const
+    {
+        return m_ucLineEnd == 2;
+    }
+    /// Whether the last record had no mark after it.
+    bool isOpenEnd() const
+    {
+        return m_bOpenEnd;
+    }
     /// Whether nothing of the plan has been run yet.
     bool isAtBegin() const
     {
@@ -195,6 +205,11 @@ private:
     {
         return wanted <= m_ullEdge - m_ullPos;
     }
+    /// Bytes from the place on in which a mark was looked for before more bytes came.
+    std::size_t searchedSoFar() const
+    {
+        return m_ullSearched > m_ullPos ? static_cast<std::size_t>(m_ullSearched - m_ullPos) : 0;
+    }
     const tPart& part4(unsigned int part) const
     {
         return m_tPlan.m_vParts[part];
@@ -282,8 +297,9 @@ private:
     std::uint64_t m_ullFrameBegin = 0;
     std::uint64_t m_ullFrameEnd = 0;
     std::uint64_t m_ullFrameAfter = 0;
-    tPlace m_tLastGood;             // after the last record that was read
-    tPlace m_tRecordPlace;          // where the record at hand began
+    tPlace m_tLastGood;     // after the last record that was read
+    tPlace m_tRecordPlace;  // where the record at hand began
+    bool m_bOpenEnd = false;
     unsigned char m_ucLineEnd = 0;  // bytes of the first line end; 0 before
 
     tScanFault m_tFault;

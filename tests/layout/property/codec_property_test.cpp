@@ -88,7 +88,6 @@ TEST(CodecProperty, aDamagedPacketIsRefusedFoundOrComesBackTheSame)
     forRandomPackets(2, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet,
                            tRandom& random) {
         CPacketReader reader(layout);
-        CPacketMaker maker(layout);
         for (int i = 0; i < 12; ++i)
         {
             std::string damaged = packet;
@@ -103,6 +102,7 @@ TEST(CodecProperty, aDamagedPacketIsRefusedFoundOrComesBackTheSame)
             if (!reader.read(damaged, read) || !reader.getFindings().empty())
                 continue;
             std::string again;
+            CPacketMaker maker(layout, reader.getMakeOptions());
             ASSERT_TRUE(maker.make(read, again)) << words4(maker.getFault()) << "\n" << text << "\n" << read.toMURV();
             EXPECT_EQ(damaged, again) << text;
         }
@@ -114,7 +114,6 @@ TEST(CodecProperty, everyTruncationIsMissingBytesOrALocatedFault)
     forRandomPackets(
         3, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet, tRandom&) {
             CPacketReader reader(layout);
-            CPacketMaker maker(layout);
             for (std::size_t length = 0; length < packet.size(); ++length)
             {
                 CFields read;
@@ -129,6 +128,7 @@ TEST(CodecProperty, everyTruncationIsMissingBytesOrALocatedFault)
                 std::string again;
                 if (reader.getFindings().empty())
                 {
+                    CPacketMaker maker(layout, reader.getMakeOptions());
                     ASSERT_TRUE(maker.make(read, again)) << words4(maker.getFault()) << "\n" << text;
                     EXPECT_EQ(cut, again) << text;
                 }
