@@ -101,9 +101,8 @@ E_Scan CScanner::onRecord(unsigned int part)
         m_ullPos = m_ullFrameBegin;
     }
     m_bInRecord = true;
-    m_tRecordPlace.m_uiStep = m_uiStep;
-    m_tRecordPlace.m_vLoops = m_vLoops;
-    m_tRecordPlace.m_vFirst = m_vFirst;
+    if (m_bKeepsPlaces)
+        keepPlace(m_tRecordPlace, m_uiStep);
     m_ullSearched = m_ullRecordStart = m_ullPos;
     ++m_ullRecord;
     add(TR_record, part, m_ullPos);
@@ -129,10 +128,16 @@ E_Scan CScanner::onRecordEnd(unsigned int part)
     m_bInRecord = false;
     m_ullSearched = m_ullPos;
     add(TR_recordEnd, part, m_ullPos);
-    m_tLastGood.m_uiStep = m_uiStep + 1;
-    m_tLastGood.m_vLoops = m_vLoops;
-    m_tLastGood.m_vFirst = m_vFirst;
+    if (m_bKeepsPlaces)
+        keepPlace(m_tLastGood, m_uiStep + 1);
     return SC_record;
+}
+
+void CScanner::keepPlace(tPlace& place, unsigned int step) const
+{
+    place.m_uiStep = step;
+    place.m_vLoops = m_vLoops;
+    place.m_vFirst = m_vFirst;
 }
 
 /// The place after the record at hand, as if it had been read.
@@ -176,7 +181,7 @@ void CScanner::distrustTotals()
 
 bool CScanner::skipFrame()
 {
-    if (!m_bFrameOpen)
+    if (!m_bFrameOpen || !m_bKeepsPlaces)
         return false;
     distrustTotals();
     m_vTrace.clear();
