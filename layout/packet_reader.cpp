@@ -107,6 +107,14 @@ bool CPacketReader::check(std::string_view bytes)
     return m_pState->read(bytes, sink);
 }
 
+tMakeOptions CPacketReader::getMakeOptions() const
+{
+    tMakeOptions options;
+    options.m_bReturns = m_pState->m_tScanner.hasReturns();
+    options.m_bOpenEnd = m_pState->m_tScanner.isOpenEnd();
+    return options;
+}
+
 const tPacketFault& CPacketReader::getFault() const
 {
     return m_pState->m_tFault;

@@ -13,21 +13,6 @@
 namespace murv::detail
 {
 
-/// One to eight bytes, the first as the lowest; the bytes above them are 0.
-inline std::uint64_t loadShort(const char* from, std::size_t count) noexcept
-{
-    const auto byte = [from](std::size_t at) { return std::uint64_t{static_cast<unsigned char>(from[at])}; };
-    if (count == 8)
-        return loadWord(from);
-    if (count < 4)
-        return byte(0) | byte(count / 2) << (8 * (count / 2)) | byte(count - 1) << (8 * (count - 1));
-    // Two loads that may overlap in the middle.
-    const auto four = [byte](std::size_t at) {
-        return byte(at) | byte(at + 1) << 8 | byte(at + 2) << 16 | byte(at + 3) << 24;
-    };
-    return four(0) | four(count - 4) << (8 * (count - 4));
-}
-
 /// The text without the bytes `fill` at its end.
 inline std::string_view trimEnd(std::string_view text, char fill) noexcept
 {

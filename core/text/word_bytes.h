@@ -32,6 +32,21 @@ inline std::uint64_t loadWord(const char* from) noexcept
     return word;
 }
 
+/// One to eight bytes, the first as the lowest; the bytes above them are 0.
+inline std::uint64_t loadShort(const char* from, std::size_t count) noexcept
+{
+    const auto byte = [from](std::size_t at) { return std::uint64_t{static_cast<unsigned char>(from[at])}; };
+    if (count == 8)
+        return loadWord(from);
+    if (count < 4)
+        return byte(0) | byte(count / 2) << (8 * (count / 2)) | byte(count - 1) << (8 * (count - 1));
+    // Two loads that may overlap in the middle.
+    const auto four = [byte](std::size_t at) {
+        return byte(at) | byte(at + 1) << 8 | byte(at + 2) << 16 | byte(at + 3) << 24;
+    };
+    return four(0) | four(count - 4) << (8 * (count - 4));
+}
+
 /// Writes 8 bytes, the lowest first.
 inline void storeWord(char* to, std::uint64_t word) noexcept
 {

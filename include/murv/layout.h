@@ -185,6 +185,8 @@ public:
     const tPacketFault& getFault() const;
     /// What the last call found beside it, in the order of the input.
     const std::vector<tPacketFault>& getFindings() const;
+    /// The options with which making gives the same line ends as the last call met.
+    tMakeOptions getMakeOptions() const;
 
 private:
     struct tState;

@@ -298,6 +298,7 @@ void CStepMaker::make()
 void assignRegisters(tPlan& plan)
 {
     plan.m_vRegister4Part.assign(plan.m_vParts.size(), s_cuiNone);
+    plan.m_vChooses.assign(plan.m_vParts.size(), false);
     const auto keep = [&plan](const tValueOf& value) {
         if (value.m_uiPart != s_cuiNone && plan.m_vRegister4Part[value.m_uiPart] == s_cuiNone)
             plan.m_vRegister4Part[value.m_uiPart] = plan.m_uiRegisters++;
@@ -307,6 +308,8 @@ void assignRegisters(tPlan& plan)
         for (const tTest& test : part.m_vIf)
             keep(test.m_tValue);
         keep(part.m_tChoice);
+        if (part.m_tChoice.m_uiPart != s_cuiNone)
+            plan.m_vChooses[part.m_tChoice.m_uiPart] = true;
         keep(part.m_tUntil.m_tValue);
     }
     for (const tLink& link : plan.m_vLinks)

@@ -44,13 +44,17 @@ E_Scan CMaker::makeHole(unsigned int part)
             return result;
     }
     else
-        hole.m_tValue = makeScalar(false, 0);
+    {
+        hole.m_tValue = m_tPlan.m_vChooses[part] && !leaf.m_bComputed ? defaultOf(leaf) : makeScalar(false, 0);
+        hole.m_strText = hole.m_tValue.m_strvText;
+    }
     for (const unsigned int link : m_tPlan.m_vLinks4Number[part])
     {
         if (m_tPlan.m_vLinks[link].m_eKind == LK_bits)
             hole.m_strText.assign(
                 leaf.m_tItem.m_eForm == IF_hexText ? leaf.m_tItem.m_uiLength / 2 : leaf.m_tItem.m_uiLength, '\0');
     }
+    const bool isOwn = m_tPlan.m_vChooses[part] && !leaf.m_bComputed;
     tScalar first = hole.m_tValue;
     std::string text = hole.m_strText;
     if (index < m_vGuesses.size())
@@ -61,7 +65,7 @@ E_Scan CMaker::makeHole(unsigned int part)
     if (!text.empty())
         first = makeScalar(text);
     const std::size_t begin = m_pOut->size();
-    if (const E_Scan result = putValue(part, first, false))
+    if (const E_Scan result = putValue(part, first, isOwn && index >= m_vGuesses.size()))
         return result;
     hole.m_ullOffset = begin;
     hole.m_ullLength = m_pOut->size() - begin;
@@ -234,7 +238,8 @@ E_Scan CMaker::fillHole(unsigned int hole)
     std::string text = open.m_strText;
     if (text.empty() && leaf.m_tItem.m_bDecimals)
         text = scaledText(open.m_tValue.m_ullValue, leaf.m_tItem.m_ucDecimals);
-    const E_PacketFault fault = makeValue(leaf.m_tItem, text.empty() ? open.m_tValue : makeScalar(text), m_strValue);
+    const E_PacketFault fault = (leaf.m_bComputed ? makeValue : makeOwnValue)(
+        leaf.m_tItem, text.empty() ? open.m_tValue : makeScalar(text), m_strValue);
     if (fault != PF_none && !isFinding(fault))
         return stopAtHole(fault, hole);
     std::string item;

@@ -21,10 +21,11 @@ E_Scan CMaker::onOpen(unsigned int part)
     if (!set.m_strBetween.empty())
     {
         m_vMarks.push_back(&set.m_strBetween);
+        // No bytes at all are the first part without any.
+        cursor.m_uiLast = 1;
         for (unsigned int i = 0; i < set.m_vMembers.size(); ++i)
         {
-            const tPart& member = part4(set.m_vMembers[i]);
-            if (member.m_bRequired || (i == 0 && set.m_vMembers.size() == 1))
+            if (part4(set.m_vMembers[i]).m_bRequired)
                 cursor.m_uiLast = i + 1;
         }
         for (unsigned int i = 0; cursor.m_pNode != nullptr && i < cursor.m_pNode->getChildCount(); ++i)
@@ -228,8 +229,8 @@ E_Scan CMaker::agreeWithChoice(const tPart& set, unsigned int member)
             bits.m_tNumber = set.m_tChoice;
             return setNumber(bits, hole, chosen.m_uiID);
         }
-        open.m_strText = chosen.m_strName;
-        open.m_tValue = byID ? makeScalar(false, chosen.m_uiID) : makeScalar(open.m_strText);
+        open.m_strText = byID ? std::string() : chosen.m_strName;
+        open.m_tValue = makeScalar(false, byID ? chosen.m_uiID : 0);
         return SC_next;
     }
     tScalar value;

@@ -113,7 +113,22 @@ bool CMaker::makeOnce(const CFields& tree, unsigned int from, E_Step last)
             break;
         m_uiStep += result == SC_next ? 1 : 0;
     }
+    dropLastMark();
     return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next;
+}
+
+/// Leaves the last record without its mark, when that is wanted.
+void CMaker::dropLastMark()
+{
+    const tFrame& frame = m_tPlan.m_tFrame;
+    const bool isMarked = frame.m_eKind == FR_lines || frame.m_eKind == FR_mark;
+    if (!m_tOptions.m_bOpenEnd || !isMarked || m_pOut->empty() || m_uiAlone != s_cuiNone)
+        return;
+    const std::size_t end = m_pOut->size();
+    const std::size_t mark = frame.m_eKind == FR_mark ? frame.m_strMark.size() : m_tOptions.m_bReturns ? 2 : 1;
+    m_pOut->resize(end - mark);
+    for (auto trace = m_vTrace.rbegin(); trace != m_vTrace.rend() && trace->m_ullOffset == end; ++trace)
+        trace->m_ullOffset = m_pOut->size();
 }
 
 E_Scan CMaker::step(const tStep& step)
@@ -202,8 +217,10 @@ E_Scan CMaker::makeLeaf(unsigned int part)
     const CFields* const node = leaf.m_strName.empty() && leaf.m_uiID == 0 && leaf.m_bLiteral ? nullptr : find(part);
     if (leaf.m_bLiteral)
         return makeLiteral(part, node);
-    if (leaf.m_bComputed && isFilledIn(part))
+    if ((leaf.m_bComputed && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
         return makeHole(part);
+    if (m_tPlan.m_vChooses[part])
+        m_vHole4Part[part] = s_cuiNone;
     return makeValue4Leaf(part, node);
 }
 

@@ -100,6 +100,7 @@ private:
     // maker.cpp
     void begin();
     bool makeOnce(const CFields& tree, unsigned int from, E_Step last);
+    void dropLastMark();
     bool isFilledIn(unsigned int part) const;
     E_Scan step(const tStep& step);
     E_Scan onRun(unsigned int index);

@@ -32,13 +32,14 @@ E_Scan CScanner::openLine(unsigned int part, std::string_view mark)
 {
     const tFrame& frame = m_tPlan.m_tFrame;
     const std::string_view there = bytes(m_ullPos, m_ullEdge - m_ullPos);
-    const std::size_t found = there.find(mark, static_cast<std::size_t>(m_ullSearched - m_ullPos));
+    const std::size_t found = there.find(mark, searchedSoFar());
     if (found == std::string_view::npos && !m_bOver)
     {
         m_ullSearched = std::max(m_ullSearched, m_ullEdge - std::min<std::uint64_t>(there.size(), mark.size() - 1));
         return more(part, 1);
     }
     const bool isEnded = found != std::string_view::npos;
+    m_bOpenEnd = !isEnded;
     std::size_t length = isEnded ? found : there.size();
     m_ullFrameAfter = m_ullPos + length + (isEnded ? mark.size() : 0);
     if (frame.m_eKind == FR_lines)

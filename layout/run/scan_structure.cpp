@@ -322,7 +322,7 @@ E_Scan CScanner::onCut(unsigned int part)
 {
     const std::string& mark = part4(part4(part).m_uiParent).m_strBetween;
     const std::string_view there = bytes(m_ullPos, m_ullEdge - m_ullPos);
-    const std::size_t found = there.find(mark, static_cast<std::size_t>(m_ullSearched - m_ullPos));
+    const std::size_t found = there.find(mark, searchedSoFar());
     if (found == std::string_view::npos && m_ullEdge != m_vLimits.back().m_ullEnd)
     {
         m_ullSearched = std::max(m_ullSearched, m_ullEdge - std::min<std::uint64_t>(there.size(), mark.size() - 1));

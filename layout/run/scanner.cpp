@@ -31,7 +31,7 @@ void CScanner::reset()
     m_ullPos = m_ullBase = m_ullShown = 0;
     m_ullRecord = m_ullRecordStart = 0;
     m_ucLineEnd = 0;
-    m_bOver = false;
+    m_bOver = m_bOpenEnd = false;
     m_vFindings.clear();
     restart();
 }
@@ -215,7 +215,7 @@ E_Scan CScanner::findValue(const tPart& leaf, unsigned int part, tTrace& item, s
 E_Scan CScanner::findMark(const tPart& leaf, unsigned int part, tTrace& item, std::uint64_t& after)
 {
     const std::string_view there = bytes(m_ullPos, m_ullEdge - m_ullPos);
-    const auto from = static_cast<std::size_t>(m_ullSearched - m_ullPos);
+    const auto from = searchedSoFar();
     std::size_t found = std::string_view::npos;
     std::size_t longest = 0;
     for (const std::string& mark : leaf.m_vMarks)

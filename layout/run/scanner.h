@@ -68,6 +68,16 @@ public:
     {
         return m_ullRecordEnd;
     }
+    /// Whether lines end with carriage return and line feed, as far as was read.
+    bool hasReturns() const
+    {
+        return m_ucLineEnd == 2;
+    }
+    /// Whether the last record had no mark after it.
+    bool isOpenEnd() const
+    {
+        return m_bOpenEnd;
+    }
     /// Whether nothing of the plan has been run yet.
     bool isAtBegin() const
     {
@@ -114,6 +124,11 @@ public:
     std::string_view bytes(std::uint64_t offset, std::uint64_t length) const
     {
         return {at(offset), static_cast<std::size_t>(length)};
+    }
+    /// How many of the bytes that follow have been searched for a mark already.
+    std::size_t searchFrom() const
+    {
+        return m_ullSearched > m_ullPos ? static_cast<std::size_t>(m_ullSearched - m_ullPos) : 0;
     }
     tElements elements() const;
 
@@ -189,6 +204,11 @@ private:
     bool has(std::uint64_t wanted) const
     {
         return wanted <= m_ullEdge - m_ullPos;
+    }
+    /// Bytes from the place on in which a mark was looked for before more bytes came.
+    std::size_t searchedSoFar() const
+    {
+        return m_ullSearched > m_ullPos ? static_cast<std::size_t>(m_ullSearched - m_ullPos) : 0;
     }
     const tPart& part4(unsigned int part) const
     {
@@ -277,8 +297,9 @@ private:
     std::uint64_t m_ullFrameBegin = 0;
     std::uint64_t m_ullFrameEnd = 0;
     std::uint64_t m_ullFrameAfter = 0;
-    tPlace m_tLastGood;             // after the last record that was read
-    tPlace m_tRecordPlace;          // where the record at hand began
+    tPlace m_tLastGood;     // after the last record that was read
+    tPlace m_tRecordPlace;  // where the record at hand began
+    bool m_bOpenEnd = false;
     unsigned char m_ucLineEnd = 0;  // bytes of the first line end; 0 before
 
     tScanFault m_tFault;

@@ -170,8 +170,8 @@ bool makePlainDecimals(const tItem& item, std::string_view text, std::string& ou
         return false;
     storeWord(room, s_cullOnes * '0');
     storeWord(room + sizeof room / 2, s_cullOnes * '0');
-    copyShort(room + sizeof room - decimals - whole, text.data(), whole);
-    copyShort(room + sizeof room - decimals, text.data() + whole + 1, decimals);
+    text.copy(room + sizeof room - decimals - whole, whole);
+    text.copy(room + sizeof room - decimals, decimals, whole + 1);
     if (!allDigits(loadWord(room)) || !allDigits(loadWord(room + sizeof room / 2)))
         return false;
     out.append(room + sizeof room - item.m_uiLength, item.m_uiLength);

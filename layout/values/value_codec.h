@@ -39,9 +39,9 @@ E_PacketFault readValue(const tItem& item, std::string_view bytes, unsigned int 
 /// \return PF_none, a finding, or a fault; after a fault nothing is appended. \throw std::bad_alloc, after a part was
 E_PacketFault makeValue(const tItem& item, const tScalar& value, std::string& out);
 
-/// The same for the value that the layout itself states. Whatever the rules, it is filled up when it is shorter than the
-/// item, and may have padding of its own: blanks or zero bytes at the end, of a number zeros in front. Null is an empty
-/// text.
+/// The same for the value that the layout itself states. Whatever the rules, it is filled up when it is shorter than
+/// the item, and may have padding of its own: blanks or zero bytes at the end, of a number zeros in front. Null is
+/// an empty text.
 E_PacketFault makeOwnValue(const tItem& item, const tScalar& value, std::string& out);
 
 /// Whether the value is one of the valid ones; true without such a rule.

@@ -123,7 +123,35 @@ public:
         return sketch;
     }
 
+    /// A file of records: a head, items of several kinds, an end.
+    tSketch file()
+    {
+        static const char* const s_acpFrames[] = {"lines", "prefixed BNF2", "prefixed BNF4 + 4; little",
+                                                  "prefixed ANF4", "lines \\\"~\\\""};
+        const unsigned int frame = pick(5);
+        m_bTextOnly = frame == 0 || frame == 4;
+        tSketch file;
+        file.m_eKind = tSketch::SK_set;
+        file.m_strOwnRules = std::string("layout 1; ") + s_acpFrames[frame];
+        tSketch item;
+        item.m_eKind = tSketch::SK_set;
+        item.m_strOwnRules = "one of";
+        item.m_bChoice = true;
+        for (const char kind : {'A', 'B'})
+            item.m_vMembers.push_back(record(kind));
+        file.m_vMembers.push_back(record('H'));
+        file.m_vMembers.push_back(array(std::move(item)));
+        file.m_vMembers.push_back(record('Z'));
+        return file;
+    }
+
 private:
+    tSketch record(char kind)
+    {
+        tSketch sketch = set(name(), m_bTextOnly ? 3 : 2);
+        sketch.m_vMembers.insert(sketch.m_vMembers.begin(), literal(kind));
+        return sketch;
+    }
     std::string name()
     {
         return "n" + std::to_string(++m_uiNames);
@@ -135,14 +163,18 @@ private:
 
     tSketch leaf()
     {
-        const tLeafKind& kind = leafKinds()[pick(static_cast<unsigned int>(leafKinds().size()))];
+        const tLeafKind* chosen = nullptr;
+        do
+            chosen = &leafKinds()[pick(static_cast<unsigned int>(leafKinds().size()))];
+        while (m_bTextOnly && chosen->m_strExpression[0] != 'A');
+        const tLeafKind& kind = *chosen;
         const unsigned int digit = 2 + pick(8);
         tSketch sketch;
         sketch.m_strName = name();
         sketch.m_strExpression = kind.m_strExpression;
         std::replace(sketch.m_strExpression.begin(), sketch.m_strExpression.end(), '%', static_cast<char>('0' + digit));
         sketch.m_strRules = kind.m_strRules;
-        sketch.m_strValue = "\"\"";
+        sketch.m_strValue = kind.m_strExpression[1] == 'N' ? "0" : "\"\"";
         sketch.m_tValue = [value = kind.m_pValue, digit](tRandom& random) { return value(random, digit); };
         return sketch;
     }
@@ -376,6 +408,7 @@ private:
 
     tRandom& m_tRandom;
     unsigned int m_uiNames = 0;
+    bool m_bTextOnly = false;
 };
 
 void appendPart(std::string& text, const tSketch& sketch)
@@ -420,7 +453,8 @@ unsigned int below(tRandom& random, unsigned int bound)
 
 tSketch makeSketch(tRandom& random)
 {
-    return CSketcher(random).root();
+    CSketcher sketcher(random);
+    return below(random, 3) == 0 ? sketcher.file() : sketcher.root();
 }
 
 std::string text4Sketch(const tSketch& sketch)
