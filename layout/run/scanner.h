@@ -243,7 +243,7 @@ private:
     E_Scan compareSize(const tLink& link, const tNumber& number, const tMeasure& measure);
     void compareCheck(const tLink& link, const tNumber& number, const tMeasure& measure);
     E_Scan compareCounts(unsigned int part, std::uint64_t count);
-    E_Scan checkBits(const tLink& link);
+    E_Scan checkBits(unsigned int index);
     void compareTotal(const tLink& link, tTotal& total);
     bool size4Number(const tLink& link, std::uint64_t& size) const;
     void count(unsigned int part, unsigned long long amount);
