@@ -111,6 +111,17 @@ struct tPlan
     bool m_bSelfEvident = false;                              // what is made cannot be read in another way
 };
 
+/// Whether making fills in a number, or the part of its bits.
+inline bool isComputed(const tPlan& plan, const tValueOf& value)
+{
+    for (const unsigned int link : plan.m_vLinks4Number[value.m_uiPart])
+    {
+        if (plan.m_vLinks[link].m_tNumber.m_uiBits == value.m_uiBits)
+            return true;
+    }
+    return false;
+}
+
 /// Makes the steps of a plan whose parts, links, spans and frame are complete.
 void makeSteps(tPlan& plan);
 

@@ -155,7 +155,7 @@ E_Scan CMaker::onArrayEnd(unsigned int part)
 /// Whether a condition can be judged while making: not when its value is filled in only later.
 bool CMaker::isMeant(const tTest& test) const
 {
-    return part4(test.m_tValue.m_uiPart).m_bComputed;
+    return isComputed(m_tPlan, test.m_tValue);
 }
 
 /// Whether the data has one of the parts whose bits are in a bitmap.

@@ -217,7 +217,8 @@ E_Scan CMaker::makeLeaf(unsigned int part)
     const CFields* const node = leaf.m_strName.empty() && leaf.m_uiID == 0 && leaf.m_bLiteral ? nullptr : find(part);
     if (leaf.m_bLiteral)
         return makeLiteral(part, node);
-    if ((leaf.m_bComputed && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
+    const bool isNumber = !m_tPlan.m_vLinks4Number[part].empty();  // or a part of its bits is
+    if ((isNumber && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
         return makeHole(part);
     if (m_tPlan.m_vChooses[part])
         m_vHole4Part[part] = s_cuiNone;
@@ -256,7 +257,7 @@ E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
         if (const E_Scan result = takeScalar(part, *node, value))
             return result;
     }
-    else if (leaf.m_bRequired || leaf.m_bComputed)
+    else if (leaf.m_bRequired || !m_tPlan.m_vLinks4Number[part].empty())
         return stop(PF_missing, part);
     else
         return putValue(part, defaultOf(leaf), true);
@@ -283,6 +284,7 @@ E_Scan CMaker::takeScalar(unsigned int part, const CFields& node, tScalar& value
 
 E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
 {
+    const unsigned long long own = part4(part).m_ullDefault;  // bits that the data lacks
     unsigned long long number = 0;
     unsigned int matched = 0;
     for (const tBitField& field : part4(part).m_tItem.m_vBits)
@@ -290,7 +292,10 @@ E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
         const CFields* const member =
             node.findChildAt(field.m_strName.data(), static_cast<unsigned int>(field.m_strName.size()));
         if (member == nullptr)
+        {
+            number |= own & (mask4Width(field.m_uiWidth) << field.m_uiShift);
             continue;
+        }
         ++matched;
         unsigned long long bits = 0;
         const bool isNumber = member->isUint64() && !member->isCodelist();
