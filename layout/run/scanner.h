@@ -125,11 +125,6 @@ public:
     {
         return {at(offset), static_cast<std::size_t>(length)};
     }
-    /// How many of the bytes that follow have been searched for a mark already.
-    std::size_t searchFrom() const
-    {
-        return m_ullSearched > m_ullPos ? static_cast<std::size_t>(m_ullSearched - m_ullPos) : 0;
-    }
     tElements elements() const;
 
 private:
