@@ -45,6 +45,8 @@ bool CLayout::compile(std::string_view text)
     }
     catch (const CLogicError&)
     {
+        if (loader.getLoadFault() != LF_tooDeep)
+            throw;
         mistake.m_strMessage = "The layout nests deeper than 1000 levels";
     }
     m_vMistakes.push_back(std::move(mistake));

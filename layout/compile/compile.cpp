@@ -26,8 +26,9 @@ bool compileParts(const CFields& document, tPlan& plan, std::vector<tLayoutMista
     checkWidths(compile);
     findHeads(compile);
     checkNumbers(compile);
+    // What was not looked at may have been reported as missing.
     if (compile.m_ullBudget == 0)
-        compile.m_tMistakes.add(0, 0, "The layout has too many parts that depend on each other");
+        mistakes.assign(1, {0, "", "The layout has too many parts that depend on each other"});
     compile.m_tMistakes.sort();
     return mistakes.empty();
 }

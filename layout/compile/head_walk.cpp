@@ -59,8 +59,7 @@ void CHeadWalk::addContent(const tContent& content)
         const bool firstLeaf = content.m_bFirstLeaf || !part.m_strBetween.empty();
         for (auto member = part.m_vMembers.rbegin(); member != part.m_vMembers.rend(); ++member)
             m_vContents.push_back({*member, firstLeaf});
-        if (part.m_vMembers.empty() || !m_tCompile.spend(static_cast<unsigned int>(part.m_vMembers.size())))
-            return;
+        m_tCompile.spend(static_cast<unsigned int>(part.m_vMembers.size()));
         return;
     }
     tRow row;
@@ -163,7 +162,8 @@ bool CHeadWalk::walkLeaf(tRow& row, unsigned int index)
             append(row.m_tHead, row.m_uiOffset + static_cast<unsigned int>(leaf.m_strLiteral.size()),
                    leaf.m_vMarks.front());
     }
-    const bool last = width == s_cullVaries || width > most || row.m_uiOffset > most || row.m_bFirstLeaf ||
+    // A width that varies is the largest number.
+    const bool last = std::max<unsigned long long>(width, row.m_uiOffset) > most || row.m_bFirstLeaf ||
                       leaf.m_eEnd == LE_before || leaf.m_eEnd == LE_enclosing;
     if (!last)
         row.m_uiOffset += static_cast<unsigned int>(width);

@@ -5,6 +5,7 @@
 #include "layout/compile/draft.h"
 #include "layout/compile/expression.h"
 #include "layout/compile/scalars.h"
+#include "layout/values/value_codec.h"
 
 namespace murv::detail
 {
@@ -164,6 +165,16 @@ void finishLeaf(tCompile& compile, unsigned int index)
     }
 }
 
+/// The length before each record is written as the root says for its numbers.
+void finishFrame(tCompile& compile)
+{
+    tItem& prefix = compile.m_tPlan.m_tFrame.m_tPrefix;
+    const tDraft& root = compile.draft(0);
+    prefix.m_bLittle = root.m_bLittle && prefix.m_eForm == IF_binary;
+    prefix.m_pPage = prefix.m_eForm == IF_digits ? root.m_pPage : nullptr;
+    prepareItem(prefix);
+}
+
 }  // namespace
 
 void makeItems(tCompile& compile)
@@ -201,6 +212,7 @@ void finishItems(tCompile& compile)
         if (compile.part(i).m_eKind == PK_leaf)
             finishLeaf(compile, i);
     }
+    finishFrame(compile);
 }
 
 }  // namespace murv::detail

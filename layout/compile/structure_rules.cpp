@@ -52,9 +52,6 @@ void compilePrefixed(tCompile& compile, unsigned int part, const tRule& rule)
         return;
     }
     makeBareItem(pei, frame.m_tPrefix);
-    const tDraft& root = compile.draft(0);
-    const bool little = findRule(root, "little") != nullptr;
-    frame.m_tPrefix.m_bLittle = little && pei.m_ePacketExp == PEC_B;
     frame.m_tPrefix.m_ePadding = pei.m_ePacketExp == PEC_B ? PAD_none : PAD_zerosFront;
 }
 

@@ -83,6 +83,17 @@ TEST(HostileLayout, manyOptionalPartsWithLiteralsAreRefusedSoon)
     EXPECT_EQ(firstMistake(text + " }"), "The layout has too many parts that depend on each other");
 }
 
+TEST(HostileLayout, manySizesThatOverlapAreRefusedSoonWithoutOtherMistakes)
+{
+    std::string text = "{ \"@\" = \"layout 1\"";
+    for (unsigned int i = 0; i < 20000; ++i)
+        text += ", \"n" + std::to_string(i) + "\" = (BNF1) 0, \"@n" + std::to_string(i) + "\" = \"size of a0..a" +
+                std::to_string(i) + "\"";
+    for (unsigned int i = 0; i < 20000; ++i)
+        text += ", \"a" + std::to_string(i) + "\" = (BNF1) 0";
+    EXPECT_EQ(firstMistake(text + " }"), "The layout has too many parts that depend on each other");
+}
+
 TEST(HostileLayout, manyAlternativesThatOneByteTellsApartCompile)
 {
     std::string text = "{ \"@\" = \"layout 1; one of\"";

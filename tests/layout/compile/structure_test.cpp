@@ -1,10 +1,12 @@
 // What rules of structure become: frames, conditions, links, ends and heads.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "layout/plan/plan.h"
 #include "layout/values/checksum.h"
+#include "layout/values/code_pages.h"
 #include "murv/layout.h"
 #include "murv/murv.h"
 
@@ -52,6 +54,8 @@ TEST(LayoutStructure, framesAreSaidByTheRoot)
     EXPECT_EQ(prefixed.plan().m_tFrame.m_tPrefix.m_uiLength, 4u);
     EXPECT_TRUE(prefixed.plan().m_tFrame.m_tPrefix.m_bLittle);
     EXPECT_EQ(prefixed.plan().m_tFrame.m_llPlus, 4);
+    const CCompiled inPage(members, "; prefixed ANF4; cp037");
+    EXPECT_EQ(inPage.plan().m_tFrame.m_tPrefix.m_pPage, findCodePage("cp037"));
 }
 
 TEST(LayoutStructure, conditionsLookAtValuesReadBefore)
