@@ -25,7 +25,7 @@ constexpr std::size_t s_cnPiece = 65536;
 struct CRecordReader::tState
 {
     tState(const CLayout& layout, const tRecordOptions& options)
-        : m_pPlan(layout.getPlan()), m_tOptions(options), m_tScanner(*m_pPlan), m_tTree(*m_pPlan)
+        : m_pPlan(layout.getPlan()), m_tOptions(options), m_tScanner(*m_pPlan, true), m_tTree(*m_pPlan)
     {
     }
 
@@ -158,7 +158,7 @@ E_RecordResult CRecordReader::tState::readValues(tSink& sink)
     std::size_t first = 0;
     while (trace[first].m_eTrace != TR_record)
         ++first;
-    m_vElements = m_tScanner.elements();
+    m_tScanner.getElements(m_vElements);
     m_tRecord.m_uiPart = trace[first].m_uiIndex;
     m_tRecord.m_ullNumber = m_tScanner.record();
     m_tRecord.m_ullOffset = trace[first].m_ullOffset;

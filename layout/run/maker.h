@@ -113,8 +113,6 @@ private:
     E_Scan takeBits(unsigned int part, const CFields& node, tScalar& value);
     E_Scan keep(unsigned int part, std::string_view bytes);
     E_Scan stop(E_PacketFault code, unsigned int part, const char* text = nullptr, std::uint64_t length = 0);
-    bool verify();
-    bool isSame(const tTraces& read);
     const CFields* find(unsigned int part);
     const tPart& part4(unsigned int part) const
     {
@@ -126,6 +124,10 @@ private:
         if (!m_tPlan.m_bSelfEvident)
             m_vTrace.push_back({trace, index, offset, length});
     }
+
+    // make_verify.cpp
+    bool verify();
+    bool isSame(const tTraces& read);
 
     // make_structure.cpp
     E_Scan onOpen(unsigned int part);

@@ -211,7 +211,7 @@ E_Scan CScanner::onTotal(unsigned int part)
         const tLink& link = m_tPlan.m_vLinks[i];
         if (link.m_eKind == LK_bits)
         {
-            if (const E_Scan result = checkBits(link))
+            if (const E_Scan result = checkBits(i))
                 return result;
             continue;
         }
@@ -235,17 +235,18 @@ void CScanner::compareTotal(const tLink& link, tTotal& total)
 }
 
 /// Every bit that is set must have its part.
-E_Scan CScanner::checkBits(const tLink& link)
+E_Scan CScanner::checkBits(unsigned int index)
 {
+    const tLink& link = m_tPlan.m_vLinks[index];
     tScalar bitmap;
     if (!m_tKept.get(link.m_tNumber, bitmap))
         return SC_next;
-    const tNumber& number = m_vNumbers[&link - m_tPlan.m_vLinks.data()];
+    const tNumber& number = m_vNumbers[index];
     std::vector<bool> known(bitmap.m_strvText.size() * 8);
     for (const unsigned int member : part4(link.m_uiTarget).m_vMembers)
     {
         const tPart& part = part4(member);
-        if (part.m_uiBitmap != s_cuiNone && &m_tPlan.m_vLinks[part.m_uiBitmap] == &link && part.m_uiBit < known.size())
+        if (part.m_uiBitmap == index && part.m_uiBit < known.size())
             known[part.m_uiBit] = true;
     }
     for (unsigned int bit = 0; bit < known.size(); ++bit)

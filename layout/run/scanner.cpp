@@ -16,8 +16,9 @@ constexpr std::uint64_t s_cullLongestItem = 0x7FFFFFFF;
 
 }  // namespace
 
-CScanner::CScanner(const tPlan& plan)
+CScanner::CScanner(const tPlan& plan, bool keepsPlaces)
     : m_tPlan(plan),
+      m_bKeepsPlaces(keepsPlaces),
       m_vMeasures(plan.m_vSpans.size()),
       m_vNumbers(plan.m_vLinks.size()),
       m_vTotals(plan.m_vLinks.size()),
@@ -296,9 +297,15 @@ E_Scan CScanner::more(unsigned int part, std::uint64_t missing)
 tElements CScanner::elements() const
 {
     tElements elements;
+    getElements(elements);
+    return elements;
+}
+
+void CScanner::getElements(tElements& elements) const
+{
+    elements.clear();
     for (const tLoop& loop : m_vLoops)
         elements.push_back(loop.m_ullCount - (loop.m_ullCount == 0 ? 0 : 1));
-    return elements;
 }
 
 tScanFault CScanner::makeFault(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,

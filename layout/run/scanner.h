@@ -46,7 +46,8 @@ struct tScanFault
 class CScanner
 {
 public:
-    explicit CScanner(const tPlan& plan);
+    /// \param keepsPlaces  skipFrame() will be asked for
+    explicit CScanner(const tPlan& plan, bool keepsPlaces = false);
 
     /// Begins a new input.
     void reset();
@@ -126,6 +127,8 @@ public:
         return {at(offset), static_cast<std::size_t>(length)};
     }
     tElements elements() const;
+    /// The same into a list that is kept for its memory.
+    void getElements(tElements& elements) const;
 
 private:
     static constexpr std::uint64_t s_cullUnknown = ~std::uint64_t{0};
@@ -156,7 +159,7 @@ private:
     {
         unsigned int m_uiStep = 0;
         std::vector<tLoop> m_vLoops;
-        std::vector<bool> m_vFirst;
+        std::vector<char> m_vFirst;
     };
     /// A number that was read, with its place.
     struct tNumber
@@ -240,7 +243,7 @@ private:
     E_Scan compareSize(const tLink& link, const tNumber& number, const tMeasure& measure);
     void compareCheck(const tLink& link, const tNumber& number, const tMeasure& measure);
     E_Scan compareCounts(unsigned int part, std::uint64_t count);
-    E_Scan checkBits(const tLink& link);
+    E_Scan checkBits(unsigned int index);
     void compareTotal(const tLink& link, tTotal& total);
     bool size4Number(const tLink& link, std::uint64_t& size) const;
     void count(unsigned int part, unsigned long long amount);
@@ -254,6 +257,7 @@ private:
     E_Scan openFrame(unsigned int part);
     E_Scan openLine(unsigned int part, std::string_view mark);
     E_Scan openPrefixed(unsigned int part);
+    void keepPlace(tPlace& place, unsigned int step) const;
     void setPlace(const tPlace& place, std::uint64_t offset);
     bool worksFrom(const tPlace& place, std::uint64_t offset) const;
     tPlace afterRecord() const;
@@ -264,6 +268,7 @@ private:
     }
 
     const tPlan& m_tPlan;
+    bool m_bKeepsPlaces;
     const char* m_pData = nullptr;
     std::uint64_t m_ullBase = 0;
     std::uint64_t m_ullShown = 0;  // end of the window
@@ -276,7 +281,7 @@ private:
 
     std::vector<tLimit> m_vLimits;  // the ends of the enclosing parts; the first is that of the input
     std::vector<tLoop> m_vLoops;    // the arrays around the place
-    std::vector<bool> m_vFirst;     // of the field sets with marks around it: whether no part was read yet
+    std::vector<char> m_vFirst;     // of the field sets with marks around it: whether no part was read yet
     std::vector<tMeasure> m_vMeasures;
     std::vector<tNumber> m_vNumbers;
     std::vector<tTotal> m_vTotals;
@@ -289,6 +294,7 @@ private:
     std::uint64_t m_ullRecordEnd = 0;
     bool m_bInRecord = false;
     bool m_bFrameOpen = false;
+    bool m_bFrameKnown = false;  // its end is known, but it is not as it should be
     std::uint64_t m_ullFrameBegin = 0;
     std::uint64_t m_ullFrameEnd = 0;
     std::uint64_t m_ullFrameAfter = 0;

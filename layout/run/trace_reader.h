@@ -41,7 +41,8 @@ public:
     bool readRecord(const tTraces& traces, std::size_t from, const tElements& elements, std::uint64_t number,
                     std::vector<tScanFault>& findings)
     {
-        m_vElements = elements;
+        m_pAround = &elements;
+        m_vElements.clear();
         m_ullRecord = number - 1;
         m_bInRecord = false;
         for (std::size_t i = from; i < traces.size(); ++i)
@@ -131,6 +132,8 @@ private:
                     m_bInRecord ? m_ullRecordStart : trace.m_ullOffset,
                     nullptr,
                     m_vElements};
+        if (m_pAround != nullptr)
+            m_tFault.m_vElements.insert(m_tFault.m_vElements.begin(), m_pAround->begin(), m_pAround->end());
         if (isFinding(code))
             findings.push_back(m_tFault);
         return isFinding(code);
@@ -141,6 +144,7 @@ private:
     unsigned int m_uiOptions;
     tSink& m_tSink;
     std::string m_strScratch;
+    const tElements* m_pAround = nullptr;  // of the arrays around the record that is read alone
     tElements m_vElements;
     std::uint64_t m_ullRecord = 0;
     std::uint64_t m_ullRecordStart = 0;

@@ -88,7 +88,7 @@ TEST(TLE, wrongCheckDigitsAreFound)
         found.push_back(finding.m_strPath);
     }
     EXPECT_EQ(found, wrongDigits());
-    EXPECT_EQ(found.size(), 3u);
+    EXPECT_EQ(found.size(), 5u);
 }
 
 TEST(TLE, filesComeBackButForWrongCheckDigits)
