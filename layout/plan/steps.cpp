@@ -368,13 +368,13 @@ void makeHeadTable(tPlan& plan, unsigned int array)
 /// what is made cannot be read in another way.
 bool isSelfEvident(const tPlan& plan)
 {
-    const auto isComputed = [&plan](const tTest& test) { return plan.m_vParts[test.m_tValue.m_uiPart].m_bComputed; };
+    const auto isOpen = [&plan](const tTest& test) { return isComputed(plan, test.m_tValue); };
     return (plan.m_tFrame.m_eKind == FR_none || plan.m_tFrame.m_eKind == FR_prefixed) &&
            std::all_of(plan.m_vParts.begin(), plan.m_vParts.end(), [&](const tPart& part) {
                return !part.m_bOptional && part.m_strBetween.empty() && part.m_eChoice != CH_heads &&
                       (part.m_eEnd == LE_fixed || part.m_eEnd == LE_prefix) && part.m_uiBitmap == s_cuiNone &&
                       (part.m_eKind != PK_array || part.m_eArrayEnd == AE_count) &&
-                      std::none_of(part.m_vIf.begin(), part.m_vIf.end(), isComputed);
+                      std::none_of(part.m_vIf.begin(), part.m_vIf.end(), isOpen);
            });
 }
 
@@ -383,8 +383,12 @@ bool isSelfEvident(const tPlan& plan)
 void makeSteps(tPlan& plan)
 {
     prepareLinks(plan);
-    for (tPart& part : plan.m_vParts)
+    for (std::size_t i = 0; i < plan.m_vParts.size(); ++i)
     {
+        tPart& part = plan.m_vParts[i];
+        part.m_bOpen = !plan.m_vLinks4Number[i].empty();
+        part.m_bShown = !part.m_bLiteral || !part.m_strName.empty() || part.m_uiID != 0 ||
+                        part.m_uiParent == s_cuiNone || plan.m_vParts[part.m_uiParent].m_eKind == PK_array;
         if (part.m_eKind == PK_set)
             sortMembers(plan, part);
     }

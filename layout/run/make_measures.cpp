@@ -38,6 +38,7 @@ E_Scan CMaker::makeHole(unsigned int part)
     hole.m_uiPart = part;
     hole.m_ullRecord = m_ullRecord;
     hole.m_vElements = elements();
+    const bool isOwn = !leaf.m_bComputed && (m_tPlan.m_vChooses[part] || !leaf.m_tItem.m_vBits.empty());
     if (const CFields* const node = find(part); node != nullptr && !leaf.m_tItem.m_vBits.empty())
     {
         if (const E_Scan result = takeScalar(part, *node, hole.m_tValue))
@@ -45,7 +46,7 @@ E_Scan CMaker::makeHole(unsigned int part)
     }
     else
     {
-        hole.m_tValue = m_tPlan.m_vChooses[part] && !leaf.m_bComputed ? defaultOf(leaf) : makeScalar(false, 0);
+        hole.m_tValue = isOwn ? defaultOf(leaf) : makeScalar(false, 0);
         hole.m_strText = hole.m_tValue.m_strvText;
     }
     for (const unsigned int link : m_tPlan.m_vLinks4Number[part])
@@ -54,7 +55,6 @@ E_Scan CMaker::makeHole(unsigned int part)
             hole.m_strText.assign(
                 leaf.m_tItem.m_eForm == IF_hexText ? leaf.m_tItem.m_uiLength / 2 : leaf.m_tItem.m_uiLength, '\0');
     }
-    const bool isOwn = m_tPlan.m_vChooses[part] && !leaf.m_bComputed;
     tScalar first = hole.m_tValue;
     std::string text = hole.m_strText;
     if (index < m_vGuesses.size())

@@ -130,7 +130,8 @@ E_Scan CMaker::onElement(const tStep& step)
     const tPart& array = part4(step.m_uiA);
     const tCursor& cursor = m_vCursors.back();
     const bool isLast = cursor.m_ullCount == cursor.m_pNode->getChildCount();
-    if (array.m_eArrayEnd == AE_until && m_tKept.holds(array.m_tUntil) != isLast)
+    // What is filled in later cannot be judged yet; reading the packet again will do it.
+    if (array.m_eArrayEnd == AE_until && !isMeant(array.m_tUntil) && m_tKept.holds(array.m_tUntil) != isLast)
         return stop(PF_count, step.m_uiA,
                     isLast ? "The last element is not the one that ends the array"
                            : "An element before the last one ends the array");
@@ -159,7 +160,7 @@ E_Scan CMaker::onArrayEnd(unsigned int part)
 /// Whether a condition can be judged while making: not when its value is filled in only later.
 bool CMaker::isMeant(const tTest& test) const
 {
-    return part4(test.m_tValue.m_uiPart).m_bComputed;
+    return isComputed(m_tPlan, test.m_tValue);
 }
 
 /// Whether the data has one of the parts whose bits are in a bitmap.

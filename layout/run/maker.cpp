@@ -234,10 +234,10 @@ E_Scan CMaker::onRun(unsigned int index)
 E_Scan CMaker::makeLeaf(unsigned int part)
 {
     const tPart& leaf = part4(part);
-    const CFields* const node = leaf.m_strName.empty() && leaf.m_uiID == 0 && leaf.m_bLiteral ? nullptr : find(part);
+    const CFields* const node = leaf.m_bShown ? find(part) : nullptr;
     if (leaf.m_bLiteral)
         return makeLiteral(part, node);
-    if ((leaf.m_bComputed && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
+    if ((leaf.m_bOpen && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
         return makeHole(part);
     if (m_tPlan.m_vChooses[part])
         m_vHole4Part[part] = s_cuiNone;
