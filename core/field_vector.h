@@ -11,6 +11,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "core/field_access.h"
 #include "core/memory/block_pool.h"
@@ -74,10 +75,11 @@ public:
             return empty();
         CFieldVector* const own = make(m_uiCount, pool);
         // Nodes are relocated as bytes, one by one: mostly they are few.
-        for (std::uint32_t i = 0; i < m_uiCount; ++i)
-            std::memcpy(static_cast<void*>(own->first() + i), static_cast<const void*>(first() + i), sizeof(CFields));
-        own->m_uiCount = m_uiCount;
-        m_uiCount = 0;
+        const CFields* const end = first() + m_uiCount;
+        CFields* to = own->first();
+        for (const CFields* from = first(); from != end; ++from, ++to)
+            std::memcpy(static_cast<void*>(to), static_cast<const void*>(from), sizeof(CFields));
+        own->m_uiCount = std::exchange(m_uiCount, 0);
         return own;
     }
     /// Releases the members, but not the block.
