@@ -91,8 +91,11 @@ public:
         return m_uiCount;
     }
     CFields& at(std::uint32_t index) const noexcept;
-    /// The run of members that begins at `index`, which must exist.
-    tRun run(std::uint32_t index) const noexcept;
+    /// The run of members that begins at `index`, which must exist. Inline, as walks ask for it once per container.
+    tRun run(std::uint32_t index) const noexcept
+    {
+        return isSmall() ? tRun{first() + index, first() + m_uiCount} : runInLarge(index);
+    }
     CFields& last() const noexcept
     {
         return at(m_uiCount - 1);
@@ -123,7 +126,11 @@ public:
     static void enterLast(CFieldVector*& self) noexcept;
     /// Builds the name index that enterLast would have built. `self` may be replaced.
     /// \param ready  an index that holds all members already; null when there is none
-    static void indexNames(CFieldVector*& self, std::unique_ptr<detail::CNameIndex> ready = nullptr) noexcept;
+    static void indexNames(CFieldVector*& self, std::unique_ptr<detail::CNameIndex> ready = nullptr) noexcept
+    {
+        if (self->m_uiCount >= s_cuiIndexFrom)
+            indexManyNames(self, std::move(ready));
+    }
 
     /// Removes the members from `first` to before `last`. `self` may be replaced.
     static void erase(CFieldVector*& self, std::uint32_t first, std::uint32_t last) noexcept;
@@ -176,11 +183,13 @@ private:
     }
     tLarge& large() const noexcept;
     std::uint32_t position(const CFields& member) const noexcept;
+    tRun runInLarge(std::uint32_t index) const noexcept;
     std::uint32_t findInLarge(const char* name, unsigned int length) const noexcept;
     static CFields& appendBeyond(CFieldVector*& self);
     static tLarge* grow(CFieldVector* self);
     class CReleaser;
     static void freeBlocks(CFieldVector* self, CReleaser& releaser) noexcept;
+    static void indexManyNames(CFieldVector*& self, std::unique_ptr<detail::CNameIndex> ready) noexcept;
     std::unique_ptr<detail::CNameIndex> makeIndex() const noexcept;
     void adoptIndex(std::unique_ptr<detail::CNameIndex> index) noexcept;
     void dropIndex() noexcept;
