@@ -123,6 +123,8 @@ struct tPart
     tItem m_tItem;
     bool m_bLiteral = false;
     bool m_bComputed = false;  // making fills it in
+    bool m_bOpen = false;      // making fills it in, or some of its bits; set by makeSteps()
+    bool m_bShown = true;      // in trees: not a literal without name and ID in a field set; set by makeSteps()
     bool m_bRequired = false;  // the data must have it
     std::string m_strLiteral;  // the bytes of a literal, prefix included
     std::string m_strDefault;  // the layout's own value when it is a byte string; see defaultOf()

@@ -4,6 +4,7 @@
 // names. Reading and making run the same steps. A plan never changes, so threads share it.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -120,18 +121,17 @@ struct tPlan
     bool m_bSelfEvident = false;                              // what is made cannot be read in another way
 };
 
-/// Whether making fills in a number, or the part of its bits.
-inline bool isComputed(const tPlan& plan, const tValueOf& value)
-{
-    for (const unsigned int link : plan.m_vLinks4Number[value.m_uiPart])
-    {
-        if (plan.m_vLinks[link].m_tNumber.m_uiBits == value.m_uiBits)
-            return true;
-    }
-    return false;
-}
-
 /// Makes the steps of a plan whose parts, links, spans and frame are complete.
 void makeSteps(tPlan& plan);
+
+/// Whether making fills in the value, or the part of its bits.
+inline bool isComputed(const tPlan& plan, const tValueOf& value)
+{
+    const std::vector<unsigned int>& links = plan.m_vLinks4Number[value.m_uiPart];
+    return std::any_of(links.begin(), links.end(), [&](unsigned int link) {
+        const unsigned int bits = plan.m_vLinks[link].m_tNumber.m_uiBits;
+        return bits == s_cuiNone || value.m_uiBits == s_cuiNone || bits == value.m_uiBits;
+    });
+}
 
 }  // namespace murv::detail

@@ -383,8 +383,12 @@ bool isSelfEvident(const tPlan& plan)
 void makeSteps(tPlan& plan)
 {
     prepareLinks(plan);
-    for (tPart& part : plan.m_vParts)
+    for (std::size_t i = 0; i < plan.m_vParts.size(); ++i)
     {
+        tPart& part = plan.m_vParts[i];
+        part.m_bOpen = !plan.m_vLinks4Number[i].empty();
+        part.m_bShown = !part.m_bLiteral || !part.m_strName.empty() || part.m_uiID != 0 ||
+                        part.m_uiParent == s_cuiNone || plan.m_vParts[part.m_uiParent].m_eKind == PK_array;
         if (part.m_eKind == PK_set)
             sortMembers(plan, part);
     }

@@ -38,16 +38,15 @@ E_Scan CMaker::makeHole(unsigned int part)
     hole.m_uiPart = part;
     hole.m_ullRecord = m_ullRecord;
     hole.m_vElements = elements();
-    if (!leaf.m_tItem.m_vBits.empty())  // the number is a part of them; the others are those of the data
+    const bool isOwn = !leaf.m_bComputed && (m_tPlan.m_vChooses[part] || !leaf.m_tItem.m_vBits.empty());
+    if (const CFields* const node = find(part); node != nullptr && !leaf.m_tItem.m_vBits.empty())
     {
-        const CFields* const node = find(part);
-        hole.m_tValue = defaultOf(leaf);
-        if (const E_Scan result = node != nullptr ? takeScalar(part, *node, hole.m_tValue) : SC_next)
+        if (const E_Scan result = takeScalar(part, *node, hole.m_tValue))
             return result;
     }
     else
     {
-        hole.m_tValue = m_tPlan.m_vChooses[part] && !leaf.m_bComputed ? defaultOf(leaf) : makeScalar(false, 0);
+        hole.m_tValue = isOwn ? defaultOf(leaf) : makeScalar(false, 0);
         hole.m_strText = hole.m_tValue.m_strvText;
     }
     for (const unsigned int link : m_tPlan.m_vLinks4Number[part])
@@ -56,7 +55,6 @@ E_Scan CMaker::makeHole(unsigned int part)
             hole.m_strText.assign(
                 leaf.m_tItem.m_eForm == IF_hexText ? leaf.m_tItem.m_uiLength / 2 : leaf.m_tItem.m_uiLength, '\0');
     }
-    const bool isOwn = m_tPlan.m_vChooses[part] && !leaf.m_bComputed;
     tScalar first = hole.m_tValue;
     std::string text = hole.m_strText;
     if (index < m_vGuesses.size())

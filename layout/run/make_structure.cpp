@@ -130,7 +130,8 @@ E_Scan CMaker::onElement(const tStep& step)
     const tPart& array = part4(step.m_uiA);
     const tCursor& cursor = m_vCursors.back();
     const bool isLast = cursor.m_ullCount == cursor.m_pNode->getChildCount();
-    if (array.m_eArrayEnd == AE_until && m_tKept.holds(array.m_tUntil) != isLast)
+    // What is filled in later cannot be judged yet; reading the packet again will do it.
+    if (array.m_eArrayEnd == AE_until && !isMeant(array.m_tUntil) && m_tKept.holds(array.m_tUntil) != isLast)
         return stop(PF_count, step.m_uiA,
                     isLast ? "The last element is not the one that ends the array"
                            : "An element before the last one ends the array");

@@ -234,11 +234,10 @@ E_Scan CMaker::onRun(unsigned int index)
 E_Scan CMaker::makeLeaf(unsigned int part)
 {
     const tPart& leaf = part4(part);
-    const CFields* const node = leaf.m_strName.empty() && leaf.m_uiID == 0 && leaf.m_bLiteral ? nullptr : find(part);
+    const CFields* const node = leaf.m_bShown ? find(part) : nullptr;
     if (leaf.m_bLiteral)
         return makeLiteral(part, node);
-    const bool isNumber = !m_tPlan.m_vLinks4Number[part].empty();  // or a part of its bits is
-    if ((isNumber && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
+    if ((leaf.m_bOpen && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
         return makeHole(part);
     if (m_tPlan.m_vChooses[part])
         m_vHole4Part[part] = s_cuiNone;
@@ -277,7 +276,7 @@ E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
         if (const E_Scan result = takeScalar(part, *node, value))
             return result;
     }
-    else if (leaf.m_bRequired || !m_tPlan.m_vLinks4Number[part].empty())
+    else if (leaf.m_bRequired || leaf.m_bOpen)
         return stop(PF_missing, part);
     else
         return putValue(part, defaultOf(leaf), true);

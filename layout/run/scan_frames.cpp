@@ -13,6 +13,7 @@ namespace murv::detail
 E_Scan CScanner::openFrame(unsigned int part)
 {
     const tFrame& frame = m_tPlan.m_tFrame;
+    m_bFrameKnown = false;
     if (m_bFrameOpen)
         return SC_next;
     if (m_ullPos == m_ullEdge)
@@ -52,7 +53,8 @@ E_Scan CScanner::openLine(unsigned int part, std::string_view mark)
         if (isEnded && m_ucLineEnd != lineEnd)
             find(PF_lineEnd, part, m_ullPos + length, lineEnd);
     }
-    if (frame.m_uiLength != 0 && length != frame.m_uiLength)
+    m_bFrameKnown = frame.m_uiLength != 0 && length != frame.m_uiLength;
+    if (m_bFrameKnown)
         return stop(PF_frame, part, m_ullPos, length,
                     length < frame.m_uiLength ? "The line is shorter than the records are"
                                               : "The line is longer than the records are");
@@ -158,7 +160,7 @@ void CScanner::setPlace(const tPlace& place, std::uint64_t offset)
     m_vFirst = place.m_vFirst;
     m_vLimits.resize(1);
     m_ullPos = m_ullSearched = offset;
-    m_bInRecord = m_bFrameOpen = false;
+    m_bInRecord = m_bFrameOpen = m_bFrameKnown = false;
     setEdge();
 }
 
@@ -181,8 +183,13 @@ void CScanner::distrustTotals()
 
 bool CScanner::skipFrame()
 {
-    if (!m_bFrameOpen || !m_bKeepsPlaces)
+    if (!(m_bFrameOpen || m_bFrameKnown) || !m_bKeepsPlaces)
         return false;
+    if (m_bFrameKnown && m_tPlan.m_vSteps[m_uiStep].m_eStep == ST_record)
+    {
+        keepPlace(m_tRecordPlace, m_uiStep);
+        m_tLastGood = afterRecord();
+    }
     distrustTotals();
     m_vTrace.clear();
     const std::uint64_t after = m_ullFrameAfter;

@@ -295,6 +295,7 @@ private:
     std::uint64_t m_ullRecordEnd = 0;
     bool m_bInRecord = false;
     bool m_bFrameOpen = false;
+    bool m_bFrameKnown = false;  // its end is known, but it is not as it should be
     std::uint64_t m_ullFrameBegin = 0;
     std::uint64_t m_ullFrameEnd = 0;
     std::uint64_t m_ullFrameAfter = 0;

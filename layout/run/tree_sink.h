@@ -61,9 +61,8 @@ public:
     void leaf(unsigned int part, const tScalar& value, const tTrace&)
     {
         const tPart& leaf = m_tPlan.m_vParts[part];
-        if (leaf.m_strName.empty() && leaf.m_uiID == 0 && leaf.m_bLiteral)
-            return;
-        setLeaf(leaf, value);
+        if (leaf.m_bShown)
+            setLeaf(leaf, value);
     }
 
 private:

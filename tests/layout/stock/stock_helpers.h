@@ -177,7 +177,10 @@ inline std::vector<std::map<std::string, std::string>> flatJSON(const std::strin
     for (const std::string& line : linesOf(text))
     {
         if (line.find('{') != std::string::npos)
+        {
             objects.emplace_back();
+            continue;
+        }
         const std::size_t colon = line.find("\": ");
         if (colon == std::string::npos || objects.empty())
             continue;
