@@ -63,6 +63,46 @@ void listLinks(tPlan& plan)
     }
 }
 
+/// Whether the part, or one around it up to the record, is there only sometimes.
+bool mayBeAbsent(const tPlan& plan, unsigned int part)
+{
+    for (; part != s_cuiNone && !plan.m_vParts[part].m_bRecord; part = plan.m_vParts[part].m_uiParent)
+    {
+        const tPart& at = plan.m_vParts[part];
+        const tPart& around = plan.m_vParts[at.m_uiParent];
+        if (at.m_bOptional || !at.m_vIf.empty() || at.m_uiBitmap != s_cuiNone || around.m_eChoice != CH_none ||
+            !around.m_strBetween.empty())
+            return true;
+    }
+    return false;
+}
+
+unsigned int recordAround(const tPlan& plan, unsigned int part)
+{
+    while (part != s_cuiNone && !plan.m_vParts[part].m_bRecord)
+        part = plan.m_vParts[part].m_uiParent;
+    return part;
+}
+
+/// Sizes and counts that are read before a part which may not come.
+void listLacking(tPlan& plan)
+{
+    plan.m_vMayLack.assign(plan.m_vLinks.size(), false);
+    plan.m_vLinks4Record.resize(plan.m_vParts.size());
+    for (unsigned int i = 0; i < plan.m_vLinks.size(); ++i)
+    {
+        const tLink& link = plan.m_vLinks[i];
+        const bool isNumber = link.m_eKind == LK_size ? link.m_bNumberFirst : link.m_eKind == LK_count;
+        const unsigned int target =
+            link.m_eKind == LK_size && isNumber ? plan.m_vSpans[link.m_uiSpan].m_uiLast : link.m_uiTarget;
+        const unsigned int record = isNumber ? recordAround(plan, link.m_tNumber.m_uiPart) : s_cuiNone;
+        if (record == s_cuiNone || record != recordAround(plan, target) || !mayBeAbsent(plan, target))
+            continue;
+        plan.m_vMayLack[i] = true;
+        plan.m_vLinks4Record[record].push_back(i);
+    }
+}
+
 /// A total that counts numbers of other totals has a higher order than these. Circles were refused before, so a total
 /// is put in order after all that it counts.
 void orderLinks(tPlan& plan)
@@ -102,6 +142,7 @@ void prepareLinks(tPlan& plan)
 {
     assignRegisters(plan);
     listLinks(plan);
+    listLacking(plan);
     orderLinks(plan);
 }
 

@@ -114,11 +114,13 @@ struct tPlan
     std::vector<std::vector<unsigned int>> m_vLinks4Counted;  // by part: totals that count it
     std::vector<std::vector<unsigned int>> m_vLinks4Base;     // by part: totals that end with it
     std::vector<std::vector<unsigned int>> m_vLinks4Span;     // by span: links that measure it
-    std::vector<unsigned int> m_vOrder4Link;                  // by link: totals of lower order come first
-    std::vector<tPlaceInRun> m_vPlace4Part;                   // by part: where a leaf of fixed width lies
-    std::vector<tHeadTable> m_vHeadTables;                    // by array; without bytes where one byte does not tell
-    std::vector<bool> m_vChooses;                             // by part: an alternative is chosen by its value
-    bool m_bSelfEvident = false;                              // what is made cannot be read in another way
+    std::vector<bool> m_vMayLack;  // by link: it rules a part of its record that may be absent
+    std::vector<std::vector<unsigned int>> m_vLinks4Record;  // by part: these links of the record
+    std::vector<unsigned int> m_vOrder4Link;                 // by link: totals of lower order come first
+    std::vector<tPlaceInRun> m_vPlace4Part;                  // by part: where a leaf of fixed width lies
+    std::vector<tHeadTable> m_vHeadTables;                   // by array; without bytes where one byte does not tell
+    std::vector<bool> m_vChooses;                            // by part: an alternative is chosen by its value
+    bool m_bSelfEvident = false;                             // what is made cannot be read in another way
 };
 
 /// Makes the steps of a plan whose parts, links, spans and frame are complete.

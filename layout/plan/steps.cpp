@@ -66,6 +66,8 @@ private:
     bool isBetween(unsigned int part) const;
     bool isCut(unsigned int part) const;
     bool mayBeAbsent(const tPart& part) const;
+    bool isMeasuredAlways(unsigned int part) const;
+    void endAbsent(const tOpen& open);
 
     tPlan& m_tPlan;
     std::vector<std::vector<unsigned int>> m_vSpansFrom;  // by part
@@ -105,6 +107,13 @@ bool CStepMaker::isCut(unsigned int part) const
 bool CStepMaker::mayBeAbsent(const tPart& part) const
 {
     return part.m_bOptional || !part.m_vIf.empty() || part.m_uiBitmap != s_cuiNone;
+}
+
+/// Whether rows of parts that begin or end with this one begin and end also when it is not there.
+bool CStepMaker::isMeasuredAlways(unsigned int part) const
+{
+    const tPart& measured = m_tPlan.m_vParts[part];
+    return mayBeAbsent(measured) && measured.m_bInRecord && !measured.m_bRecord && !isBetween(part);
 }
 
 /// Whether a leaf is nothing but its fixed number of bytes.
@@ -221,6 +230,8 @@ void CStepMaker::beginMember(tOpen& open)
     const tPart& part = m_tPlan.m_vParts[open.m_uiPart];
     if (!m_vOpen.empty() && m_vOpen.back().m_uiChoice != s_cuiNone)
         m_tPlan.m_vChoices[m_vOpen.back().m_uiChoice].m_vSteps[part.m_uiIndex] = here();
+    if (isMeasuredAlways(open.m_uiPart))
+        beginSpans(open.m_uiPart);
     if (mayBeAbsent(part))
         open.m_uiWhen = add(ST_when, open.m_uiPart);
     if (!isBetween(open.m_uiPart))
@@ -244,7 +255,8 @@ void CStepMaker::enter(unsigned int part)
     beginMember(open);
     if (entered.m_bRecord)
         add(ST_record, part);
-    beginSpans(part);
+    if (!isMeasuredAlways(part))
+        beginSpans(part);
     switch (entered.m_eKind)
     {
     case PK_leaf: enterLeaf(part); break;
@@ -285,7 +297,21 @@ void CStepMaker::leave()
     if (!m_vOpen.empty() && m_vOpen.back().m_uiChoice != s_cuiNone)
         m_vOpen.back().m_vToEnd.push_back(add(ST_jump, open.m_uiPart));
     if (open.m_uiWhen != s_cuiNone)
+        endAbsent(open);
+}
+
+/// Where reading goes on when the part is not there.
+void CStepMaker::endAbsent(const tOpen& open)
+{
+    if (!isMeasuredAlways(open.m_uiPart) || m_vSpansTo[open.m_uiPart].empty())
+    {
         m_tPlan.m_vSteps[open.m_uiWhen].m_uiB = here();
+        return;
+    }
+    const unsigned int jump = add(ST_jump, open.m_uiPart);
+    m_tPlan.m_vSteps[open.m_uiWhen].m_uiB = here();
+    endSpans(open.m_uiPart);
+    m_tPlan.m_vSteps[jump].m_uiB = here();
 }
 
 void CStepMaker::make()

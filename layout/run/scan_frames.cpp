@@ -118,6 +118,11 @@ E_Scan CScanner::onRecord(unsigned int part)
 
 E_Scan CScanner::onRecordEnd(unsigned int part)
 {
+    for (const unsigned int link : m_tPlan.m_vLinks4Record[part])
+    {
+        if (const E_Scan result = compareAbsent(link))
+            return result;
+    }
     m_ullRecordEnd = m_ullPos;
     if (m_bFrameOpen)
     {

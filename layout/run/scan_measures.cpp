@@ -116,8 +116,22 @@ E_Scan CScanner::onSpanEnd(unsigned int index)
             compareCheck(link, m_vNumbers[i], measure);
         else if (const E_Scan result = compareSize(link, m_vNumbers[i], measure))
             return result;
+        else
+            m_vNumbers[i].m_bPresent = false;
     }
     return SC_next;
+}
+
+/// A number that was read, and compared with nothing, is about a part that was not there.
+E_Scan CScanner::compareAbsent(unsigned int index)
+{
+    const tLink& link = m_tPlan.m_vLinks[index];
+    const tNumber number = m_vNumbers[index];
+    m_vNumbers[index].m_bPresent = false;
+    if (!number.m_bPresent || number.m_ullValue == static_cast<unsigned long long>(std::max(link.m_llPlus, 0LL)))
+        return SC_next;
+    return stop(link.m_eKind == LK_size ? PF_size : PF_count, link.m_tNumber.m_uiPart, number.m_ullOffset,
+                number.m_ullLength, "The number is about a part that is not there");
 }
 
 E_Scan CScanner::compareSize(const tLink& link, const tNumber& number, const tMeasure& measure)
@@ -184,9 +198,10 @@ E_Scan CScanner::compareCounts(unsigned int part, std::uint64_t count)
     for (const unsigned int i : m_tPlan.m_vLinks4Counted[part])
     {
         const tLink& link = m_tPlan.m_vLinks[i];
-        const tNumber& number = m_vNumbers[i];
+        tNumber& number = m_vNumbers[i];
         if (link.m_eKind != LK_count || !number.m_bPresent)
             continue;
+        number.m_bPresent = false;
         if (number.m_ullValue != count + static_cast<unsigned long long>(link.m_llPlus))
             return stop(PF_count, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength,
                         "The count does not agree with the elements");

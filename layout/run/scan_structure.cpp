@@ -205,7 +205,12 @@ E_Scan CScanner::onReset(unsigned int index)
     for (const unsigned int span : reset.m_vSpans)
         m_vMeasures[span] = tMeasure();
     for (const unsigned int link : reset.m_vLinks)
+    {
+        const E_Scan result = m_tPlan.m_vMayLack[link] ? compareAbsent(link) : SC_next;
+        if (result != SC_next)
+            return result;
         m_vNumbers[link] = tNumber();
+    }
     return SC_next;
 }
 

@@ -241,6 +241,7 @@ private:
     E_Scan onTotal(unsigned int part);
     E_Scan onAlign(unsigned int part);
     E_Scan limitTo(unsigned int span, std::uint64_t size, bool inside);
+    E_Scan compareAbsent(unsigned int index);
     E_Scan compareSize(const tLink& link, const tNumber& number, const tMeasure& measure);
     void compareCheck(const tLink& link, const tNumber& number, const tMeasure& measure);
     E_Scan compareCounts(unsigned int part, std::uint64_t count);
