@@ -123,6 +123,12 @@ struct tPlan
     bool m_bSelfEvident = false;                             // what is made cannot be read in another way
 };
 
+/// Whether the part stands between marks.
+inline bool isBetweenMarks(const tPlan& plan, const tPart& part)
+{
+    return part.m_uiParent != s_cuiNone && !plan.m_vParts[part.m_uiParent].m_strBetween.empty();
+}
+
 /// Makes the steps of a plan whose parts, links, spans and frame are complete.
 void makeSteps(tPlan& plan);
 

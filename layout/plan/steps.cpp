@@ -92,8 +92,7 @@ unsigned int CStepMaker::add(E_Step step, unsigned int a, unsigned int b)
 
 bool CStepMaker::isBetween(unsigned int part) const
 {
-    const unsigned int parent = m_tPlan.m_vParts[part].m_uiParent;
-    return parent != s_cuiNone && !m_tPlan.m_vParts[parent].m_strBetween.empty();
+    return isBetweenMarks(m_tPlan, m_tPlan.m_vParts[part]);
 }
 
 /// An array with the mark of the field set around it takes all the parts that are left, so nothing ends it.

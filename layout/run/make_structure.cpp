@@ -21,8 +21,8 @@ E_Scan CMaker::onOpen(unsigned int part)
     if (!set.m_strBetween.empty())
     {
         m_vMarks.push_back(&set.m_strBetween);
-        // No bytes at all are the first part without any.
-        cursor.m_uiLast = 1;
+        // No bytes at all are a part between marks without members, and otherwise the first part without any.
+        cursor.m_uiLast = isBetweenMarks(m_tPlan, set) ? 0 : 1;
         for (unsigned int i = 0; i < set.m_vMembers.size(); ++i)
         {
             if (part4(set.m_vMembers[i]).m_bRequired)

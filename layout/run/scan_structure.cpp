@@ -313,14 +313,16 @@ E_Scan CScanner::onChoose(unsigned int index)
 E_Scan CScanner::onJoint(const tStep& step)
 {
     const tPart& set = part4(part4(step.m_uiA).m_uiParent);
+    const bool isFirst = m_vFirst.back();
     bool atEnd = false;
-    if (m_vFirst.back())
-    {
-        m_vFirst.back() = false;
+    m_vFirst.back() = false;
+    if (isFirst && !isBetweenMarks(m_tPlan, set))
         return SC_next;
-    }
     if (const E_Scan result = isAtEnd(step.m_uiA, atEnd))
+    {
+        m_vFirst.back() = isFirst;
         return result;
+    }
     if (atEnd)
     {
         for (unsigned int i = part4(step.m_uiA).m_uiIndex; i < set.m_vMembers.size(); ++i)
@@ -331,6 +333,8 @@ E_Scan CScanner::onJoint(const tStep& step)
         m_uiStep = step.m_uiB;
         return SC_again;
     }
+    if (isFirst)
+        return SC_next;
     const std::string& mark = set.m_strBetween;
     if (!has(mark.size()))
         return lack(step.m_uiA, mark.size());
