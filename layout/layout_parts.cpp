@@ -32,6 +32,17 @@ tLayoutPart CLayout::getPart(unsigned int number) const
     seen.m_bLiteral = part.m_bLiteral;
     seen.m_bComputed = part.m_bComputed;
     seen.m_bMasked = part.m_tItem.m_bMask;
+    seen.m_uiShown = part.m_tItem.m_ucShown;
+    return seen;
+}
+
+std::vector<tLayoutBits> CLayout::getBits(unsigned int number) const
+{
+    if (number >= getPartCount())
+        throwAt("murv::CLayout::getBits", "The layout has no such part");
+    std::vector<tLayoutBits> seen;
+    for (const tBitField& bits : m_pPlan->m_vParts[number].m_tItem.m_vBits)
+        seen.push_back({bits.m_strName, bits.m_uiWidth, bits.m_uiShift});
     return seen;
 }
 

@@ -54,6 +54,15 @@ struct tLayoutPart
     bool m_bLiteral;                    ///< its bytes are always the same
     bool m_bComputed;                   ///< making fills it in
     bool m_bMasked;                     ///< people see stars
+    unsigned int m_uiShown;             ///< bytes at the end of a masked value that people see nevertheless
+};
+
+/// One of the small numbers that share a number by the rule `bits`.
+struct tLayoutBits
+{
+    std::string_view m_strvName;
+    unsigned int m_uiWidth;  ///< in bits
+    unsigned int m_uiShift;  ///< of its lowest bit
 };
 
 /// A compiled layout. Copies share what was compiled, which never changes; threads may, too.
@@ -96,6 +105,9 @@ public:
     tLayoutPart getPart(unsigned int number) const;
     /// The number of the part at a path, such as `batches.entries.entry.amount`, or s_cuiNoPart.
     unsigned int findPart(std::string_view path) const;
+    /// What a number consists of by the rule `bits`, the highest first; empty for other parts. Visitors get the number,
+    /// trees have a field set. Throws CLogicError as getPart() does.
+    std::vector<tLayoutBits> getBits(unsigned int number) const;
     /// The path of a part, such as `batches.entries.entry.amount`; elements of arrays add nothing.
     std::string getPath(unsigned int number) const;
 

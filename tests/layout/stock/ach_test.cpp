@@ -125,7 +125,7 @@ TEST(ACH, recordThatEndsTheFileTooEarlyIsRefusedThere)
     EXPECT_FALSE(result.m_bRead);
     EXPECT_EQ(result.m_tFault.m_eCode, PF_frame);
     EXPECT_EQ(result.m_tFault.m_ullOffset, 9u * 95);
-    EXPECT_EQ(result.m_tFault.m_strBytes.substr(0, 10), "9000002000");
+    EXPECT_EQ(result.m_tFault.m_strBytes.substr(0, 10), "**********");  // the line may hold an account
 }
 
 TEST(ACH, wrongFormatCodeIsFound)
