@@ -39,7 +39,10 @@ std::unique_ptr<IVerb> makeFmtVerb();
 std::unique_ptr<IVerb> makeGetVerb();
 std::unique_ptr<IVerb> makeHelpVerb();
 std::unique_ptr<IVerb> makeInfoVerb();
+std::unique_ptr<IVerb> makeLayoutsVerb();
+std::unique_ptr<IVerb> makePackVerb();
 std::unique_ptr<IVerb> makeStatVerb();
+std::unique_ptr<IVerb> makeUnpackVerb();
 
 struct tVerbRow
 {
@@ -55,6 +58,9 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"stat", "Count what documents hold", &makeStatVerb},
     {"convert", "Turn text into binary files and back", &makeConvertVerb},
     {"info", "Show what a binary file says about itself", &makeInfoVerb},
+    {"unpack", "Turn packets and files of records into documents, JSON or tables", &makeUnpackVerb},
+    {"pack", "Turn documents and JSON into packets and files of records", &makePackVerb},
+    {"layouts", "List the layouts that -l finds by name", &makeLayoutsVerb},
     {"help", "Show this help, or that of a verb", &makeHelpVerb},
 };
 
