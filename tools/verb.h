@@ -35,6 +35,7 @@ public:
 
 std::unique_ptr<IVerb> makeCheckVerb();
 std::unique_ptr<IVerb> makeConvertVerb();
+std::unique_ptr<IVerb> makeExplainVerb();
 std::unique_ptr<IVerb> makeFmtVerb();
 std::unique_ptr<IVerb> makeGetVerb();
 std::unique_ptr<IVerb> makeHelpVerb();
@@ -60,6 +61,7 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"info", "Show what a binary file says about itself", &makeInfoVerb},
     {"unpack", "Turn packets and files of records into documents, JSON or tables", &makeUnpackVerb},
     {"pack", "Turn documents and JSON into packets and files of records", &makePackVerb},
+    {"explain", "Show every byte of a packet, and what it means", &makeExplainVerb},
     {"layouts", "List the layouts that -l finds by name", &makeLayoutsVerb},
     {"help", "Show this help, or that of a verb", &makeHelpVerb},
 };
