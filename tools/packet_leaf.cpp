@@ -28,7 +28,7 @@ std::string label4Part(const CLayout& layout, unsigned int part)
 bool isLeftOut(const CLayout& layout, unsigned int part)
 {
     const tLayoutPart seen = layout.getPart(part);
-    return seen.m_bLiteral && seen.m_strvName.empty() && seen.m_uiID == 0;
+    return seen.m_bLiteral && seen.m_strvName.empty() && seen.m_uiID == 0 && !isElement(layout, part);
 }
 
 unsigned long long valueOfBits(const tLayoutBits& bits, unsigned long long number)
