@@ -118,6 +118,13 @@ void appendJsonText(std::string& out, std::string_view text)
 
 void appendJsonBytes(std::string& out, std::string_view bytes)
 {
+    if (plainLength(bytes) == bytes.size())
+    {
+        out += '"';
+        out += bytes;
+        out += '"';
+        return;
+    }
     if (isUtf8(bytes))
         return appendJsonText(out, bytes);
     out += "{\"hex\":\"";

@@ -79,6 +79,43 @@ private:
     bool m_bAny = false;
 };
 
+/// Records as JSON, each with its kind, number and offset before it.
+class CJsonLines : public CPacketJson
+{
+public:
+    CJsonLines(const CLayout& layout, const CPacketJsonParts& parts, std::string& out)
+        : CPacketJson(parts, out), m_strOut(out), m_vHead(layout.getPartCount())
+    {
+        for (unsigned int part = 0; part < m_vHead.size(); ++part)
+            m_vHead[part] = "{\"kind\":" + json4Text(recordKind(layout, part)) + ",\"number\":";
+    }
+    /// Ends the line, or takes back what there is of it.
+    void end(bool isRecord)
+    {
+        if (isRecord)
+            m_strOut += "}\n";
+        else if (m_bBegun)
+            m_strOut.resize(m_nBegin);
+        m_bBegun = false;
+    }
+    void onRecord(unsigned int part, std::uint64_t number, std::uint64_t offset) override
+    {
+        m_nBegin = m_strOut.size();
+        m_bBegun = true;
+        m_strOut += m_vHead[part];
+        m_strOut += std::to_string(number);
+        m_strOut += ",\"offset\":";
+        m_strOut += std::to_string(offset);
+        m_strOut += ",\"data\":";
+    }
+
+private:
+    std::string& m_strOut;
+    std::vector<std::string> m_vHead;  // by part
+    std::size_t m_nBegin = 0;          // of the record's line
+    bool m_bBegun = false;
+};
+
 class CUnpackVerb : public IVerb
 {
 public:
@@ -200,30 +237,15 @@ private:
     void writeLines(const CLayout& layout, const CPacketJsonParts& parts, CRecordSource& source, std::string& out,
                     const tFlush& flush, const bool& isWritten, CFaultSink& faults) const
     {
-        std::vector<std::string> heads(layout.getPartCount());
-        for (unsigned int part = 0; part < heads.size(); ++part)
-            heads[part] = "{\"kind\":" + json4Text(recordKind(layout, part)) + ",\"number\":";
-        std::string data;
-        CPacketJson json(parts, data);
+        CJsonLines lines(layout, parts, out);
         for (;;)
         {
-            data.clear();
-            json.begin();
-            const E_RecordResult read = source.next(json);
-            const CRecordReader& reader = source.reader();
-            faults.put(reader.getFindings());
+            lines.begin();
+            const E_RecordResult read = source.next(lines);
+            faults.put(source.reader().getFindings());
+            lines.end(read == RR_record);
             if (read == RR_end || (read == RR_fault && !goesOn(source.reader(), faults)))
                 return;
-            if (read == RR_fault)
-                continue;
-            const tRecordInfo& record = reader.getRecord();
-            out += heads[record.m_uiPart];
-            out += std::to_string(record.m_ullNumber);
-            out += ",\"offset\":";
-            out += std::to_string(record.m_ullOffset);
-            out += ",\"data\":";
-            out += data;
-            out += "}\n";
             if (out.size() >= s_cnMostWaiting)
                 flush();
             if (!isWritten)
