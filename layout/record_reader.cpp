@@ -266,7 +266,7 @@ void CRecordReader::end()
 
 E_RecordResult CRecordReader::next(CFields& record)
 {
-    m_pState->m_tTree.begin(record);
+    const CTreeFilling filling(m_pState->m_tTree, record);
     return m_pState->next(m_pState->m_tTree);
 }
 

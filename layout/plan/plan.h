@@ -56,6 +56,7 @@ struct tRun
         unsigned int m_uiPart;
         unsigned int m_uiOffset;  // from the beginning of the run
         unsigned int m_uiLength;
+        bool m_bReads;  // any bytes are a value of the item
     };
     std::vector<tField> m_vFields;
     std::vector<unsigned int> m_vLiterals;  // indexes of fields that are literals
@@ -87,6 +88,13 @@ struct tReset
     std::vector<unsigned int> m_vLinks;
 };
 
+/// Which bytes at an offset begin a part, where one byte tells.
+struct tHeadTable
+{
+    unsigned int m_uiOffset = 0;
+    std::vector<bool> m_vBegins;  // by byte
+};
+
 struct tPlan
 {
     std::vector<tPart> m_vParts;  // the first is the root
@@ -108,6 +116,7 @@ struct tPlan
     std::vector<std::vector<unsigned int>> m_vLinks4Span;     // by span: links that measure it
     std::vector<unsigned int> m_vOrder4Link;                  // by link: totals of lower order come first
     std::vector<tPlaceInRun> m_vPlace4Part;                   // by part: where a leaf of fixed width lies
+    std::vector<tHeadTable> m_vHeadTables;                    // by array; without bytes where one byte does not tell
     std::vector<bool> m_vChooses;                             // by part: an alternative is chosen by its value
     bool m_bSelfEvident = false;                              // what is made cannot be read in another way
 };

@@ -14,6 +14,13 @@ namespace murv::detail
 namespace
 {
 
+/// Whether any bytes are a value: bytes, and text without a code page.
+bool alwaysReads(const tItem& item)
+{
+    return (item.m_eForm == IF_text || item.m_eForm == IF_bytes) && item.m_pPage == nullptr &&
+           item.m_pTime == nullptr && item.m_vValid.empty() && item.m_strValidDate.empty();
+}
+
 class CStepMaker
 {
 public:
@@ -120,7 +127,7 @@ void CStepMaker::addToRun(unsigned int part)
     tRun& run = m_tPlan.m_vRuns.back();
     const tPart& leaf = m_tPlan.m_vParts[part];
     const auto index = static_cast<unsigned int>(run.m_vFields.size());
-    run.m_vFields.push_back({part, run.m_uiLength, leaf.m_tItem.m_uiLength});
+    run.m_vFields.push_back({part, run.m_uiLength, leaf.m_tItem.m_uiLength, alwaysReads(leaf.m_tItem)});
     m_tPlan.m_vPlace4Part[part] = {static_cast<unsigned int>(m_tPlan.m_vRuns.size() - 1), run.m_uiLength};
     run.m_uiLength += leaf.m_tItem.m_uiLength;
     if (leaf.m_bLiteral)
@@ -295,36 +302,66 @@ void CStepMaker::make()
     add(ST_done, 0);
 }
 
+/// The offset of the one byte that each of the heads consists of, or none.
+unsigned int offsetOfHeads(const std::vector<tHead>& heads)
+{
+    unsigned int offset = s_cuiNone;
+    for (const tHead& head : heads)
+    {
+        if (head.m_vBytes.size() != 1 || head.m_vBytes[0].m_strBytes.size() != 1)
+            return s_cuiNone;
+        if (offset != s_cuiNone && head.m_vBytes[0].m_uiOffset != offset)
+            return s_cuiNone;
+        offset = head.m_vBytes[0].m_uiOffset;
+    }
+    return offset;
+}
+
+unsigned int byteOf(const tHead& head)
+{
+    return static_cast<unsigned char>(head.m_vBytes[0].m_strBytes[0]);
+}
+
 /// A choice between alternatives that one byte tells apart is one look into a table. The byte may not be there; then
 /// only an alternative without a head fits.
 void makeByteTable(const tPlan& plan, tChoice& choice)
 {
     const tPart& set = plan.m_vParts[choice.m_uiSet];
     std::vector<unsigned int> table(256, s_cuiNone);
-    unsigned int offset = s_cuiNone;
+    std::vector<tHead> all;
     for (unsigned int member = 0; member < set.m_vMembers.size(); ++member)
     {
         const std::vector<tHead>& heads = plan.m_vParts[set.m_vMembers[member]].m_vHeads;
-        if (heads.empty())
-        {
-            std::replace(table.begin(), table.end(), s_cuiNone, member);
-            break;
-        }
-        for (const tHead& head : heads)
-        {
-            if (head.m_vBytes.size() != 1 || head.m_vBytes[0].m_strBytes.size() != 1)
-                return;
-            if (offset != s_cuiNone && head.m_vBytes[0].m_uiOffset != offset)
-                return;
-            offset = head.m_vBytes[0].m_uiOffset;
-            unsigned int& entry = table[static_cast<unsigned char>(head.m_vBytes[0].m_strBytes[0])];
-            entry = std::min(entry, member);
-        }
+        all.insert(all.end(), heads.begin(), heads.end());
     }
+    const unsigned int offset = offsetOfHeads(all);
     if (offset == s_cuiNone)
         return;
+    for (unsigned int member = 0; member < set.m_vMembers.size(); ++member)
+    {
+        const std::vector<tHead>& heads = plan.m_vParts[set.m_vMembers[member]].m_vHeads;
+        for (const tHead& head : heads)
+            table[byteOf(head)] = std::min(table[byteOf(head)], member);
+        if (!heads.empty())
+            continue;
+        std::replace(table.begin(), table.end(), s_cuiNone, member);
+        break;
+    }
     choice.m_uiOffset = offset;
     choice.m_vMember4Byte = std::move(table);
+}
+
+/// So is the question whether another element of an array follows.
+void makeHeadTable(tPlan& plan, unsigned int array)
+{
+    const unsigned int offset = offsetOfHeads(plan.m_vParts[array].m_vHeads);
+    if (offset == s_cuiNone)
+        return;
+    tHeadTable& table = plan.m_vHeadTables[array];
+    table.m_uiOffset = offset;
+    table.m_vBegins.assign(256, false);
+    for (const tHead& head : plan.m_vParts[array].m_vHeads)
+        table.m_vBegins[byteOf(head)] = true;
 }
 
 /// Whether every end is a width, a length prefix, a size or a count, and every condition a value that was read. Then
@@ -357,6 +394,12 @@ void makeSteps(tPlan& plan)
     }
     CStepMaker(plan).make();
     plan.m_bSelfEvident = isSelfEvident(plan);
+    plan.m_vHeadTables.resize(plan.m_vParts.size());
+    for (unsigned int part = 0; part < plan.m_vParts.size(); ++part)
+    {
+        if (plan.m_vParts[part].m_eArrayEnd == AE_heads)
+            makeHeadTable(plan, part);
+    }
     for (tChoice& choice : plan.m_vChoices)
     {
         if (plan.m_vParts[choice.m_uiSet].m_eChoice == CH_heads)

@@ -34,6 +34,8 @@ E_Scan CMaker::onOpen(unsigned int part)
             cursor.m_uiLast = std::max(cursor.m_uiLast, member == s_cuiNone ? 0 : member + 1);
         }
     }
+    if (cursor.m_pNode != nullptr)
+        cursor.m_tNext = CMemberCursor(tFieldAccess::members(*cursor.m_pNode));
     m_vCursors.push_back(cursor);
     add(TR_open, part, m_pOut->size());
     return SC_next;
@@ -92,6 +94,8 @@ E_Scan CMaker::onArray(unsigned int part)
         return stop(PF_missing, part, "The array needs a last element");
     if (!array.m_strBetween.empty())
         m_vMarks.push_back(&array.m_strBetween);
+    if (cursor.m_pNode != nullptr)
+        cursor.m_tNext = CMemberCursor(tFieldAccess::members(*cursor.m_pNode));
     m_vCursors.push_back(cursor);
     add(TR_array, part, m_pOut->size());
     return SC_next;
@@ -102,7 +106,7 @@ E_Scan CMaker::onNext(const tStep& step)
     const tPart& array = part4(step.m_uiA);
     tCursor& cursor = m_vCursors.back();
     m_uiFound = s_cuiNone;
-    if (cursor.m_pNode == nullptr || cursor.m_ullCount == cursor.m_pNode->getChildCount())
+    if (cursor.m_tNext.take() == nullptr)
     {
         if (array.m_eArrayEnd == AE_mark)
             m_pOut->append(array.m_strEnds);

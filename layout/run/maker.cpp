@@ -15,6 +15,12 @@ namespace
 
 constexpr unsigned int s_cuiMostPasses = 1000;  // more than layouts nest
 
+bool holdsAny(std::string_view bytes, const std::vector<std::string>& marks)
+{
+    return std::any_of(marks.begin(), marks.end(),
+                       [bytes](const std::string& mark) { return bytes.find(mark) != std::string_view::npos; });
+}
+
 }  // namespace
 
 CMaker::CMaker(const tPlan& plan) : m_tPlan(plan), m_tKept(plan), m_tScanner(plan)
@@ -162,6 +168,15 @@ E_Scan CMaker::step(const tStep& step)
     return SC_done;
 }
 
+/// Whether a member of the data is for a part: by name, or by ID when it has no name.
+static bool isFor(const CFields& member, const tPart& part)
+{
+    const std::string_view name = tFieldAccess::name(member);
+    if (name.empty())
+        return part.m_uiID != 0 && tFieldAccess::id(member) == part.m_uiID;
+    return name == part.m_strName;
+}
+
 /// The member of the data for a part, or null. Members mostly stand in the order of the layout.
 const CFields* CMaker::find(unsigned int part)
 {
@@ -175,27 +190,30 @@ const CFields* CMaker::find(unsigned int part)
     if (cursor.m_pNode == nullptr)
         return nullptr;
     if (part4(cursor.m_uiPart).m_eKind == PK_array)
-        return m_pFound = &(*cursor.m_pNode)[static_cast<unsigned int>(cursor.m_ullCount - 1)];
-    const tPart& wanted = part4(part);
-    const auto length = static_cast<unsigned int>(wanted.m_strName.size());
-    const unsigned int count = cursor.m_pNode->getChildCount();
-    const auto fits = [&](const CFields& member) {
-        return length != 0 && tFieldAccess::name(member).size() != 0
-                   ? tFieldAccess::isNamed(member, wanted.m_strName.data(), length)
-                   : tFieldAccess::name(member).empty() && wanted.m_uiID != 0 &&
-                         tFieldAccess::id(member) == wanted.m_uiID;
-    };
-    if (cursor.m_uiNext < count && fits((*cursor.m_pNode)[cursor.m_uiNext]))
-        m_pFound = &(*cursor.m_pNode)[cursor.m_uiNext++];
-    else if (length != 0)
-        m_pFound = cursor.m_pNode->findChildAt(wanted.m_strName.data(), length);
-    for (unsigned int i = 0; m_pFound == nullptr && wanted.m_uiID != 0 && i < count; ++i)
-    {
-        if (fits((*cursor.m_pNode)[i]))
-            m_pFound = &(*cursor.m_pNode)[i];
-    }
+        return m_pFound = &cursor.m_tNext.taken();
+    const CFields* const next = cursor.m_tNext.peek();
+    if (next != nullptr && isFor(*next, part4(part)))
+        m_pFound = cursor.m_tNext.take();
+    else
+        m_pFound = findOutOfOrder(cursor, part4(part));
     cursor.m_uiMatched += m_pFound != nullptr ? 1 : 0;
     return m_pFound;
+}
+
+const CFields* CMaker::findOutOfOrder(tCursor& cursor, const tPart& wanted) const
+{
+    if (cursor.m_uiMatched == cursor.m_pNode->getChildCount())
+        return nullptr;
+    const auto length = static_cast<unsigned int>(wanted.m_strName.size());
+    const CFields* const named = length == 0 ? nullptr : cursor.m_pNode->findChildAt(wanted.m_strName.data(), length);
+    if (named != nullptr || wanted.m_uiID == 0)
+        return named;
+    for (CMemberCursor members(tFieldAccess::members(*cursor.m_pNode)); const CFields* const member = members.take();)
+    {
+        if (isFor(*member, wanted))
+            return member;
+    }
+    return nullptr;
 }
 
 E_Scan CMaker::onRun(unsigned int index)
@@ -207,6 +225,8 @@ E_Scan CMaker::onRun(unsigned int index)
         if (const E_Scan result = makeLeaf(field.m_uiPart))
             return result;
     }
+    if (holdsMark(std::string_view(*m_pOut).substr(begin)))
+        return stopAtMark(run, begin);
     add(TR_run, index, begin, run.m_uiLength);
     return SC_next;
 }
@@ -307,32 +327,36 @@ E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
     return SC_next;
 }
 
-/// Appends the item of a value: prefix, bytes, mark. The layout's own value may be padded where data may not.
+/// Appends prefix and bytes of a value. The layout's own value may be padded where data may not.
+E_PacketFault CMaker::appendValue(const tPart& leaf, const tScalar& value, bool isOwn, std::size_t& length)
+{
+    const auto make = isOwn ? makeOwnValue : makeValue;
+    std::string& out = *m_pOut;
+    const std::size_t begin = out.size();
+    if (leaf.m_eEnd != LE_prefix)
+    {
+        const E_PacketFault fault = make(leaf.m_tItem, value, out);
+        length = out.size() - begin;
+        return fault;
+    }
+    m_strValue.clear();
+    const E_PacketFault fault = make(leaf.m_tItem, value, m_strValue);
+    length = m_strValue.size();
+    if (fault != PF_none && !isFinding(fault))
+        return fault;
+    const E_PacketFault tooLong = makePrefix(leaf.m_tItem, length, out);
+    out.append(m_strValue);
+    return tooLong == PF_none ? fault : tooLong;
+}
+
+/// Appends the item of a value: prefix, bytes, mark.
 E_Scan CMaker::putValue(unsigned int part, const tScalar& value, bool isOwn)
 {
     const tPart& leaf = part4(part);
     std::string& out = *m_pOut;
     const std::size_t begin = out.size();
     std::size_t length = 0;
-    E_PacketFault fault = PF_none;
-    const auto make = isOwn ? makeOwnValue : makeValue;
-    if (leaf.m_eEnd == LE_prefix)
-    {
-        m_strValue.clear();
-        fault = make(leaf.m_tItem, value, m_strValue);
-        length = m_strValue.size();
-        if (fault == PF_none || isFinding(fault))
-        {
-            const E_PacketFault tooLong = makePrefix(leaf.m_tItem, length, out);
-            fault = tooLong == PF_none ? fault : tooLong;
-            out.append(m_strValue);
-        }
-    }
-    else
-    {
-        fault = make(leaf.m_tItem, value, out);
-        length = out.size() - begin;
-    }
+    const E_PacketFault fault = appendValue(leaf, value, isOwn, length);
     if (fault != PF_none && !isFinding(fault))
         return stop(fault, part);
     const std::size_t at = out.size() - length;
@@ -343,28 +367,40 @@ E_Scan CMaker::putValue(unsigned int part, const tScalar& value, bool isOwn)
         stop(fault, part, nullptr, length);
         m_vFindings.push_back(m_tFault);
     }
-    if (!isValidValue(leaf.m_tItem, value))
+    const bool isTested = !leaf.m_tItem.m_vValid.empty() || !leaf.m_tItem.m_strValidDate.empty();
+    if (isTested && !isValidValue(leaf.m_tItem, value))
         return stop(PF_invalid, part);
-    if (const E_Scan result = checkMarks(part, begin))
-        return result;
+    if (leaf.m_eEnd != LE_fixed)
+    {
+        const std::string_view bytes = std::string_view(out).substr(begin);
+        if (holdsMark(bytes) || holdsAny(bytes, leaf.m_vMarks))
+            return stop(PF_mark, part, nullptr, bytes.size());
+        add(TR_item, part, at, length);
+    }
     if (leaf.m_eEnd == LE_mark)
         out.append(leaf.m_vMarks.front());
-    if (leaf.m_eEnd != LE_fixed)
-        add(TR_item, part, at, length);
     return keep(part, {out.data() + at, length});
 }
 
-/// Reading would end the item at a mark in it.
-E_Scan CMaker::checkMarks(unsigned int part, std::size_t begin)
+/// Whether reading would end a part at a mark in these bytes: of a line, or of the parts around it.
+bool CMaker::holdsMark(std::string_view bytes) const
 {
-    const tPart& leaf = part4(part);
-    const std::string_view bytes = std::string_view(*m_pOut).substr(begin);
-    const auto holds = [bytes](const std::string& mark) { return bytes.find(mark) != std::string_view::npos; };
-    const bool inOwn = std::any_of(leaf.m_vMarks.begin(), leaf.m_vMarks.end(), holds);
-    const bool inLine = m_tPlan.m_tFrame.m_eKind == FR_lines && bytes.find('\n') != std::string_view::npos;
-    const bool inOthers =
-        std::any_of(m_vMarks.begin(), m_vMarks.end(), [&](const std::string* mark) { return holds(*mark); });
-    return inOwn || inLine || inOthers ? stop(PF_mark, part, nullptr, bytes.size()) : SC_next;
+    if (m_tPlan.m_tFrame.m_eKind == FR_lines && bytes.find('\n') != std::string_view::npos)
+        return true;
+    return std::any_of(m_vMarks.begin(), m_vMarks.end(),
+                       [bytes](const std::string* mark) { return bytes.find(*mark) != std::string_view::npos; });
+}
+
+/// Finds the first item of a run with which the mark is complete.
+E_Scan CMaker::stopAtMark(const tRun& run, std::size_t begin)
+{
+    const std::string_view made = std::string_view(*m_pOut).substr(begin);
+    const auto isReached = [&](const tRun::tField& field) {
+        return holdsMark(made.substr(0, field.m_uiOffset + field.m_uiLength));
+    };
+    const tRun::tField& field = *std::find_if(run.m_vFields.begin(), run.m_vFields.end(), isReached);
+    m_pOut->resize(begin + field.m_uiOffset + field.m_uiLength);
+    return stop(PF_mark, field.m_uiPart, nullptr, field.m_uiLength);
 }
 
 /// Keeps a value that others look at, in the form in which reading gives it.

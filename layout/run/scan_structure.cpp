@@ -108,6 +108,18 @@ E_Scan CScanner::skipElementMark(const tPart& array, unsigned int part, bool& th
     return SC_next;
 }
 
+/// Whether the head of an element is there.
+E_Scan CScanner::beginsElement(const tPart& array, unsigned int part, bool& there)
+{
+    const tHeadTable& table = m_tPlan.m_vHeadTables[part];
+    const bool isFramed = isOutside();
+    const std::uint64_t at = (isFramed ? m_ullFrameBegin : m_ullPos) + table.m_uiOffset;
+    if (table.m_vBegins.empty() || at >= (isFramed ? m_ullFrameEnd : m_ullEdge))
+        return matchHeads(array.m_vHeads, 0, part, there);
+    there = table.m_vBegins[static_cast<unsigned char>(*this->at(at))];
+    return SC_next;
+}
+
 /// Whether another element follows.
 E_Scan CScanner::nextIsThere(const tPart& array, unsigned int part, bool& there)
 {
@@ -120,7 +132,7 @@ E_Scan CScanner::nextIsThere(const tPart& array, unsigned int part, bool& there)
     case AE_heads:
         if (const E_Scan result = isAtEnd(part, atEnd); result != SC_next || atEnd)
             return result;
-        return matchHeads(array.m_vHeads, 0, part, there);
+        return beginsElement(array, part, there);
     case AE_mark:
     {
         const tHead mark{{{0, array.m_strEnds}}};
@@ -230,9 +242,16 @@ E_Scan CScanner::onWhen(const tStep& step)
 E_Scan CScanner::choose4Heads(const tChoice& choice, unsigned int& member)
 {
     const std::vector<unsigned int>& members = part4(choice.m_uiSet).m_vMembers;
-    if (!choice.m_vMember4Byte.empty() && !isOutside() && m_ullEdge - m_ullPos > choice.m_uiOffset)
+    if (isOutside())
     {
-        member = choice.m_vMember4Byte[static_cast<unsigned char>(*at(m_ullPos + choice.m_uiOffset))];
+        bool any = false;
+        if (const E_Scan result = lookAhead(choice.m_uiSet, any))
+            return result;
+    }
+    const std::uint64_t byte = (isOutside() && m_bFrameOpen ? m_ullFrameBegin : m_ullPos) + choice.m_uiOffset;
+    if (!choice.m_vMember4Byte.empty() && byte < (isOutside() && m_bFrameOpen ? m_ullFrameEnd : m_ullEdge))
+    {
+        member = choice.m_vMember4Byte[static_cast<unsigned char>(*at(byte))];
         return SC_next;
     }
     for (unsigned int i = 0; i < members.size(); ++i)

@@ -226,6 +226,7 @@ private:
     E_Scan onReset(unsigned int index);
     E_Scan isThere(unsigned int part, bool& there);
     E_Scan nextIsThere(const tPart& array, unsigned int part, bool& there);
+    E_Scan beginsElement(const tPart& array, unsigned int part, bool& there);
     E_Scan skipElementMark(const tPart& array, unsigned int part, bool& there);
     E_Scan choose4Heads(const tChoice& choice, unsigned int& member);
     E_Scan choose4Value(const tChoice& choice, unsigned int& member);
