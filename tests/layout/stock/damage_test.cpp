@@ -63,7 +63,7 @@ TEST(Damage, oneChangedByteIsToldOrComesBack)
         const CLayout layout = installed(sampled.m_pLayout);
         const std::string whole = sample(sampled.m_pFile);
         CPacketReader reader(layout);
-        const std::size_t step = whole.size() / 400 + 1;
+        const std::size_t step = whole.size() / 100 + 1;
         for (std::size_t at = 0; at < whole.size(); at += step)
         {
             for (const char byte : {'\0', ' ', '0', '9', 'A', '-', '\n', '\x80', '\xFF'})
@@ -84,7 +84,7 @@ TEST(Damage, cutOffSamplesAreToldOrComeBack)
         const CLayout layout = installed(sampled.m_pLayout);
         const std::string whole = sample(sampled.m_pFile);
         CPacketReader reader(layout);
-        const std::size_t step = whole.size() / 400 + 1;
+        const std::size_t step = whole.size() / 100 + 1;
         for (std::size_t length = 0; length < whole.size(); length += step)
         {
             const std::string bytes = whole.substr(0, length);
