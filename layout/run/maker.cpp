@@ -191,8 +191,7 @@ const CFields* CMaker::find(unsigned int part)
         return nullptr;
     if (part4(cursor.m_uiPart).m_eKind == PK_array)
         return m_pFound = &cursor.m_tNext.taken();
-    const CFields* const next = cursor.m_tNext.peek();
-    if (next != nullptr && isFor(*next, part4(part)))
+    if (cursor.m_tNext.hasNext() && isFor(cursor.m_tNext.next(), part4(part)))
         m_pFound = cursor.m_tNext.take();
     else
         m_pFound = findOutOfOrder(cursor, part4(part));

@@ -75,11 +75,14 @@ void CTreeSink::end()
 /// The member of the tree before that stands in the place of the next one, when it is of use; else null.
 CFields* CTreeSink::takeOld(tOpen& open, std::string_view name, unsigned int id)
 {
-    CFields* const old = open.m_tOld.peek();
-    if (old == nullptr || tFieldAccess::id(*old) != id || !isBare(*old) ||
-        !tFieldAccess::isNamed(*old, name.data(), static_cast<unsigned int>(name.size())))
+    if (!open.m_tOld.hasNext())
         return nullptr;
-    return open.m_tOld.take();
+    CFields& old = open.m_tOld.next();
+    if (tFieldAccess::id(old) != id || !isBare(old) ||
+        !tFieldAccess::isNamed(old, name.data(), static_cast<unsigned int>(name.size())))
+        return nullptr;
+    open.m_tOld.skip();
+    return &old;
 }
 
 CFields& CTreeSink::add(const tPart& part)
