@@ -42,4 +42,4 @@ s_packagesClang=(clang libclang-rt-14-dev)
 s_packagesCheck=("${s_packagesTest[@]}" "${s_packagesClang[@]}" clang-format clang-tidy)
 s_packagesCross=(cmake ninja-build g++-s390x-linux-gnu g++-i686-linux-gnu qemu-user-static libgtest-dev)
 s_packagesBench=("${s_packagesBuild[@]}" libbenchmark-dev rapidjson-dev libsimdjson-dev
-    libmsgpack-cxx-dev libssl-dev)
+    libmsgpack-cxx-dev libssl-dev libprotobuf-dev protobuf-compiler)

@@ -14,6 +14,7 @@
 #include "murv/export.h"
 #include "murv/fields.h"
 #include "murv/packet_fault.h"
+#include "murv/packet_value.h"
 
 namespace murv
 {
@@ -138,14 +139,6 @@ struct tMakeOptions
     bool m_bAgree = false;    ///< data for a number that is filled in must agree with it
     bool m_bReturns = false;  ///< lines end with carriage return and line feed
     bool m_bOpenEnd = false;  ///< no line end after the last line
-};
-
-/// The value of a leaf, without a node.
-struct tPacketValue
-{
-    E_DataType m_eType;            ///< DT_null, DT_sint, DT_uint, DT_double or DT_codelist
-    unsigned long long m_ullBits;  ///< of DT_sint, DT_uint (the number) and DT_double
-    std::string_view m_strvText;   ///< of DT_codelist; valid during the call
 };
 
 /// Where something lies in the input, in bytes.
