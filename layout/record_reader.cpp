@@ -39,6 +39,11 @@ struct CRecordReader::tState
     void show();
     template <typename tSink>
     E_RecordResult readValues(tSink& sink);
+    template <typename tSink>
+    E_RecordResult readPartly(tSink& sink);
+    E_RecordResult wait(std::uint64_t missing);
+    E_RecordResult finish();
+    void setRecord(const tTrace& begin, std::uint64_t end);
     E_RecordResult fail(const tScanFault& fault);
     std::string_view bytesOf(const tScanFault& fault) const;
     void describeFindings();
@@ -56,8 +61,9 @@ struct CRecordReader::tState
     std::string_view m_strvAll;  // what is there, from m_ullBase on
     std::uint64_t m_ullBase = 0;
     bool m_bOver = false;
-    bool m_bOwn = false;    // the bytes are in the buffer
-    bool m_bWaits = false;  // the scanner stands within a record
+    bool m_bOwn = false;      // the bytes are in the buffer
+    bool m_bTooLong = false;  // the record is longer than allowed
+    bool m_bWaiting = false;  // within a record, for more bytes: what was found of it stays
     tRecordInfo m_tRecord;
     tElements m_vElements;
     tPacketFault m_tFault;
@@ -73,11 +79,11 @@ void CRecordReader::tState::begin(std::string_view bytes, bool over)
     m_strBuffer.clear();
     m_strvAll = bytes;
     m_ullBase = 0;
-    m_bWaits = false;
     m_tRecord = tRecordInfo();
     m_tCounts = tRecordCounts();
     m_tFault = tPacketFault();
     m_vFindings.clear();
+    m_bTooLong = m_bWaiting = false;
     m_tScanner.reset();
     show();
     m_tScanner.restart();
@@ -139,7 +145,8 @@ E_Scan CRecordReader::tState::scan()
         const E_Scan result = m_tScanner.run();
         if (result == SC_more)
         {
-            if (m_tScanner.position() - m_ullBase + m_tOptions.m_ullLongest < m_strvAll.size())
+            m_bTooLong = m_tScanner.position() - m_ullBase + m_tOptions.m_ullLongest < m_strvAll.size();
+            if (m_bTooLong)
                 return SC_fault;
             if (!fill())
                 return SC_more;
@@ -151,6 +158,15 @@ E_Scan CRecordReader::tState::scan()
     }
 }
 
+void CRecordReader::tState::setRecord(const tTrace& begin, std::uint64_t end)
+{
+    m_tScanner.getElements(m_vElements);
+    m_tRecord.m_uiPart = begin.m_uiIndex;
+    m_tRecord.m_ullNumber = m_tScanner.record();
+    m_tRecord.m_ullOffset = begin.m_ullOffset;
+    m_tRecord.m_ullLength = end - begin.m_ullOffset;
+}
+
 template <typename tSink>
 E_RecordResult CRecordReader::tState::readValues(tSink& sink)
 {
@@ -158,11 +174,7 @@ E_RecordResult CRecordReader::tState::readValues(tSink& sink)
     std::size_t first = 0;
     while (trace[first].m_eTrace != TR_record)
         ++first;
-    m_tScanner.getElements(m_vElements);
-    m_tRecord.m_uiPart = trace[first].m_uiIndex;
-    m_tRecord.m_ullNumber = m_tScanner.record();
-    m_tRecord.m_ullOffset = trace[first].m_ullOffset;
-    m_tRecord.m_ullLength = m_tScanner.recordEnd() - trace[first].m_ullOffset;
+    setRecord(trace[first], m_tScanner.recordEnd());
     CTraceReader<tSink> values(*m_pPlan, m_tScanner, m_tOptions.m_bUnscaled ? VO_unscaled : VO_none, sink);
     const bool isRead = values.readRecord(trace, first, m_vElements, m_tRecord.m_ullNumber, m_tScanner.findings());
     describeFindings();
@@ -172,38 +184,74 @@ E_RecordResult CRecordReader::tState::readValues(tSink& sink)
     return RR_record;
 }
 
+/// The scanner has stopped at a fault: reads what is before it, where a value may be the first fault.
+template <typename tSink>
+E_RecordResult CRecordReader::tState::readPartly(tSink& sink)
+{
+    const tTraces& trace = m_tScanner.trace();
+    std::size_t first = 0;
+    while (first != trace.size() && trace[first].m_eTrace != TR_record)
+        ++first;
+    m_tRecord = tRecordInfo();
+    bool isRead = true;
+    CTraceReader<tSink> values(*m_pPlan, m_tScanner, m_tOptions.m_bUnscaled ? VO_unscaled : VO_none, sink);
+    if (first != trace.size())
+    {
+        setRecord(trace[first], m_tScanner.position());
+        isRead = values.readRecord(trace, first, m_vElements, m_tRecord.m_ullNumber, m_tScanner.findings());
+    }
+    describeFindings();
+    return fail(isRead ? m_tScanner.fault() : values.fault());
+}
+
+E_RecordResult CRecordReader::tState::wait(std::uint64_t missing)
+{
+    m_bWaiting = true;
+    m_tFault = tPacketFault();
+    m_tFault.m_eCode = PF_more;
+    m_tFault.m_ullOffset = m_ullBase + m_strvAll.size();
+    m_tFault.m_ullMissing = missing;
+    m_tFault.m_strMessage = getFaultSentence(PF_more);
+    return RR_more;
+}
+
 template <typename tSink>
 E_RecordResult CRecordReader::tState::next(tSink& sink)
 {
     m_vFindings.clear();
-    m_tScanner.findings().clear();
-    // The begin of a record that was not complete is in the trace.
-    if (!m_bWaits)
+    if (!m_bWaiting)
     {
+        m_tScanner.findings().clear();
         m_tScanner.trace().clear();
         dropUsed();
     }
+    m_bWaiting = false;
     const E_Scan result = scan();
-    m_bWaits = result == SC_more;
     m_tCounts.m_ullBytes = m_tScanner.position();
     if (result == SC_record)
         return readValues(sink);
-    describeFindings();
     if (result == SC_more)
-    {
-        m_tFault = tPacketFault();
-        m_tFault.m_eCode = PF_more;
-        m_tFault.m_ullOffset = m_ullBase + m_strvAll.size();
-        m_tFault.m_ullMissing = m_tScanner.missing();
-        m_tFault.m_strMessage = getFaultSentence(PF_more);
-        return RR_more;
-    }
+        return wait(m_tScanner.missing());
+    if (m_bTooLong)
+        return fail({PF_limit, 0, m_tScanner.position(), 0, 0, 0, m_tScanner.position(), nullptr, {}});
     if (result == SC_fault)
-        return fail(m_tScanner.fault());
+        return readPartly(sink);
+    return finish();
+}
+
+/// All parts were read: says so when the input is over, and not before.
+E_RecordResult CRecordReader::tState::finish()
+{
+    while (!m_bOver && m_tScanner.position() == m_ullBase + m_strvAll.size())
+    {
+        if (!fill())
+            return wait(0);
+    }
+    describeFindings();
     const std::uint64_t left = m_ullBase + m_strvAll.size() - m_tScanner.position();
     if (left != 0)
         return fail({PF_leftOver, 0, m_tScanner.position(), left, 0, 0, m_tScanner.position(), nullptr, {}});
-    return m_bOver || fill() ? RR_end : RR_more;
+    return RR_end;
 }
 
 std::string_view CRecordReader::tState::bytesOf(const tScanFault& fault) const

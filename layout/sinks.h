@@ -96,8 +96,7 @@ public:
     }
     void leaf(unsigned int part, const tScalar& value, const tTrace& trace)
     {
-        m_tVisitor.onLeaf(part, {value.m_eType, value.m_ullValue, value.m_strvText},
-                          {trace.m_ullOffset, trace.m_ullLength});
+        m_tVisitor.onLeaf(part, value, {trace.m_ullOffset, trace.m_ullLength});
     }
 
 private:

@@ -16,6 +16,7 @@
 #include "murv/member_iterator.h"
 #include "murv/packet_expression.h"
 #include "murv/packet_fault.h"
+#include "murv/packet_value.h"
 #include "murv/records.h"
 #include "murv/saver.h"
 #include "murv/strings.h"

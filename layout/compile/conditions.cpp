@@ -30,7 +30,7 @@ bool areAlternatives(tCompile& compile, unsigned int earlier, unsigned int later
 }
 
 /// Finds the value that a rule looks at. \return nothing, or the mistake
-std::string findValue(tCompile& compile, unsigned int index, unsigned int set, const std::vector<tPathStep>& path,
+std::string findValue(tCompile& compile, unsigned int index, unsigned int set, const std::vector<tRuleStep>& path,
                       unsigned int readBefore, tValueOf& value)
 {
     tFound found;

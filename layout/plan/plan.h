@@ -57,6 +57,7 @@ struct tRun
         unsigned int m_uiOffset;  // from the beginning of the run
         unsigned int m_uiLength;
         bool m_bReads;  // any bytes are a value of the item
+        bool m_bPlain;  // making it is nothing but making its value
     };
     std::vector<tField> m_vFields;
     std::vector<unsigned int> m_vLiterals;  // indexes of fields that are literals

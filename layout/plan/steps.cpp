@@ -21,6 +21,13 @@ bool alwaysReads(const tItem& item)
            item.m_pTime == nullptr && item.m_vValid.empty() && item.m_strValidDate.empty();
 }
 
+/// Whether making a leaf asks for nothing but its value. Dates may become the present one, and may be findings.
+bool isPlainValue(const tPart& leaf)
+{
+    return !leaf.m_bLiteral && !leaf.m_bOpen && !leaf.m_tItem.m_bTested && leaf.m_tItem.m_pTime == nullptr &&
+           leaf.m_tItem.m_vBits.empty();
+}
+
 class CStepMaker
 {
 public:
@@ -135,7 +142,8 @@ void CStepMaker::addToRun(unsigned int part)
     tRun& run = m_tPlan.m_vRuns.back();
     const tPart& leaf = m_tPlan.m_vParts[part];
     const auto index = static_cast<unsigned int>(run.m_vFields.size());
-    run.m_vFields.push_back({part, run.m_uiLength, leaf.m_tItem.m_uiLength, alwaysReads(leaf.m_tItem)});
+    const bool isPlain = isPlainValue(leaf) && m_tPlan.m_vRegister4Part[part] == s_cuiNone && !m_tPlan.m_vChooses[part];
+    run.m_vFields.push_back({part, run.m_uiLength, leaf.m_tItem.m_uiLength, alwaysReads(leaf.m_tItem), isPlain});
     m_tPlan.m_vPlace4Part[part] = {static_cast<unsigned int>(m_tPlan.m_vRuns.size() - 1), run.m_uiLength};
     run.m_uiLength += leaf.m_tItem.m_uiLength;
     if (leaf.m_bLiteral)

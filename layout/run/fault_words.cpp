@@ -68,6 +68,20 @@ std::string masked(const tItem& item, std::string_view bytes)
     return text;
 }
 
+namespace
+{
+
+/// The bytes of a fault. Those of a whole record may hold those of a masked item, who knows where.
+std::string shownBytes(const tPlan& plan, const tPart& part, std::string_view bytes)
+{
+    const auto isMasked = [](const tPart& other) { return other.m_tItem.m_bMask; };
+    const bool hides = part.m_eKind != PK_leaf && std::any_of(plan.m_vParts.begin(), plan.m_vParts.end(), isMasked);
+    return hides ? std::string(std::min(bytes.size(), s_cnMostBytes), '*')
+                 : masked(part.m_tItem, bytes).substr(0, s_cnMostBytes);
+}
+
+}  // namespace
+
 tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_view bytes)
 {
     const tPart& part = plan.m_vParts[fault.m_uiPart];
@@ -81,7 +95,7 @@ tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_vi
     words.m_ullMissing = fault.m_ullMissing;
     words.m_strExpression = part.m_strExpression;
     words.m_strRules = part.m_strRules;
-    words.m_strBytes = masked(part.m_tItem, bytes).substr(0, s_cnMostBytes);
+    words.m_strBytes = shownBytes(plan, part, bytes);
     words.m_strMessage = fault.m_pText != nullptr ? fault.m_pText : getFaultSentence(fault.m_eCode);
     return words;
 }

@@ -105,6 +105,7 @@ private:
     bool isFilledIn(unsigned int part) const;
     E_Scan step(const tStep& step);
     E_Scan onRun(unsigned int index);
+    E_Scan makePlainLeaf(unsigned int part);
     E_Scan makeLeaf(unsigned int part);
     E_Scan makeLiteral(unsigned int part, const CFields* node);
     E_Scan makeValue4Leaf(unsigned int part, const CFields* node);

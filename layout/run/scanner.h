@@ -188,6 +188,7 @@ private:
     E_Scan keep(unsigned int part, std::uint64_t offset, std::uint64_t length);
     E_Scan lack(unsigned int part, std::uint64_t wanted);
     E_Scan lackInRun(const tRun& run);
+    E_Scan otherLiteral(unsigned int run, const tRun::tField& literal);
     E_Scan more(unsigned int part, std::uint64_t missing);
     E_Scan stop(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,
                 const char* text = nullptr);

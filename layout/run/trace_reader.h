@@ -110,7 +110,7 @@ private:
     {
         const tPart& part = m_tPlan.m_vParts[trace.m_uiIndex];
         const std::string_view bytes = m_tScanner.bytes(trace.m_ullOffset, trace.m_ullLength);
-        const bool isTested = !part.m_tItem.m_vValid.empty() || !part.m_tItem.m_strValidDate.empty();
+        const bool isTested = part.m_tItem.m_bTested;
         const unsigned int options = tSink::s_cbWantsValues || isTested ? m_uiOptions : VO_unscaled;
         tScalar value;
         const E_PacketFault fault = readValue(part.m_tItem, bytes, options, value, m_strScratch);

@@ -79,7 +79,8 @@ TEST(ComputedNumbers, partOfBitsWithoutRulesDecidesWhatIsThere)
 TEST(ComputedNumbers, partOfBitsThatIsFilledInDecidesWhatIsThere)
 {
     const char* text = R"({ "@" = "layout 1", "head" = (BNF1) 0, "@head" = "bits 1 more, 7 count",
-        "@head.count" = "count of items", "items" = [ (BNF1) 0 ], "tail" = (BCF1) "t", "@tail" = "if head.count > 1" })";
+        "@head.count" = "count of items", "items" = [ (BNF1) 0 ],
+        "tail" = (BCF1) "t", "@tail" = "if head.count > 1" })";
     EXPECT_EQ(made(text, R"({ "items" = [ 65, 66 ], "tail" = "x" })"),
               "\x02"
               "ABx");

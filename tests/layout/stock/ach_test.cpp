@@ -11,14 +11,6 @@ namespace murv::tests
 namespace
 {
 
-/// Files without a line end after the last line are made without one.
-tMakeOptions optionsFor(const std::string& bytes)
-{
-    tMakeOptions options;
-    options.m_bOpenEnd = bytes.back() != '\n';
-    return options;
-}
-
 tReading achReading(const std::string& file)
 {
     return reading(installed("ach"), sample("ach/" + file));
@@ -54,7 +46,7 @@ TEST(ACH, validFilesComeBackWithoutFindings)
     {
         SCOPED_TRACE(name);
         const std::string bytes = sample(std::string("ach/") + name + ".ach");
-        const CFields tree = thereAndBack(layout, bytes, optionsFor(bytes));
+        const CFields tree = thereAndBack(layout, bytes);
         EXPECT_EQ(at(tree, "file control.debits"), dollars(amountSum(bytes, true)));
         EXPECT_EQ(at(tree, "file control.credits"), dollars(amountSum(bytes, false)));
     }
@@ -70,7 +62,7 @@ TEST(ACH, batchCountOfARealFileDiffers)
     EXPECT_EQ(places(result.m_vFindings), std::vector<std::string>{"total at 8741 (file control.batch count)"});
     std::string repaired = bytes;
     repaired.replace(8741, 6, "000004");
-    EXPECT_EQ(making(layout, result.m_tTree, optionsFor(bytes)), repaired);
+    EXPECT_EQ(making(layout, result.m_tTree, result.m_tOptions), repaired);
     EXPECT_EQ(countAt(result.m_tTree, "batches"), 4u);
     expectValues(result.m_tTree, {{"batches.0.header.company", "EXAMPLE COMPANY"},
                                   {"batches.0.entries.0.entry.amount", "270.00"},
@@ -125,7 +117,7 @@ TEST(ACH, recordThatEndsTheFileTooEarlyIsRefusedThere)
     EXPECT_FALSE(result.m_bRead);
     EXPECT_EQ(result.m_tFault.m_eCode, PF_frame);
     EXPECT_EQ(result.m_tFault.m_ullOffset, 9u * 95);
-    EXPECT_EQ(result.m_tFault.m_strBytes.substr(0, 10), "9000002000");
+    EXPECT_EQ(result.m_tFault.m_strBytes.substr(0, 10), "**********");  // the line may hold an account
 }
 
 TEST(ACH, wrongFormatCodeIsFound)

@@ -51,7 +51,7 @@ TEST(COBOL, totalsThatDifferAreFound)
 
 TEST(Sensor, measurementsComeBack)
 {
-    // Made by hand: length, flags "alarm", station 2, time 3; a number of 20.5 and a text; a name; CRC-32 of all before.
+    // Made by hand: length, flags "alarm", station 2, time 3; a number of 20.5 and a text; a name; CRC-32 of the rest.
     const std::string head = "MSR1" + bytesOf("2900 80 0200000000000000 03000000") + bytesOf("0200") +
                              bytesOf("01 01 14500000") + bytesOf("02 02 02") + "ok" + std::string("roof\0", 5);
     const CLayout layout = installed("sensor");
