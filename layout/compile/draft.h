@@ -124,6 +124,14 @@ inline const tRule* findRule(const tDraft& draft, std::string_view name)
     return nullptr;
 }
 
+/// Whether the part is one of several of which one is there.
+inline bool isAlternative(tCompile& compile, unsigned int part)
+{
+    const unsigned int parent = compile.part(part).m_uiParent;
+    return parent != s_cuiNone && (findRule(compile.draft(parent), "one of") != nullptr ||
+                                   findRule(compile.draft(parent), "one of by") != nullptr);
+}
+
 /// Whether the part is its own enclosing part: sized, between marks, or a record in a frame.
 inline bool isBounded(tCompile& compile, unsigned int index)
 {
