@@ -154,8 +154,7 @@ E_Scan CMaker::setNumber(const tLink& link, unsigned int hole, std::uint64_t val
     const tBitField& field = part4(open.m_uiPart).m_tItem.m_vBits[link.m_tNumber.m_uiBits];
     if (field.m_uiWidth < 64 && value >> field.m_uiWidth != 0)
         return stopAtHole(PF_tooLong, hole);
-    const std::uint64_t mask = (field.m_uiWidth >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << field.m_uiWidth) - 1)
-                               << field.m_uiShift;
+    const std::uint64_t mask = std::uint64_t{mask4Width(field.m_uiWidth)} << field.m_uiShift;
     open.m_tValue = makeScalar(false, (open.m_tValue.m_ullValue & ~mask) | value << field.m_uiShift);
     return SC_next;
 }

@@ -291,7 +291,7 @@ E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
         if (const E_Scan result = takeScalar(part, *node, value))
             return result;
     }
-    else if (leaf.m_bRequired || leaf.m_bComputed)
+    else if (leaf.m_bRequired || leaf.m_bOpen)
         return stop(PF_missing, part);
     else
         return putValue(part, defaultOf(leaf), true);
@@ -318,7 +318,7 @@ E_Scan CMaker::takeScalar(unsigned int part, const CFields& node, tScalar& value
 
 E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
 {
-    unsigned long long number = 0;
+    unsigned long long number = part4(part).m_ullDefault;  // which says the bits that the data lacks
     unsigned int matched = 0;
     for (const tBitField& field : part4(part).m_tItem.m_vBits)
     {
@@ -327,13 +327,14 @@ E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
         if (member == nullptr)
             continue;
         ++matched;
+        const unsigned long long mask = mask4Width(field.m_uiWidth);
         unsigned long long bits = 0;
         const bool isNumber = member->isUint64() && !member->isCodelist();
         if (isNumber)
             bits = member->asUint64();
-        if (!isNumber || (field.m_uiWidth < 64 && bits >> field.m_uiWidth != 0))
+        if (!isNumber || bits > mask)
             return stop(isNumber ? PF_tooLong : PF_type, part, "A part of the bits does not fit");
-        number |= bits << field.m_uiShift;
+        number = (number & ~(mask << field.m_uiShift)) | bits << field.m_uiShift;
     }
     if (matched != node.getChildCount())
         return stop(PF_unknown, part, "The data has bits that the layout does not name");

@@ -52,6 +52,12 @@ struct tBitField
     unsigned int m_uiShift;  // of its lowest bit
 };
 
+/// That many bits, the lowest of a number.
+constexpr unsigned long long mask4Width(unsigned int width)
+{
+    return width >= 64 ? ~0ULL : (1ULL << width) - 1;
+}
+
 /// Values that are valid: from one to another, both included; or a single one.
 struct tValidRange
 {

@@ -65,6 +65,8 @@ constexpr tExpected s_ctPaths[] = {
     {"noPathGoesThroughALeaf", R"~("a" = (BNF1) 0, "b" = (BNF1) 0, "@b" = ^"if a.x = 1")~", "b",
      R"~(The path goes through the leaf "a")~"},
     {"noNumberIsAboutItself", R"~("a" = (BNF1) 0, "@a" = ^"size of a")~", "a", R"~(The rule is about its own number)~"},
+    {"noRowOfPartsIsTheNumberAlone", R"~("a" = (BNF1) 0, "@a" = ^"size of a..a")~", "a",
+     R"~(The rule is about its own number)~"},
     {"bitsHaveNames", R"~("a" = (BNF1) 0, "@a" = "bits 3 x, 5 y", "@a.z" = ^"count of b", "b" = [ (BNF2) 0 ])~", "a",
      R"~("a" has no bits "z")~"},
     {"bitsAreNamedOneByOne", R"~("a" = (BNF1) 0, "@a" = "bits 3 x, 5 y", "b" = (BNF1) 0, "@b" = ^"if a = 1")~", "b",
