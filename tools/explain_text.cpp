@@ -127,6 +127,8 @@ std::string CExplainText::head4Record(const tExplainRecord& record) const
     const std::string path = shownText(record.m_strPath);
     if (!path.empty())
         head += (head.empty() ? "" : ": ") + path;
+    if (head.empty())
+        head = "offset " + hex4Offset(record.m_ullOffset);
     const std::string place = counted(record.m_ullLength, "byte") + " at " + hex4Offset(record.m_ullOffset);
     return coloured(head, s_cpBold) +
            (head.empty()        ? ""

@@ -36,9 +36,9 @@ public:
         verb.add_option("-e,--layout-text", m_strLayoutText, "The layout itself, for a try")
             ->type_name("LAYOUT")
             ->excludes(layout);
-        verb.add_option("-x,--hex", m_strHex, "The packet itself, as hexadecimal digits")
-            ->type_name("HEX")
-            ->excludes(file);
+        m_pHex = verb.add_option("-x,--hex", m_strHex, "The packet itself, as hexadecimal digits")
+                     ->type_name("HEX")
+                     ->excludes(file);
         verb.add_option("--record", m_ullRecord, "Only the record of that number, from 1")->type_name("N");
         verb.add_flag("--unmask", m_bUnmask, "Show masked values");
         verb.add_flag("--json", m_bJson, "One JSON object a record, diagnostics as JSON lines");
@@ -53,7 +53,7 @@ public:
         diagnostics.setJson(m_bJson);
         if (m_strLayout.empty() && m_strLayoutText.empty())
             return diagnostics.fail("", "a layout is required: --layout or --layout-text", EC_wrongCall);
-        if (m_strLayout == "-" && m_strHex.empty() && (m_strFile.empty() || m_strFile == "-"))
+        if (m_strLayout == "-" && !isHex() && (m_strFile.empty() || m_strFile == "-"))
             return diagnostics.fail("", "the standard input cannot hold both layout and packet", EC_wrongCall);
         tLoadedLayout layout;
         const E_ExitCode code = m_strLayout.empty()
@@ -65,13 +65,19 @@ public:
         std::string packet;
         if (const E_ExitCode got = readPacket(diagnostics, input, packet))
             return got;
-        return explain(layout.m_tLayout, m_strHex.empty() ? input.text() : packet, session);
+        return explain(layout.m_tLayout, isHex() ? std::string_view(packet) : input.text(), session);
     }
 
 private:
+    /// Whether the packet is in the call; it may be empty.
+    bool isHex() const
+    {
+        return m_pHex->count() != 0;
+    }
+
     E_ExitCode readPacket(CDiagnostics& diagnostics, tInput& input, std::string& packet) const
     {
-        if (m_strHex.empty())
+        if (!isHex())
         {
             if (const E_ExitCode code = readInput(m_strFile.empty() ? "-" : m_strFile, diagnostics, input))
                 return code;
@@ -124,6 +130,7 @@ private:
     std::string m_strLayout;
     std::string m_strLayoutText;
     std::string m_strHex;
+    const CLI::Option* m_pHex = nullptr;
     std::uint64_t m_ullRecord = 0;
     bool m_bUnmask = false;
     bool m_bJson = false;
