@@ -124,11 +124,6 @@ inline const tRule* findRule(const tDraft& draft, std::string_view name)
     return nullptr;
 }
 
-inline bool mayBeAbsent(const tPart& part)
-{
-    return part.m_bOptional || !part.m_vIf.empty() || part.m_uiBitmap != s_cuiNone;
-}
-
 /// Whether the part is its own enclosing part: sized, between marks, or a record in a frame.
 inline bool isBounded(tCompile& compile, unsigned int index)
 {
@@ -154,5 +149,6 @@ void measureParts(tCompile& compile);  // widths
 void checkWidths(tCompile& compile);   // elements without bytes, tails, frames, aligned parts
 void findHeads(tCompile& compile);     // heads, and the ends of arrays that depend on them
 void checkNumbers(tCompile& compile);  // overlaps and circles
+void placeParts(tCompile& compile);    // offsets and bounds of lengths, of a layout without mistakes
 
 }  // namespace murv::detail

@@ -18,6 +18,8 @@ namespace murv::detail
 struct tCompile;
 struct tRuleRow;
 
+inline constexpr unsigned char s_cucWordKind = 15;  // of the external keywords that are value words
+
 /// A rule of a part, read. Which members count is said by its row.
 struct tRule
 {
