@@ -40,6 +40,7 @@ std::unique_ptr<IVerb> makeFmtVerb();
 std::unique_ptr<IVerb> makeGetVerb();
 std::unique_ptr<IVerb> makeHelpVerb();
 std::unique_ptr<IVerb> makeInfoVerb();
+std::unique_ptr<IVerb> makeLayoutVerb();
 std::unique_ptr<IVerb> makeLayoutsVerb();
 std::unique_ptr<IVerb> makePackVerb();
 std::unique_ptr<IVerb> makeStatVerb();
@@ -62,6 +63,7 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"unpack", "Turn packets and files of records into documents, JSON or tables", &makeUnpackVerb},
     {"pack", "Turn documents and JSON into packets and files of records", &makePackVerb},
     {"explain", "Show every byte of a packet, and what it means", &makeExplainVerb},
+    {"layout", "Show the parts of a layout: offsets, lengths, kinds, rules", &makeLayoutVerb},
     {"layouts", "List the layouts that -l finds by name", &makeLayoutsVerb},
     {"help", "Show this help, or that of a verb", &makeHelpVerb},
 };
