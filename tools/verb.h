@@ -43,6 +43,7 @@ std::unique_ptr<IVerb> makeInfoVerb();
 std::unique_ptr<IVerb> makeLayoutVerb();
 std::unique_ptr<IVerb> makeLayoutsVerb();
 std::unique_ptr<IVerb> makePackVerb();
+std::unique_ptr<IVerb> makePictureVerb();
 std::unique_ptr<IVerb> makeStatVerb();
 std::unique_ptr<IVerb> makeUnpackVerb();
 
@@ -64,6 +65,7 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"pack", "Turn documents and JSON into packets and files of records", &makePackVerb},
     {"explain", "Show every byte of a packet, and what it means", &makeExplainVerb},
     {"layout", "Show the parts of a layout: offsets, lengths, kinds, rules", &makeLayoutVerb},
+    {"picture", "Draw the records of a layout, as SVG or text", &makePictureVerb},
     {"layouts", "List the layouts that -l finds by name", &makeLayoutsVerb},
     {"help", "Show this help, or that of a verb", &makeHelpVerb},
 };
