@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "tools/hex_text.h"
 #include "tools/packet_leaf.h"
 #include "tools/utf8.h"
 
@@ -14,20 +13,8 @@ namespace
 {
 constexpr unsigned int s_cuiByte = 8;
 constexpr unsigned int s_cuiRowBytes = s_cuiFigureBits / s_cuiByte;
-constexpr std::uint64_t s_cullMostRows = 2;    // more whole rows of one field become a torn one
-constexpr unsigned int s_cuiLeastRest = 16;    // bits of a row in which a part of any length finds room
-constexpr std::size_t s_cnLongestLiteral = 8;  // bytes that are shown
-
-std::string text4Literal(std::string_view bytes)
-{
-    const bool isText = std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= ' ' && c <= '~'; });
-    std::string text;
-    if (isText)
-        text.append("\"").append(bytes.substr(0, s_cnLongestLiteral)).append("\"");
-    else
-        appendHex(text, bytes.substr(0, s_cnLongestLiteral));
-    return " = " + text + (bytes.size() > s_cnLongestLiteral ? "..." : "");
-}
+constexpr std::uint64_t s_cullMostRows = 2;  // more whole rows of one field become a torn one
+constexpr unsigned int s_cuiLeastRest = 16;  // bits of a row in which a part of any length finds room
 
 std::string unit4Length(std::uint64_t least, std::uint64_t most)
 {
@@ -73,6 +60,8 @@ public:
             }
             const tLayoutPart part = m_tLayout.getPart(at);
             const bool isRow = part.m_eKind == LP_fields && !part.m_bChoice;
+            if (!isRow || at != top)
+                m_tFigure.m_vParts.push_back(at);
             if (isRow && part.m_bOptional && at != top)
                 optionals.push_back(afterPart(m_tLayout, at));
             if (!isRow)
@@ -90,7 +79,7 @@ private:
         tFigureField field;
         field.m_uiPart = number;
         field.m_strShort = m_tPaths.name(number);
-        field.m_strName = relativePath(number) + (part.m_strvLiteral.empty() ? "" : text4Literal(part.m_strvLiteral));
+        field.m_strName = relativePath(number) + (part.m_strvLiteral.empty() ? "" : " = " + shownLiteral(part));
         field.m_strLength = unit4Length(part.m_ullLeast, part.m_ullMost);
         field.m_bLiteral = part.m_bLiteral;
         field.m_bComputed = part.m_bComputed;

@@ -40,8 +40,9 @@ struct tFigureRow
 struct tFigure
 {
     unsigned int m_uiPart = 0;
-    std::string m_strTitle;  // path of what it shows
-    std::string m_strNote;   // "94 bytes", "each element, 3..258 bytes"
+    std::string m_strTitle;              // path of what it shows
+    std::string m_strNote;               // "94 bytes", "each element, 3..258 bytes"
+    std::vector<unsigned int> m_vParts;  // all that it shows, field sets included
     std::vector<tFigureField> m_vFields;
     std::vector<tFigureRow> m_vRows;
 };

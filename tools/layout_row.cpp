@@ -1,6 +1,9 @@
 // tools/layout_row.cpp - the parts of a layout in words.
 #include "tools/layout_row.h"
 
+#include <algorithm>
+
+#include "tools/hex_text.h"
 #include "tools/packet_leaf.h"
 #include "tools/utf8.h"
 
@@ -120,6 +123,21 @@ std::string shownRule(std::string_view rule)
         rule.remove_prefix(isShown ? length : 1);
     }
     return shown;
+}
+
+std::string shownLiteral(const tLayoutPart& part)
+{
+    constexpr std::size_t longest = 8;  // bytes that are shown
+    std::string bytes(part.m_strvLiteral);
+    if (part.m_bMasked)
+        std::fill_n(bytes.begin(), bytes.size() - std::min<std::size_t>(bytes.size(), part.m_uiShown), '*');
+    const bool isText = std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    std::string text;
+    if (isText)
+        text = "\"" + bytes.substr(0, longest) + "\"";
+    else
+        appendHex(text, std::string_view(bytes).substr(0, longest));
+    return text + (bytes.size() > longest ? "..." : "");
 }
 
 CLayoutPaths::CLayoutPaths(const CLayout& layout) : m_vPaths(layout.getPartCount()), m_vNames(m_vPaths.size())

@@ -28,7 +28,7 @@ struct tLayoutRow
     tLayoutBits m_tBits{};
 };
 
-/// The paths of all parts of a layout, as faults show them, with [] for each array: findPart() takes them without these.
+/// The paths of all parts of a layout, as faults show them, with [] for each array; findPart() takes them without [].
 class CLayoutPaths
 {
 public:
@@ -51,6 +51,9 @@ private:
 
 /// A rule as people see it: bytes that are no printable characters as the escapes of the notation.
 std::string shownRule(std::string_view rule);
+
+/// The bytes of a literal: quoted characters, or hexadecimal digits; long ones are cut, masked ones are stars.
+std::string shownLiteral(const tLayoutPart& part);
 
 /// "4", "2..101" or "13..".
 std::string text4Length(std::uint64_t least, std::uint64_t most);

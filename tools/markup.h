@@ -9,8 +9,8 @@
 namespace murv::tool
 {
 
-/// The text with the characters replaced that mean something in markup, in attributes too. Characters that markup cannot
-/// hold, that change the direction of writing, and bytes that are no UTF-8 become U+FFFD. Line feeds stay.
+/// The text with the characters replaced that mean something in markup, in attributes too. Characters that markup
+/// cannot hold, that change the direction of writing, and bytes that are no UTF-8 become U+FFFD. Line feeds stay.
 std::string markup4Text(std::string_view text);
 
 }  // namespace murv::tool

@@ -36,6 +36,7 @@ public:
 std::unique_ptr<IVerb> makeCheckVerb();
 std::unique_ptr<IVerb> makeConvertVerb();
 std::unique_ptr<IVerb> makeExplainVerb();
+std::unique_ptr<IVerb> makeDocVerb();
 std::unique_ptr<IVerb> makeFmtVerb();
 std::unique_ptr<IVerb> makeGetVerb();
 std::unique_ptr<IVerb> makeHelpVerb();
@@ -66,6 +67,7 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"explain", "Show every byte of a packet, and what it means", &makeExplainVerb},
     {"layout", "Show the parts of a layout: offsets, lengths, kinds, rules", &makeLayoutVerb},
     {"picture", "Draw the records of a layout, as SVG or text", &makePictureVerb},
+    {"doc", "Document a layout as one HTML page", &makeDocVerb},
     {"layouts", "List the layouts that -l finds by name", &makeLayoutsVerb},
     {"help", "Show this help, or that of a verb", &makeHelpVerb},
 };

@@ -43,7 +43,7 @@ TEST(Help, ofAnUnknownVerbIsAWrongCall)
 TEST(Help, speaksOfVerbsAndNamesEachOptionOnce)
 {
     for (const char* const verb : {"", "fmt", "check", "get", "stat", "convert", "info", "unpack", "pack", "explain",
-                                   "layout", "picture", "layouts", "help"})
+                                   "layout", "picture", "doc", "layouts", "help"})
     {
         const std::string help =
             *verb == '\0' ? murvOn("", {"--help"}).m_strOutput : murvOn("", {"help", verb}).m_strOutput;
