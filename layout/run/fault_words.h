@@ -8,8 +8,8 @@
 namespace murv::detail
 {
 
-/// The name of a part as paths write it: in quotes when it has characters that mean something there; `#7` for an ID, and
-/// `(3)` for the third of a field set when there is neither.
+/// The name of a part as paths write it: in quotes when it has characters that mean something there; `#7` for an ID,
+/// and `(3)` for the third of a field set when there is neither.
 std::string pathName(const tPart& part);
 
 /// The path of a part, with the numbers of the elements around it; fewer numbers than arrays: of the layout alone.

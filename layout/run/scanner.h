@@ -59,8 +59,8 @@ public:
     void show(const char* data, std::uint64_t base, std::uint64_t length, bool over);
     /// Runs until a record has ended, or the scanner must stop.
     E_Scan run();
-    /// After a fault: goes on after the frame at hand, at the place from which the next record can be read. Totals that are
-    /// open are not compared. \return false when no frame is open
+    /// After a fault: goes on after the frame at hand, at the place from which the next record can be read. Totals that
+    /// are open are not compared. \return false when no frame is open
     bool skipFrame();
     /// Totals that are open are not compared, as a part of what they count is damaged.
     void distrustTotals();
