@@ -17,7 +17,7 @@ enum E_Step : unsigned char
 {
     ST_run,        // items of fixed width side by side: one test of bounds. A: run
     ST_item,       // one item of varying width. A: part
-    ST_open,       // a field set begins. A: part
+    ST_open,       // a field set begins. A: part, B: between marks, its ST_close, where one without bytes goes on
     ST_close,      // it ends. A: part
     ST_array,      // an array begins. A: part
     ST_next,       // its next element begins, or none does. A: part, B: step after the last element
@@ -103,12 +103,12 @@ struct tPlan
     unsigned int m_uiRegisters = 0;
     std::vector<std::vector<unsigned int>> m_vLinks4Number;   // by part: links whose number it is
     std::vector<std::vector<unsigned int>> m_vLinks4Counted;  // by part: totals that count it
-    std::vector<std::vector<unsigned int>> m_vLinks4Base;     // by part: totals that end with it
-    std::vector<std::vector<unsigned int>> m_vLinks4Span;     // by span: links that measure it
-    std::vector<unsigned int> m_vOrder4Link;                  // by link: totals of lower order come first
-    std::vector<tPlaceInRun> m_vPlace4Part;                   // by part: where a leaf of fixed width lies
-    std::vector<bool> m_vChooses;                             // by part: an alternative is chosen by its value
-    bool m_bSelfEvident = false;                              // what is made cannot be read in another way
+    std::vector<std::vector<unsigned int>> m_vLinks4Base;  // by part: totals that end with it, and what may be absent
+    std::vector<std::vector<unsigned int>> m_vLinks4Span;  // by span: links that measure it
+    std::vector<unsigned int> m_vOrder4Link;               // by link: totals of lower order come first
+    std::vector<tPlaceInRun> m_vPlace4Part;                // by part: where a leaf of fixed width lies
+    std::vector<bool> m_vChooses;                          // by part: an alternative is chosen by its value
+    bool m_bSelfEvident = false;                           // what is made cannot be read in another way
 };
 
 /// Makes the steps of a plan whose parts, links, spans and frame are complete.

@@ -4,6 +4,7 @@
 // part is left.
 #include <algorithm>
 
+#include "layout/plan/links.h"
 #include "layout/plan/members.h"
 #include "layout/plan/plan.h"
 
@@ -36,6 +37,7 @@ private:
         }
         unsigned int m_uiPart;
         unsigned int m_uiWhen = s_cuiNone;
+        unsigned int m_uiBegin = s_cuiNone;  // ST_open
         unsigned int m_uiNext = s_cuiNone;
         unsigned int m_uiChoice = s_cuiNone;
         std::vector<unsigned int> m_vToEnd;  // jumps to the end of the part
@@ -50,8 +52,9 @@ private:
     void addToRun(unsigned int part);
     bool isPlain(unsigned int part) const;
     void beginMember(tOpen& open);
-    void beginSpans(unsigned int part);
-    void endSpans(unsigned int part);
+    void beginSpans(unsigned int part, bool rows);
+    void endSpans(unsigned int part, bool rowsOnly);
+    void endAbsent(const tOpen& open);
     void addReset(unsigned int element);
     unsigned int add(E_Step step, unsigned int a, unsigned int b = s_cuiNone);
     unsigned int here();
@@ -144,7 +147,7 @@ void CStepMaker::enterLeaf(unsigned int part)
 
 void CStepMaker::enterSet(tOpen& open)
 {
-    add(ST_open, open.m_uiPart);
+    open.m_uiBegin = add(ST_open, open.m_uiPart);
     const tPart& set = m_tPlan.m_vParts[open.m_uiPart];
     if (set.m_eChoice == CH_none)
         return;
@@ -186,25 +189,46 @@ void CStepMaker::addReset(unsigned int element)
     m_tPlan.m_vResets.push_back(std::move(reset));
 }
 
-/// The outermost of several spans begins first and ends last.
-void CStepMaker::beginSpans(unsigned int part)
+/// The outermost of several spans begins first and ends last. Those of rows begin even when the part is absent.
+void CStepMaker::beginSpans(unsigned int part, bool rows)
 {
     std::vector<unsigned int>& spans = m_vSpansFrom[part];
     std::sort(spans.begin(), spans.end(), [this](unsigned int a, unsigned int b) {
         return m_tPlan.m_vSpans[a].m_uiLast > m_tPlan.m_vSpans[b].m_uiLast;
     });
     for (const unsigned int span : spans)
-        add(ST_span, span);
+    {
+        if (rows == (m_tPlan.m_vSpans[span].m_uiLast != part))
+            add(ST_span, span);
+    }
 }
 
-void CStepMaker::endSpans(unsigned int part)
+void CStepMaker::endSpans(unsigned int part, bool rowsOnly)
 {
     std::vector<unsigned int>& spans = m_vSpansTo[part];
     std::sort(spans.begin(), spans.end(), [this](unsigned int a, unsigned int b) {
         return m_tPlan.m_vSpans[a].m_uiFirst > m_tPlan.m_vSpans[b].m_uiFirst;
     });
     for (const unsigned int span : spans)
-        add(ST_spanEnd, span);
+    {
+        if (!rowsOnly || m_tPlan.m_vSpans[span].m_uiFirst != part)
+            add(ST_spanEnd, span);
+    }
+}
+
+/// Where to go on when the part is absent; rows end with it all the same.
+void CStepMaker::endAbsent(const tOpen& open)
+{
+    const std::vector<unsigned int>& spans = m_vSpansTo[open.m_uiPart];
+    const bool endsRow = std::any_of(spans.begin(), spans.end(), [&](unsigned int span) {
+        return m_tPlan.m_vSpans[span].m_uiFirst != open.m_uiPart;
+    });
+    const unsigned int jump = endsRow ? add(ST_jump, open.m_uiPart) : s_cuiNone;
+    m_tPlan.m_vSteps[open.m_uiWhen].m_uiB = here();
+    if (!endsRow)
+        return;
+    endSpans(open.m_uiPart, true);
+    m_tPlan.m_vSteps[jump].m_uiB = here();
 }
 
 /// What comes before a part because of the field set or array around it.
@@ -233,10 +257,11 @@ void CStepMaker::enter(unsigned int part)
         m_vOpen.push_back(std::move(open));
         return;
     }
+    beginSpans(part, true);
     beginMember(open);
     if (entered.m_bRecord)
         add(ST_record, part);
-    beginSpans(part);
+    beginSpans(part, false);
     switch (entered.m_eKind)
     {
     case PK_leaf: enterLeaf(part); break;
@@ -257,6 +282,9 @@ void CStepMaker::leaveBody(const tOpen& open)
     const unsigned int end = add(part.m_eKind == PK_array ? ST_arrayEnd : ST_close, open.m_uiPart);
     for (const unsigned int jump : open.m_vToEnd)
         m_tPlan.m_vSteps[jump].m_uiB = end;
+    // Between marks, a field set without bytes has no members.
+    if (open.m_uiBegin != s_cuiNone && isCut(open.m_uiPart))
+        m_tPlan.m_vSteps[open.m_uiBegin].m_uiB = end;
 }
 
 void CStepMaker::leave()
@@ -265,19 +293,19 @@ void CStepMaker::leave()
     m_vOpen.pop_back();
     const tPart& part = m_tPlan.m_vParts[open.m_uiPart];
     leaveBody(open);
-    endSpans(open.m_uiPart);
+    endSpans(open.m_uiPart, false);
     if (part.m_uiAlign != 0)
         add(ST_align, open.m_uiPart);
-    if (part.m_bRecord)
-        add(ST_recordEnd, open.m_uiPart);
     if (!m_tPlan.m_vLinks4Base[open.m_uiPart].empty())
         add(ST_total, open.m_uiPart);
+    if (part.m_bRecord)
+        add(ST_recordEnd, open.m_uiPart);
     if (isCut(open.m_uiPart))
         add(ST_uncut, open.m_uiPart);
     if (!m_vOpen.empty() && m_vOpen.back().m_uiChoice != s_cuiNone)
         m_vOpen.back().m_vToEnd.push_back(add(ST_jump, open.m_uiPart));
     if (open.m_uiWhen != s_cuiNone)
-        m_tPlan.m_vSteps[open.m_uiWhen].m_uiB = here();
+        endAbsent(open);
 }
 
 void CStepMaker::make()
@@ -292,93 +320,6 @@ void CStepMaker::make()
     while (!m_vOpen.empty())
         leave();
     add(ST_done, 0);
-}
-
-/// Gives a register to every leaf whose value is needed while a packet is read or made.
-void assignRegisters(tPlan& plan)
-{
-    plan.m_vRegister4Part.assign(plan.m_vParts.size(), s_cuiNone);
-    plan.m_vChooses.assign(plan.m_vParts.size(), false);
-    const auto keep = [&plan](const tValueOf& value) {
-        if (value.m_uiPart != s_cuiNone && plan.m_vRegister4Part[value.m_uiPart] == s_cuiNone)
-            plan.m_vRegister4Part[value.m_uiPart] = plan.m_uiRegisters++;
-    };
-    for (const tPart& part : plan.m_vParts)
-    {
-        for (const tTest& test : part.m_vIf)
-            keep(test.m_tValue);
-        keep(part.m_tChoice);
-        if (part.m_tChoice.m_uiPart != s_cuiNone)
-            plan.m_vChooses[part.m_tChoice.m_uiPart] = true;
-        keep(part.m_tUntil.m_tValue);
-    }
-    for (const tLink& link : plan.m_vLinks)
-    {
-        keep(link.m_tNumber);
-        if (link.m_eKind == LK_sum)
-            keep({link.m_uiTarget, s_cuiNone});
-    }
-}
-
-void listLinks(tPlan& plan)
-{
-    plan.m_vLinks4Number.resize(plan.m_vParts.size());
-    plan.m_vLinks4Counted.resize(plan.m_vParts.size());
-    plan.m_vLinks4Base.resize(plan.m_vParts.size());
-    plan.m_vLinks4Span.resize(plan.m_vSpans.size());
-    for (unsigned int i = 0; i < plan.m_vLinks.size(); ++i)
-    {
-        const tLink& link = plan.m_vLinks[i];
-        plan.m_vLinks4Number[link.m_tNumber.m_uiPart].push_back(i);
-        if (link.m_uiSpan != s_cuiNone)
-            plan.m_vLinks4Span[link.m_uiSpan].push_back(i);
-        if (link.m_uiBase != s_cuiNone)
-            plan.m_vLinks4Base[link.m_uiBase].push_back(i);
-        if (link.m_eKind == LK_bits)
-            plan.m_vLinks4Base[link.m_uiTarget].push_back(i);
-        if (link.m_eKind == LK_sum || link.m_eKind == LK_elements || link.m_eKind == LK_count)
-            plan.m_vLinks4Counted[link.m_uiTarget].push_back(i);
-        if (link.m_eKind != LK_records)
-            continue;
-        for (unsigned int part = link.m_uiTarget; part < plan.m_vParts[link.m_uiTarget].m_uiAfter; ++part)
-        {
-            if (plan.m_vParts[part].m_bRecord)
-                plan.m_vLinks4Counted[part].push_back(i);
-        }
-    }
-}
-
-/// A total that counts numbers of other totals has a higher order than these. Circles were refused before, so a total
-/// is put in order after all that it counts.
-void orderLinks(tPlan& plan)
-{
-    plan.m_vOrder4Link.assign(plan.m_vLinks.size(), 0);
-    std::vector<unsigned int> open;
-    for (unsigned int first = 0; first < plan.m_vLinks.size(); ++first)
-    {
-        open.push_back(first);
-        while (!open.empty())
-        {
-            const unsigned int link = open.back();
-            unsigned int order = 1;
-            bool isReady = true;
-            if (plan.m_vLinks[link].m_eKind == LK_sum && plan.m_vOrder4Link[link] == 0)
-            {
-                for (const unsigned int counted : plan.m_vLinks4Number[plan.m_vLinks[link].m_uiTarget])
-                {
-                    order = std::max(order, plan.m_vOrder4Link[counted] + 1);
-                    if (plan.m_vOrder4Link[counted] != 0 || open.size() > plan.m_vLinks.size())
-                        continue;
-                    open.push_back(counted);
-                    isReady = false;
-                }
-            }
-            if (!isReady)
-                continue;
-            plan.m_vOrder4Link[link] = std::max(plan.m_vOrder4Link[link], order);
-            open.pop_back();
-        }
-    }
 }
 
 /// A choice between alternatives that one byte tells apart is one look into a table. The byte may not be there; then
@@ -411,20 +352,6 @@ void makeByteTable(const tPlan& plan, tChoice& choice)
         return;
     choice.m_uiOffset = offset;
     choice.m_vMember4Byte = std::move(table);
-}
-
-/// Whether every end is a width, a length prefix, a size or a count, and every condition a value that was read. Then
-/// what is made cannot be read in another way.
-bool isSelfEvident(const tPlan& plan)
-{
-    const auto isComputed = [&plan](const tTest& test) { return plan.m_vParts[test.m_tValue.m_uiPart].m_bComputed; };
-    return (plan.m_tFrame.m_eKind == FR_none || plan.m_tFrame.m_eKind == FR_prefixed) &&
-           std::all_of(plan.m_vParts.begin(), plan.m_vParts.end(), [&](const tPart& part) {
-               return !part.m_bOptional && part.m_strBetween.empty() && part.m_eChoice != CH_heads &&
-                      (part.m_eEnd == LE_fixed || part.m_eEnd == LE_prefix) && part.m_uiBitmap == s_cuiNone &&
-                      (part.m_eKind != PK_array || part.m_eArrayEnd == AE_count) &&
-                      std::none_of(part.m_vIf.begin(), part.m_vIf.end(), isComputed);
-           });
 }
 
 }  // namespace

@@ -68,6 +68,20 @@ std::string masked(const tItem& item, std::string_view bytes)
     return text;
 }
 
+namespace
+{
+
+/// Whether bytes of other parts may be among those of the fault, one of which is masked.
+bool mayShowMasked(const tPlan& plan, const tScanFault& fault)
+{
+    const bool isAlone =
+        plan.m_vParts[fault.m_uiPart].m_eKind == PK_leaf && fault.m_eCode != PF_missing && fault.m_eCode != PF_leftOver;
+    return !isAlone && std::any_of(plan.m_vParts.begin(), plan.m_vParts.end(),
+                                   [](const tPart& part) { return part.m_tItem.m_bMask; });
+}
+
+}  // namespace
+
 tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_view bytes)
 {
     const tPart& part = plan.m_vParts[fault.m_uiPart];
@@ -81,9 +95,16 @@ tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_vi
     words.m_ullMissing = fault.m_ullMissing;
     words.m_strExpression = part.m_strExpression;
     words.m_strRules = part.m_strRules;
-    words.m_strBytes = masked(part.m_tItem, bytes).substr(0, s_cnMostBytes);
+    words.m_strBytes = mayShowMasked(plan, fault) ? std::string(std::min(bytes.size(), s_cnMostBytes), '*')
+                                                  : masked(part.m_tItem, bytes).substr(0, s_cnMostBytes);
     words.m_strMessage = fault.m_pText != nullptr ? fault.m_pText : getFaultSentence(fault.m_eCode);
     return words;
+}
+
+void sortFindings(std::vector<tScanFault>& findings)
+{
+    std::stable_sort(findings.begin(), findings.end(),
+                     [](const tScanFault& a, const tScanFault& b) { return a.m_ullOffset < b.m_ullOffset; });
 }
 
 std::string CMaker::unknownWords() const

@@ -40,6 +40,7 @@ void CMaker::begin()
     m_vOpenChecks.clear();
     m_vTrace.clear();
     m_vFindings.clear();
+    m_strUnknown.clear();
     m_ullRecord = m_ullRecordStart = m_ullFrameStart = 0;
     m_uiFound = s_cuiNone;
     m_bInRecord = m_bMoved = false;
@@ -114,7 +115,7 @@ bool CMaker::makeOnce(const CFields& tree, unsigned int from, E_Step last)
         m_uiStep += result == SC_next ? 1 : 0;
     }
     dropLastMark();
-    return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next;
+    return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next && agree() == SC_next;
 }
 
 /// Leaves the last record without its mark, when that is wanted.
@@ -137,7 +138,7 @@ E_Scan CMaker::step(const tStep& step)
     {
     case ST_run: return onRun(step.m_uiA);
     case ST_item: return makeLeaf(step.m_uiA);
-    case ST_open: return onOpen(step.m_uiA);
+    case ST_open: return onOpen(step);
     case ST_close: return onClose(step.m_uiA);
     case ST_array: return onArray(step.m_uiA);
     case ST_next: return onNext(step);
@@ -217,7 +218,7 @@ E_Scan CMaker::makeLeaf(unsigned int part)
     const CFields* const node = leaf.m_strName.empty() && leaf.m_uiID == 0 && leaf.m_bLiteral ? nullptr : find(part);
     if (leaf.m_bLiteral)
         return makeLiteral(part, node);
-    if ((leaf.m_bComputed && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
+    if ((!m_tPlan.m_vLinks4Number[part].empty() && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
         return makeHole(part);
     if (m_tPlan.m_vChooses[part])
         m_vHole4Part[part] = s_cuiNone;
@@ -261,50 +262,6 @@ E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
     else
         return putValue(part, defaultOf(leaf), true);
     return putValue(part, value, false);
-}
-
-E_Scan CMaker::takeScalar(unsigned int part, const CFields& node, tScalar& value)
-{
-    if (tFieldAccess::isContainer(node))
-    {
-        if (tFieldAccess::type(node) == DT_fields && !part4(part).m_tItem.m_vBits.empty())
-            return takeBits(part, node, value);
-        return stop(PF_type, part, "The data has a container where the layout has a value");
-    }
-    value.m_eType = tFieldAccess::type(node);
-    if (value.m_eType == DT_codelist)
-        value.m_strvText = tFieldAccess::codes(node);
-    else
-        value.m_ullValue = tFieldAccess::value(node).m_ullValue;
-    if (value.m_eType == DT_bool)
-        value = makeScalar(false, tFieldAccess::value(node).m_bValue ? 1 : 0);
-    return SC_next;
-}
-
-E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
-{
-    unsigned long long number = 0;
-    unsigned int matched = 0;
-    for (const tBitField& field : part4(part).m_tItem.m_vBits)
-    {
-        const CFields* const member =
-            node.findChildAt(field.m_strName.data(), static_cast<unsigned int>(field.m_strName.size()));
-        if (member == nullptr)
-            continue;
-        ++matched;
-        unsigned long long bits = 0;
-        const bool isNumber = member->isUint64() && !member->isCodelist();
-        if (isNumber)
-            bits = member->asUint64();
-        if (!isNumber || (field.m_uiWidth < 64 && bits >> field.m_uiWidth != 0))
-            return stop(isNumber ? PF_tooLong : PF_type, part, "A part of the bits does not fit");
-        number |= bits << field.m_uiShift;
-    }
-    if (matched != node.getChildCount())
-        return stop(PF_unknown, part, "The data has bits that the layout does not name");
-    value = makeScalar(false, number);
-    value.m_eType = DT_uint;
-    return SC_next;
 }
 
 /// Appends the item of a value: prefix, bytes, mark. The layout's own value may be padded where data may not.

@@ -67,8 +67,10 @@ private:
         std::uint64_t m_ullOffset = 0;  // of its item
         std::uint64_t m_ullLength = 0;
         tScalar m_tValue;
-        std::string m_strText;  // of a bitmap, or of a value that chooses
-        std::uint64_t m_ullRecord = 0;
+        std::string m_strText;             // of a bitmap, or of a value that chooses
+        const CFields* m_pData = nullptr;  // what the data says, or null
+        std::uint64_t m_ullRecord = 0;     // as in a fault
+        std::uint64_t m_ullRecordOffset = 0;
         tElements m_vElements;
     };
     struct tMeasure
@@ -109,8 +111,6 @@ private:
     E_Scan makeValue4Leaf(unsigned int part, const CFields* node);
     E_Scan putValue(unsigned int part, const tScalar& value, bool isOwn);
     E_Scan checkMarks(unsigned int part, std::size_t begin);
-    E_Scan takeScalar(unsigned int part, const CFields& node, tScalar& value);
-    E_Scan takeBits(unsigned int part, const CFields& node, tScalar& value);
     E_Scan keep(unsigned int part, std::string_view bytes);
     E_Scan stop(E_PacketFault code, unsigned int part, const char* text = nullptr, std::uint64_t length = 0);
     bool verify();
@@ -127,8 +127,15 @@ private:
             m_vTrace.push_back({trace, index, offset, length});
     }
 
+    // make_data.cpp
+    E_Scan takeScalar(unsigned int part, const CFields& node, tScalar& value);
+    E_Scan takeBits(unsigned int part, const CFields& node, tScalar& value);
+    E_Scan refuseBits(unsigned int part, const CFields& node);
+    E_Scan agree();
+    bool agrees(const tLink& link, unsigned int hole);
+
     // make_structure.cpp
-    E_Scan onOpen(unsigned int part);
+    E_Scan onOpen(const tStep& step);
     E_Scan onClose(unsigned int part);
     E_Scan onArray(unsigned int part);
     E_Scan onNext(const tStep& step);
@@ -147,6 +154,7 @@ private:
     unsigned int findMember(const tPart& set, const CFields& member) const;
 
     // make_measures.cpp
+    E_Scan beginHole(unsigned int part, tHole& hole);
     E_Scan makeHole(unsigned int part);
     E_Scan onSpanEnd(unsigned int index);
     E_Scan onLink(unsigned int index);

@@ -52,14 +52,16 @@ E_Scan CScanner::openLine(unsigned int part, std::string_view mark)
         if (isEnded && m_ucLineEnd != lineEnd)
             find(PF_lineEnd, part, m_ullPos + length, lineEnd);
     }
-    if (frame.m_uiLength != 0 && length != frame.m_uiLength)
-        return stop(PF_frame, part, m_ullPos, length,
-                    length < frame.m_uiLength ? "The line is shorter than the records are"
-                                              : "The line is longer than the records are");
     m_ullFrameBegin = m_ullPos;
     m_ullFrameEnd = m_ullPos + length;
     m_bFrameOpen = true;
-    return SC_next;
+    if (length > m_ullLongest)
+        return stop(PF_limit, part, m_ullPos, length);
+    if (frame.m_uiLength == 0 || length == frame.m_uiLength)
+        return SC_next;
+    return stop(PF_frame, part, m_ullPos, length,
+                length < frame.m_uiLength ? "The line is shorter than the records are"
+                                          : "The line is longer than the records are");
 }
 
 E_Scan CScanner::openPrefixed(unsigned int part)
@@ -74,8 +76,11 @@ E_Scan CScanner::openPrefixed(unsigned int part)
         return stop(PF_frame, part, m_ullPos, width, "The length before the record cannot be read");
     const auto plus = static_cast<unsigned long long>(frame.m_llPlus);
     const unsigned long long length = value.m_ullValue - plus;
-    if ((frame.m_llPlus > 0 && value.m_ullValue < plus) || length > s_cullLongestRecord)
+    const bool isBelowZero = value.m_eType == DT_sint && value.m_llValue < 0;
+    if (isBelowZero || (frame.m_llPlus > 0 && value.m_ullValue < plus) || length > s_cullUnknown / 2)
         return stop(PF_frame, part, m_ullPos, width, "The length before the record cannot be right");
+    if (length > m_ullLongest)
+        return stop(PF_limit, part, m_ullPos, width);
     return endFrameAt(part, m_ullPos + width, length);
 }
 
@@ -117,6 +122,8 @@ E_Scan CScanner::onRecord(unsigned int part)
 E_Scan CScanner::onRecordEnd(unsigned int part)
 {
     m_ullRecordEnd = m_ullPos;
+    if (m_ullPos - m_ullRecordStart > m_ullLongest)
+        return stop(PF_limit, part, m_ullRecordStart, m_ullPos - m_ullRecordStart);
     if (m_bFrameOpen)
     {
         if (m_ullPos != m_ullFrameEnd)

@@ -56,12 +56,12 @@ E_Scan CScanner::onSpan(unsigned int index)
         return SC_next;
     }
     std::uint64_t size = 0;
-    const tValueOf& number = m_tPlan.m_vLinks[span.m_uiSize].m_tNumber;
+    const tLink& link = m_tPlan.m_vLinks[span.m_uiSize];
     tScalar value;
-    if (!m_tKept.get(number, value))
+    if (!m_tKept.get(link.m_tNumber, value))
         return SC_next;
-    if (!size4Number(m_tPlan.m_vLinks[span.m_uiSize], size))
-        return stop(PF_size, number.m_uiPart, m_ullPos, 0, "The number cannot be a size");
+    if (!size4Number(link, size))
+        return stopAt(PF_size, link, m_vNumbers[span.m_uiSize], "The number cannot be a size");
     measure.m_bLimited = true;
     measure.m_nLimit = m_vLimits.size();
     pushLimit(m_vLimits.back().m_ullEnd, span.m_uiFirst);
@@ -77,14 +77,15 @@ E_Scan CScanner::limitTo(unsigned int span, std::uint64_t size, bool inside)
     const tMeasure& measure = m_vMeasures[span];
     const std::uint64_t end = measure.m_ullBegin + size;
     const std::uint64_t outer = m_vLimits[measure.m_nLimit].m_ullEnd;
-    const unsigned int part = m_tPlan.m_vLinks[m_tPlan.m_vSpans[span].m_uiSize].m_tNumber.m_uiPart;
+    const unsigned int index = m_tPlan.m_vSpans[span].m_uiSize;
+    const tLink& link = m_tPlan.m_vLinks[index];
+    const unsigned int part = link.m_tNumber.m_uiPart;
     if (end < m_ullPos)
-        return stop(PF_size, part, measure.m_ullBegin, m_ullPos - measure.m_ullBegin,
-                    "The size is less than what was read of the part");
+        return stopAt(PF_size, link, m_vNumbers[index], "The size is less than what was read of the part");
     if (end > outer)
         return measure.m_nLimit == 1 && m_bOver
                    ? more(part, end - m_ullShown)
-                   : stop(PF_size, part, m_ullPos, outer - m_ullPos, "The size is more than the enclosing part has");
+                   : stopAt(PF_size, link, m_vNumbers[index], "The size is more than the enclosing part has");
     if (end > m_ullShown)
         return more(part, end - m_ullShown);
     for (std::size_t i = measure.m_nLimit; i < m_vLimits.size(); ++i)
@@ -126,8 +127,7 @@ E_Scan CScanner::compareSize(const tLink& link, const tNumber& number, const tMe
     const unsigned long long wanted = size / link.m_ullDivisor + static_cast<unsigned long long>(link.m_llPlus);
     if (size % link.m_ullDivisor == 0 && number.m_ullValue == wanted)
         return SC_next;
-    return stop(PF_size, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength,
-                "The size does not agree with the part");
+    return stopAt(PF_size, link, number, "The size does not agree with the part");
 }
 
 void CScanner::compareCheck(const tLink& link, const tNumber& number, const tMeasure& measure)
@@ -138,7 +138,7 @@ void CScanner::compareCheck(const tLink& link, const tNumber& number, const tMea
     const tChecked checked{bytes(measure.m_ullBegin, measure.m_ullEnd - measure.m_ullBegin),
                            number.m_ullOffset - measure.m_ullBegin, number.m_ullLength};
     if (checksum4(static_cast<E_Checksum>(link.m_ucChecksum), leaf.m_tItem, checked) != number.m_ullValue)
-        find(PF_checksum, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength);
+        m_vFindings.push_back(makeFault(PF_checksum, link, number, nullptr));
 }
 
 /// A number was read, which the last entry of the trace shows.
@@ -152,11 +152,14 @@ E_Scan CScanner::onLink(unsigned int index)
     number.m_ullValue = value.m_ullValue;
     number.m_ullOffset = last.m_ullOffset;
     number.m_ullLength = last.m_ullLength;
+    number.m_ullRecord = m_bInRecord ? m_ullRecord : 0;
+    number.m_ullRecordOffset = m_bInRecord ? m_ullRecordStart : last.m_ullOffset;
+    number.m_bCompared = false;
     if (!number.m_bPresent)
         return SC_next;
     if (link.m_uiBase != s_cuiNone)
     {
-        m_vTotals[index].m_vNumbers.push_back(number);
+        m_vTotals[index].m_vNumbers.push_back({number, elements()});
         return SC_next;
     }
     if (link.m_uiSpan == s_cuiNone)
@@ -173,8 +176,7 @@ E_Scan CScanner::onLink(unsigned int index)
         return SC_next;
     std::uint64_t size = 0;
     if (!size4Number(link, size))
-        return stop(PF_size, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength,
-                    "The number cannot be a size");
+        return stopAt(PF_size, link, number, "The number cannot be a size");
     return limitTo(link.m_uiSpan, size, true);
 }
 
@@ -184,14 +186,27 @@ E_Scan CScanner::compareCounts(unsigned int part, std::uint64_t count)
     for (const unsigned int i : m_tPlan.m_vLinks4Counted[part])
     {
         const tLink& link = m_tPlan.m_vLinks[i];
-        const tNumber& number = m_vNumbers[i];
+        tNumber& number = m_vNumbers[i];
         if (link.m_eKind != LK_count || !number.m_bPresent)
             continue;
         if (number.m_ullValue != count + static_cast<unsigned long long>(link.m_llPlus))
-            return stop(PF_count, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength,
-                        "The count does not agree with the elements");
+            return stopAt(PF_count, link, number, "The count does not agree with the elements");
+        number.m_bCompared = true;
     }
     return SC_next;
+}
+
+/// What is absent has size and count 0.
+E_Scan CScanner::compareAbsent(unsigned int index)
+{
+    const tLink& link = m_tPlan.m_vLinks[index];
+    const tNumber& number = m_vNumbers[index];
+    const bool isCount = link.m_eKind == LK_count;
+    const bool isThere = isCount ? number.m_bCompared : m_vMeasures[link.m_uiSpan].m_bEnded;
+    if (!number.m_bPresent || isThere || number.m_ullValue == (link.m_llPlus > 0 ? link.m_llPlus + 0ULL : 0))
+        return SC_next;
+    return isCount ? stopAt(PF_count, link, number, "The count is about an array that is not there")
+                   : stopAt(PF_size, link, number, "The size is about a part that is not there");
 }
 
 /// A leaf was read that totals count.
@@ -215,6 +230,12 @@ E_Scan CScanner::onTotal(unsigned int part)
                 return result;
             continue;
         }
+        if (link.m_eKind == LK_size || link.m_eKind == LK_count)
+        {
+            if (const E_Scan result = compareAbsent(i))
+                return result;
+            continue;
+        }
         compareTotal(link, m_vTotals[i]);
     }
     return SC_next;
@@ -224,10 +245,12 @@ void CScanner::compareTotal(const tLink& link, tTotal& total)
 {
     const unsigned long long sum =
         addToTotal(total4Item(m_tPlan, link), total.m_ullSum, static_cast<unsigned long long>(link.m_llPlus));
-    for (const tNumber& number : total.m_vNumbers)
+    for (const tTotalNumber& number : total.m_vNumbers)
     {
-        if (number.m_ullValue != sum && !total.m_bUnknown)
-            find(PF_total, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength);
+        if (number.m_tNumber.m_ullValue == sum || total.m_bUnknown)
+            continue;
+        m_vFindings.push_back(makeFault(PF_total, link, number.m_tNumber, nullptr));
+        m_vFindings.back().m_vElements = number.m_vElements;
     }
     total.m_vNumbers.clear();
     total.m_ullSum = 0;
@@ -251,7 +274,7 @@ E_Scan CScanner::checkBits(const tLink& link)
     for (unsigned int bit = 0; bit < known.size(); ++bit)
     {
         if (!known[bit] && m_tKept.hasBit(link.m_tNumber, bit))
-            return stop(PF_bit, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength);
+            return stopAt(PF_bit, link, number);
     }
     return SC_next;
 }

@@ -13,6 +13,7 @@
 #include "layout/plan/plan.h"
 #include "layout/run/kept_values.h"
 #include "layout/run/trace.h"
+#include "murv/layout.h"
 #include "murv/packet_fault.h"
 
 namespace murv::detail
@@ -57,10 +58,15 @@ public:
     /// \param base  offset of the first byte shown; nothing before the last record's end is needed
     /// \param over  nothing follows these bytes
     void show(const char* data, std::uint64_t base, std::uint64_t length, bool over);
+    /// Sets the most bytes that a record may have; there is no limit before.
+    void setLongest(std::uint64_t longest)
+    {
+        m_ullLongest = longest;
+    }
     /// Runs until a record has ended, or the scanner must stop.
     E_Scan run();
-    /// After a fault: goes on after the frame at hand, at the place from which the next record can be read. Totals that are
-    /// open are not compared. \return false when no frame is open
+    /// After a fault: goes on after the frame at hand, at the place from which the next record can be read. Totals that
+    /// are open are not compared. \return false when no frame is open
     bool skipFrame();
     /// Totals that are open are not compared, as a part of what they count is damaged.
     void distrustTotals();
@@ -78,6 +84,17 @@ public:
     bool isOpenEnd() const
     {
         return m_bOpenEnd;
+    }
+    /// The content of the frame at hand, as far as one is open; else the record at hand without its end.
+    tByteRange damaged() const
+    {
+        if (m_bFrameOpen)
+            return {m_ullFrameBegin, m_ullFrameEnd - m_ullFrameBegin};
+        return {m_bInRecord ? m_ullRecordStart : m_ullPos, 0};
+    }
+    bool isInRecord() const
+    {
+        return m_bInRecord;
     }
     /// Whether nothing of the plan has been run yet.
     bool isAtBegin() const
@@ -132,7 +149,6 @@ public:
 
 private:
     static constexpr std::uint64_t s_cullUnknown = ~std::uint64_t{0};
-    static constexpr std::uint64_t s_cullLongestRecord = std::uint64_t{64} << 20;
 
     struct tLimit
     {
@@ -168,12 +184,20 @@ private:
         unsigned long long m_ullValue = 0;
         std::uint64_t m_ullOffset = 0;
         std::uint64_t m_ullLength = 0;
+        std::uint64_t m_ullRecord = 0;  // as in a fault
+        std::uint64_t m_ullRecordOffset = 0;
+        bool m_bCompared = false;  // of a count: with its array
+    };
+    struct tTotalNumber
+    {
+        tNumber m_tNumber;
+        tElements m_vElements;
     };
     /// What is counted over an instance of a base, and the numbers that must equal it.
     struct tTotal
     {
         unsigned long long m_ullSum = 0;
-        std::vector<tNumber> m_vNumbers;
+        std::vector<tTotalNumber> m_vNumbers;
         bool m_bUnknown = false;
     };
 
@@ -181,7 +205,7 @@ private:
     E_Scan step(const tStep& step);
     E_Scan onRun(unsigned int index);
     E_Scan onItem(unsigned int part);
-    E_Scan onOpen(unsigned int part);
+    E_Scan onOpen(const tStep& step);
     E_Scan onClose(unsigned int part);
     E_Scan findValue(const tPart& leaf, unsigned int part, tTrace& item, std::uint64_t& after);
     E_Scan findMark(const tPart& leaf, unsigned int part, tTrace& item, std::uint64_t& after);
@@ -191,6 +215,8 @@ private:
     E_Scan more(unsigned int part, std::uint64_t missing);
     E_Scan stop(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,
                 const char* text = nullptr);
+    E_Scan stopAt(E_PacketFault code, const tLink& link, const tNumber& number, const char* text = nullptr);
+    tScanFault makeFault(E_PacketFault code, const tLink& link, const tNumber& number, const char* text) const;
     void find(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,
               const char* text = nullptr);
     tScanFault makeFault(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,
@@ -243,6 +269,7 @@ private:
     E_Scan compareSize(const tLink& link, const tNumber& number, const tMeasure& measure);
     void compareCheck(const tLink& link, const tNumber& number, const tMeasure& measure);
     E_Scan compareCounts(unsigned int part, std::uint64_t count);
+    E_Scan compareAbsent(unsigned int index);
     E_Scan checkBits(const tLink& link);
     void compareTotal(const tLink& link, tTotal& total);
     bool size4Number(const tLink& link, std::uint64_t& size) const;
@@ -274,6 +301,7 @@ private:
     std::uint64_t m_ullShown = 0;  // end of the window
     std::uint64_t m_ullEdge = 0;   // end of what may be read: of the window, or of the enclosing part
     std::uint64_t m_ullPos = 0;
+    std::uint64_t m_ullLongest = s_cullUnknown;
     std::uint64_t m_ullMissing = 0;
     std::uint64_t m_ullSearched = 0;  // a mark does not begin before here
     unsigned int m_uiStep = 0;

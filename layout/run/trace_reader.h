@@ -13,7 +13,8 @@ namespace murv::detail
 {
 
 /// \tparam tSink  has open(part), close(part), array(part), element(part), arrayEnd(part),
-///                record(part, number, offset), recordEnd(part), skip(trace), and leaf(part, value, trace) with the place of the value
+///                record(part, number, offset), recordEnd(part), skip(trace), and leaf(part, value, trace) with the
+///                place of the value
 template <typename tSink>
 class CTraceReader
 {

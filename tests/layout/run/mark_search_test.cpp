@@ -27,8 +27,9 @@ TEST(MarkSearch, markInTheLastByteOfASizedPartIsFound)
 {
     const char* text = R"({ "@" = "layout 1", "size" = (BNF1) 0, "@size" = "size of name",
         "name" = (ACF0) "", "@name" = "ends \"|\"" })";
-    EXPECT_EQ(nameRead(text, "\x03"
-                             "ab|"),
+    EXPECT_EQ(nameRead(text,
+                       "\x03"
+                       "ab|"),
               "ab");
     EXPECT_EQ(nameRead(text, "\x01|"), "");
 }
