@@ -108,6 +108,7 @@ struct tPlan
     std::vector<unsigned int> m_vOrder4Link;               // by link: totals of lower order come first
     std::vector<tPlaceInRun> m_vPlace4Part;                // by part: where a leaf of fixed width lies
     std::vector<bool> m_vChooses;                          // by part: an alternative is chosen by its value
+    bool m_bMasks = false;                                 // some part is masked
     bool m_bSelfEvident = false;                           // what is made cannot be read in another way
 };
 

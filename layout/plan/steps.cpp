@@ -363,6 +363,7 @@ void makeSteps(tPlan& plan)
     orderLinks(plan);
     for (tPart& part : plan.m_vParts)
     {
+        plan.m_bMasks = plan.m_bMasks || part.m_tItem.m_bMask;
         if (part.m_eKind == PK_set)
             sortMembers(plan, part);
     }

@@ -76,8 +76,7 @@ bool mayShowMasked(const tPlan& plan, const tScanFault& fault)
 {
     const bool isAlone =
         plan.m_vParts[fault.m_uiPart].m_eKind == PK_leaf && fault.m_eCode != PF_missing && fault.m_eCode != PF_leftOver;
-    return !isAlone && std::any_of(plan.m_vParts.begin(), plan.m_vParts.end(),
-                                   [](const tPart& part) { return part.m_tItem.m_bMask; });
+    return !isAlone && plan.m_bMasks;
 }
 
 }  // namespace

@@ -218,7 +218,8 @@ E_Scan CMaker::makeLeaf(unsigned int part)
     const CFields* const node = leaf.m_strName.empty() && leaf.m_uiID == 0 && leaf.m_bLiteral ? nullptr : find(part);
     if (leaf.m_bLiteral)
         return makeLiteral(part, node);
-    if ((!m_tPlan.m_vLinks4Number[part].empty() && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
+    const bool isNumber = leaf.m_bComputed || (!leaf.m_tItem.m_vBits.empty() && !m_tPlan.m_vLinks4Number[part].empty());
+    if ((isNumber && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
         return makeHole(part);
     if (m_tPlan.m_vChooses[part])
         m_vHole4Part[part] = s_cuiNone;

@@ -121,6 +121,21 @@ TEST(Totals, inAnArrayOverAnotherNameEachTheirElement)
               " ! total at t[0].s @4+1 ! total at t[1].s @5+1");
 }
 
+TEST(Totals, overAnArrayAroundTheNumberCountAllOfIt)
+{
+    const CLayout layout = layout4(R"("a" = [ { "v" = (ANF1) 0, "s" = (ANF1) 0, "@s" = "sum of a.v" } ])");
+    expectBoth(layout, "1323", R"({"a"=[{"v"=1,"s"=3},{"v"=2,"s"=3}]})");
+    EXPECT_EQ(read(layout, "1322"), R"({"a"=[{"v"=1,"s"=3},{"v"=2,"s"=2}]} ! total at a[1].s @3+1)");
+}
+
+TEST(Totals, overBatchesCountRecordsBelow)
+{
+    const CLayout layout = layout4(R"("b" = [ { "h" = { "t" = (ACF1fix) "H" }, "e" = [ { "t" = (ACF1fix) "E" } ] } ],
+        "z" = { "t" = (ACF1fix) "Z", "r" = (ANF1) 0, "@r" = "records of b - 1", "c" = (ANF1) 0, "@c" = "count of b.e + 2" })",
+                                   "lines");
+    EXPECT_EQ(make(layout, R"({"b"=[{"e"=[{},{}]},{}]})"), "H\nE\nE\nH\nZ34\n");
+}
+
 TEST(Totals, theOptionAgreeComparesTheData)
 {
     tMakeOptions options;
