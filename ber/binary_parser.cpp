@@ -171,9 +171,10 @@ CFieldVector* CBinaryParser::makeMembers(std::uint32_t count) const
 {
     if (count == 0)
         return CFieldVector::empty();
-    const std::uint64_t possible = m_tSource.mostRemaining() / (m_bLossless ? s_cnEmptyContainer : s_cnShortestRecord);
-    return m_ullAwaited + count <= possible ? CFieldVector::make(count, m_tLoad.m_tNodeStack.pool())
-                                            : CFieldVector::empty();
+    // The product fits: at most 1000 containers are open, each with a count of 32 bits. A division would take longer.
+    const std::uint64_t shortest = m_bLossless ? s_cnEmptyContainer : s_cnShortestRecord;
+    const bool isPossible = (m_ullAwaited + count) * shortest <= m_tSource.mostRemaining();
+    return isPossible ? CFieldVector::make(count, m_tLoad.m_tNodeStack.pool()) : CFieldVector::empty();
 }
 
 CFields* CBinaryParser::takeNode(const tRecord& record, CFields* target)

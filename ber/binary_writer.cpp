@@ -8,6 +8,7 @@
 #include "ber/layout.h"
 #include "core/member_cursor.h"
 #include "core/memory/walk_stack.h"
+#include "core/text/word_bytes.h"
 
 namespace murv::detail
 {
@@ -16,6 +17,7 @@ namespace
 {
 
 constexpr std::size_t s_cnShortCodes = 256;  // string values up to this length go with the record's other parts
+constexpr std::size_t s_cnShortName = 32;    // copyShort takes names below this length
 static_assert(s_cnLongestFixedPart + s_cnShortCodes <= CBodySink::s_cnMostRoom);
 
 std::string_view comment(const CFields& node, std::size_t position)
@@ -25,56 +27,56 @@ std::string_view comment(const CFields& node, std::size_t position)
 }
 
 /// Begins to fetch the members of a node that is to be written soon. They may lie anywhere in memory, and a walk that
-/// only asks for them when it needs them waits.
-inline void fetchMembers(const CFields* node)
+/// only asks for them when it needs them waits: saving takes up to twice as long.
+// Always inlined: g++ 12 takes a call of it for one without effect, and leaves it out.
+[[gnu::always_inline]] inline void fetchMembers(const CFields* node)
 {
-    if (node == nullptr)
-        return;
-    if (const CFieldVector* const members = tFieldAccess::members(*node))
-        __builtin_prefetch(members);
+    if (node != nullptr && tFieldAccess::isContainer(*node))
+        __builtin_prefetch(tFieldAccess::value(*node).m_pFV);
 }
 
 /// Visits the members before the first container among them.
 template <typename tVisit>
 inline void visitLeaves(CMemberCursor& members, tVisit&& visit)
 {
-    while (const CFields* const member = members.peek())
-    {
-        if (tFieldAccess::isContainer(*member))
-            return;
-        visit(*member);
-        members.take();
-    }
+    for (; members.hasNext() && !tFieldAccess::isContainer(members.next()); members.skip())
+        visit(members.next());
 }
 
 /// Visits all nodes of a tree, parents before their members.
-template <typename tVisit>
-void forEachRecord(const CFields& root, tVisit&& visit)
+// Always inlined, so that what the visits need is in registers: saving takes 3 percent fewer instructions.
+template <typename tVisitContainer, typename tVisitLeaf>
+[[gnu::always_inline]] inline void forEachRecord(const CFields& root, tVisitContainer&& visitContainer,
+                                                 tVisitLeaf&& visitLeaf)
 {
     constexpr std::ptrdiff_t distance = 3;
+    if (!tFieldAccess::isContainer(root))
+        return visitLeaf(root);
+    visitContainer(root);
     CWalkStack<CMemberCursor> outer;
-    CMemberCursor members;
-    for (const CFields* node = &root;;)
+    CMemberCursor members(tFieldAccess::members(root));
+    for (;;)
     {
-        visit(*node);
-        if (memberCount(*node) != 0)
-        {
-            CMemberCursor below(tFieldAccess::members(*node));
-            visitLeaves(below, visit);
-            if (!below.atEnd())  // most containers hold leaves only, and are done here
-            {
-                outer.push(members);
-                members = below;
-            }
-        }
-        while ((node = members.take()) == nullptr)
+        visitLeaves(members, visitLeaf);
+        if (!members.hasNext())
         {
             if (outer.empty())
                 return;
             members = outer.top();
             outer.pop();
+            continue;
         }
+        const CFields& container = members.next();
+        members.skip();
+        visitContainer(container);
         fetchMembers(members.ahead(distance));
+        CMemberCursor below(tFieldAccess::value(container).m_pFV);
+        visitLeaves(below, visitLeaf);
+        if (!below.atEnd())  // most containers hold leaves only, and are done here
+        {
+            outer.push(members);
+            members = below;
+        }
     }
 }
 
@@ -106,20 +108,22 @@ CBinaryWriter::CBinaryWriter(const ISaver& saver)
 std::uint64_t CBinaryWriter::bodySize(const CFields& root) const
 {
     std::uint64_t size = 0;
-    forEachRecord(root, [&](const CFields& node) { size += recordSize(node); });
+    forEachRecord(
+        root, [&](const CFields& container) { size += s_cnEmptyContainer + namingSize(container); },
+        [&](const CFields& leaf) { size += s_cnEmptyLeaf + savedValueSize(leaf) + namingSize(leaf); });
     return size;
 }
 
 void CBinaryWriter::write(CBodySink& sink, const CFields& root) const
 {
-    forEachRecord(root, [&](const CFields& node) {
-        if (tFieldAccess::isContainer(node))
-            writeContainer(sink, node);
-        else if (isChosen(node))
-            writeChosenLeaf(sink, node);
-        else
-            writeLeaf(sink, node, tFieldAccess::slot(node, VK_actual), tFieldAccess::pei(node));
-    });
+    forEachRecord(
+        root, [&](const CFields& container) { writeContainer(sink, container); },
+        [&](const CFields& leaf) {
+            if (isChosen(leaf))
+                writeChosenLeaf(sink, leaf);
+            else
+                writeLeaf(sink, leaf, tFieldAccess::slot(leaf, VK_actual), tFieldAccess::pei(leaf));
+        });
 }
 
 CBinaryWriter::tLeaf CBinaryWriter::chooseLeaf(const CFields& node) const
@@ -130,17 +134,20 @@ CBinaryWriter::tLeaf CBinaryWriter::chooseLeaf(const CFields& node) const
     return {tFieldAccess::slot(node, saved.m_eKind), saved.m_tPEI};
 }
 
-inline std::uint64_t CBinaryWriter::recordSize(const CFields& node) const
+/// Bytes of name and comments.
+inline std::uint64_t CBinaryWriter::namingSize(const CFields& node) const
 {
     std::uint64_t size = m_bNames ? tFieldAccess::name(node).size() : 0;
     if (m_bComments && tFieldAccess::sideRecord(node) != nullptr)
         size += commentSize(node);
-    if (tFieldAccess::isContainer(node))
-        return size + s_cnEmptyContainer;
-    size += s_cnEmptyLeaf;
+    return size;
+}
+
+inline std::uint64_t CBinaryWriter::savedValueSize(const CFields& leaf) const
+{
     if (!m_bValues)
-        return size;
-    return size + valueSize(isChosen(node) ? chooseLeaf(node).m_tValue : tFieldAccess::slot(node, VK_actual));
+        return 0;
+    return valueSize(isChosen(leaf) ? chooseLeaf(leaf).m_tValue : tFieldAccess::slot(leaf, VK_actual));
 }
 
 std::uint64_t CBinaryWriter::commentSize(const CFields& node) const
@@ -187,7 +194,12 @@ inline char* CBinaryWriter::writeName(char* to, const CFields& node) const
 {
     const std::string_view name = m_bNames ? tFieldAccess::name(node) : std::string_view();
     *to++ = static_cast<char>(name.size());
-    if (!name.empty())
+    if (name.empty())
+        return to;
+    // As one copy of up to 255 bytes, names take a fifth more time: g++ makes a slow instruction of it.
+    if (name.size() < s_cnShortName)
+        copyShort(to, name.data(), name.size());
+    else
         std::memcpy(to, name.data(), name.size());
     return to + name.size();
 }

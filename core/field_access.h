@@ -17,6 +17,8 @@
 namespace murv::detail
 {
 
+class CMemberCursor;
+
 inline constexpr unsigned int s_cuiLongestName = 255;
 
 struct tFieldAccess
@@ -289,6 +291,8 @@ private:
     static void copyParts(CFields& to, const CFields& from);
     static void copyOwnValues(CFields& to, const CFields& from);
     static void copySecond(CFields& to, const CFields& from);
+    /// Copies members in order, up to the first that has members. \return those, which are not copied, or null
+    static const CFieldVector* copyUpToContainer(CMemberCursor& from, CFieldVector& to);
     static void copyMembersInto(CFields& to, const CFields& from);
     static CFields& appendTo(CFieldVector*& members);
 };

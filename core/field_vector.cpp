@@ -65,10 +65,8 @@ void CFieldVector::releaseInPlace() noexcept
     m_uiCount = 0;
 }
 
-CFieldVector::tRun CFieldVector::run(std::uint32_t index) const noexcept
+CFieldVector::tRun CFieldVector::runInLarge(std::uint32_t index) const noexcept
 {
-    if (isSmall())
-        return {first() + index, first() + m_uiCount};
     const tLarge& head = large();
     const tLarge::tSpot place = head.spot(index);
     CFields* const begin = head.m_pSegment[place.m_uiStep];
@@ -169,10 +167,8 @@ void CFieldVector::enterLast(CFieldVector*& self) noexcept
     }
 }
 
-void CFieldVector::indexNames(CFieldVector*& self, std::unique_ptr<CNameIndex> ready) noexcept
+void CFieldVector::indexManyNames(CFieldVector*& self, std::unique_ptr<CNameIndex> ready) noexcept
 {
-    if (self->m_uiCount < s_cuiIndexFrom)
-        return;
     std::unique_ptr<CNameIndex> index = ready != nullptr ? std::move(ready) : self->makeIndex();
     if (index == nullptr)
         return;

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "core/field_access.h"
 #include "core/memory/block_pool.h"
@@ -74,10 +75,11 @@ public:
             return empty();
         CFieldVector* const own = make(m_uiCount, pool);
         // Nodes are relocated as bytes, one by one: mostly they are few.
-        for (std::uint32_t i = 0; i < m_uiCount; ++i)
-            std::memcpy(static_cast<void*>(own->first() + i), static_cast<const void*>(first() + i), sizeof(CFields));
-        own->m_uiCount = m_uiCount;
-        m_uiCount = 0;
+        const CFields* const end = first() + m_uiCount;
+        CFields* to = own->first();
+        for (const CFields* from = first(); from != end; ++from, ++to)
+            std::memcpy(static_cast<void*>(to), static_cast<const void*>(from), sizeof(CFields));
+        own->m_uiCount = std::exchange(m_uiCount, 0);
         return own;
     }
     /// Releases the members, but not the block.
@@ -89,8 +91,11 @@ public:
         return m_uiCount;
     }
     CFields& at(std::uint32_t index) const noexcept;
-    /// The run of members that begins at `index`, which must exist.
-    tRun run(std::uint32_t index) const noexcept;
+    /// The run of members that begins at `index`, which must exist. Inline, as walks ask for it once per container.
+    tRun run(std::uint32_t index) const noexcept
+    {
+        return isSmall() ? tRun{first() + index, first() + m_uiCount} : runInLarge(index);
+    }
     CFields& last() const noexcept
     {
         return at(m_uiCount - 1);
@@ -121,7 +126,11 @@ public:
     static void enterLast(CFieldVector*& self) noexcept;
     /// Builds the name index that enterLast would have built. `self` may be replaced.
     /// \param ready  an index that holds all members already; null when there is none
-    static void indexNames(CFieldVector*& self, std::unique_ptr<detail::CNameIndex> ready = nullptr) noexcept;
+    static void indexNames(CFieldVector*& self, std::unique_ptr<detail::CNameIndex> ready = nullptr) noexcept
+    {
+        if (self->m_uiCount >= s_cuiIndexFrom)
+            indexManyNames(self, std::move(ready));
+    }
 
     /// Removes the members from `first` to before `last`. `self` may be replaced.
     static void erase(CFieldVector*& self, std::uint32_t first, std::uint32_t last) noexcept;
@@ -174,11 +183,13 @@ private:
     }
     tLarge& large() const noexcept;
     std::uint32_t position(const CFields& member) const noexcept;
+    tRun runInLarge(std::uint32_t index) const noexcept;
     std::uint32_t findInLarge(const char* name, unsigned int length) const noexcept;
     static CFields& appendBeyond(CFieldVector*& self);
     static tLarge* grow(CFieldVector* self);
     class CReleaser;
     static void freeBlocks(CFieldVector* self, CReleaser& releaser) noexcept;
+    static void indexManyNames(CFieldVector*& self, std::unique_ptr<detail::CNameIndex> ready) noexcept;
     std::unique_ptr<detail::CNameIndex> makeIndex() const noexcept;
     void adoptIndex(std::unique_ptr<detail::CNameIndex> index) noexcept;
     void dropIndex() noexcept;

@@ -43,7 +43,8 @@ constexpr const char* s_cpLayouts[] = {
         "@z" = "between \"~\"" } ] })",
     // Optional parts, "before", "until", varying widths that measure.
     R"({ "@" = "layout 1; prefixed BNF1 + 1", "l" = [ { "o" = { "@" = "optional", "t" = (ACF1fix) "O", "n" = (ANV1+1) 0,
-        "@n" = "size of b", "b" = (ACF0) "", "@b" = "before \";\" | \"..\"" }, "u" = [ { "k" = (ANF1) 0, "w" = (ACF1) "",
+        "@n" = "size of b", "b" = (ACF0) "", "@b" = "before \";\" | \"..\"" }, "u" = [ { "k" = (ANF1) 0,
+        "w" = (ACF1) "",
         "@w" = "if k & 6" } ], "@u" = "until k = 0", "r" = (BCF0) "", "@r" = "to end" } ] })",
     // Values.
     R"({ "@" = "layout 1", "a" = (ANF5) 0, "b" = (ACF4) "", "@b" = "right", "c" = (BNF3) 0, "@c" = "packed; signed",

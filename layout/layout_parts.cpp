@@ -2,6 +2,8 @@
 #include <algorithm>
 
 #include "core/throw.h"
+#include "layout/compile/rule_table.h"
+#include "layout/compile/rule_text.h"
 #include "layout/run/fault_words.h"
 #include "murv/layout.h"
 
@@ -32,6 +34,46 @@ tLayoutPart CLayout::getPart(unsigned int number) const
     seen.m_bLiteral = part.m_bLiteral;
     seen.m_bComputed = part.m_bComputed;
     seen.m_bMasked = part.m_tItem.m_bMask;
+    seen.m_uiShown = part.m_tItem.m_ucShown;
+    seen.m_strvLiteral = part.m_strLiteral;
+    seen.m_bChoice = part.m_eChoice != CH_none;
+    seen.m_bOptional = mayBeAbsent(part);
+    seen.m_uiBase = part.m_uiBase;
+    seen.m_ullOffset = part.m_ullOffset;
+    seen.m_ullLeast = part.m_ullLeast;
+    seen.m_ullMost = part.m_ullMost;
+    return seen;
+}
+
+std::vector<tLayoutBits> CLayout::getBits(unsigned int number) const
+{
+    if (number >= getPartCount())
+        throwAt("murv::CLayout::getBits", "The layout has no such part");
+    std::vector<tLayoutBits> seen;
+    for (const tBitField& bits : m_pPlan->m_vParts[number].m_tItem.m_vBits)
+        seen.push_back({bits.m_strName, bits.m_uiWidth, bits.m_uiShift});
+    return seen;
+}
+
+std::vector<tLayoutRule> CLayout::getRules(unsigned int number) const
+{
+    if (number >= getPartCount())
+        throwAt("murv::CLayout::getRules", "The layout has no such part");
+    const tPart& part = m_pPlan->m_vParts[number];
+    std::vector<tLayoutRule> seen;
+    const tPacketExpInfo& pei = part.m_tExpression;
+    const tRuleRow* const keyword = pei.m_ucSkKind == s_cucWordKind ? findKeywordRow(pei.m_usSkIndex) : nullptr;
+    if (keyword != nullptr)
+        seen.push_back({keyword->m_pKeyword, keyword->m_pSentence});
+    std::vector<std::string_view> rules;
+    if (!part.m_strRules.empty())
+        splitRules(part.m_strRules, rules);
+    for (const std::string_view text : rules)
+    {
+        tRule rule;
+        readRule(text, rule);
+        seen.push_back({text, rule.m_pRow->m_pSentence});
+    }
     return seen;
 }
 
@@ -70,6 +112,7 @@ unsigned int CLayout::findPart(std::string_view path) const
 }
 
 static_assert(static_cast<unsigned int>(PK_leaf) == LP_leaf && static_cast<unsigned int>(PK_set) == LP_fields &&
-              static_cast<unsigned int>(PK_array) == LP_array && s_cuiNone == CLayout::s_cuiNoPart);
+              static_cast<unsigned int>(PK_array) == LP_array && s_cuiNone == CLayout::s_cuiNoPart &&
+              s_cullNoBound == CLayout::s_cullNoBound);
 
 }  // namespace murv

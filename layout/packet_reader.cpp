@@ -92,7 +92,7 @@ CPacketReader::~CPacketReader() = default;
 
 bool CPacketReader::read(std::string_view bytes, CFields& tree)
 {
-    m_pState->m_tTree.begin(tree);
+    const CTreeFilling filling(m_pState->m_tTree, tree);
     return m_pState->read(bytes, m_pState->m_tTree);
 }
 

@@ -145,12 +145,8 @@ bool CPacketView::tState::findIn(const tScope& scope, unsigned int part, tTrace&
 
 E_PacketFault CPacketView::tState::getValue(const tTrace& item, tPacketValue& value, bool unscaled)
 {
-    tScalar scalar;
-    const E_PacketFault fault =
-        readValue(m_pPlan->m_vParts[item.m_uiIndex].m_tItem, m_tScanner.bytes(item.m_ullOffset, item.m_ullLength),
-                  unscaled ? VO_unscaled : VO_none, scalar, m_strScratch);
-    value = {scalar.m_eType, scalar.m_ullValue, scalar.m_strvText};
-    return fault;
+    return readValue(m_pPlan->m_vParts[item.m_uiIndex].m_tItem, m_tScanner.bytes(item.m_ullOffset, item.m_ullLength),
+                     unscaled ? VO_unscaled : VO_none, value, m_strScratch);
 }
 
 CPacketView::CPacketView(const CLayout& layout)

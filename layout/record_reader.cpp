@@ -35,7 +35,6 @@ struct CRecordReader::tState
     E_RecordResult next(tSink& sink);
     template <typename tSink>
     E_RecordResult nextRecord(tSink& sink);
-    E_RecordResult endScan(E_Scan result);
     E_Scan scan();
     bool isTooLong() const;
     bool fill();
@@ -44,6 +43,11 @@ struct CRecordReader::tState
     void show();
     template <typename tSink>
     E_RecordResult readValues(tSink& sink);
+    template <typename tSink>
+    E_RecordResult readPartly(tSink& sink);
+    E_RecordResult wait(std::uint64_t missing);
+    E_RecordResult finish();
+    void setRecord(const tTrace& begin, std::uint64_t end);
     E_RecordResult fail(const tScanFault& fault);
     E_RecordResult fail(E_PacketFault code, std::uint64_t offset, std::uint64_t length);
     void setDamaged();
@@ -64,11 +68,11 @@ struct CRecordReader::tState
     std::uint64_t m_ullBase = 0;
     bool m_bOver = false;
     bool m_bOwn = false;         // the bytes are in the buffer
-    bool m_bWaits = false;       // the scanner stands within a record
     bool m_bStands = false;      // at a fault that was not skipped
     bool m_bBroken = false;      // the stream failed
     bool m_bThrown = false;      // an exception left a call
     bool m_bRecordOver = false;  // the scanner has come to the end of the damaged record
+    bool m_bWaiting = false;     // within a record, for more bytes: what was found of it stays
     tRecordInfo m_tRecord;
     tElements m_vElements;
     tPacketFault m_tFault;
@@ -84,11 +88,11 @@ void CRecordReader::tState::begin(std::string_view bytes, bool over)
     m_strBuffer.clear();
     m_strvAll = bytes;
     m_ullBase = 0;
-    m_bWaits = m_bStands = m_bBroken = m_bThrown = m_bRecordOver = false;
     m_tRecord = tRecordInfo();
     m_tCounts = tRecordCounts();
     m_tFault = tPacketFault();
     m_vFindings.clear();
+    m_bWaiting = m_bStands = m_bBroken = m_bThrown = m_bRecordOver = false;
     m_tScanner.reset();
     show();
     m_tScanner.restart();
@@ -171,6 +175,15 @@ E_Scan CRecordReader::tState::scan()
     }
 }
 
+void CRecordReader::tState::setRecord(const tTrace& begin, std::uint64_t end)
+{
+    m_tScanner.getElements(m_vElements);
+    m_tRecord.m_uiPart = begin.m_uiIndex;
+    m_tRecord.m_ullNumber = m_tScanner.record();
+    m_tRecord.m_ullOffset = begin.m_ullOffset;
+    m_tRecord.m_ullLength = end - begin.m_ullOffset;
+}
+
 template <typename tSink>
 E_RecordResult CRecordReader::tState::readValues(tSink& sink)
 {
@@ -178,11 +191,8 @@ E_RecordResult CRecordReader::tState::readValues(tSink& sink)
     std::size_t first = 0;
     while (trace[first].m_eTrace != TR_record)
         ++first;
-    m_tScanner.getElements(m_vElements);
-    m_tRecord.m_uiPart = trace[first].m_uiIndex;
-    m_tRecord.m_ullNumber = m_tScanner.record();
-    m_tRecord.m_ullOffset = trace[first].m_ullOffset;
-    m_tRecord.m_ullLength = m_tScanner.recordEnd() - trace[first].m_ullOffset;
+    setRecord(trace[first], m_tScanner.recordEnd());
+    m_tCounts.m_ullBytes = m_tScanner.position();
     CTraceReader<tSink> values(*m_pPlan, m_tScanner, m_tOptions.m_bUnscaled ? VO_unscaled : VO_none, sink);
     const bool isRead = values.readRecord(trace, first, m_vElements, m_tRecord.m_ullNumber, m_tScanner.findings());
     describeFindings();
@@ -190,6 +200,33 @@ E_RecordResult CRecordReader::tState::readValues(tSink& sink)
         return fail(values.fault());
     ++m_tCounts.m_ullRecords;
     return RR_record;
+}
+
+/// The scanner has stopped at a fault: reads what is before it, where a value may be the first fault.
+template <typename tSink>
+E_RecordResult CRecordReader::tState::readPartly(tSink& sink)
+{
+    const tTraces& trace = m_tScanner.trace();
+    std::size_t first = 0;
+    while (first != trace.size() && trace[first].m_eTrace != TR_record)
+        ++first;
+    bool isRead = true;
+    CTraceReader<tSink> values(*m_pPlan, m_tScanner, m_tOptions.m_bUnscaled ? VO_unscaled : VO_none, sink);
+    if (first != trace.size())
+        isRead = values.readRecord(trace, first, m_tScanner.elements(), m_tScanner.record(), m_tScanner.findings());
+    describeFindings();
+    return fail(isRead ? m_tScanner.fault() : values.fault());
+}
+
+E_RecordResult CRecordReader::tState::wait(std::uint64_t missing)
+{
+    m_bWaiting = true;
+    m_tFault = tPacketFault();
+    m_tFault.m_eCode = PF_more;
+    m_tFault.m_ullOffset = m_ullBase + m_strvAll.size();
+    m_tFault.m_ullMissing = missing;
+    m_tFault.m_strMessage = getFaultSentence(PF_more);
+    return RR_more;
 }
 
 /// A fault stays until it is skipped. An exception leaves nothing to go on with.
@@ -210,57 +247,46 @@ template <typename tSink>
 E_RecordResult CRecordReader::tState::nextRecord(tSink& sink)
 {
     m_vFindings.clear();
-    m_tScanner.findings().clear();
-    // The begin of a record that was not complete is in the trace.
-    if (!m_bWaits)
+    if (!m_bWaiting)
     {
+        m_tScanner.findings().clear();
         m_tScanner.trace().clear();
         dropUsed();
     }
+    m_bWaiting = m_bRecordOver = false;
     const std::uint64_t before = m_tScanner.position();
     const E_Scan result = scan();
-    m_bWaits = result == SC_more;
-    m_bRecordOver = result == SC_record;
-    // Nothing but parts that may be absent: there could be any number.
     if (result == SC_record && m_tScanner.position() == before && restarts())
     {
-        m_bRecordOver = false;
+        // Nothing but parts that may be absent: there could be any number.
         fail(PF_leftOver, before, m_ullBase + m_strvAll.size() - before);
         m_tRecord.m_ullNumber = m_tScanner.record();
         return RR_fault;
     }
-    if (result != SC_record)
-        return endScan(result);
-    m_tCounts.m_ullBytes = m_tScanner.position();
-    return readValues(sink);
-}
-
-/// The scanner has stopped at anything but the end of a record.
-E_RecordResult CRecordReader::tState::endScan(E_Scan result)
-{
-    describeFindings();
+    m_bRecordOver = result == SC_record;
+    if (m_bRecordOver)
+        return readValues(sink);
     if (m_bBroken)
         return fail(PF_input, m_ullBase + m_strvAll.size(), 0);
     if (result == SC_more && isTooLong())
         return fail(PF_limit, m_tScanner.isInRecord() ? m_tScanner.recordStart() : m_tScanner.position(),
                     m_tOptions.m_ullLongest);
     if (result == SC_more)
+        return wait(m_tScanner.missing());
+    return result == SC_fault ? readPartly(sink) : finish();
+}
+
+/// All parts were read: says so when the input is over, and not before.
+E_RecordResult CRecordReader::tState::finish()
+{
+    while (!m_bOver && m_tScanner.position() == m_ullBase + m_strvAll.size())
     {
-        m_tFault = tPacketFault();
-        m_tFault.m_eCode = PF_more;
-        m_tFault.m_ullOffset = m_ullBase + m_strvAll.size();
-        m_tFault.m_ullMissing = m_tScanner.missing();
-        m_tFault.m_strMessage = getFaultSentence(PF_more);
-        return RR_more;
+        if (!fill())
+            return m_bBroken ? fail(PF_input, m_tScanner.position(), 0) : wait(0);
     }
-    if (result == SC_fault)
-        return fail(m_tScanner.fault());
+    describeFindings();
     const std::uint64_t left = m_ullBase + m_strvAll.size() - m_tScanner.position();
-    if (left != 0)
-        return fail(PF_leftOver, m_tScanner.position(), left);
-    if (m_bOver || fill())
-        return RR_end;
-    return m_bBroken ? fail(PF_input, m_tScanner.position(), 0) : RR_more;
+    return left != 0 ? fail(PF_leftOver, m_tScanner.position(), left) : RR_end;
 }
 
 std::string_view CRecordReader::tState::bytesOf(const tScanFault& fault) const
@@ -349,7 +375,7 @@ void CRecordReader::end()
 
 E_RecordResult CRecordReader::next(CFields& record)
 {
-    m_pState->m_tTree.begin(record);
+    const CTreeFilling filling(m_pState->m_tTree, record);
     return m_pState->next(m_pState->m_tTree);
 }
 

@@ -21,6 +21,8 @@ inline void requireCompiled(const CLayout& layout, tPlace place)
 /// Takes nothing: values are only checked.
 struct CNoSink
 {
+    static constexpr bool s_cbWantsValues = false;
+
     void open(unsigned int)
     {
     }
@@ -54,6 +56,8 @@ struct CNoSink
 class CVisitorSink
 {
 public:
+    static constexpr bool s_cbWantsValues = true;
+
     explicit CVisitorSink(IPacketVisitor& visitor) : m_tVisitor(visitor)
     {
     }
@@ -92,8 +96,7 @@ public:
     }
     void leaf(unsigned int part, const tScalar& value, const tTrace& trace)
     {
-        m_tVisitor.onLeaf(part, {value.m_eType, value.m_ullValue, value.m_strvText},
-                          {trace.m_ullOffset, trace.m_ullLength});
+        m_tVisitor.onLeaf(part, value, {trace.m_ullOffset, trace.m_ullLength});
     }
 
 private:

@@ -157,6 +157,14 @@ bool CTextParser::loadArray(const char*& p, const tTokenInfo& token)
     return loadMembers<DT_array>(p, token);
 }
 
+// Inline: without, arrays of pairs of numbers take 1.5 percent more instructions to load.
+inline void CTextParser::startContainer(CFields& node, E_DataType type, const tTokenInfo& token)
+{
+    startValue(node);
+    makeContainer(node, type);
+    tFieldAccess::setOffsetStart(node, offset(token.m_pBegin));
+}
+
 template <E_DataType type>
 bool CTextParser::loadMembers(const char*& cursor, const tTokenInfo& token)
 {
@@ -268,6 +276,19 @@ bool CTextParser::loadValueGeneral(const char*& p, CFields& member, E_TokenType 
     return loadOneValue(p, member) || recover4Error(p, closing);
 }
 
+// Inline: without, arrays of pairs of numbers take 2 percent more instructions to load.
+inline bool CTextParser::loadContainer(const char*& p, CFields& member, E_TokenType type)
+{
+    const tTokenInfo token{type, p, p + 1};
+    ++p;
+    m_tLoad.m_vStack.push_back(&member);
+    ++m_tLoad.m_iDepth;
+    const bool done = type == TT_arrayBegin ? loadArray(p, token) : loadFields(p, token);
+    --m_tLoad.m_iDepth;
+    m_tLoad.m_vStack.pop_back();
+    return done;
+}
+
 bool CTextParser::loadOneValue(const char*& p, CFields& member)
 {
     const E_TokenType type = p == m_pEnd ? TT_end : type4Byte(*p);
@@ -283,18 +304,6 @@ bool CTextParser::loadOneValue(const char*& p, CFields& member)
     m_bPeiAllowed = true;
     m_tLoad.m_vStack.push_back(&member);
     const bool done = loadFieldInfo(p, false);
-    m_tLoad.m_vStack.pop_back();
-    return done;
-}
-
-bool CTextParser::loadContainer(const char*& p, CFields& member, E_TokenType type)
-{
-    const tTokenInfo token{type, p, p + 1};
-    ++p;
-    m_tLoad.m_vStack.push_back(&member);
-    ++m_tLoad.m_iDepth;
-    const bool done = type == TT_arrayBegin ? loadArray(p, token) : loadFields(p, token);
-    --m_tLoad.m_iDepth;
     m_tLoad.m_vStack.pop_back();
     return done;
 }

@@ -73,6 +73,7 @@ private:
 
     bool loadFields(const char*& p, const tTokenInfo& token);
     bool loadArray(const char*& p, const tTokenInfo& token);
+    void startContainer(CFields& node, E_DataType type, const tTokenInfo& token);
     /// Members up to the closing byte; `token` is the opening one.
     template <E_DataType type>
     bool loadMembers(const char*& cursor, const tTokenInfo& token);
@@ -102,7 +103,6 @@ private:
 
     /// The second value of the node goes, and what was read of a packet expression is settled.
     void startValue(CFields& node);
-    void startContainer(CFields& node, E_DataType type, const tTokenInfo& token);
     bool finishValue(CFields& node, const tTokenInfo& token);
     void finishKind(CFields& node);
     /// Remembers the value that a comment on the same line goes to.

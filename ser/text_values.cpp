@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "core/field_access.h"
-#include "core/field_vector.h"
 #include "core/text/byte_scan.h"
 #include "core/text/number_scan.h"
 #include "core/text/unescape.h"
@@ -51,13 +50,6 @@ bool atonInField(const char* text, unsigned int length, CFields& node)
 
 namespace detail
 {
-
-void CTextParser::startContainer(CFields& node, E_DataType type, const tTokenInfo& token)
-{
-    startValue(node);
-    makeContainer(node, type);
-    tFieldAccess::setOffsetStart(node, offset(token.m_pBegin));
-}
 
 bool CTextParser::loadScalar(const char* p, CFields& node, const tTokenInfo& token)
 {

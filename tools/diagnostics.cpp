@@ -48,6 +48,7 @@ tDataPlace place4Diagnostic(const tDiagnostic& diagnostic)
 {
     return place4Offset(diagnostic.m_svSource, static_cast<unsigned int>(diagnostic.m_tRange->m_nBegin));
 }
+}  // namespace
 
 std::string json4Diagnostic(const tDiagnostic& diagnostic)
 {
@@ -68,6 +69,10 @@ std::string json4Diagnostic(const tDiagnostic& diagnostic)
         }
         out += ",\"begin\":" + std::to_string(range.m_nBegin) + ",\"end\":" + std::to_string(range.m_nEnd);
     }
+    if (!diagnostic.m_strJson.empty())
+        out += "," + diagnostic.m_strJson;
+    if (!diagnostic.m_strSubject.empty())
+        out += ",\"path\":" + json4Text(diagnostic.m_strSubject);
     out += ",\"message\":" + json4Text(diagnostic.m_strMessage);
     char separator = '[';
     for (const tDiagnostic& note : diagnostic.m_vNote)
@@ -78,9 +83,12 @@ std::string json4Diagnostic(const tDiagnostic& diagnostic)
     }
     return out + (separator == ',' ? "]}" : "}");
 }
-}  // namespace
+bool isColourWanted(int descriptor)
+{
+    return isatty(descriptor) == 1 && !hasText("NO_COLOR") && !isDumbTerminal();
+}
 
-CDiagnostics::CDiagnostics() : m_bColour(isatty(STDERR_FILENO) == 1 && !hasText("NO_COLOR") && !isDumbTerminal())
+CDiagnostics::CDiagnostics() : m_bColour(isColourWanted(STDERR_FILENO))
 {
 }
 
@@ -130,16 +138,25 @@ std::string CDiagnostics::rendered(const tDiagnostic& diagnostic) const
         where.append(1, ':').append(std::to_string(place.m_uiLine));
         where.append(1, ':').append(std::to_string(place.m_uiColumn));
     }
+    if (!diagnostic.m_strPlace.empty())
+        where += ":" + diagnostic.m_strPlace;
     const auto coloured = [this](const std::string& text, const char* colour) {
         return m_bColour ? std::string(colour).append(text).append(s_cpPlain) : text;
     };
     std::string out = coloured(where + ":", s_cpBold) + " " +
                       coloured(std::string(severity.m_pName) + ":", severity.m_pColour) + " " +
+                      (diagnostic.m_strSubject.empty() ? "" : shownText(diagnostic.m_strSubject) + ": ") +
                       shownText(diagnostic.m_strMessage) + "\n";
-    if (!excerpted)
-        return out;
-    const tExcerpt excerpt = excerpt4Range(diagnostic.m_svSource, *diagnostic.m_tRange);
-    return out + excerpt.m_strLine + "\n" + coloured(excerpt.m_strMarks, s_cpMarks) + "\n";
+    std::vector<tExcerpt> excerpts = diagnostic.m_vExcerpt;
+    if (excerpted)
+        excerpts.insert(excerpts.begin(), excerpt4Range(diagnostic.m_svSource, *diagnostic.m_tRange));
+    for (const tExcerpt& excerpt : excerpts)
+    {
+        out += excerpt.m_strLine + "\n";
+        if (!excerpt.m_strMarks.empty())
+            out += coloured(excerpt.m_strMarks, s_cpMarks) + "\n";
+    }
+    return out;
 }
 
 std::string withoutFunction(std::string_view message)

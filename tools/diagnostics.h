@@ -28,17 +28,23 @@ struct tDiagnostic
 {
     E_Severity m_eSeverity = SV_error;
     std::string m_strFile;             // empty: it concerns no file
+    std::string m_strPlace;            // where in the file, when that is no place in a text: record and offset
+    std::string m_strSubject;          // path of what the message is about; empty for none
     std::string m_strMessage;          // without line feed
     std::string_view m_svSource;       // text that the range lies in
     std::optional<tRange> m_tRange;    // nothing: it concerns the file as a whole
+    std::vector<tExcerpt> m_vExcerpt;  // instead of lines of the source; marks may be empty
+    std::string m_strJson;             // further members for programs, such as `"record":3`
     bool m_bInBody = false;            // the range counts in the deciphered body of a binary file, which is not shown
     std::vector<tDiagnostic> m_vNote;  // further places
 };
 
+/// Whether colour is wanted: only on a terminal that is not "dumb", and never when NO_COLOR is set and not empty.
+bool isColourWanted(int descriptor);
+
 class CDiagnostics
 {
 public:
-    /// Decides about colour: only on a terminal that is not "dumb", and never when NO_COLOR is set and not empty.
     CDiagnostics();
 
     void setJson(bool json);
@@ -54,6 +60,9 @@ private:
     bool m_bJson = false;
     bool m_bColour = false;
 };
+
+/// The JSON object of a message, without line feed.
+std::string json4Diagnostic(const tDiagnostic& diagnostic);
 
 /// "[function#line] text" as "text": which line of the library noticed it does not help the user of the tool.
 std::string withoutFunction(std::string_view message);

@@ -1,7 +1,6 @@
 // tools/exit_code.h - what the tool's exit status means.
 //
-// Scripts depend on these numbers: a published number keeps its meaning for ever. --help is made from the rows. 4 is
-// reserved for verbs to come: packets that do not fit.
+// Scripts depend on these numbers: a published number keeps its meaning for ever. --help is made from the rows.
 #pragma once
 
 #include <algorithm>
@@ -15,6 +14,7 @@ enum E_ExitCode : int
     EC_no = 1,
     EC_wrongCall = 2,
     EC_malformed = 3,
+    EC_unfit = 4,
     EC_inputOutput = 5,
     EC_password = 6,
     EC_internal = 70,
@@ -28,9 +28,10 @@ struct tExitCodeRow
 
 inline constexpr tExitCodeRow s_ctExitCodes[] = {
     {EC_done, "done, or the answer is yes"},
-    {EC_no, "the answer is no: fmt --check found a difference, get found nothing"},
+    {EC_no, "the answer is no: fmt --check found a difference, get found nothing, check has findings only"},
     {EC_wrongCall, "wrong call: unknown verb or option, malformed PATH"},
-    {EC_malformed, "malformed document"},
+    {EC_malformed, "malformed document or layout"},
+    {EC_unfit, "the packet or tree does not fit the layout"},
     {EC_inputOutput, "reading or writing failed"},
     {EC_password, "the password is missing or wrong"},
     {EC_internal, "internal error, or out of memory"},

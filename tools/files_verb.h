@@ -35,6 +35,8 @@ protected:
     {
         return m_bJson;
     }
+    /// Reads a file whole and runs the verb on it.
+    virtual E_ExitCode runFile(const std::string& path, tSession& session) const;
 
 private:
     /// Declares the verb's own options; the help shows them after FILE and before the common ones.
@@ -44,8 +46,6 @@ private:
     /// Looks at a file before it is opened. \return EC_done to read it
     virtual E_ExitCode beforeReading(const std::string& path, CDiagnostics& diagnostics) const;
     virtual E_ExitCode runInput(const tInput& input, tSession& session) const = 0;
-
-    E_ExitCode runFile(const std::string& path, tSession& session) const;
 
     const char* m_pJsonHelp;
     const char* m_pFilesHelp;

@@ -12,6 +12,7 @@
 
 #include "murv/loader.h"
 #include "tools/binary_header.h"
+#include "tools/descriptor.h"
 #include "tools/progress.h"
 
 namespace murv::tool
@@ -22,28 +23,6 @@ namespace
 constexpr std::size_t s_cnMostBytes = static_cast<std::size_t>(CFields::maxSint32);
 constexpr std::size_t s_cnPiece = std::size_t{8} << 20U;
 constexpr std::size_t s_cnFrontLoaderLeast = 4;
-
-class CDescriptor
-{
-public:
-    explicit CDescriptor(int descriptor) : m_iDescriptor(descriptor)
-    {
-    }
-    CDescriptor(const CDescriptor&) = delete;
-    CDescriptor& operator=(const CDescriptor&) = delete;
-    ~CDescriptor()
-    {
-        if (m_iDescriptor > STDERR_FILENO)
-            close(m_iDescriptor);
-    }
-    int get() const
-    {
-        return m_iDescriptor;
-    }
-
-private:
-    int m_iDescriptor;
-};
 
 /// Reads up to `most` bytes. \return 0, or the errno of the read that failed
 int readUpTo(int descriptor, char* to, std::size_t most, std::size_t& got, CProgress& progress)
@@ -282,7 +261,7 @@ E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput&
 {
     input.m_strPath = path;
     input.m_strName = input.isStandardInput() ? "<stdin>" : path;
-    const CDescriptor file(input.isStandardInput() ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const CDescriptor file(path);
     const int error = file.get() < 0 ? errno : readDescriptor(file.get(), input);
     if (error == 0)
         return EC_done;

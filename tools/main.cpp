@@ -4,6 +4,7 @@
 #include <exception>
 #include <new>
 
+#include "murv/layout.h"
 #include "tools/command_line.h"
 #include "tools/utf8.h"
 #include "tools/verb.h"
@@ -90,6 +91,7 @@ int main(int argc, char** argv)
     std::signal(SIGXFSZ, SIG_IGN);
     try
     {
+        murv::registerStandardKeywords();
         return runTool(argc, argv);
     }
     catch (const std::bad_alloc&)

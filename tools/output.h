@@ -28,6 +28,10 @@ class CStandardOutput
 public:
     /// After a failure nothing more is written.
     void put(std::string_view text);
+    bool hasFailed() const
+    {
+        return m_iError != 0;
+    }
     /// Reports a failure, but not that the reader of a pipe went away.
     E_ExitCode finish(CDiagnostics& diagnostics) const;
 

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <climits>
 
+#include "tools/descriptor.h"
 #include "tools/file_attributes.h"
 #include "tools/output.h"
 #include "tools/temporary_file.h"
@@ -77,22 +78,34 @@ const char* kind4Mode(mode_t mode)
     return S_ISFIFO(mode) ? "pipe" : S_ISSOCK(mode) ? "socket" : "device";
 }
 
-/// Puts the new content in the place of a file that exists. \return empty, or what failed
-/// \param readBefore  the file that was read and must not have changed since; null when nothing was read
-std::string replace(const tTarget& target, std::string_view content, const tFileIdentity* readBefore)
+/// Whether a file that exists may be replaced. \return empty, or why not
+std::string fault4Replacing(const tTarget& target)
 {
     // The new name needs a writable directory only; a file that is read-only is meant to stay, even for root.
     if ((target.m_tFile.st_mode & 0222U) == 0)
         return "it is read-only";
-    if (access(target.m_strPath.c_str(), W_OK) != 0)
-        return text4Error(errno);
-    CTemporaryFile file(target.m_strPath, 0600);
-    if (file.error() != 0)
+    return access(target.m_strPath.c_str(), W_OK) == 0 ? std::string() : text4Error(errno);
+}
+
+/// Why the new file could not be made; empty when it was.
+std::string fault4Making(const tTarget& target, const CTemporaryFile& file)
+{
+    if (file.error() == 0)
+        return {};
+    if (target.m_bExists)
         return "cannot write beside it: " + text4Error(file.error());
-    if (const int error = writeAll(file.descriptor(), content))
-        return text4Error(error);
-    if (std::string fault = keepAttributes(target.m_strPath, target.m_tFile, file.descriptor()); !fault.empty())
-        return fault;
+    return file.error() == ENOENT ? "the directory of the file does not exist" : text4Error(file.error());
+}
+
+/// Gives the new file what the old one has, and its name. \return empty, or what failed
+/// \param readBefore  the file that was read and must not have changed since; null when nothing was read
+std::string takePlace(const tTarget& target, CTemporaryFile& file, const tFileIdentity* readBefore)
+{
+    if (target.m_bExists)
+    {
+        if (std::string fault = keepAttributes(target.m_strPath, target.m_tFile, file.descriptor()); !fault.empty())
+            return fault;
+    }
     struct stat now = {};
     if (readBefore != nullptr && stat(target.m_strPath.c_str(), &now) != 0)
         return text4Error(errno);
@@ -102,28 +115,17 @@ std::string replace(const tTarget& target, std::string_view content, const tFile
     return error == 0 ? std::string() : text4Error(error);
 }
 
-/// \return empty, or what failed
-std::string make(const std::string& path, std::string_view content)
+/// Puts the new content in the place of a file that exists. \return empty, or what failed
+std::string replace(const tTarget& target, std::string_view content, const tFileIdentity& readBefore)
 {
-    CTemporaryFile file(path, 0666);
-    int error = file.error();
-    if (error == ENOENT)
-        return "the directory of the file does not exist";
-    if (error == 0)
-        error = writeAll(file.descriptor(), content);
-    if (error == 0)
-        error = file.takeName();
-    return error == 0 ? std::string() : text4Error(error);
-}
-
-/// Appends the bytes to what cannot be replaced, such as a pipe. \return empty, or what failed
-std::string feed(const std::string& path, std::string_view content)
-{
-    const int descriptor = open(path.c_str(), O_WRONLY | O_APPEND | O_NOCTTY | O_CLOEXEC);
-    const int error = descriptor < 0 ? errno : writeAll(descriptor, content);
-    if (descriptor >= 0)
-        close(descriptor);
-    return error == 0 ? std::string() : text4Error(error);
+    if (std::string fault = fault4Replacing(target); !fault.empty())
+        return fault;
+    CTemporaryFile file(target.m_strPath, 0600);
+    if (std::string fault = fault4Making(target, file); !fault.empty())
+        return fault;
+    if (const int error = writeAll(file.descriptor(), content))
+        return text4Error(error);
+    return takePlace(target, file, &readBefore);
 }
 
 E_ExitCode report(const std::string& file, const std::string& what, const std::string& fault, CDiagnostics& diagnostics)
@@ -148,21 +150,88 @@ E_ExitCode replaceFile(const tInput& input, std::string_view content, CDiagnosti
     int error = findTarget(input.m_strPath, target);
     if (error == 0 && !target.m_bExists)
         error = ENOENT;
-    const std::string fault = error == 0 ? replace(target, content, &input.m_tIdentity) : text4Error(error);
+    const std::string fault = error == 0 ? replace(target, content, input.m_tIdentity) : text4Error(error);
     return report(input.m_strName, "not replaced", fault, diagnostics);
 }
 
 E_ExitCode writeFile(const std::string& path, std::string_view content, CDiagnostics& diagnostics)
 {
-    tTarget target;
-    std::string fault;
-    if (const int error = findTarget(path, target))
-        fault = text4Error(error);
-    else if (target.m_bDescriptor || (target.m_bExists && !S_ISREG(target.m_tFile.st_mode)))
-        fault = feed(path, content);
-    else
-        fault = target.m_bExists ? replace(target, content, nullptr) : make(target.m_strPath, content);
-    return report(path, "not written", fault, diagnostics);
+    CStandardOutput unused;
+    CResultFile file(path, unused);
+    if (const E_ExitCode code = file.open(diagnostics))
+        return code;
+    file.put(content);
+    return file.finish(diagnostics);
+}
+
+struct CResultFile::tState
+{
+    tTarget m_tTarget;
+    std::unique_ptr<CTemporaryFile> m_pFile;  // that takes the name; null for what cannot be replaced
+    std::unique_ptr<CDescriptor> m_pOpen;     // that takes the bytes as they come
+    std::string m_strFault;
+
+    std::string open(const std::string& path);
+    int descriptor() const
+    {
+        return m_pFile ? m_pFile->descriptor() : m_pOpen->get();
+    }
+};
+
+std::string CResultFile::tState::open(const std::string& path)
+{
+    if (const int error = findTarget(path, m_tTarget))
+        return text4Error(error);
+    if (m_tTarget.m_bDescriptor || (m_tTarget.m_bExists && !S_ISREG(m_tTarget.m_tFile.st_mode)))
+    {
+        m_pOpen = std::make_unique<CDescriptor>(::open(path.c_str(), O_WRONLY | O_APPEND | O_NOCTTY | O_CLOEXEC));
+        return m_pOpen->get() < 0 ? text4Error(errno) : std::string();
+    }
+    if (m_tTarget.m_bExists)
+    {
+        if (std::string fault = fault4Replacing(m_tTarget); !fault.empty())
+            return fault;
+    }
+    m_pFile = std::make_unique<CTemporaryFile>(m_tTarget.m_strPath, m_tTarget.m_bExists ? 0600 : 0666);
+    return fault4Making(m_tTarget, *m_pFile);
+}
+
+CResultFile::CResultFile(std::string path, CStandardOutput& output)
+    : m_strPath(std::move(path)), m_tOutput(output), m_pState(std::make_unique<tState>())
+{
+}
+
+CResultFile::~CResultFile() = default;
+
+E_ExitCode CResultFile::open(CDiagnostics& diagnostics)
+{
+    if (isStandardOutput())
+        return EC_done;
+    return report(m_strPath, "not written", m_pState->open(m_strPath), diagnostics);
+}
+
+bool CResultFile::put(std::string_view content)
+{
+    if (isStandardOutput())
+    {
+        m_tOutput.put(content);
+        return !m_tOutput.hasFailed();
+    }
+    if (!m_pState->m_strFault.empty())
+        return false;
+    if (const int error = writeAll(m_pState->descriptor(), content))
+        m_pState->m_strFault = text4Error(error);
+    return m_pState->m_strFault.empty();
+}
+
+E_ExitCode CResultFile::finish(CDiagnostics& diagnostics)
+{
+    if (isStandardOutput())
+        return m_tOutput.finish(diagnostics);
+    std::string& fault = m_pState->m_strFault;
+    if (fault.empty() && m_pState->m_pFile)
+        fault = takePlace(m_pState->m_tTarget, *m_pState->m_pFile, nullptr);
+    return report(m_strPath, "not written", fault, diagnostics);
 }
 
 }  // namespace murv::tool

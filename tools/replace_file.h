@@ -4,12 +4,14 @@
 // fails, and whenever, the name leads either to the old content or to the new.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "tools/diagnostics.h"
 #include "tools/exit_code.h"
 #include "tools/input.h"
+#include "tools/output.h"
 
 namespace murv::tool
 {
@@ -27,5 +29,31 @@ E_ExitCode replaceFile(const tInput& input, std::string_view content, CDiagnosti
 /// Makes a file, or replaces the content of one that exists, in the same manner. For a symbolic link that leads to
 /// nothing, the target is made. A pipe or a device takes the bytes, and so does what is open already: /dev/stdout.
 E_ExitCode writeFile(const std::string& path, std::string_view content, CDiagnostics& diagnostics);
+
+/// The same for a result that comes in pieces: the name leads to the old content until finish().
+class CResultFile
+{
+public:
+    /// \param path  empty for the standard output
+    CResultFile(std::string path, CStandardOutput& output);
+    ~CResultFile();
+
+    /// Makes what is needed to write. \return EC_done, or the code of a failure that was reported
+    E_ExitCode open(CDiagnostics& diagnostics);
+    /// After a failure nothing more is written. \return false then
+    bool put(std::string_view content);
+    /// Gives the file its content. Without it, an existing file stays as it was.
+    E_ExitCode finish(CDiagnostics& diagnostics);
+    bool isStandardOutput() const
+    {
+        return m_strPath.empty();
+    }
+
+private:
+    struct tState;
+    std::string m_strPath;
+    CStandardOutput& m_tOutput;
+    std::unique_ptr<tState> m_pState;
+};
 
 }  // namespace murv::tool

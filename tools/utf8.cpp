@@ -66,6 +66,19 @@ std::size_t utf8Length(std::string_view text)
     return 0;
 }
 
+bool isUtf8(std::string_view text)
+{
+    std::size_t at = 0;
+    while (at < text.size())
+    {
+        const std::size_t length = static_cast<unsigned char>(text[at]) < 0x80 ? 1 : utf8Length(text.substr(at));
+        if (length == 0)
+            return false;
+        at += length;
+    }
+    return true;
+}
+
 char32_t codePoint(std::string_view sequence)
 {
     constexpr unsigned char firstBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
@@ -95,6 +108,28 @@ std::string shownText(std::string_view text)
             shown += '?';
         else
             shown += text.substr(0, length);
+        text.remove_prefix(length == 0 ? 1 : length);
+    }
+    return shown;
+}
+
+std::string escapedText(std::string_view text)
+{
+    constexpr char digits[] = "0123456789ABCDEF";
+    std::string shown;
+    while (!text.empty())
+    {
+        const std::size_t length = utf8Length(text);
+        const auto byte = static_cast<unsigned char>(text[0]);
+        if (length != 0 && !isControl(codePoint(text.substr(0, length))))
+            shown += text.substr(0, length);
+        else if (byte == '\n' || byte == '\r' || byte == '\t')
+            shown += byte == '\n' ? "\\n" : byte == '\r' ? "\\r" : "\\t";
+        else
+            for (const char hidden : text.substr(0, length == 0 ? 1 : length))
+                shown.append("\\x")
+                    .append(1, digits[static_cast<unsigned char>(hidden) >> 4U])
+                    .append(1, digits[static_cast<unsigned char>(hidden) & 0xFU]);
         text.remove_prefix(length == 0 ? 1 : length);
     }
     return shown;

@@ -35,11 +35,18 @@ public:
 
 std::unique_ptr<IVerb> makeCheckVerb();
 std::unique_ptr<IVerb> makeConvertVerb();
+std::unique_ptr<IVerb> makeExplainVerb();
+std::unique_ptr<IVerb> makeDocVerb();
 std::unique_ptr<IVerb> makeFmtVerb();
 std::unique_ptr<IVerb> makeGetVerb();
 std::unique_ptr<IVerb> makeHelpVerb();
 std::unique_ptr<IVerb> makeInfoVerb();
+std::unique_ptr<IVerb> makeLayoutVerb();
+std::unique_ptr<IVerb> makeLayoutsVerb();
+std::unique_ptr<IVerb> makePackVerb();
+std::unique_ptr<IVerb> makePictureVerb();
 std::unique_ptr<IVerb> makeStatVerb();
+std::unique_ptr<IVerb> makeUnpackVerb();
 
 struct tVerbRow
 {
@@ -55,6 +62,13 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"stat", "Count what documents hold", &makeStatVerb},
     {"convert", "Turn text into binary files and back", &makeConvertVerb},
     {"info", "Show what a binary file says about itself", &makeInfoVerb},
+    {"unpack", "Turn packets and files of records into documents, JSON or tables", &makeUnpackVerb},
+    {"pack", "Turn documents and JSON into packets and files of records", &makePackVerb},
+    {"explain", "Show every byte of a packet, and what it means", &makeExplainVerb},
+    {"layout", "Show the parts of a layout: offsets, lengths, kinds, rules", &makeLayoutVerb},
+    {"picture", "Draw the records of a layout, as SVG or text", &makePictureVerb},
+    {"doc", "Document a layout as one HTML page", &makeDocVerb},
+    {"layouts", "List the layouts that -l finds by name", &makeLayoutsVerb},
     {"help", "Show this help, or that of a verb", &makeHelpVerb},
 };
 

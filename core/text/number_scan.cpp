@@ -36,7 +36,7 @@ constexpr bool isDigit(char c) noexcept
 
 constexpr std::uint64_t digitOf(char c) noexcept
 {
-    return static_cast<std::uint64_t>(c - '0');
+    return static_cast<unsigned char>(c - '0');  // unsigned, as it then widens with the test for a digit
 }
 
 constexpr bool isExponent(char c) noexcept

@@ -14,6 +14,7 @@
 #include "murv/export.h"
 #include "murv/fields.h"
 #include "murv/packet_fault.h"
+#include "murv/packet_value.h"
 
 namespace murv
 {
@@ -54,6 +55,29 @@ struct tLayoutPart
     bool m_bLiteral;                    ///< its bytes are always the same
     bool m_bComputed;                   ///< making fills it in
     bool m_bMasked;                     ///< people see stars
+    unsigned int m_uiShown;             ///< bytes at the end of a masked value that people see nevertheless
+    std::string_view m_strvLiteral;     ///< the bytes of a literal, prefix included; empty for other parts
+    bool m_bChoice;                     ///< a field set of which one member is there
+    bool m_bOptional;                   ///< it may be absent: by a condition, a bitmap, or the rule `optional`
+    unsigned int m_uiBase;              ///< the part from whose first byte m_ullOffset counts; see CLayout::getPart()
+    std::uint64_t m_ullOffset;          ///< in bytes, the same in every packet; 0 without a base
+    std::uint64_t m_ullLeast;           ///< bytes that it has at least when it is there, prefix and end mark included
+    std::uint64_t m_ullMost;            ///< bytes that it has at most; CLayout::s_cullNoBound when nothing bounds it
+};
+
+/// A rule or value word of a part.
+struct tLayoutRule
+{
+    std::string_view m_strvRule;      ///< as the layout states it
+    std::string_view m_strvSentence;  ///< what rules of its name mean, without a full stop
+};
+
+/// One of the small numbers that share a number by the rule `bits`.
+struct tLayoutBits
+{
+    std::string_view m_strvName;
+    unsigned int m_uiWidth;  ///< in bits
+    unsigned int m_uiShift;  ///< of its lowest bit
 };
 
 /// A compiled layout. Copies share what was compiled, which never changes; threads may, too.
@@ -61,6 +85,7 @@ class MURV_API CLayout
 {
 public:
     static constexpr unsigned int s_cuiNoPart = 0xFFFFFFFF;
+    static constexpr std::uint64_t s_cullNoBound = 0xFFFFFFFFFFFFFFFF;
 
     CLayout();
     CLayout(const CLayout&);
@@ -93,9 +118,19 @@ public:
     /// Number of parts; 0 before a compilation.
     unsigned int getPartCount() const;
     /// A part; its texts live as long as the layout or a copy of it. Throws CLogicError for a number that is none.
+    ///
+    /// Where it lies is said from its base: the record around it; in an array, the element; after something whose
+    /// length varies, the field set or array that is the first there, which is its own base. A leaf of which even that
+    /// varies, and parts outside records, have no base.
     tLayoutPart getPart(unsigned int number) const;
     /// The number of the part at a path, such as `batches.entries.entry.amount`, or s_cuiNoPart.
     unsigned int findPart(std::string_view path) const;
+    /// What a number consists of by the rule `bits`, the highest first; empty for other parts. Visitors get the number,
+    /// trees have a field set. Throws CLogicError as getPart() does.
+    std::vector<tLayoutBits> getBits(unsigned int number) const;
+    /// The rules of a part, first those that a keyword of its packet expression stands for. Texts live as long as the
+    /// layout or a copy of it. Throws CLogicError as getPart() does.
+    std::vector<tLayoutRule> getRules(unsigned int number) const;
     /// The path of a part, such as `batches.entries.entry.amount`; elements of arrays add nothing.
     std::string getPath(unsigned int number) const;
 
@@ -126,14 +161,6 @@ struct tMakeOptions
     bool m_bAgree = false;    ///< data for a number that is filled in must agree with it
     bool m_bReturns = false;  ///< lines end with carriage return and line feed
     bool m_bOpenEnd = false;  ///< no line end after the last line
-};
-
-/// The value of a leaf, without a node.
-struct tPacketValue
-{
-    E_DataType m_eType;            ///< DT_null, DT_sint, DT_uint, DT_double or DT_codelist
-    unsigned long long m_ullBits;  ///< of DT_sint, DT_uint (the number) and DT_double
-    std::string_view m_strvText;   ///< of DT_codelist; valid during the call
 };
 
 /// Where something lies in the input, in bytes.

@@ -12,7 +12,7 @@ namespace
 {
 
 /// Reads the name of a rule member: "@", "@NAME", "@#7" or "@NAME.BITS".
-bool readTarget(std::string_view name, std::vector<tPathStep>& target)
+bool readTarget(std::string_view name, std::vector<tRuleStep>& target)
 {
     CRuleText text(name.substr(1));
     constexpr std::size_t most = 2;
@@ -80,7 +80,7 @@ private:
     void attach(unsigned int set, const CFields& member, E_RuleSource source)
     {
         const auto place = static_cast<unsigned int>(member.getOffsetStart());
-        std::vector<tPathStep> target;
+        std::vector<tRuleStep> target;
         if (!readTarget(writtenName(member), target))
         {
             m_tCompile.m_tMistakes.add(set, place, "The name of the rule is malformed: write @NAME or @NAME.BITS");

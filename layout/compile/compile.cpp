@@ -30,6 +30,8 @@ bool compileParts(const CFields& document, tPlan& plan, std::vector<tLayoutMista
     if (compile.m_ullBudget == 0)
         mistakes.assign(1, {0, "", "The layout has too many parts that depend on each other"});
     compile.m_tMistakes.sort();
+    if (mistakes.empty())
+        placeParts(compile);
     return mistakes.empty();
 }
 

@@ -30,7 +30,7 @@ bool areAlternatives(tCompile& compile, unsigned int earlier, unsigned int later
 }
 
 /// Finds the value that a rule looks at. \return nothing, or the mistake
-std::string findValue(tCompile& compile, unsigned int index, unsigned int set, const std::vector<tPathStep>& path,
+std::string findValue(tCompile& compile, unsigned int index, unsigned int set, const std::vector<tRuleStep>& path,
                       unsigned int readBefore, tValueOf& value)
 {
     tFound found;
@@ -135,7 +135,11 @@ void compileIf(tCompile& compile, unsigned int part, const tRule& rule)
 {
     tTest test;
     const unsigned int set = compile.m_tPaths.setAround(part);
-    std::string mistake = findValue(compile, part, set, rule.m_vPath, part, test.m_tValue);
+    std::string mistake;
+    if (isAlternative(compile, part))
+        mistake = "One of several parts is there by its choice, so it has no condition; put one around the choice";
+    else
+        mistake = findValue(compile, part, set, rule.m_vPath, part, test.m_tValue);
     if (mistake.empty())
         mistake = makeTest(compile, rule, test);
     if (!mistake.empty())

@@ -15,7 +15,7 @@ namespace
 
 constexpr unsigned int s_cuiMostInRow = 100;  // copies of copies of copies
 
-const CFields* findMember(tCompile& compile, const CFields& set, const tPathStep& step)
+const CFields* findMember(tCompile& compile, const CFields& set, const tRuleStep& step)
 {
     if (set.getDT() != DT_fields)
         return nullptr;
@@ -62,7 +62,7 @@ bool hasParts(const CFields& set)
 /// Follows a path from the sets around a part outwards. \return nothing, or the mistake
 std::string findCopied(tCompile& compile, unsigned int index, const tRule& like, tCopied& found)
 {
-    const std::vector<tPathStep>& path = like.m_vPath;
+    const std::vector<tRuleStep>& path = like.m_vPath;
     found = {};
     for (unsigned int at = compile.part(index).m_uiParent;
          at != s_cuiNone && found.m_pNode == nullptr && compile.spend(1); at = compile.part(at).m_uiParent)

@@ -124,9 +124,12 @@ inline const tRule* findRule(const tDraft& draft, std::string_view name)
     return nullptr;
 }
 
-inline bool mayBeAbsent(const tPart& part)
+/// Whether the part is one of several of which one is there.
+inline bool isAlternative(tCompile& compile, unsigned int part)
 {
-    return part.m_bOptional || !part.m_vIf.empty() || part.m_uiBitmap != s_cuiNone;
+    const unsigned int parent = compile.part(part).m_uiParent;
+    return parent != s_cuiNone && (findRule(compile.draft(parent), "one of") != nullptr ||
+                                   findRule(compile.draft(parent), "one of by") != nullptr);
 }
 
 /// Whether the part is its own enclosing part: sized, between marks, or a record in a frame.
@@ -154,5 +157,6 @@ void measureParts(tCompile& compile);  // widths
 void checkWidths(tCompile& compile);   // elements without bytes, tails, frames, aligned parts
 void findHeads(tCompile& compile);     // heads, and the ends of arrays that depend on them
 void checkNumbers(tCompile& compile);  // overlaps and circles
+void placeParts(tCompile& compile);    // offsets and bounds of lengths, of a layout without mistakes
 
 }  // namespace murv::detail

@@ -13,7 +13,6 @@ namespace murv::detail
 namespace
 {
 
-constexpr unsigned char s_cucWordKind = 15;  // of external keywords
 constexpr unsigned int s_cuiWidestBinary = 8;
 
 /// The rules that a keyword stands for, in front of all others.

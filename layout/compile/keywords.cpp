@@ -15,7 +15,6 @@ namespace detail
 namespace
 {
 
-constexpr unsigned char s_cucKind = 15;
 constexpr std::size_t s_cnLongest = 15;
 
 /// The keyword with "_" at its end, which the reader and writer of documents want before an option.
@@ -66,9 +65,9 @@ const char* findText(unsigned short index, unsigned char option)
 
 void registerStandardKeywords()
 {
-    CFields::setCheckIdxFP4ESK(detail::s_cucKind, detail::checkIndex);
-    CFields::setGetIdxFP4ESK(detail::s_cucKind, detail::findIndex);
-    CFields::setGetTxtFP4ESK(detail::s_cucKind, detail::findText);
+    CFields::setCheckIdxFP4ESK(detail::s_cucWordKind, detail::checkIndex);
+    CFields::setGetIdxFP4ESK(detail::s_cucWordKind, detail::findIndex);
+    CFields::setGetTxtFP4ESK(detail::s_cucWordKind, detail::findText);
 }
 
 }  // namespace murv

@@ -45,7 +45,7 @@ std::string startLink(tCompile& compile, unsigned int index, const tRule& rule, 
         mistake = compile.m_tPaths.find(compile.m_tPaths.setAround(index), rule.m_vPath, found);
     if (mistake.empty() && found.m_uiBits != s_cuiNone)
         mistake = "A part of bits cannot be measured or counted";
-    if (mistake.empty() && found.m_uiPart == index)
+    if (mistake.empty() && found.m_uiPart == index && !rule.m_bLast)
         mistake = "The rule is about its own number";
     return mistake;
 }
@@ -127,6 +127,8 @@ std::string measure(tCompile& compile, unsigned int index, const tRule& rule, tL
         mistake = "Only totals go into arrays, which have many elements";
     if (mistake.empty())
         mistake = findLast(compile, rule, found.m_uiPart, last);
+    if (mistake.empty() && last == index && found.m_uiPart == index)
+        mistake = "The rule is about its own number";
     if (mistake.empty() && repeatsInside(compile, index, found.m_uiPart, last))
         mistake = "The number stands in an array inside of what it measures";
     if (mistake.empty())

@@ -15,7 +15,7 @@ namespace
 constexpr std::size_t s_cnFewMembers = 16;  // are compared one by one
 }
 
-unsigned int CPaths::member(unsigned int set, const tPathStep& step)
+unsigned int CPaths::member(unsigned int set, const tRuleStep& step)
 {
     const std::vector<tPart>& parts = m_tCompile.m_tPlan.m_vParts;
     const std::vector<unsigned int>& members = parts[set].m_vMembers;
@@ -72,7 +72,7 @@ std::string CPaths::suggestMember(unsigned int set, const std::string& name, boo
     return suggest(name, names);
 }
 
-std::string CPaths::find(unsigned int set, const std::vector<tPathStep>& path, tFound& found)
+std::string CPaths::find(unsigned int set, const std::vector<tRuleStep>& path, tFound& found)
 {
     if (path.empty())
     {
@@ -91,7 +91,7 @@ std::string CPaths::find(unsigned int set, const std::vector<tPathStep>& path, t
     return "There is no part \"" + describeStep(path.front()) + "\" here or around" + suggestMember(set, name, true);
 }
 
-std::string CPaths::follow(const std::vector<tPathStep>& path, tFound& found)
+std::string CPaths::follow(const std::vector<tRuleStep>& path, tFound& found)
 {
     const std::vector<tPart>& parts = m_tCompile.m_tPlan.m_vParts;
     for (std::size_t i = 1; i < path.size(); ++i)

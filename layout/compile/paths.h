@@ -32,18 +32,18 @@ public:
     }
 
     /// The member of a field set that a step names, or none. Constant on average in large sets.
-    unsigned int member(unsigned int set, const tPathStep& step);
+    unsigned int member(unsigned int set, const tRuleStep& step);
     /// Follows a path from the set around a part, outwards; an empty path is that set.
     ///
     /// \return nothing, or the mistake as one sentence
-    std::string find(unsigned int set, const std::vector<tPathStep>& path, tFound& found);
+    std::string find(unsigned int set, const std::vector<tRuleStep>& path, tFound& found);
     /// The innermost field set around a part; the root has none.
     unsigned int setAround(unsigned int part) const;
     /// Proposes a name that the set, or one around it, has.
     std::string suggestMember(unsigned int set, const std::string& name, bool outwards) const;
 
 private:
-    std::string follow(const std::vector<tPathStep>& path, tFound& found);
+    std::string follow(const std::vector<tRuleStep>& path, tFound& found);
 
     tCompile& m_tCompile;
     // Of large sets: members by name, and by ID.

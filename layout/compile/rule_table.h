@@ -18,6 +18,8 @@ namespace murv::detail
 struct tCompile;
 struct tRuleRow;
 
+inline constexpr unsigned char s_cucWordKind = 15;  // of the external keywords that are value words
+
 /// A rule of a part, read. Which members count is said by its row.
 struct tRule
 {
@@ -26,8 +28,8 @@ struct tRule
     bool m_bKeyword = false;         // said by a keyword of the packet expression
     std::string m_strWritten;        // as the layout says it
     std::string m_strBit;            // the part of bits that it is about; empty: the whole
-    std::vector<tPathStep> m_vPath;  // empty: "."
-    tPathStep m_tLast;               // end of a range of parts; NAME of "else"
+    std::vector<tRuleStep> m_vPath;  // empty: "."
+    tRuleStep m_tLast;               // end of a range of parts; NAME of "else"
     bool m_bLast = false;
     E_Comparison m_eComparison = CM_equal;
     std::vector<tConstant> m_vConstants;

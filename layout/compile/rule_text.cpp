@@ -103,7 +103,7 @@ std::size_t nameLength(std::string_view text)
 
 }  // namespace
 
-std::string describeStep(const tPathStep& step)
+std::string describeStep(const tRuleStep& step)
 {
     return step.m_strName.empty() ? "#" + std::to_string(step.m_uiID) : step.m_strName;
 }
@@ -212,7 +212,7 @@ bool CRuleText::takeQuoted(std::string& text)
     return done.m_eError == UE_none;
 }
 
-bool CRuleText::takeStep(tPathStep& step)
+bool CRuleText::takeStep(tRuleStep& step)
 {
     skipBlanks();
     step = {};
@@ -231,9 +231,9 @@ bool CRuleText::takeStep(tPathStep& step)
     return !name.empty();
 }
 
-bool CRuleText::takePath(std::vector<tPathStep>& path)
+bool CRuleText::takePath(std::vector<tRuleStep>& path)
 {
-    tPathStep step;
+    tRuleStep step;
     do
     {
         if (!takeStep(step))

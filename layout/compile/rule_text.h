@@ -14,14 +14,14 @@ namespace murv::detail
 {
 
 /// A step of a path: a name, or the ID of a part that may have no name.
-struct tPathStep
+struct tRuleStep
 {
     std::string m_strName;
     unsigned int m_uiID = 0;
 };
 
 /// The step as rules write it, for messages.
-std::string describeStep(const tPathStep& step);
+std::string describeStep(const tRuleStep& step);
 
 /// Cuts a text at its semicolons, outside quotes, and the blanks off both ends of each rule.
 ///
@@ -47,9 +47,9 @@ public:
     bool takeOperatorAndNumber(char symbol, unsigned long long& number);
     /// Takes a text in quotes, with the escapes of the notation. \return false when there is none or it is malformed
     bool takeQuoted(std::string& text);
-    bool takeStep(tPathStep& step);
+    bool takeStep(tRuleStep& step);
     /// Takes steps with points between them.
-    bool takePath(std::vector<tPathStep>& path);
+    bool takePath(std::vector<tRuleStep>& path);
     bool takeComparison(E_Comparison& comparison);
     /// Takes a value: quoted, or what stands before the next bar, comma where asked for, or the end.
     bool takeValue(std::string& text, bool toComma);

@@ -65,10 +65,7 @@ void compileOneOf(tCompile& compile, unsigned int part, const tRule& rule)
 void compileOptional(tCompile& compile, unsigned int part, const tRule& rule)
 {
     compile.part(part).m_bOptional = true;
-    const unsigned int parent = compile.part(part).m_uiParent;
-    const bool chosen = parent != s_cuiNone && (findRule(compile.draft(parent), "one of") != nullptr ||
-                                                findRule(compile.draft(parent), "one of by") != nullptr);
-    if (chosen)
+    if (isAlternative(compile, part))
         compile.refuse(part, rule, "One of several parts is there already by its choice, so it is not optional");
 }
 

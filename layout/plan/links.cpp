@@ -1,4 +1,4 @@
-// layout/plan/links.cpp - numbers about other parts: who needs them, and in which order.
+// layout/plan/links.cpp - registers, and the links of each part.
 #include "layout/plan/links.h"
 
 #include <algorithm>
@@ -6,6 +6,10 @@
 namespace murv::detail
 {
 
+namespace
+{
+
+/// Gives a register to every leaf whose value is needed while a packet is read or made.
 void assignRegisters(tPlan& plan)
 {
     plan.m_vRegister4Part.assign(plan.m_vParts.size(), s_cuiNone);
@@ -31,45 +35,6 @@ void assignRegisters(tPlan& plan)
     }
 }
 
-namespace
-{
-
-/// Whether a part may be absent while the field set around both it and its number is there.
-bool mayBeAbsentIn(const tPlan& plan, unsigned int part, unsigned int set)
-{
-    for (unsigned int at = part; at != set && at != s_cuiNone; at = plan.m_vParts[at].m_uiParent)
-    {
-        const tPart& asked = plan.m_vParts[at];
-        const tPart& around = plan.m_vParts[asked.m_uiParent == s_cuiNone ? at : asked.m_uiParent];
-        if (asked.m_bOptional || !asked.m_vIf.empty() || asked.m_uiBitmap != s_cuiNone || around.m_eChoice != CH_none ||
-            (around.m_eKind == PK_set && !around.m_strBetween.empty()))
-            return true;
-    }
-    return false;
-}
-
-/// Lists a size or count, which is compared with its part, where both end: the part may not have come.
-void listAbsence(tPlan& plan, unsigned int index)
-{
-    const tLink& link = plan.m_vLinks[index];
-    if ((link.m_eKind != LK_size && link.m_eKind != LK_count) || !link.m_bNumberFirst)
-        return;
-    unsigned int target = link.m_uiTarget;
-    if (link.m_eKind == LK_size)
-    {
-        const tSpan& span = plan.m_vSpans[link.m_uiSpan];
-        target = span.m_uiFirst == span.m_uiLast ? span.m_uiFirst : plan.m_vParts[span.m_uiFirst].m_uiParent;
-    }
-    const unsigned int number = link.m_tNumber.m_uiPart;
-    unsigned int set = target;
-    while (set != s_cuiNone && (number < set || number >= plan.m_vParts[set].m_uiAfter))
-        set = plan.m_vParts[set].m_uiParent;
-    if (set != s_cuiNone && mayBeAbsentIn(plan, target, set))
-        plan.m_vLinks4Base[set].push_back(index);
-}
-
-}  // namespace
-
 void listLinks(tPlan& plan)
 {
     plan.m_vLinks4Number.resize(plan.m_vParts.size());
@@ -88,7 +53,6 @@ void listLinks(tPlan& plan)
             plan.m_vLinks4Base[link.m_uiTarget].push_back(i);
         if (link.m_eKind == LK_sum || link.m_eKind == LK_elements || link.m_eKind == LK_count)
             plan.m_vLinks4Counted[link.m_uiTarget].push_back(i);
-        listAbsence(plan, i);
         if (link.m_eKind != LK_records)
             continue;
         for (unsigned int part = link.m_uiTarget; part < plan.m_vParts[link.m_uiTarget].m_uiAfter; ++part)
@@ -99,7 +63,48 @@ void listLinks(tPlan& plan)
     }
 }
 
-// Circles were refused before, so a total is put in order after all that it counts.
+/// Whether the part, or one around it up to the record, is there only sometimes.
+bool mayBeAbsent(const tPlan& plan, unsigned int part)
+{
+    for (; part != s_cuiNone && !plan.m_vParts[part].m_bRecord; part = plan.m_vParts[part].m_uiParent)
+    {
+        const tPart& at = plan.m_vParts[part];
+        const tPart& around = plan.m_vParts[at.m_uiParent];
+        if (at.m_bOptional || !at.m_vIf.empty() || at.m_uiBitmap != s_cuiNone || around.m_eChoice != CH_none ||
+            !around.m_strBetween.empty())
+            return true;
+    }
+    return false;
+}
+
+unsigned int recordAround(const tPlan& plan, unsigned int part)
+{
+    while (part != s_cuiNone && !plan.m_vParts[part].m_bRecord)
+        part = plan.m_vParts[part].m_uiParent;
+    return part;
+}
+
+/// Sizes and counts that are read before a part which may not come.
+void listLacking(tPlan& plan)
+{
+    plan.m_vMayLack.assign(plan.m_vLinks.size(), false);
+    plan.m_vLinks4Record.resize(plan.m_vParts.size());
+    for (unsigned int i = 0; i < plan.m_vLinks.size(); ++i)
+    {
+        const tLink& link = plan.m_vLinks[i];
+        const bool isNumber = link.m_eKind == LK_size ? link.m_bNumberFirst : link.m_eKind == LK_count;
+        const unsigned int target =
+            link.m_eKind == LK_size && isNumber ? plan.m_vSpans[link.m_uiSpan].m_uiLast : link.m_uiTarget;
+        const unsigned int record = isNumber ? recordAround(plan, link.m_tNumber.m_uiPart) : s_cuiNone;
+        if (record == s_cuiNone || record != recordAround(plan, target) || !mayBeAbsent(plan, target))
+            continue;
+        plan.m_vMayLack[i] = true;
+        plan.m_vLinks4Record[record].push_back(i);
+    }
+}
+
+/// A total that counts numbers of other totals has a higher order than these. Circles were refused before, so a total
+/// is put in order after all that it counts.
 void orderLinks(tPlan& plan)
 {
     plan.m_vOrder4Link.assign(plan.m_vLinks.size(), 0);
@@ -131,23 +136,14 @@ void orderLinks(tPlan& plan)
     }
 }
 
-bool isComputed(const tPlan& plan, const tValueOf& value)
-{
-    const std::vector<unsigned int>& links = plan.m_vLinks4Number[value.m_uiPart];
-    return std::any_of(links.begin(), links.end(),
-                       [&](unsigned int link) { return plan.m_vLinks[link].m_tNumber.m_uiBits == value.m_uiBits; });
-}
+}  // namespace
 
-bool isSelfEvident(const tPlan& plan)
+void prepareLinks(tPlan& plan)
 {
-    const auto needsComputed = [&plan](const tTest& test) { return isComputed(plan, test.m_tValue); };
-    return (plan.m_tFrame.m_eKind == FR_none || plan.m_tFrame.m_eKind == FR_prefixed) &&
-           std::all_of(plan.m_vParts.begin(), plan.m_vParts.end(), [&](const tPart& part) {
-               return !part.m_bOptional && part.m_strBetween.empty() && part.m_eChoice != CH_heads &&
-                      (part.m_eEnd == LE_fixed || part.m_eEnd == LE_prefix) && part.m_uiBitmap == s_cuiNone &&
-                      (part.m_eKind != PK_array || part.m_eArrayEnd == AE_count) &&
-                      std::none_of(part.m_vIf.begin(), part.m_vIf.end(), needsComputed);
-           });
+    assignRegisters(plan);
+    listLinks(plan);
+    listLacking(plan);
+    orderLinks(plan);
 }
 
 }  // namespace murv::detail

@@ -1,4 +1,4 @@
-// layout/plan/links.h - what steps need to know of numbers about other parts.
+// layout/plan/links.h - who looks at which values, and in which order numbers are filled in.
 #pragma once
 
 #include "layout/plan/plan.h"
@@ -6,20 +6,7 @@
 namespace murv::detail
 {
 
-/// Gives a register to every leaf whose value is needed while a packet is read or made.
-void assignRegisters(tPlan& plan);
-
-/// Lists the links by number, target, base and span.
-void listLinks(tPlan& plan);
-
-/// Puts totals in order: one that counts numbers of other totals comes after these.
-void orderLinks(tPlan& plan);
-
-/// Whether making fills a value in, or these bits of it.
-bool isComputed(const tPlan& plan, const tValueOf& value);
-
-/// Whether every end is a width, a length prefix, a size or a count, and every condition a value that was read. Then
-/// what is made cannot be read in another way.
-bool isSelfEvident(const tPlan& plan);
+/// Fills the plan's tables of registers and links, from its parts and links.
+void prepareLinks(tPlan& plan);
 
 }  // namespace murv::detail

@@ -15,6 +15,7 @@ namespace murv::detail
 {
 
 inline constexpr unsigned int s_cuiNone = 0xFFFFFFFF;
+inline constexpr unsigned long long s_cullNoBound = 0xFFFFFFFFFFFFFFFF;
 
 enum E_PartKind : unsigned char
 {
@@ -123,6 +124,8 @@ struct tPart
     tItem m_tItem;
     bool m_bLiteral = false;
     bool m_bComputed = false;  // making fills it in
+    bool m_bOpen = false;      // making fills it in, or some of its bits; set by makeSteps()
+    bool m_bShown = true;      // in trees: not a literal without name and ID in a field set; set by makeSteps()
     bool m_bRequired = false;  // the data must have it
     std::string m_strLiteral;  // the bytes of a literal, prefix included
     std::string m_strDefault;  // the layout's own value when it is a byte string; see defaultOf()
@@ -159,7 +162,18 @@ struct tPart
 
     unsigned int m_uiAlign = 0;  // 0: none
     std::string m_strAlignFill;  // repeated; empty: zero bytes
+
+    // For those who describe the layout.
+    unsigned int m_uiBase = s_cuiNone;             // the part from whose beginning the offset counts, or none
+    unsigned long long m_ullOffset = 0;            // bytes, the same in every packet
+    unsigned long long m_ullLeast = 0;             // bytes of the part when it is there, prefix and mark included
+    unsigned long long m_ullMost = s_cullNoBound;  // the same
 };
+
+inline bool mayBeAbsent(const tPart& part)
+{
+    return part.m_bOptional || !part.m_vIf.empty() || part.m_uiBitmap != s_cuiNone;
+}
 
 /// The layout's own value of a leaf, which stands for a missing one; valid as long as the part.
 inline tScalar defaultOf(const tPart& leaf)

@@ -4,6 +4,7 @@
 // names. Reading and making run the same steps. A plan never changes, so threads share it.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -55,6 +56,8 @@ struct tRun
         unsigned int m_uiPart;
         unsigned int m_uiOffset;  // from the beginning of the run
         unsigned int m_uiLength;
+        bool m_bReads;  // any bytes are a value of the item
+        bool m_bPlain;  // making it is nothing but making its value
     };
     std::vector<tField> m_vFields;
     std::vector<unsigned int> m_vLiterals;  // indexes of fields that are literals
@@ -86,6 +89,13 @@ struct tReset
     std::vector<unsigned int> m_vLinks;
 };
 
+/// Which bytes at an offset begin a part, where one byte tells.
+struct tHeadTable
+{
+    unsigned int m_uiOffset = 0;
+    std::vector<bool> m_vBegins;  // by byte
+};
+
 struct tPlan
 {
     std::vector<tPart> m_vParts;  // the first is the root
@@ -103,16 +113,35 @@ struct tPlan
     unsigned int m_uiRegisters = 0;
     std::vector<std::vector<unsigned int>> m_vLinks4Number;   // by part: links whose number it is
     std::vector<std::vector<unsigned int>> m_vLinks4Counted;  // by part: totals that count it
-    std::vector<std::vector<unsigned int>> m_vLinks4Base;  // by part: totals that end with it, and what may be absent
-    std::vector<std::vector<unsigned int>> m_vLinks4Span;  // by span: links that measure it
-    std::vector<unsigned int> m_vOrder4Link;               // by link: totals of lower order come first
-    std::vector<tPlaceInRun> m_vPlace4Part;                // by part: where a leaf of fixed width lies
-    std::vector<bool> m_vChooses;                          // by part: an alternative is chosen by its value
-    bool m_bMasks = false;                                 // some part is masked
-    bool m_bSelfEvident = false;                           // what is made cannot be read in another way
+    std::vector<std::vector<unsigned int>> m_vLinks4Base;     // by part: totals that end with it
+    std::vector<std::vector<unsigned int>> m_vLinks4Span;     // by span: links that measure it
+    std::vector<bool> m_vMayLack;  // by link: it rules a part of its record that may be absent
+    std::vector<std::vector<unsigned int>> m_vLinks4Record;  // by part: these links of the record
+    std::vector<unsigned int> m_vOrder4Link;                 // by link: totals of lower order come first
+    std::vector<tPlaceInRun> m_vPlace4Part;                  // by part: where a leaf of fixed width lies
+    std::vector<tHeadTable> m_vHeadTables;                   // by array; without bytes where one byte does not tell
+    std::vector<bool> m_vChooses;                            // by part: an alternative is chosen by its value
+    bool m_bMasks = false;                                   // some part is masked
+    bool m_bSelfEvident = false;                             // what is made cannot be read in another way
 };
+
+/// Whether the part stands between marks.
+inline bool isBetweenMarks(const tPlan& plan, const tPart& part)
+{
+    return part.m_uiParent != s_cuiNone && !plan.m_vParts[part.m_uiParent].m_strBetween.empty();
+}
 
 /// Makes the steps of a plan whose parts, links, spans and frame are complete.
 void makeSteps(tPlan& plan);
+
+/// Whether making fills in the value, or the part of its bits.
+inline bool isComputed(const tPlan& plan, const tValueOf& value)
+{
+    const std::vector<unsigned int>& links = plan.m_vLinks4Number[value.m_uiPart];
+    return std::any_of(links.begin(), links.end(), [&](unsigned int link) {
+        const unsigned int bits = plan.m_vLinks[link].m_tNumber.m_uiBits;
+        return bits == s_cuiNone || value.m_uiBits == s_cuiNone || bits == value.m_uiBits;
+    });
+}
 
 }  // namespace murv::detail

@@ -14,6 +14,20 @@ namespace murv::detail
 namespace
 {
 
+/// Whether any bytes are a value: bytes, and text without a code page.
+bool alwaysReads(const tItem& item)
+{
+    return (item.m_eForm == IF_text || item.m_eForm == IF_bytes) && item.m_pPage == nullptr &&
+           item.m_pTime == nullptr && item.m_vValid.empty() && item.m_strValidDate.empty();
+}
+
+/// Whether making a leaf asks for nothing but its value. Dates may become the present one, and may be findings.
+bool isPlainValue(const tPart& leaf)
+{
+    return !leaf.m_bLiteral && !leaf.m_bOpen && !leaf.m_tItem.m_bTested && leaf.m_tItem.m_pTime == nullptr &&
+           leaf.m_tItem.m_vBits.empty();
+}
+
 class CStepMaker
 {
 public:
@@ -52,15 +66,16 @@ private:
     void addToRun(unsigned int part);
     bool isPlain(unsigned int part) const;
     void beginMember(tOpen& open);
-    void beginSpans(unsigned int part, bool rows);
-    void endSpans(unsigned int part, bool rowsOnly);
-    void endAbsent(const tOpen& open);
+    void beginSpans(unsigned int part);
+    void endSpans(unsigned int part);
     void addReset(unsigned int element);
     unsigned int add(E_Step step, unsigned int a, unsigned int b = s_cuiNone);
     unsigned int here();
     bool isBetween(unsigned int part) const;
     bool isCut(unsigned int part) const;
     bool mayBeAbsent(const tPart& part) const;
+    bool isMeasuredAlways(unsigned int part) const;
+    void endAbsent(const tOpen& open);
 
     tPlan& m_tPlan;
     std::vector<std::vector<unsigned int>> m_vSpansFrom;  // by part
@@ -85,8 +100,7 @@ unsigned int CStepMaker::add(E_Step step, unsigned int a, unsigned int b)
 
 bool CStepMaker::isBetween(unsigned int part) const
 {
-    const unsigned int parent = m_tPlan.m_vParts[part].m_uiParent;
-    return parent != s_cuiNone && !m_tPlan.m_vParts[parent].m_strBetween.empty();
+    return isBetweenMarks(m_tPlan, m_tPlan.m_vParts[part]);
 }
 
 /// An array with the mark of the field set around it takes all the parts that are left, so nothing ends it.
@@ -100,6 +114,13 @@ bool CStepMaker::isCut(unsigned int part) const
 bool CStepMaker::mayBeAbsent(const tPart& part) const
 {
     return part.m_bOptional || !part.m_vIf.empty() || part.m_uiBitmap != s_cuiNone;
+}
+
+/// Whether rows of parts that begin or end with this one begin and end also when it is not there.
+bool CStepMaker::isMeasuredAlways(unsigned int part) const
+{
+    const tPart& measured = m_tPlan.m_vParts[part];
+    return mayBeAbsent(measured) && measured.m_bInRecord && !measured.m_bRecord && !isBetween(part);
 }
 
 /// Whether a leaf is nothing but its fixed number of bytes.
@@ -122,7 +143,8 @@ void CStepMaker::addToRun(unsigned int part)
     tRun& run = m_tPlan.m_vRuns.back();
     const tPart& leaf = m_tPlan.m_vParts[part];
     const auto index = static_cast<unsigned int>(run.m_vFields.size());
-    run.m_vFields.push_back({part, run.m_uiLength, leaf.m_tItem.m_uiLength});
+    const bool isPlain = isPlainValue(leaf) && m_tPlan.m_vRegister4Part[part] == s_cuiNone && !m_tPlan.m_vChooses[part];
+    run.m_vFields.push_back({part, run.m_uiLength, leaf.m_tItem.m_uiLength, alwaysReads(leaf.m_tItem), isPlain});
     m_tPlan.m_vPlace4Part[part] = {static_cast<unsigned int>(m_tPlan.m_vRuns.size() - 1), run.m_uiLength};
     run.m_uiLength += leaf.m_tItem.m_uiLength;
     if (leaf.m_bLiteral)
@@ -189,46 +211,25 @@ void CStepMaker::addReset(unsigned int element)
     m_tPlan.m_vResets.push_back(std::move(reset));
 }
 
-/// The outermost of several spans begins first and ends last. Those of rows begin even when the part is absent.
-void CStepMaker::beginSpans(unsigned int part, bool rows)
+/// The outermost of several spans begins first and ends last.
+void CStepMaker::beginSpans(unsigned int part)
 {
     std::vector<unsigned int>& spans = m_vSpansFrom[part];
     std::sort(spans.begin(), spans.end(), [this](unsigned int a, unsigned int b) {
         return m_tPlan.m_vSpans[a].m_uiLast > m_tPlan.m_vSpans[b].m_uiLast;
     });
     for (const unsigned int span : spans)
-    {
-        if (rows == (m_tPlan.m_vSpans[span].m_uiLast != part))
-            add(ST_span, span);
-    }
+        add(ST_span, span);
 }
 
-void CStepMaker::endSpans(unsigned int part, bool rowsOnly)
+void CStepMaker::endSpans(unsigned int part)
 {
     std::vector<unsigned int>& spans = m_vSpansTo[part];
     std::sort(spans.begin(), spans.end(), [this](unsigned int a, unsigned int b) {
         return m_tPlan.m_vSpans[a].m_uiFirst > m_tPlan.m_vSpans[b].m_uiFirst;
     });
     for (const unsigned int span : spans)
-    {
-        if (!rowsOnly || m_tPlan.m_vSpans[span].m_uiFirst != part)
-            add(ST_spanEnd, span);
-    }
-}
-
-/// Where to go on when the part is absent; rows end with it all the same.
-void CStepMaker::endAbsent(const tOpen& open)
-{
-    const std::vector<unsigned int>& spans = m_vSpansTo[open.m_uiPart];
-    const bool endsRow = std::any_of(spans.begin(), spans.end(), [&](unsigned int span) {
-        return m_tPlan.m_vSpans[span].m_uiFirst != open.m_uiPart;
-    });
-    const unsigned int jump = endsRow ? add(ST_jump, open.m_uiPart) : s_cuiNone;
-    m_tPlan.m_vSteps[open.m_uiWhen].m_uiB = here();
-    if (!endsRow)
-        return;
-    endSpans(open.m_uiPart, true);
-    m_tPlan.m_vSteps[jump].m_uiB = here();
+        add(ST_spanEnd, span);
 }
 
 /// What comes before a part because of the field set or array around it.
@@ -237,6 +238,8 @@ void CStepMaker::beginMember(tOpen& open)
     const tPart& part = m_tPlan.m_vParts[open.m_uiPart];
     if (!m_vOpen.empty() && m_vOpen.back().m_uiChoice != s_cuiNone)
         m_tPlan.m_vChoices[m_vOpen.back().m_uiChoice].m_vSteps[part.m_uiIndex] = here();
+    if (isMeasuredAlways(open.m_uiPart))
+        beginSpans(open.m_uiPart);
     if (mayBeAbsent(part))
         open.m_uiWhen = add(ST_when, open.m_uiPart);
     if (!isBetween(open.m_uiPart))
@@ -257,11 +260,11 @@ void CStepMaker::enter(unsigned int part)
         m_vOpen.push_back(std::move(open));
         return;
     }
-    beginSpans(part, true);
     beginMember(open);
     if (entered.m_bRecord)
         add(ST_record, part);
-    beginSpans(part, false);
+    if (!isMeasuredAlways(part))
+        beginSpans(part);
     switch (entered.m_eKind)
     {
     case PK_leaf: enterLeaf(part); break;
@@ -283,7 +286,7 @@ void CStepMaker::leaveBody(const tOpen& open)
     for (const unsigned int jump : open.m_vToEnd)
         m_tPlan.m_vSteps[jump].m_uiB = end;
     // Between marks, a field set without bytes has no members.
-    if (open.m_uiBegin != s_cuiNone && isCut(open.m_uiPart))
+    if (open.m_uiBegin != s_cuiNone && part.m_strBetween.empty() && isCut(open.m_uiPart))
         m_tPlan.m_vSteps[open.m_uiBegin].m_uiB = end;
 }
 
@@ -293,7 +296,7 @@ void CStepMaker::leave()
     m_vOpen.pop_back();
     const tPart& part = m_tPlan.m_vParts[open.m_uiPart];
     leaveBody(open);
-    endSpans(open.m_uiPart, false);
+    endSpans(open.m_uiPart);
     if (part.m_uiAlign != 0)
         add(ST_align, open.m_uiPart);
     if (!m_tPlan.m_vLinks4Base[open.m_uiPart].empty())
@@ -306,6 +309,20 @@ void CStepMaker::leave()
         m_vOpen.back().m_vToEnd.push_back(add(ST_jump, open.m_uiPart));
     if (open.m_uiWhen != s_cuiNone)
         endAbsent(open);
+}
+
+/// Where reading goes on when the part is not there.
+void CStepMaker::endAbsent(const tOpen& open)
+{
+    if (!isMeasuredAlways(open.m_uiPart) || m_vSpansTo[open.m_uiPart].empty())
+    {
+        m_tPlan.m_vSteps[open.m_uiWhen].m_uiB = here();
+        return;
+    }
+    const unsigned int jump = add(ST_jump, open.m_uiPart);
+    m_tPlan.m_vSteps[open.m_uiWhen].m_uiB = here();
+    endSpans(open.m_uiPart);
+    m_tPlan.m_vSteps[jump].m_uiB = here();
 }
 
 void CStepMaker::make()
@@ -322,53 +339,105 @@ void CStepMaker::make()
     add(ST_done, 0);
 }
 
+/// The offset of the one byte that each of the heads consists of, or none.
+unsigned int offsetOfHeads(const std::vector<tHead>& heads)
+{
+    unsigned int offset = s_cuiNone;
+    for (const tHead& head : heads)
+    {
+        if (head.m_vBytes.size() != 1 || head.m_vBytes[0].m_strBytes.size() != 1)
+            return s_cuiNone;
+        if (offset != s_cuiNone && head.m_vBytes[0].m_uiOffset != offset)
+            return s_cuiNone;
+        offset = head.m_vBytes[0].m_uiOffset;
+    }
+    return offset;
+}
+
+unsigned int byteOf(const tHead& head)
+{
+    return static_cast<unsigned char>(head.m_vBytes[0].m_strBytes[0]);
+}
+
 /// A choice between alternatives that one byte tells apart is one look into a table. The byte may not be there; then
 /// only an alternative without a head fits.
 void makeByteTable(const tPlan& plan, tChoice& choice)
 {
     const tPart& set = plan.m_vParts[choice.m_uiSet];
     std::vector<unsigned int> table(256, s_cuiNone);
-    unsigned int offset = s_cuiNone;
+    std::vector<tHead> all;
     for (unsigned int member = 0; member < set.m_vMembers.size(); ++member)
     {
         const std::vector<tHead>& heads = plan.m_vParts[set.m_vMembers[member]].m_vHeads;
-        if (heads.empty())
-        {
-            std::replace(table.begin(), table.end(), s_cuiNone, member);
-            break;
-        }
-        for (const tHead& head : heads)
-        {
-            if (head.m_vBytes.size() != 1 || head.m_vBytes[0].m_strBytes.size() != 1)
-                return;
-            if (offset != s_cuiNone && head.m_vBytes[0].m_uiOffset != offset)
-                return;
-            offset = head.m_vBytes[0].m_uiOffset;
-            unsigned int& entry = table[static_cast<unsigned char>(head.m_vBytes[0].m_strBytes[0])];
-            entry = std::min(entry, member);
-        }
+        all.insert(all.end(), heads.begin(), heads.end());
     }
+    const unsigned int offset = offsetOfHeads(all);
     if (offset == s_cuiNone)
         return;
+    for (unsigned int member = 0; member < set.m_vMembers.size(); ++member)
+    {
+        const std::vector<tHead>& heads = plan.m_vParts[set.m_vMembers[member]].m_vHeads;
+        for (const tHead& head : heads)
+            table[byteOf(head)] = std::min(table[byteOf(head)], member);
+        if (!heads.empty())
+            continue;
+        std::replace(table.begin(), table.end(), s_cuiNone, member);
+        break;
+    }
     choice.m_uiOffset = offset;
     choice.m_vMember4Byte = std::move(table);
+}
+
+/// So is the question whether another element of an array follows.
+void makeHeadTable(tPlan& plan, unsigned int array)
+{
+    const unsigned int offset = offsetOfHeads(plan.m_vParts[array].m_vHeads);
+    if (offset == s_cuiNone)
+        return;
+    tHeadTable& table = plan.m_vHeadTables[array];
+    table.m_uiOffset = offset;
+    table.m_vBegins.assign(256, false);
+    for (const tHead& head : plan.m_vParts[array].m_vHeads)
+        table.m_vBegins[byteOf(head)] = true;
+}
+
+/// Whether every end is a width, a length prefix, a size or a count, and every condition a value that was read. Then
+/// what is made cannot be read in another way.
+bool isSelfEvident(const tPlan& plan)
+{
+    const auto isOpen = [&plan](const tTest& test) { return isComputed(plan, test.m_tValue); };
+    return (plan.m_tFrame.m_eKind == FR_none || plan.m_tFrame.m_eKind == FR_prefixed) &&
+           std::all_of(plan.m_vParts.begin(), plan.m_vParts.end(), [&](const tPart& part) {
+               return !part.m_bOptional && part.m_strBetween.empty() && part.m_eChoice != CH_heads &&
+                      (part.m_eEnd == LE_fixed || part.m_eEnd == LE_prefix) && part.m_uiBitmap == s_cuiNone &&
+                      (part.m_eKind != PK_array || part.m_eArrayEnd == AE_count) &&
+                      std::none_of(part.m_vIf.begin(), part.m_vIf.end(), isOpen);
+           });
 }
 
 }  // namespace
 
 void makeSteps(tPlan& plan)
 {
-    assignRegisters(plan);
-    listLinks(plan);
-    orderLinks(plan);
-    for (tPart& part : plan.m_vParts)
+    prepareLinks(plan);
+    for (std::size_t i = 0; i < plan.m_vParts.size(); ++i)
     {
+        tPart& part = plan.m_vParts[i];
         plan.m_bMasks = plan.m_bMasks || part.m_tItem.m_bMask;
+        part.m_bOpen = !plan.m_vLinks4Number[i].empty();
+        part.m_bShown = !part.m_bLiteral || !part.m_strName.empty() || part.m_uiID != 0 ||
+                        part.m_uiParent == s_cuiNone || plan.m_vParts[part.m_uiParent].m_eKind == PK_array;
         if (part.m_eKind == PK_set)
             sortMembers(plan, part);
     }
     CStepMaker(plan).make();
     plan.m_bSelfEvident = isSelfEvident(plan);
+    plan.m_vHeadTables.resize(plan.m_vParts.size());
+    for (unsigned int part = 0; part < plan.m_vParts.size(); ++part)
+    {
+        if (plan.m_vParts[part].m_eArrayEnd == AE_heads)
+            makeHeadTable(plan, part);
+    }
     for (tChoice& choice : plan.m_vChoices)
     {
         if (plan.m_vParts[choice.m_uiSet].m_eChoice == CH_heads)

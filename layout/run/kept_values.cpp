@@ -57,7 +57,7 @@ bool compares(const tItem& item, const tScalar& value, E_Comparison comparison, 
 
 unsigned long long bitsOf(const tBitField& field, unsigned long long number)
 {
-    const unsigned long long mask = field.m_uiWidth >= 64 ? ~0ULL : (1ULL << field.m_uiWidth) - 1;
+    const unsigned long long mask = mask4Width(field.m_uiWidth);
     return (number >> field.m_uiShift) & mask;
 }
 

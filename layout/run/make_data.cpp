@@ -48,7 +48,7 @@ E_Scan CMaker::takeScalar(unsigned int part, const CFields& node, tScalar& value
 
 E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
 {
-    unsigned long long number = 0;
+    unsigned long long number = part4(part).m_ullDefault;  // which says the bits that the data lacks
     unsigned int matched = 0;
     for (const tBitField& field : part4(part).m_tItem.m_vBits)
     {
@@ -57,13 +57,14 @@ E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
         if (member == nullptr)
             continue;
         ++matched;
+        const unsigned long long mask = mask4Width(field.m_uiWidth);
         unsigned long long bits = 0;
         const bool isNumber = member->isUint64() && !member->isCodelist();
         if (isNumber)
             bits = member->asUint64();
-        if (!isNumber || (field.m_uiWidth < 64 && bits >> field.m_uiWidth != 0))
+        if (!isNumber || bits > mask)
             return stop(isNumber ? PF_tooLong : PF_type, part, "A part of the bits does not fit");
-        number |= bits << field.m_uiShift;
+        number = (number & ~(mask << field.m_uiShift)) | bits << field.m_uiShift;
     }
     if (matched != node.getChildCount())
         return refuseBits(part, node);

@@ -41,8 +41,8 @@ E_Scan CMaker::beginHole(unsigned int part, tHole& hole)
     hole.m_vElements = elements();
     hole.m_pData = find(part);
     hole.m_tValue = leaf.m_bComputed ? makeScalar(false, 0) : defaultOf(leaf);
-    if (!leaf.m_tItem.m_vBits.empty())
-        return hole.m_pData != nullptr ? takeScalar(part, *hole.m_pData, hole.m_tValue) : SC_next;
+    if (hole.m_pData != nullptr && !leaf.m_tItem.m_vBits.empty())
+        return takeScalar(part, *hole.m_pData, hole.m_tValue);
     hole.m_strText = hole.m_tValue.m_strvText;
     for (const unsigned int link : m_tPlan.m_vLinks4Number[part])
     {
@@ -65,7 +65,8 @@ E_Scan CMaker::makeHole(unsigned int part)
     tScalar first = isGuessed ? m_vGuesses[index].m_tValue : hole.m_tValue;
     if (!text.empty())
         first = makeScalar(text);
-    const bool isOwn = m_tPlan.m_vChooses[part] && !part4(part).m_bComputed;
+    const tPart& leaf = part4(part);
+    const bool isOwn = !leaf.m_bComputed && (m_tPlan.m_vChooses[part] || !leaf.m_tItem.m_vBits.empty());
     if (const E_Scan result = putValue(part, first, isOwn && !isGuessed))
         return result;
     hole.m_ullLength = m_pOut->size() - hole.m_ullOffset;
@@ -154,8 +155,7 @@ E_Scan CMaker::setNumber(const tLink& link, unsigned int hole, std::uint64_t val
     const tBitField& field = part4(open.m_uiPart).m_tItem.m_vBits[link.m_tNumber.m_uiBits];
     if (field.m_uiWidth < 64 && value >> field.m_uiWidth != 0)
         return stopAtHole(PF_tooLong, hole);
-    const std::uint64_t mask = (field.m_uiWidth >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << field.m_uiWidth) - 1)
-                               << field.m_uiShift;
+    const std::uint64_t mask = std::uint64_t{mask4Width(field.m_uiWidth)} << field.m_uiShift;
     open.m_tValue = makeScalar(false, (open.m_tValue.m_ullValue & ~mask) | value << field.m_uiShift);
     return SC_next;
 }

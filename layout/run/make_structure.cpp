@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #include "core/field_access.h"
-#include "layout/plan/links.h"
 #include "layout/plan/members.h"
 #include "layout/run/maker.h"
 #include "layout/run/totals.h"
@@ -23,8 +22,8 @@ E_Scan CMaker::onOpen(const tStep& step)
     if (!set.m_strBetween.empty())
     {
         m_vMarks.push_back(&set.m_strBetween);
-        // No bytes at all are the first part without any.
-        cursor.m_uiLast = 1;
+        // No bytes at all are a part between marks without members, and otherwise the first part without any.
+        cursor.m_uiLast = isBetweenMarks(m_tPlan, set) ? 0 : 1;
         for (unsigned int i = 0; i < set.m_vMembers.size(); ++i)
         {
             if (part4(set.m_vMembers[i]).m_bRequired)
@@ -36,6 +35,8 @@ E_Scan CMaker::onOpen(const tStep& step)
             cursor.m_uiLast = std::max(cursor.m_uiLast, member == s_cuiNone ? 0 : member + 1);
         }
     }
+    if (cursor.m_pNode != nullptr)
+        cursor.m_tNext = CMemberCursor(tFieldAccess::members(*cursor.m_pNode));
     m_vCursors.push_back(cursor);
     add(TR_open, part, m_pOut->size());
     if (step.m_uiB == s_cuiNone || cursor.m_pNode == nullptr || cursor.m_pNode->getChildCount() != 0)
@@ -97,6 +98,8 @@ E_Scan CMaker::onArray(unsigned int part)
         return stop(PF_missing, part, "The array needs a last element");
     if (!array.m_strBetween.empty())
         m_vMarks.push_back(&array.m_strBetween);
+    if (cursor.m_pNode != nullptr)
+        cursor.m_tNext = CMemberCursor(tFieldAccess::members(*cursor.m_pNode));
     m_vCursors.push_back(cursor);
     add(TR_array, part, m_pOut->size());
     return SC_next;
@@ -107,7 +110,7 @@ E_Scan CMaker::onNext(const tStep& step)
     const tPart& array = part4(step.m_uiA);
     tCursor& cursor = m_vCursors.back();
     m_uiFound = s_cuiNone;
-    if (cursor.m_pNode == nullptr || cursor.m_ullCount == cursor.m_pNode->getChildCount())
+    if (cursor.m_tNext.take() == nullptr)
     {
         if (array.m_eArrayEnd == AE_mark)
             m_pOut->append(array.m_strEnds);
@@ -131,7 +134,8 @@ E_Scan CMaker::onElement(const tStep& step)
     const tPart& array = part4(step.m_uiA);
     const tCursor& cursor = m_vCursors.back();
     const bool isLast = cursor.m_ullCount == cursor.m_pNode->getChildCount();
-    if (array.m_eArrayEnd == AE_until && m_tKept.holds(array.m_tUntil) != isLast)
+    // What is filled in later cannot be judged yet; reading the packet again will do it.
+    if (array.m_eArrayEnd == AE_until && !isMeant(array.m_tUntil) && m_tKept.holds(array.m_tUntil) != isLast)
         return stop(PF_count, step.m_uiA,
                     isLast ? "The last element is not the one that ends the array"
                            : "An element before the last one ends the array");

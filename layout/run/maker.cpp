@@ -15,6 +15,12 @@ namespace
 
 constexpr unsigned int s_cuiMostPasses = 1000;  // more than layouts nest
 
+bool holdsAny(std::string_view bytes, const std::vector<std::string>& marks)
+{
+    return std::any_of(marks.begin(), marks.end(),
+                       [bytes](const std::string& mark) { return bytes.find(mark) != std::string_view::npos; });
+}
+
 }  // namespace
 
 CMaker::CMaker(const tPlan& plan) : m_tPlan(plan), m_tKept(plan), m_tScanner(plan)
@@ -163,6 +169,14 @@ E_Scan CMaker::step(const tStep& step)
     return SC_done;
 }
 
+/// Whether a member of the data is for a part: by name, or by ID when it has no name.
+static bool isFor(const CFields& member, const tPart& part)
+{
+    if (tFieldAccess::name(member).empty())
+        return part.m_uiID != 0 && tFieldAccess::id(member) == part.m_uiID;
+    return tFieldAccess::isNamed(member, part.m_strName.data(), static_cast<unsigned int>(part.m_strName.size()));
+}
+
 /// The member of the data for a part, or null. Members mostly stand in the order of the layout.
 const CFields* CMaker::find(unsigned int part)
 {
@@ -176,27 +190,29 @@ const CFields* CMaker::find(unsigned int part)
     if (cursor.m_pNode == nullptr)
         return nullptr;
     if (part4(cursor.m_uiPart).m_eKind == PK_array)
-        return m_pFound = &(*cursor.m_pNode)[static_cast<unsigned int>(cursor.m_ullCount - 1)];
-    const tPart& wanted = part4(part);
-    const auto length = static_cast<unsigned int>(wanted.m_strName.size());
-    const unsigned int count = cursor.m_pNode->getChildCount();
-    const auto fits = [&](const CFields& member) {
-        return length != 0 && tFieldAccess::name(member).size() != 0
-                   ? tFieldAccess::isNamed(member, wanted.m_strName.data(), length)
-                   : tFieldAccess::name(member).empty() && wanted.m_uiID != 0 &&
-                         tFieldAccess::id(member) == wanted.m_uiID;
-    };
-    if (cursor.m_uiNext < count && fits((*cursor.m_pNode)[cursor.m_uiNext]))
-        m_pFound = &(*cursor.m_pNode)[cursor.m_uiNext++];
-    else if (length != 0)
-        m_pFound = cursor.m_pNode->findChildAt(wanted.m_strName.data(), length);
-    for (unsigned int i = 0; m_pFound == nullptr && wanted.m_uiID != 0 && i < count; ++i)
-    {
-        if (fits((*cursor.m_pNode)[i]))
-            m_pFound = &(*cursor.m_pNode)[i];
-    }
+        return m_pFound = &cursor.m_tNext.taken();
+    if (cursor.m_tNext.hasNext() && isFor(cursor.m_tNext.next(), part4(part)))
+        m_pFound = cursor.m_tNext.take();
+    else
+        m_pFound = findOutOfOrder(cursor, part4(part));
     cursor.m_uiMatched += m_pFound != nullptr ? 1 : 0;
     return m_pFound;
+}
+
+const CFields* CMaker::findOutOfOrder(tCursor& cursor, const tPart& wanted) const
+{
+    if (cursor.m_uiMatched == cursor.m_pNode->getChildCount())
+        return nullptr;
+    const auto length = static_cast<unsigned int>(wanted.m_strName.size());
+    const CFields* const named = length == 0 ? nullptr : cursor.m_pNode->findChildAt(wanted.m_strName.data(), length);
+    if (named != nullptr || wanted.m_uiID == 0)
+        return named;
+    for (CMemberCursor members(tFieldAccess::members(*cursor.m_pNode)); const CFields* const member = members.take();)
+    {
+        if (isFor(*member, wanted))
+            return member;
+    }
+    return nullptr;
 }
 
 E_Scan CMaker::onRun(unsigned int index)
@@ -205,21 +221,39 @@ E_Scan CMaker::onRun(unsigned int index)
     const std::size_t begin = m_pOut->size();
     for (const tRun::tField& field : run.m_vFields)
     {
-        if (const E_Scan result = makeLeaf(field.m_uiPart))
+        const E_Scan result = field.m_bPlain ? makePlainLeaf(field.m_uiPart) : makeLeaf(field.m_uiPart);
+        if (result != SC_next)
             return result;
     }
+    if (holdsMark(std::string_view(*m_pOut).substr(begin)))
+        return stopAtMark(run, begin);
     add(TR_run, index, begin, run.m_uiLength);
     return SC_next;
+}
+
+/// The fast path: an item of fixed width that is nothing but its value.
+E_Scan CMaker::makePlainLeaf(unsigned int part)
+{
+    const CFields* const node = find(part);
+    if (node == nullptr || tFieldAccess::type(*node) <= DT_bool)
+        return makeValue4Leaf(part, node);
+    tScalar value;
+    value.m_eType = tFieldAccess::type(*node);
+    if (value.m_eType == DT_codelist)
+        value.m_strvText = tFieldAccess::codes(*node);
+    else
+        value.m_ullValue = tFieldAccess::value(*node).m_ullValue;
+    const E_PacketFault fault = makeValue(part4(part).m_tItem, value, *m_pOut);
+    return fault == PF_none ? SC_next : stop(fault, part);
 }
 
 E_Scan CMaker::makeLeaf(unsigned int part)
 {
     const tPart& leaf = part4(part);
-    const CFields* const node = leaf.m_strName.empty() && leaf.m_uiID == 0 && leaf.m_bLiteral ? nullptr : find(part);
+    const CFields* const node = leaf.m_bShown ? find(part) : nullptr;
     if (leaf.m_bLiteral)
         return makeLiteral(part, node);
-    const bool isNumber = leaf.m_bComputed || (!leaf.m_tItem.m_vBits.empty() && !m_tPlan.m_vLinks4Number[part].empty());
-    if ((isNumber && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
+    if ((leaf.m_bOpen && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
         return makeHole(part);
     if (m_tPlan.m_vChooses[part])
         m_vHole4Part[part] = s_cuiNone;
@@ -258,39 +292,43 @@ E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
         if (const E_Scan result = takeScalar(part, *node, value))
             return result;
     }
-    else if (leaf.m_bRequired || leaf.m_bComputed)
+    else if (leaf.m_bRequired || leaf.m_bOpen)
         return stop(PF_missing, part);
     else
         return putValue(part, defaultOf(leaf), true);
     return putValue(part, value, false);
 }
 
-/// Appends the item of a value: prefix, bytes, mark. The layout's own value may be padded where data may not.
+/// Appends prefix and bytes of a value. The layout's own value may be padded where data may not.
+E_PacketFault CMaker::appendValue(const tPart& leaf, const tScalar& value, bool isOwn, std::size_t& length)
+{
+    const auto make = isOwn ? makeOwnValue : makeValue;
+    std::string& out = *m_pOut;
+    const std::size_t begin = out.size();
+    if (leaf.m_eEnd != LE_prefix)
+    {
+        const E_PacketFault fault = make(leaf.m_tItem, value, out);
+        length = out.size() - begin;
+        return fault;
+    }
+    m_strValue.clear();
+    const E_PacketFault fault = make(leaf.m_tItem, value, m_strValue);
+    length = m_strValue.size();
+    if (fault != PF_none && !isFinding(fault))
+        return fault;
+    const E_PacketFault tooLong = makePrefix(leaf.m_tItem, length, out);
+    out.append(m_strValue);
+    return tooLong == PF_none ? fault : tooLong;
+}
+
+/// Appends the item of a value: prefix, bytes, mark.
 E_Scan CMaker::putValue(unsigned int part, const tScalar& value, bool isOwn)
 {
     const tPart& leaf = part4(part);
     std::string& out = *m_pOut;
     const std::size_t begin = out.size();
     std::size_t length = 0;
-    E_PacketFault fault = PF_none;
-    const auto make = isOwn ? makeOwnValue : makeValue;
-    if (leaf.m_eEnd == LE_prefix)
-    {
-        m_strValue.clear();
-        fault = make(leaf.m_tItem, value, m_strValue);
-        length = m_strValue.size();
-        if (fault == PF_none || isFinding(fault))
-        {
-            const E_PacketFault tooLong = makePrefix(leaf.m_tItem, length, out);
-            fault = tooLong == PF_none ? fault : tooLong;
-            out.append(m_strValue);
-        }
-    }
-    else
-    {
-        fault = make(leaf.m_tItem, value, out);
-        length = out.size() - begin;
-    }
+    const E_PacketFault fault = appendValue(leaf, value, isOwn, length);
     if (fault != PF_none && !isFinding(fault))
         return stop(fault, part);
     const std::size_t at = out.size() - length;
@@ -301,28 +339,39 @@ E_Scan CMaker::putValue(unsigned int part, const tScalar& value, bool isOwn)
         stop(fault, part, nullptr, length);
         m_vFindings.push_back(m_tFault);
     }
-    if (!isValidValue(leaf.m_tItem, value))
+    if (leaf.m_tItem.m_bTested && !isValidValue(leaf.m_tItem, value))
         return stop(PF_invalid, part);
-    if (const E_Scan result = checkMarks(part, begin))
-        return result;
+    if (leaf.m_eEnd != LE_fixed)
+    {
+        const std::string_view bytes = std::string_view(out).substr(begin);
+        if (holdsMark(bytes) || holdsAny(bytes, leaf.m_vMarks))
+            return stop(PF_mark, part, nullptr, bytes.size());
+        add(TR_item, part, at, length);
+    }
     if (leaf.m_eEnd == LE_mark)
         out.append(leaf.m_vMarks.front());
-    if (leaf.m_eEnd != LE_fixed)
-        add(TR_item, part, at, length);
     return keep(part, {out.data() + at, length});
 }
 
-/// Reading would end the item at a mark in it.
-E_Scan CMaker::checkMarks(unsigned int part, std::size_t begin)
+/// Whether reading would end a part at a mark in these bytes: of a line, or of the parts around it.
+bool CMaker::holdsMark(std::string_view bytes) const
 {
-    const tPart& leaf = part4(part);
-    const std::string_view bytes = std::string_view(*m_pOut).substr(begin);
-    const auto holds = [bytes](const std::string& mark) { return bytes.find(mark) != std::string_view::npos; };
-    const bool inOwn = std::any_of(leaf.m_vMarks.begin(), leaf.m_vMarks.end(), holds);
-    const bool inLine = m_tPlan.m_tFrame.m_eKind == FR_lines && bytes.find('\n') != std::string_view::npos;
-    const bool inOthers =
-        std::any_of(m_vMarks.begin(), m_vMarks.end(), [&](const std::string* mark) { return holds(*mark); });
-    return inOwn || inLine || inOthers ? stop(PF_mark, part, nullptr, bytes.size()) : SC_next;
+    if (m_tPlan.m_tFrame.m_eKind == FR_lines && bytes.find('\n') != std::string_view::npos)
+        return true;
+    return std::any_of(m_vMarks.begin(), m_vMarks.end(),
+                       [bytes](const std::string* mark) { return bytes.find(*mark) != std::string_view::npos; });
+}
+
+/// Finds the first item of a run with which the mark is complete.
+E_Scan CMaker::stopAtMark(const tRun& run, std::size_t begin)
+{
+    const std::string_view made = std::string_view(*m_pOut).substr(begin);
+    const auto isReached = [&](const tRun::tField& field) {
+        return holdsMark(made.substr(0, field.m_uiOffset + field.m_uiLength));
+    };
+    const tRun::tField& field = *std::find_if(run.m_vFields.begin(), run.m_vFields.end(), isReached);
+    m_pOut->resize(begin + field.m_uiOffset + field.m_uiLength);
+    return stop(PF_mark, field.m_uiPart, nullptr, field.m_uiLength);
 }
 
 /// Keeps a value that others look at, in the form in which reading gives it.
@@ -366,54 +415,6 @@ std::string_view CMaker::faultBytes() const
     if (m_tFault.m_ullOffset > out.size())
         return {};
     return out.substr(static_cast<std::size_t>(m_tFault.m_ullOffset), static_cast<std::size_t>(m_tFault.m_ullLength));
-}
-
-/// Reads the packet again: every part must be where it was made.
-bool CMaker::verify()
-{
-    m_tScanner.reset();
-    m_tScanner.show(m_pOut->data(), 0, m_pOut->size(), true);
-    E_Scan result = SC_record;
-    while (result == SC_record)
-        result = m_tScanner.run();
-    if (!isSame(m_tScanner.trace()))
-        return false;
-    if (result == SC_fault || m_tScanner.position() != m_pOut->size())
-    {
-        m_tFault = m_tScanner.fault();
-        m_tFault.m_uiPart = result == SC_fault ? m_tFault.m_uiPart : 0;
-        m_tFault.m_eCode = PF_ambiguous;
-        m_tFault.m_pText = nullptr;
-        return false;
-    }
-    return true;
-}
-
-bool CMaker::isSame(const tTraces& read)
-{
-    const auto same = [](const tTrace& a, const tTrace& b) {
-        return a.m_eTrace == b.m_eTrace && a.m_uiIndex == b.m_uiIndex && a.m_ullOffset == b.m_ullOffset &&
-               a.m_ullLength == b.m_ullLength;
-    };
-    const auto [made, found] = std::mismatch(m_vTrace.begin(), m_vTrace.end(), read.begin(), read.end(), same);
-    if (made == m_vTrace.end() && found == read.end())
-        return true;
-    tTrace at{TR_open, 0, 0, 0};
-    if (made != m_vTrace.end())
-        at = *made;
-    const unsigned int part =
-        at.m_eTrace == TR_run ? m_tPlan.m_vRuns[at.m_uiIndex].m_vFields.front().m_uiPart : at.m_uiIndex;
-    m_tFault = {PF_ambiguous, part, at.m_ullOffset, at.m_ullLength, 0, 0, 0, nullptr, {}};
-    for (auto trace = m_vTrace.begin(); trace != made; ++trace)
-    {
-        if (trace->m_eTrace == TR_array)
-            m_tFault.m_vElements.push_back(~std::uint64_t{0});
-        else if (trace->m_eTrace == TR_element)
-            ++m_tFault.m_vElements.back();
-        else if (trace->m_eTrace == TR_arrayEnd)
-            m_tFault.m_vElements.pop_back();
-    }
-    return false;
 }
 
 }  // namespace murv::detail

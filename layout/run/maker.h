@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "core/member_cursor.h"
 #include "layout/plan/plan.h"
 #include "layout/run/kept_values.h"
 #include "layout/run/scanner.h"
@@ -53,7 +54,7 @@ private:
     struct tCursor
     {
         const CFields* m_pNode = nullptr;  // null: the data lacks it
-        unsigned int m_uiNext = 0;         // where the next member is looked for first
+        CMemberCursor m_tNext;             // where the next member is looked for first
         unsigned int m_uiMatched = 0;      // members that were found
         unsigned int m_uiPart = 0;
         unsigned int m_uiLast = 0;     // of parts between marks: one after the last that is made
@@ -106,16 +107,18 @@ private:
     bool isFilledIn(unsigned int part) const;
     E_Scan step(const tStep& step);
     E_Scan onRun(unsigned int index);
+    E_Scan makePlainLeaf(unsigned int part);
     E_Scan makeLeaf(unsigned int part);
     E_Scan makeLiteral(unsigned int part, const CFields* node);
     E_Scan makeValue4Leaf(unsigned int part, const CFields* node);
+    E_PacketFault appendValue(const tPart& leaf, const tScalar& value, bool isOwn, std::size_t& length);
     E_Scan putValue(unsigned int part, const tScalar& value, bool isOwn);
-    E_Scan checkMarks(unsigned int part, std::size_t begin);
+    bool holdsMark(std::string_view bytes) const;
+    E_Scan stopAtMark(const tRun& run, std::size_t begin);
     E_Scan keep(unsigned int part, std::string_view bytes);
     E_Scan stop(E_PacketFault code, unsigned int part, const char* text = nullptr, std::uint64_t length = 0);
-    bool verify();
-    bool isSame(const tTraces& read);
     const CFields* find(unsigned int part);
+    const CFields* findOutOfOrder(tCursor& cursor, const tPart& wanted) const;
     const tPart& part4(unsigned int part) const
     {
         return m_tPlan.m_vParts[part];
@@ -133,6 +136,10 @@ private:
     E_Scan refuseBits(unsigned int part, const CFields& node);
     E_Scan agree();
     bool agrees(const tLink& link, unsigned int hole);
+
+    // make_verify.cpp
+    bool verify();
+    bool isSame(const tTraces& read);
 
     // make_structure.cpp
     E_Scan onOpen(const tStep& step);

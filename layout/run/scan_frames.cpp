@@ -13,6 +13,7 @@ namespace murv::detail
 E_Scan CScanner::openFrame(unsigned int part)
 {
     const tFrame& frame = m_tPlan.m_tFrame;
+    m_bFrameKnown = false;
     if (m_bFrameOpen)
         return SC_next;
     if (m_ullPos == m_ullEdge)
@@ -55,10 +56,11 @@ E_Scan CScanner::openLine(unsigned int part, std::string_view mark)
     m_ullFrameBegin = m_ullPos;
     m_ullFrameEnd = m_ullPos + length;
     m_bFrameOpen = true;
+    m_bFrameKnown = length > m_ullLongest || (frame.m_uiLength != 0 && length != frame.m_uiLength);
+    if (!m_bFrameKnown)
+        return SC_next;
     if (length > m_ullLongest)
         return stop(PF_limit, part, m_ullPos, length);
-    if (frame.m_uiLength == 0 || length == frame.m_uiLength)
-        return SC_next;
     return stop(PF_frame, part, m_ullPos, length,
                 length < frame.m_uiLength ? "The line is shorter than the records are"
                                           : "The line is longer than the records are");
@@ -121,6 +123,11 @@ E_Scan CScanner::onRecord(unsigned int part)
 
 E_Scan CScanner::onRecordEnd(unsigned int part)
 {
+    for (const unsigned int link : m_tPlan.m_vLinks4Record[part])
+    {
+        if (const E_Scan result = compareAbsent(link))
+            return result;
+    }
     m_ullRecordEnd = m_ullPos;
     if (m_ullPos - m_ullRecordStart > m_ullLongest)
         return stop(PF_limit, part, m_ullRecordStart, m_ullPos - m_ullRecordStart);
@@ -165,7 +172,7 @@ void CScanner::setPlace(const tPlace& place, std::uint64_t offset)
     m_vFirst = place.m_vFirst;
     m_vLimits.resize(1);
     m_ullPos = m_ullSearched = offset;
-    m_bInRecord = m_bFrameOpen = false;
+    m_bInRecord = m_bFrameOpen = m_bFrameKnown = false;
     setEdge();
 }
 
@@ -188,8 +195,13 @@ void CScanner::distrustTotals()
 
 bool CScanner::skipFrame()
 {
-    if (!m_bFrameOpen || !m_bKeepsPlaces)
+    if (!(m_bFrameOpen || m_bFrameKnown) || !m_bKeepsPlaces)
         return false;
+    if (m_bFrameKnown && m_tPlan.m_vSteps[m_uiStep].m_eStep == ST_record)
+    {
+        keepPlace(m_tRecordPlace, m_uiStep);
+        m_tLastGood = afterRecord();
+    }
     distrustTotals();
     m_vTrace.clear();
     const std::uint64_t after = m_ullFrameAfter;

@@ -117,8 +117,22 @@ E_Scan CScanner::onSpanEnd(unsigned int index)
             compareCheck(link, m_vNumbers[i], measure);
         else if (const E_Scan result = compareSize(link, m_vNumbers[i], measure))
             return result;
+        else
+            m_vNumbers[i].m_bPresent = false;
     }
     return SC_next;
+}
+
+/// A number that was read, and compared with nothing, is about a part that was not there.
+E_Scan CScanner::compareAbsent(unsigned int index)
+{
+    const tLink& link = m_tPlan.m_vLinks[index];
+    const tNumber number = m_vNumbers[index];
+    m_vNumbers[index].m_bPresent = false;
+    if (!number.m_bPresent || number.m_ullValue == static_cast<unsigned long long>(std::max(link.m_llPlus, 0LL)))
+        return SC_next;
+    return stopAt(link.m_eKind == LK_size ? PF_size : PF_count, link, number,
+                  "The number is about a part that is not there");
 }
 
 E_Scan CScanner::compareSize(const tLink& link, const tNumber& number, const tMeasure& measure)
@@ -154,7 +168,6 @@ E_Scan CScanner::onLink(unsigned int index)
     number.m_ullLength = last.m_ullLength;
     number.m_ullRecord = m_bInRecord ? m_ullRecord : 0;
     number.m_ullRecordOffset = m_bInRecord ? m_ullRecordStart : last.m_ullOffset;
-    number.m_bCompared = false;
     if (!number.m_bPresent)
         return SC_next;
     if (link.m_uiBase != s_cuiNone)
@@ -189,24 +202,11 @@ E_Scan CScanner::compareCounts(unsigned int part, std::uint64_t count)
         tNumber& number = m_vNumbers[i];
         if (link.m_eKind != LK_count || !number.m_bPresent)
             continue;
+        number.m_bPresent = false;
         if (number.m_ullValue != count + static_cast<unsigned long long>(link.m_llPlus))
             return stopAt(PF_count, link, number, "The count does not agree with the elements");
-        number.m_bCompared = true;
     }
     return SC_next;
-}
-
-/// What is absent has size and count 0.
-E_Scan CScanner::compareAbsent(unsigned int index)
-{
-    const tLink& link = m_tPlan.m_vLinks[index];
-    const tNumber& number = m_vNumbers[index];
-    const bool isCount = link.m_eKind == LK_count;
-    const bool isThere = isCount ? number.m_bCompared : m_vMeasures[link.m_uiSpan].m_bEnded;
-    if (!number.m_bPresent || isThere || number.m_ullValue == (link.m_llPlus > 0 ? link.m_llPlus + 0ULL : 0))
-        return SC_next;
-    return isCount ? stopAt(PF_count, link, number, "The count is about an array that is not there")
-                   : stopAt(PF_size, link, number, "The size is about a part that is not there");
 }
 
 /// A leaf was read that totals count.
@@ -226,13 +226,7 @@ E_Scan CScanner::onTotal(unsigned int part)
         const tLink& link = m_tPlan.m_vLinks[i];
         if (link.m_eKind == LK_bits)
         {
-            if (const E_Scan result = checkBits(link))
-                return result;
-            continue;
-        }
-        if (link.m_eKind == LK_size || link.m_eKind == LK_count)
-        {
-            if (const E_Scan result = compareAbsent(i))
+            if (const E_Scan result = checkBits(i))
                 return result;
             continue;
         }
@@ -258,17 +252,18 @@ void CScanner::compareTotal(const tLink& link, tTotal& total)
 }
 
 /// Every bit that is set must have its part.
-E_Scan CScanner::checkBits(const tLink& link)
+E_Scan CScanner::checkBits(unsigned int index)
 {
+    const tLink& link = m_tPlan.m_vLinks[index];
     tScalar bitmap;
     if (!m_tKept.get(link.m_tNumber, bitmap))
         return SC_next;
-    const tNumber& number = m_vNumbers[&link - m_tPlan.m_vLinks.data()];
+    const tNumber& number = m_vNumbers[index];
     std::vector<bool> known(bitmap.m_strvText.size() * 8);
     for (const unsigned int member : part4(link.m_uiTarget).m_vMembers)
     {
         const tPart& part = part4(member);
-        if (part.m_uiBitmap != s_cuiNone && &m_tPlan.m_vLinks[part.m_uiBitmap] == &link && part.m_uiBit < known.size())
+        if (part.m_uiBitmap == index && part.m_uiBit < known.size())
             known[part.m_uiBit] = true;
     }
     for (unsigned int bit = 0; bit < known.size(); ++bit)

@@ -110,6 +110,18 @@ E_Scan CScanner::skipElementMark(const tPart& array, unsigned int part, bool& th
     return SC_next;
 }
 
+/// Whether the head of an element is there.
+E_Scan CScanner::beginsElement(const tPart& array, unsigned int part, bool& there)
+{
+    const tHeadTable& table = m_tPlan.m_vHeadTables[part];
+    const bool isFramed = isOutside();
+    const std::uint64_t at = (isFramed ? m_ullFrameBegin : m_ullPos) + table.m_uiOffset;
+    if (table.m_vBegins.empty() || at >= (isFramed ? m_ullFrameEnd : m_ullEdge))
+        return matchHeads(array.m_vHeads, 0, part, there);
+    there = table.m_vBegins[static_cast<unsigned char>(*this->at(at))];
+    return SC_next;
+}
+
 /// Whether another element follows.
 E_Scan CScanner::nextIsThere(const tPart& array, unsigned int part, bool& there)
 {
@@ -122,7 +134,7 @@ E_Scan CScanner::nextIsThere(const tPart& array, unsigned int part, bool& there)
     case AE_heads:
         if (const E_Scan result = isAtEnd(part, atEnd); result != SC_next || atEnd)
             return result;
-        return matchHeads(array.m_vHeads, 0, part, there);
+        return beginsElement(array, part, there);
     case AE_mark:
     {
         const tHead mark{{{0, array.m_strEnds}}};
@@ -195,7 +207,12 @@ E_Scan CScanner::onReset(unsigned int index)
     for (const unsigned int span : reset.m_vSpans)
         m_vMeasures[span] = tMeasure();
     for (const unsigned int link : reset.m_vLinks)
+    {
+        const E_Scan result = m_tPlan.m_vMayLack[link] ? compareAbsent(link) : SC_next;
+        if (result != SC_next)
+            return result;
         m_vNumbers[link] = tNumber();
+    }
     return SC_next;
 }
 
@@ -238,9 +255,16 @@ E_Scan CScanner::onWhen(const tStep& step)
 E_Scan CScanner::choose4Heads(const tChoice& choice, unsigned int& member)
 {
     const std::vector<unsigned int>& members = part4(choice.m_uiSet).m_vMembers;
-    if (!choice.m_vMember4Byte.empty() && !isOutside() && m_ullEdge - m_ullPos > choice.m_uiOffset)
+    if (isOutside())
     {
-        member = choice.m_vMember4Byte[static_cast<unsigned char>(*at(m_ullPos + choice.m_uiOffset))];
+        bool any = false;
+        if (const E_Scan result = lookAhead(choice.m_uiSet, any))
+            return result;
+    }
+    const std::uint64_t byte = (isOutside() && m_bFrameOpen ? m_ullFrameBegin : m_ullPos) + choice.m_uiOffset;
+    if (!choice.m_vMember4Byte.empty() && byte < (isOutside() && m_bFrameOpen ? m_ullFrameEnd : m_ullEdge))
+    {
+        member = choice.m_vMember4Byte[static_cast<unsigned char>(*at(byte))];
         return SC_next;
     }
     for (unsigned int i = 0; i < members.size(); ++i)
@@ -297,14 +321,16 @@ E_Scan CScanner::onChoose(unsigned int index)
 E_Scan CScanner::onJoint(const tStep& step)
 {
     const tPart& set = part4(part4(step.m_uiA).m_uiParent);
+    const bool isFirst = m_vFirst.back();
     bool atEnd = false;
-    if (m_vFirst.back())
-    {
-        m_vFirst.back() = false;
+    m_vFirst.back() = false;
+    if (isFirst && !isBetweenMarks(m_tPlan, set))
         return SC_next;
-    }
     if (const E_Scan result = isAtEnd(step.m_uiA, atEnd))
+    {
+        m_vFirst.back() = isFirst;
         return result;
+    }
     if (atEnd)
     {
         for (unsigned int i = part4(step.m_uiA).m_uiIndex; i < set.m_vMembers.size(); ++i)
@@ -315,6 +341,8 @@ E_Scan CScanner::onJoint(const tStep& step)
         m_uiStep = step.m_uiB;
         return SC_again;
     }
+    if (isFirst)
+        return SC_next;
     const std::string& mark = set.m_strBetween;
     if (!has(mark.size()))
         return lack(step.m_uiA, mark.size());

@@ -41,7 +41,7 @@ void CScanner::restart()
 {
     m_uiStep = 0;
     m_ullSearched = m_ullPos;
-    m_bInRecord = m_bFrameOpen = false;
+    m_bInRecord = m_bFrameOpen = m_bFrameKnown = false;
     m_vLimits.assign(1, {m_bOver ? m_ullShown : s_cullUnknown, 0});
     m_vLoops.clear();
     m_vFirst.clear();
@@ -126,7 +126,7 @@ E_Scan CScanner::onRun(unsigned int index)
     {
         const tRun::tField& field = run.m_vFields[literal];
         if (std::memcmp(begin + field.m_uiOffset, part4(field.m_uiPart).m_strLiteral.data(), field.m_uiLength) != 0)
-            return stop(PF_literal, field.m_uiPart, m_ullPos + field.m_uiOffset, field.m_uiLength);
+            return otherLiteral(index, field);
     }
     for (const unsigned int kept : run.m_vKept)
     {
@@ -137,6 +137,14 @@ E_Scan CScanner::onRun(unsigned int index)
     add(TR_run, index, m_ullPos, run.m_uiLength);
     m_ullPos += run.m_uiLength;
     return SC_next;
+}
+
+/// The bytes of a literal differ. What is before it in its run stays in the trace.
+E_Scan CScanner::otherLiteral(unsigned int run, const tRun::tField& literal)
+{
+    if (literal.m_uiOffset != 0)
+        add(TR_run, run, m_ullPos, literal.m_uiOffset);
+    return stop(PF_literal, literal.m_uiPart, m_ullPos + literal.m_uiOffset, literal.m_uiLength);
 }
 
 /// The bytes end within a run: names the first item that is not whole. What is whole stays in the trace.

@@ -186,7 +186,6 @@ private:
         std::uint64_t m_ullLength = 0;
         std::uint64_t m_ullRecord = 0;  // as in a fault
         std::uint64_t m_ullRecordOffset = 0;
-        bool m_bCompared = false;  // of a count: with its array
     };
     struct tTotalNumber
     {
@@ -212,6 +211,7 @@ private:
     E_Scan keep(unsigned int part, std::uint64_t offset, std::uint64_t length);
     E_Scan lack(unsigned int part, std::uint64_t wanted);
     E_Scan lackInRun(const tRun& run);
+    E_Scan otherLiteral(unsigned int run, const tRun::tField& literal);
     E_Scan more(unsigned int part, std::uint64_t missing);
     E_Scan stop(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,
                 const char* text = nullptr);
@@ -252,6 +252,7 @@ private:
     E_Scan onReset(unsigned int index);
     E_Scan isThere(unsigned int part, bool& there);
     E_Scan nextIsThere(const tPart& array, unsigned int part, bool& there);
+    E_Scan beginsElement(const tPart& array, unsigned int part, bool& there);
     E_Scan skipElementMark(const tPart& array, unsigned int part, bool& there);
     E_Scan choose4Heads(const tChoice& choice, unsigned int& member);
     E_Scan choose4Value(const tChoice& choice, unsigned int& member);
@@ -266,11 +267,11 @@ private:
     E_Scan onTotal(unsigned int part);
     E_Scan onAlign(unsigned int part);
     E_Scan limitTo(unsigned int span, std::uint64_t size, bool inside);
+    E_Scan compareAbsent(unsigned int index);
     E_Scan compareSize(const tLink& link, const tNumber& number, const tMeasure& measure);
     void compareCheck(const tLink& link, const tNumber& number, const tMeasure& measure);
     E_Scan compareCounts(unsigned int part, std::uint64_t count);
-    E_Scan compareAbsent(unsigned int index);
-    E_Scan checkBits(const tLink& link);
+    E_Scan checkBits(unsigned int index);
     void compareTotal(const tLink& link, tTotal& total);
     bool size4Number(const tLink& link, std::uint64_t& size) const;
     void count(unsigned int part, unsigned long long amount);
@@ -322,6 +323,7 @@ private:
     std::uint64_t m_ullRecordEnd = 0;
     bool m_bInRecord = false;
     bool m_bFrameOpen = false;
+    bool m_bFrameKnown = false;  // its end is known, but it is not as it should be
     std::uint64_t m_ullFrameBegin = 0;
     std::uint64_t m_ullFrameEnd = 0;
     std::uint64_t m_ullFrameAfter = 0;

@@ -13,8 +13,8 @@ namespace murv::detail
 {
 
 /// \tparam tSink  has open(part), close(part), array(part), element(part), arrayEnd(part),
-///                record(part, number, offset), recordEnd(part), skip(trace), and leaf(part, value, trace) with the
-///                place of the value
+///                record(part, number, offset), recordEnd(part), skip(trace), leaf(part, value, trace) with the place
+///                of the value, and s_cbWantsValues: false when only the check counts
 template <typename tSink>
 class CTraceReader
 {
@@ -98,6 +98,8 @@ private:
         {
             if (field.m_uiOffset + field.m_uiLength > trace.m_ullLength)
                 break;
+            if (!tSink::s_cbWantsValues && field.m_bReads)
+                continue;
             if (!readLeaf({TR_item, field.m_uiPart, trace.m_ullOffset + field.m_uiOffset, field.m_uiLength}, findings))
                 return false;
         }
@@ -108,15 +110,14 @@ private:
     {
         const tPart& part = m_tPlan.m_vParts[trace.m_uiIndex];
         const std::string_view bytes = m_tScanner.bytes(trace.m_ullOffset, trace.m_ullLength);
+        const bool isTested = part.m_tItem.m_bTested;
+        const unsigned int options = tSink::s_cbWantsValues || isTested ? m_uiOptions : VO_unscaled;
         tScalar value;
-        const E_PacketFault fault = readValue(part.m_tItem, bytes, m_uiOptions, value, m_strScratch);
+        const E_PacketFault fault = readValue(part.m_tItem, bytes, options, value, m_strScratch);
         if (fault != PF_none && !report(fault, trace, findings))
             return false;
-        if (!part.m_tItem.m_vValid.empty() || !part.m_tItem.m_strValidDate.empty())
-        {
-            if (!isValidValue(part.m_tItem, value))
-                report(PF_invalid, trace, findings);
-        }
+        if (isTested && !isValidValue(part.m_tItem, value))
+            report(PF_invalid, trace, findings);
         m_tSink.leaf(trace.m_uiIndex, value, trace);
         return true;
     }

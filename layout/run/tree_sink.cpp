@@ -1,6 +1,8 @@
 // layout/run/tree_sink.cpp - a tree from what is read.
 #include "layout/run/tree_sink.h"
 
+#include <cstring>
+
 #include "core/heap_text.h"
 #include "layout/run/kept_values.h"
 
@@ -10,57 +12,138 @@ namespace murv::detail
 namespace
 {
 
+/// Sets a value. A text of the same length goes into the block that is there.
 void setScalar(CFields& node, const tScalar& value)
 {
-    tSlot fresh{value.m_eType, value.m_eType == DT_codelist, {}};
-    fresh.m_uValue.m_ullValue = value.m_ullValue;
     if (value.m_eType == DT_codelist)
-        fresh.m_uValue.m_pData =
-            duplicatePrefixedStream(value.m_strvText.data(), static_cast<unsigned int>(value.m_strvText.size()));
+    {
+        const std::string_view text = value.m_strvText;
+        if (tFieldAccess::type(node) == DT_codelist && tFieldAccess::isOwned(node))
+        {
+            const std::string_view held = tFieldAccess::codes(node);
+            if (held.size() == text.size() && held.data() != nullptr)
+            {
+                std::memcpy(const_cast<char*>(held.data()), text.data(), text.size());
+                return;
+            }
+        }
+        tSlot fresh{DT_codelist, true, {}};
+        fresh.m_uValue.m_pData = duplicatePrefixedStream(text.data(), static_cast<unsigned int>(text.size()));
+        tFieldAccess::replaceValue(node, fresh);
+        return;
+    }
+    tSlot fresh{value.m_eType, false, {}};
+    fresh.m_uValue.m_ullValue = value.m_ullValue;
     tFieldAccess::replaceValue(node, fresh);
+}
+
+/// Removes all members from one on.
+void cutMembers(CFields& container, unsigned int from)
+{
+    while (container.getChildCount() > from)
+        container.removeChildAt(container.getChildCount() - 1);
+}
+
+/// Whether a node has nothing but a value, a name and an ID.
+inline bool isBare(const CFields& node)
+{
+    constexpr tPacketExpInfo s_tNone{};
+    return tFieldAccess::sideRecord(node) == nullptr && tFieldAccess::kind(node) == VK_actual &&
+           (node.getOffsetStart() | node.getOffsetEnd()) == 0 &&
+           std::memcmp(&tFieldAccess::pei(node), &s_tNone, sizeof s_tNone) == 0;
 }
 
 }  // namespace
 
 void CTreeSink::begin(CFields& root)
 {
-    root.removeAll(DT_null);
     m_pRoot = &root;
+    m_bRootIsSet = false;
     m_vOpen.clear();
+    if (!isBare(root))
+        root.removeAll(DT_null);
+}
+
+void CTreeSink::end()
+{
+    while (!m_vOpen.empty())
+        leave();
+    if (!m_bRootIsSet)
+        m_pRoot->removeAll(DT_null);
+}
+
+/// The member of the tree before that stands in the place of the next one, when it is of use; else null.
+CFields* CTreeSink::takeOld(tOpen& open, std::string_view name, unsigned int id)
+{
+    if (!open.m_tOld.hasNext())
+        return nullptr;
+    CFields& old = open.m_tOld.next();
+    if (tFieldAccess::id(old) != id || !isBare(old) ||
+        !tFieldAccess::isNamed(old, name.data(), static_cast<unsigned int>(name.size())))
+        return nullptr;
+    open.m_tOld.skip();
+    return &old;
 }
 
 CFields& CTreeSink::add(const tPart& part)
 {
+    m_bRootIsSet = true;
     if (m_vOpen.empty())
         return *m_pRoot;
-    CFields& parent = *m_vOpen.back();
+    if (tFieldAccess::type(*m_vOpen.back().m_pNode) == DT_array)
+        return addNamed("", 0);
+    return addNamed(part.m_strName, part.m_uiID);
+}
+
+CFields& CTreeSink::addNamed(std::string_view name, unsigned int id)
+{
+    tOpen& open = m_vOpen.back();
+    CFields* const old = takeOld(open, name, id);
+    ++open.m_uiCount;
+    if (old != nullptr)
+        return *old;
+    // Another shape than before: what was there after the last member goes.
+    CFields& parent = *open.m_pNode;
+    if (!open.m_tOld.atEnd())
+        cutMembers(parent, open.m_uiCount - 1);
+    open.m_tOld.stop();
     if (tFieldAccess::type(parent) == DT_array)
         return tFieldAccess::append(parent);
-    return tFieldAccess::appendMember(parent, part.m_strName.data(), static_cast<unsigned int>(part.m_strName.size()),
-                                      part.m_uiID);
+    return tFieldAccess::appendMember(parent, name.data(), static_cast<unsigned int>(name.size()), id);
 }
 
 void CTreeSink::push(unsigned int part, E_DataType type)
 {
     CFields& node = add(m_tPlan.m_vParts[part]);
-    node.setValue(type);
-    m_vOpen.push_back(&node);
+    // A container without a vector is one that removeAll() left.
+    if (tFieldAccess::type(node) != type || tFieldAccess::members(node) == nullptr)
+        node.setValue(type);
+    m_vOpen.push_back({&node, CMemberCursor(tFieldAccess::members(node)), 0});
 }
 
-void CTreeSink::setLeaf(CFields& node, const tItem& item, const tScalar& value)
+/// Ends a container: members of the tree before that have no successor go.
+void CTreeSink::leave()
 {
-    if (item.m_vBits.empty() || value.m_eType == DT_null)
+    tOpen& open = m_vOpen.back();
+    if (!open.m_tOld.atEnd())
+        cutMembers(*open.m_pNode, open.m_uiCount);
+    m_vOpen.pop_back();
+}
+
+void CTreeSink::setLeaf(const tPart& leaf, const tScalar& value)
+{
+    CFields& node = add(leaf);
+    if (leaf.m_tItem.m_vBits.empty() || value.m_eType == DT_null)
     {
         setScalar(node, value);
         return;
     }
-    node.setValue(DT_fields);
-    for (const tBitField& field : item.m_vBits)
-    {
-        CFields& bits = tFieldAccess::appendMember(node, field.m_strName.data(),
-                                                   static_cast<unsigned int>(field.m_strName.size()), 0);
-        setScalar(bits, makeScalar(false, bitsOf(field, value.m_ullValue)));
-    }
+    if (tFieldAccess::type(node) != DT_fields || tFieldAccess::members(node) == nullptr)
+        node.setValue(DT_fields);
+    m_vOpen.push_back({&node, CMemberCursor(tFieldAccess::members(node)), 0});
+    for (const tBitField& field : leaf.m_tItem.m_vBits)
+        setScalar(addNamed(field.m_strName, 0), makeScalar(false, bitsOf(field, value.m_ullValue)));
+    leave();
 }
 
 }  // namespace murv::detail

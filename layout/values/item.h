@@ -52,6 +52,12 @@ struct tBitField
     unsigned int m_uiShift;  // of its lowest bit
 };
 
+/// That many bits, the lowest of a number.
+constexpr unsigned long long mask4Width(unsigned int width)
+{
+    return width >= 64 ? ~0ULL : (1ULL << width) - 1;
+}
+
 /// Values that are valid: from one to another, both included; or a single one.
 struct tValidRange
 {
@@ -73,6 +79,7 @@ struct tItem
     bool m_bKeep = false;  // of a date: the option "now" leaves it alone
     bool m_bMask = false;
     bool m_bPlain = false;         // set by prepareItem: digits or bytes are an integer without other rules
+    bool m_bTested = false;        // set by prepareItem: only some values are valid
     bool m_bBare = false;          // set by prepareItem: the item may be digits alone
     unsigned char m_ucShown = 0;   // masked: the last so many stay visible
     unsigned char m_ucPrefix = 0;  // width of the length prefix, 0 without one

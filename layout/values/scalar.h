@@ -5,24 +5,12 @@
 
 #include <string_view>
 
-#include "murv/types.h"
+#include "murv/packet_value.h"
 
 namespace murv::detail
 {
 
-/// A value; which member counts is said by the type: null, bool, sint, uint, double or byte string.
-struct tScalar
-{
-    E_DataType m_eType = DT_null;
-    union
-    {
-        bool m_bValue;
-        long long m_llValue;
-        unsigned long long m_ullValue = 0;
-        double m_dValue;
-    };
-    std::string_view m_strvText;  // DT_codelist: in the packet, in the tree, or in a scratch; not owned
-};
+using tScalar = tPacketValue;
 
 inline tScalar makeScalar(std::string_view text)
 {

@@ -51,6 +51,21 @@ TEST(RoundTrip, independentDecoderReadsFilesWithPasswords)
         }
 }
 
+TEST(RoundTrip, namesOfEveryLengthComeBack)
+{
+    CFields tree;
+    for (std::size_t length = 1; length <= 255; ++length)
+    {
+        std::string name(length, 'a');
+        name.front() = 'f';  // both ends differ from what is between them
+        name.back() = 'l';
+        tree.addChildRef(name) = static_cast<int>(length);
+        CFields& container = tree.addChildRef(name + "c");  // a name of 256 bytes is left out
+        container.addChildRef(name) = name;
+    }
+    EXPECT_EQ(difference(CIndependentDecoder::decode(save(tree)), tree, SP_all & ~SP_offsets), "");
+}
+
 TEST(RoundTrip, textAndBinaryGiveTheSameTree)
 {
     CRandomFileTree trees(4, true);

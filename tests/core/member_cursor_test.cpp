@@ -56,20 +56,48 @@ TEST(MemberCursor, isAtTheEndOfNullAndOfEmptyContainers)
     for (CMemberCursor* const cursor : {&none, &null, &empty})
     {
         EXPECT_TRUE(cursor->atEnd());
-        EXPECT_EQ(cursor->peek(), nullptr);
+        EXPECT_FALSE(cursor->hasNext());
         EXPECT_EQ(cursor->take(), nullptr);
         EXPECT_EQ(cursor->ahead(0), nullptr);
     }
 }
 
-TEST(MemberCursor, peekingDoesNotStep)
+TEST(MemberCursor, lookingAtTheNextMemberDoesNotStep)
 {
     const CFields array = numbers(2);
     CMemberCursor cursor = cursorOf(array);
-    EXPECT_EQ(cursor.peek(), &array.getChildAt(0));
-    EXPECT_EQ(cursor.peek(), &array.getChildAt(0));
+    ASSERT_TRUE(cursor.hasNext());
+    EXPECT_EQ(&cursor.next(), &array.getChildAt(0));
+    ASSERT_TRUE(cursor.hasNext());
+    EXPECT_EQ(&cursor.next(), &array.getChildAt(0));
     EXPECT_EQ(cursor.take(), &array.getChildAt(0));
-    EXPECT_EQ(cursor.peek(), &array.getChildAt(1));
+    ASSERT_TRUE(cursor.hasNext());
+    EXPECT_EQ(&cursor.next(), &array.getChildAt(1));
+}
+
+TEST(MemberCursor, skippingStepsThroughAllRuns)
+{
+    const CFields grown = numbers(100);
+    CMemberCursor cursor = cursorOf(grown);
+    for (unsigned int i = 0; i < 100; ++i, cursor.skip())
+    {
+        ASSERT_TRUE(cursor.hasNext()) << i;
+        ASSERT_EQ(&cursor.next(), &grown.getChildAt(i)) << i;
+    }
+    EXPECT_FALSE(cursor.hasNext());
+    EXPECT_TRUE(cursor.atEnd());
+}
+
+TEST(MemberCursor, askingForTheEndKeepsTheTakenMember)
+{
+    const CFields grown = numbers(100);
+    CMemberCursor cursor = cursorOf(grown);
+    for (unsigned int i = 0; i < 100; ++i)
+    {
+        cursor.take();
+        EXPECT_EQ(cursor.atEnd(), i == 99);
+        ASSERT_EQ(&cursor.taken(), &grown.getChildAt(i)) << i;
+    }
 }
 
 TEST(MemberCursor, looksAheadWithinARunOnly)
@@ -99,8 +127,8 @@ TEST(MemberCursor, aCopyStepsOnItsOwn)
     cursor.take();
     CMemberCursor copy = cursor;
     copy.take();
-    EXPECT_EQ(cursor.peek(), &array.getChildAt(1));
-    EXPECT_EQ(copy.peek(), &array.getChildAt(2));
+    EXPECT_EQ(cursor.take(), &array.getChildAt(1));
+    EXPECT_EQ(copy.take(), &array.getChildAt(2));
 }
 
 }  // namespace

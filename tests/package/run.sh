@@ -60,7 +60,10 @@ if command -v readelf >/dev/null && [ -z "${CXXFLAGS:-}" ]; then
     readelf -d "$libDir/libmurv.so" | grep -q 'SONAME.*\[libmurv\.so\.1\]' || fail "the soname is not libmurv.so.1"
 fi
 
-# 4. The installed tool, where one was built.
+# 4. The installed layouts are those of the sources.
+diff -r ../../share/murv/layouts "$work/prefix/share/murv/layouts" >&2 || fail "other layouts are installed"
+
+# 5. The installed tool, where one was built.
 if [ -x "$work/prefix/bin/murv" ]; then
     "$work/prefix/bin/murv" --help >/dev/null || fail "the installed tool does not start"
 fi

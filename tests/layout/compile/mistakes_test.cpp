@@ -65,6 +65,8 @@ constexpr tExpected s_ctPaths[] = {
     {"noPathGoesThroughALeaf", R"~("a" = (BNF1) 0, "b" = (BNF1) 0, "@b" = ^"if a.x = 1")~", "b",
      R"~(The path goes through the leaf "a")~"},
     {"noNumberIsAboutItself", R"~("a" = (BNF1) 0, "@a" = ^"size of a")~", "a", R"~(The rule is about its own number)~"},
+    {"noRowOfPartsIsTheNumberAlone", R"~("a" = (BNF1) 0, "@a" = ^"size of a..a")~", "a",
+     R"~(The rule is about its own number)~"},
     {"bitsHaveNames", R"~("a" = (BNF1) 0, "@a" = "bits 3 x, 5 y", "@a.z" = ^"count of b", "b" = [ (BNF2) 0 ])~", "a",
      R"~("a" has no bits "z")~"},
     {"bitsAreNamedOneByOne", R"~("a" = (BNF1) 0, "@a" = "bits 3 x, 5 y", "b" = (BNF1) 0, "@b" = ^"if a = 1")~", "b",
@@ -90,6 +92,9 @@ constexpr tExpected s_ctChoices[] = {
      R"~("k" = (BNF1) 0, "v" = { "@" = "one of by k", #1 "a" = (BNF1) 0, "b" = (BNF1) ^0, )~"
      R"~(#300 "c" = (BNF1) 0 })~",
      "v.b", R"~("b" is never chosen: no value of "k" has its ID or name)~"},
+    {"anAlternativeHasNoCondition",
+     R"~("k" = (BNF1) 0, "v" = { "@" = "one of by k", #1 "a" = (BNF1) 0, "@a" = ^"if k = 1", #2 "b" = (BNF2) 0 })~",
+     "v.a", R"~(One of several parts is there by its choice, so it has no condition; put one around the choice)~"},
     {"anEarlierHeadHidesNoLaterOne",
      R"~({ "@" = "layout 1; one of", "a" = { "t" = (ACF1fix) "1" }, "b" = ^{ "t" = (ACF2fix) "12" } })~", "b",
      R"~("b" is never chosen: "a" comes first and takes whatever begins like it)~"},

@@ -67,7 +67,7 @@ void forRandomPackets(unsigned int seed, tUse&& use)
     EXPECT_GT(packets, s_cuiLayouts) << "too few packets are made, such as:\n" << unmade;
 }
 
-TEST(CodecProperty, whatIsMadeIsReadBack)
+TEST(RandomLayouts, whatIsMadeIsReadBack)
 {
     forRandomPackets(1, [](const std::string& text, const CLayout& layout, const CFields& data,
                            const std::string& packet, tRandom&) {
@@ -83,7 +83,7 @@ TEST(CodecProperty, whatIsMadeIsReadBack)
     });
 }
 
-TEST(CodecProperty, aDamagedPacketIsRefusedFoundOrComesBackTheSame)
+TEST(RandomLayouts, aDamagedPacketIsRefusedFoundOrComesBackTheSame)
 {
     forRandomPackets(2, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet,
                            tRandom& random) {
@@ -109,7 +109,7 @@ TEST(CodecProperty, aDamagedPacketIsRefusedFoundOrComesBackTheSame)
     });
 }
 
-TEST(CodecProperty, everyTruncationIsMissingBytesOrALocatedFault)
+TEST(RandomLayouts, everyTruncationIsMissingBytesOrALocatedFault)
 {
     forRandomPackets(
         3, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet, tRandom&) {
@@ -186,7 +186,7 @@ private:
     bool m_bInRecord = false;
 };
 
-TEST(CodecProperty, piecesOfAnySizeGiveTheSameAsTheWhole)
+TEST(RandomLayouts, piecesOfAnySizeGiveTheSameAsTheWhole)
 {
     forRandomPackets(4, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet,
                            tRandom& random) {
@@ -269,7 +269,7 @@ private:
     std::vector<tScopes> m_vScopes;
 };
 
-TEST(CodecProperty, aViewGivesWhatTheReaderGives)
+TEST(RandomLayouts, aViewGivesWhatTheReaderGives)
 {
     forRandomPackets(
         5, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet, tRandom&) {

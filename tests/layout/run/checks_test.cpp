@@ -93,11 +93,12 @@ TEST(Checks, severalFieldsOfElementsAreCheckedEach)
               R"({"a"=[{"x"=1,"c"=1},{"x"=2,"c"=3},{"x"=4,"c"=4}]} ! checksum at a[1].c @3+1)");
 }
 
-TEST(Checks, checksOfAbsentPartsAreNotCompared)
+TEST(Checks, anAbsentPartHasNoBytes)
 {
     const CLayout layout =
         layout4(R"("k" = (ANF1) 0, "b" = (ACF1) "", "@b" = "if k = 1", "c" = (BNF1) 0, "@c" = "sum8 of b")");
-    EXPECT_EQ(read(layout, "0\5"), R"({"k"=0,"c"=5})");
+    expectBoth(layout, bytes("0\0"), R"({"k"=0,"c"=0})");
+    EXPECT_EQ(read(layout, "0\5"), R"({"k"=0,"c"=5} ! checksum at c @1+1)");
     EXPECT_EQ(read(layout, "1a\5"), R"({"k"=1,"b"="a","c"=5} ! checksum at c @2+1)");
 }
 

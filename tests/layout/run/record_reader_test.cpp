@@ -301,7 +301,7 @@ TEST(RecordReader, aBadLengthEndsTheStream)
 {
     const CLayout layout = layout4(R"("l" = [ { "v" = (ANF1) 0 } ])", "prefixed ANF2");
     EXPECT_EQ(readAll(layout, "011x11", true), R"(l[0] #1 @2+1 {"v"=1}; (frame at l @3+2 #2 @3+0); stopped)");
-    EXPECT_EQ(readAll(layout, "02xx011", true), R"((frame at l[0] @3+1 #1 @2+2); l[1] #2 @6+1 {"v"=1}; end)");
+    EXPECT_EQ(readAll(layout, "02xx011", true), R"((digits at l[0].v @2+1 #1 @2+2); l[1] #2 @6+1 {"v"=1}; end)");
 }
 
 TEST(RecordReader, withoutFramesTheEndOfADamagedRecordIsNotKnown)

@@ -84,7 +84,8 @@ TEST(Sizes, absentPartsHaveSizeZero)
         "@b" = "if k = 1; to end", "z" = (ACF1) "")");
     expectBoth(layout, "12xyz", R"({"k"=1,"n"=2,"b"="xy","z"="z"})");
     expectBoth(layout, "00z", R"({"k"=0,"n"=0,"z"="z"})");
-    EXPECT_EQ(read(layout, "02z"), "size at n @1+1");
+    EXPECT_EQ(read(layout, "02z"), "more at n @2+1");
+    EXPECT_EQ(read(layout, "02zzz").substr(0, 8), "leftOver");
 }
 
 TEST(Sizes, partsOfAnAlternativeThatIsNotThereHaveSizeZero)
@@ -103,7 +104,8 @@ TEST(Sizes, ofElementsAreForgottenWithTheElement)
     const CLayout layout = layout4(R"("a" = [ { "k" = (ANF1) 0, "n" = (ANF1) 0, "@n" = "size of b",
         "b" = (ACF0) "", "@b" = "if k = 1; to end" } ])");
     expectBoth(layout, "12xy0011z", R"({"a"=[{"k"=1,"n"=2,"b"="xy"},{"k"=0,"n"=0},{"k"=1,"n"=1,"b"="z"}]})");
-    EXPECT_EQ(read(layout, "12xy02"), "size at a[1].n @5+1");
+    EXPECT_EQ(read(layout, "12xy02"), "more at a[1].n @6+0");
+    EXPECT_EQ(read(layout, "12xy0201").substr(0, 8), "leftOver");
 }
 
 TEST(Sizes, ofARowWhoseFirstPartIsAbsent)

@@ -131,7 +131,8 @@ TEST(Totals, overAnArrayAroundTheNumberCountAllOfIt)
 TEST(Totals, overBatchesCountRecordsBelow)
 {
     const CLayout layout = layout4(R"("b" = [ { "h" = { "t" = (ACF1fix) "H" }, "e" = [ { "t" = (ACF1fix) "E" } ] } ],
-        "z" = { "t" = (ACF1fix) "Z", "r" = (ANF1) 0, "@r" = "records of b - 1", "c" = (ANF1) 0, "@c" = "count of b.e + 2" })",
+        "z" = { "t" = (ACF1fix) "Z", "r" = (ANF1) 0, "@r" = "records of b - 1",
+        "c" = (ANF1) 0, "@c" = "count of b.e + 2" })",
                                    "lines");
     EXPECT_EQ(make(layout, R"({"b"=[{"e"=[{},{}]},{}]})"), "H\nE\nE\nH\nZ34\n");
 }

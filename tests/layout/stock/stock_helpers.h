@@ -115,6 +115,7 @@ struct tReading
 {
     CFields m_tTree;
     bool m_bRead = false;
+    tMakeOptions m_tOptions;  // line ends as they were
     tPacketFault m_tFault;
     std::vector<tPacketFault> m_vFindings;
 };
@@ -124,6 +125,7 @@ inline tReading reading(const CLayout& layout, std::string_view bytes)
     tReading result;
     CPacketReader reader(layout);
     result.m_bRead = reader.read(bytes, result.m_tTree);
+    result.m_tOptions = reader.getMakeOptions();
     result.m_tFault = reader.getFault();
     result.m_vFindings = reader.getFindings();
     return result;
@@ -138,7 +140,7 @@ inline std::string making(const CLayout& layout, const CFields& tree, const tMak
 }
 
 /// Reads all bytes without findings, and expects that making gives the same bytes.
-inline CFields thereAndBack(const CLayout& layout, std::string_view bytes, const tMakeOptions& options = {})
+inline CFields thereAndBack(const CLayout& layout, std::string_view bytes)
 {
     tReading result = reading(layout, bytes);
     EXPECT_TRUE(result.m_bRead) << place(result.m_tFault) << ": " << result.m_tFault.m_strMessage << " \""
@@ -146,7 +148,7 @@ inline CFields thereAndBack(const CLayout& layout, std::string_view bytes, const
     EXPECT_EQ(places(result.m_vFindings), std::vector<std::string>());
     if (result.m_bRead)
     {
-        EXPECT_EQ(making(layout, result.m_tTree, options), bytes);
+        EXPECT_EQ(making(layout, result.m_tTree, result.m_tOptions), bytes);
     }
     return std::move(result.m_tTree);
 }
@@ -177,7 +179,10 @@ inline std::vector<std::map<std::string, std::string>> flatJSON(const std::strin
     for (const std::string& line : linesOf(text))
     {
         if (line.find('{') != std::string::npos)
+        {
             objects.emplace_back();
+            continue;
+        }
         const std::size_t colon = line.find("\": ");
         if (colon == std::string::npos || objects.empty())
             continue;
