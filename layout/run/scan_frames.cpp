@@ -176,12 +176,33 @@ void CScanner::setPlace(const tPlace& place, std::uint64_t offset)
     setEdge();
 }
 
-/// Whether the next record can be read from there.
-bool CScanner::worksFrom(const tPlace& place, std::uint64_t offset) const
+/// Tries to read the next record from a place.
+E_Scan CScanner::tryFrom(const tPlace& place)
 {
     CScanner trial(*this);
-    trial.setPlace(place, offset);
-    return trial.run() != SC_fault;
+    trial.m_bUndecided = false;
+    const std::uint64_t searched = m_ullSearched;
+    trial.setPlace(place, m_ullPos);
+    trial.m_ullSearched = searched;
+    const E_Scan result = trial.run();
+    if (result == SC_more)
+    {
+        m_ullSearched = std::max(searched, trial.m_ullSearched);
+        m_ullMissing = trial.m_ullMissing;
+    }
+    return result;
+}
+
+/// After a damaged record, the next one says which of two places to go on from: it must be there as a whole first, so
+/// that it does not matter in which pieces it comes.
+E_Scan CScanner::decide()
+{
+    const E_Scan first = tryFrom(m_tFirst);
+    if (first == SC_more)
+        return SC_more;
+    m_bUndecided = false;
+    setPlace(first != SC_fault || tryFrom(m_tSecond) == SC_fault ? m_tFirst : m_tSecond, m_ullPos);
+    return SC_next;
 }
 
 void CScanner::distrustTotals()
@@ -208,10 +229,11 @@ bool CScanner::skipFrame()
     // A record that was recognised counts as read; a line that nothing was due for counts as nothing.
     const bool isRecognised =
         m_bInRecord && !(m_tFault.m_eCode == PF_literal && m_tFault.m_ullOffset == m_ullRecordStart);
-    const tPlace first = isRecognised ? afterRecord() : m_tLastGood;
-    const tPlace second = isRecognised || !m_bInRecord ? m_tLastGood : afterRecord();
+    m_tFirst = isRecognised ? afterRecord() : m_tLastGood;
+    m_tSecond = isRecognised || !m_bInRecord ? m_tLastGood : afterRecord();
     m_ullRecord += m_bInRecord ? 0 : 1;
-    setPlace(worksFrom(first, after) || !worksFrom(second, after) ? first : second, after);
+    setPlace(m_tFirst, after);
+    m_bUndecided = m_tFirst.m_uiStep != m_tSecond.m_uiStep;
     return true;
 }
 

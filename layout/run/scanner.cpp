@@ -41,7 +41,7 @@ void CScanner::restart()
 {
     m_uiStep = 0;
     m_ullSearched = m_ullPos;
-    m_bInRecord = m_bFrameOpen = m_bFrameKnown = false;
+    m_bInRecord = m_bFrameOpen = m_bFrameKnown = m_bUndecided = false;
     m_vLimits.assign(1, {m_bOver ? m_ullShown : s_cullUnknown, 0});
     m_vLoops.clear();
     m_vFirst.clear();
@@ -71,6 +71,11 @@ void CScanner::setEdge()
 
 E_Scan CScanner::run()
 {
+    if (m_bUndecided)
+    {
+        if (const E_Scan result = decide())
+            return result;
+    }
     for (;;)
     {
         const E_Scan result = step(m_tPlan.m_vSteps[m_uiStep]);

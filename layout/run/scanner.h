@@ -287,7 +287,8 @@ private:
     E_Scan openPrefixed(unsigned int part);
     void keepPlace(tPlace& place, unsigned int step) const;
     void setPlace(const tPlace& place, std::uint64_t offset);
-    bool worksFrom(const tPlace& place, std::uint64_t offset) const;
+    E_Scan tryFrom(const tPlace& place);
+    E_Scan decide();
     tPlace afterRecord() const;
     E_Scan endFrameAt(unsigned int part, std::uint64_t begin, std::uint64_t length);
     bool isOutside() const
@@ -329,6 +330,9 @@ private:
     std::uint64_t m_ullFrameAfter = 0;
     tPlace m_tLastGood;     // after the last record that was read
     tPlace m_tRecordPlace;  // where the record at hand began
+    tPlace m_tFirst;        // after a damaged record: two places to go on from
+    tPlace m_tSecond;
+    bool m_bUndecided = false;
     bool m_bOpenEnd = false;
     unsigned char m_ucLineEnd = 0;  // bytes of the first line end; 0 before
 

@@ -55,14 +55,14 @@ std::string readAll(const CLayout& layout, std::string_view file, bool skips = f
 }
 
 /// The same from pieces of a size.
-std::string readPieces(const CLayout& layout, std::string_view file, std::size_t size)
+std::string readPieces(const CLayout& layout, std::string_view file, std::size_t size, bool skips = false)
 {
     CRecordReader reader(layout);
     reader.open();
     std::string text;
     for (std::size_t at = 0;; at += size)
     {
-        text += readAll(reader);
+        text += readAll(reader, skips);
         if (text.size() < 4 || text.compare(text.size() - 4, 4, "more") != 0)
             return text;
         text.resize(text.size() - 4);
@@ -257,6 +257,17 @@ TEST(RecordReader, unknownRecordsAreSkipped)
               R"(head #1 @0+1 {"t"="1"}; batches[0].open #2 @2+1 {"t"="5"}; )"
               R"((literal at batches[0].close.t @4+1 #3 @4+1); batches[0].entries[0] #4 @6+3 {"t"="6","v"=1}; )"
               R"(batches[0].close #5 @10+2 {"t"="8","n"=1}; end #6 @13+1 {"t"="9"}; end)");
+}
+
+TEST(RecordReader, whereItGoesOnDoesNotDependOnPieces)
+{
+    for (const char* const file : {"1\n5\n7\n601\n81\n9\n", "1\n5x\n601\n81\n9\n", "1\n5\n8xx\n5\n80\n9\n", "7\n7\n5\n",
+                                   "1\n5\n6x2\n7\n81\n7\n9\n"})
+    {
+        const std::string whole = readAll(batches(), file, true);
+        for (const std::size_t size : {1, 2, 3, 5})
+            EXPECT_EQ(readPieces(batches(), file, size, true), whole) << size;
+    }
 }
 
 TEST(RecordReader, aFaultStaysUntilItIsSkipped)
