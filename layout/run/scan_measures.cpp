@@ -11,9 +11,17 @@
 namespace murv::detail
 {
 
-void CScanner::pushLimit(std::uint64_t end, unsigned int part)
+/// Whether a limit is only the end of the input.
+bool CScanner::isOfInput(std::size_t limit) const
 {
-    m_vLimits.push_back({end, part});
+    while (limit != 0 && m_vLimits[limit].m_bOpen)
+        --limit;
+    return limit == 0;
+}
+
+void CScanner::pushLimit(std::uint64_t end, unsigned int part, bool isOpen)
+{
+    m_vLimits.push_back({end, part, isOpen});
     setEdge();
 }
 
@@ -52,7 +60,7 @@ E_Scan CScanner::onSpan(unsigned int index)
     {
         measure.m_bLimited = true;
         measure.m_nLimit = m_vLimits.size();
-        pushLimit(m_vLimits.back().m_ullEnd, span.m_uiFirst);
+        pushLimit(m_vLimits.back().m_ullEnd, span.m_uiFirst, true);
         return SC_next;
     }
     std::uint64_t size = 0;
@@ -64,7 +72,7 @@ E_Scan CScanner::onSpan(unsigned int index)
         return stopAt(PF_size, link, m_vNumbers[span.m_uiSize], "The number cannot be a size");
     measure.m_bLimited = true;
     measure.m_nLimit = m_vLimits.size();
-    pushLimit(m_vLimits.back().m_ullEnd, span.m_uiFirst);
+    pushLimit(m_vLimits.back().m_ullEnd, span.m_uiFirst, true);
     const E_Scan result = limitTo(index, size, false);
     if (result == SC_more)
         popLimit();
@@ -83,11 +91,12 @@ E_Scan CScanner::limitTo(unsigned int span, std::uint64_t size, bool inside)
     if (end < m_ullPos)
         return stopAt(PF_size, link, m_vNumbers[index], "The size is less than what was read of the part");
     if (end > outer)
-        return measure.m_nLimit == 1 && m_bOver
+        return isOfInput(measure.m_nLimit) && m_bOver
                    ? more(part, end - m_ullShown)
                    : stopAt(PF_size, link, m_vNumbers[index], "The size is more than the enclosing part has");
     if (end > m_ullShown)
         return more(part, end - m_ullShown);
+    m_vLimits[measure.m_nLimit].m_bOpen = false;
     for (std::size_t i = measure.m_nLimit; i < m_vLimits.size(); ++i)
         m_vLimits[i].m_ullEnd = inside ? std::min(m_vLimits[i].m_ullEnd, end) : end;
     setEdge();

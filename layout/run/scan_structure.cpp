@@ -148,6 +148,8 @@ E_Scan CScanner::nextIsThere(const tPart& array, unsigned int part, bool& there)
     }
     if (const E_Scan result = isAtEnd(part, atEnd))
         return result;
+    if (!atEnd && array.m_uiTail != 0 && m_vLimits.back().m_ullEnd == s_cullUnknown)
+        return more(part, 1);
     there = !atEnd && !(array.m_uiTail != 0 && m_vLimits.back().m_ullEnd - m_ullPos <= array.m_uiTail);
     return SC_next;
 }

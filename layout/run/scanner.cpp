@@ -61,6 +61,8 @@ void CScanner::show(const char* data, std::uint64_t base, std::uint64_t length, 
     m_ullShown = base + length;
     m_bOver = over;
     m_vLimits.front().m_ullEnd = over ? m_ullShown : s_cullUnknown;
+    for (std::size_t i = 1; i < m_vLimits.size() && isOfInput(i); ++i)
+        m_vLimits[i].m_ullEnd = m_vLimits.front().m_ullEnd;
     setEdge();
 }
 
@@ -245,7 +247,7 @@ E_Scan CScanner::findMark(const tPart& leaf, unsigned int part, tTrace& item, st
         return more(part, 1);
     }
     if (found == std::string_view::npos && leaf.m_eEnd == LE_mark)
-        return m_vLimits.size() == 1
+        return isOfInput(m_vLimits.size() - 1)
                    ? more(part, 1)
                    : stop(PF_missing, part, m_ullPos, there.size(), "The mark after the item is missing");
     item.m_ullOffset = m_ullPos;
@@ -291,7 +293,7 @@ E_Scan CScanner::keep(unsigned int part, std::uint64_t offset, std::uint64_t len
 E_Scan CScanner::lack(unsigned int part, std::uint64_t wanted)
 {
     const std::uint64_t end = m_vLimits.back().m_ullEnd;
-    if (m_vLimits.size() == 1 || wanted <= end - m_ullPos)
+    if (isOfInput(m_vLimits.size() - 1) || wanted <= end - m_ullPos)
         return more(part, wanted - (m_ullEdge - m_ullPos));
     const bool isFramed = m_bInRecord && end == m_ullFrameEnd && m_tPlan.m_tFrame.m_eKind != FR_none;
     return stop(isFramed ? PF_frame : PF_size, part, m_ullPos, end - m_ullPos,

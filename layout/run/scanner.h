@@ -154,6 +154,7 @@ private:
     {
         std::uint64_t m_ullEnd;
         unsigned int m_uiPart;
+        bool m_bOpen = false;  // the size is not known yet, so that the end is that of what is around
     };
     struct tLoop
     {
@@ -275,7 +276,8 @@ private:
     void compareTotal(const tLink& link, tTotal& total);
     bool size4Number(const tLink& link, std::uint64_t& size) const;
     void count(unsigned int part, unsigned long long amount);
-    void pushLimit(std::uint64_t end, unsigned int part);
+    void pushLimit(std::uint64_t end, unsigned int part, bool isOpen = false);
+    bool isOfInput(std::size_t limit) const;
     void popLimit();
     void setEdge();
 

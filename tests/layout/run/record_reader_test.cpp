@@ -259,6 +259,19 @@ TEST(RecordReader, unknownRecordsAreSkipped)
               R"(batches[0].close #5 @10+2 {"t"="8","n"=1}; end #6 @13+1 {"t"="9"}; end)");
 }
 
+TEST(RecordReader, anEndThatIsNotKnownYetIsWaitedFor)
+{
+    const CLayout tail = layout4(R"("a" = [ { "k" = (ACF1) "", "v" = (ANF2) 0 } ], "@a" = "to end", "z" = (ANF2) 0)");
+    const CLayout size = layout4(R"("m" = (ACF2) "", "n" = (ANF1) 0, "@n" = "size of .", "x" = (ACF1) "")");
+    for (const std::size_t piece : {1, 2, 3})
+    {
+        EXPECT_EQ(readPieces(tail, "x01y0299", piece), readAll(tail, "x01y0299")) << piece;
+        for (const char* const packet : {"a", "ab", "ab4", "ab4x", "ab5x"})
+            EXPECT_EQ(readPieces(size, packet, piece), readAll(size, packet)) << packet << piece;
+    }
+    EXPECT_EQ(readAll(size, "a"), "(more at m @0+1 #1 @0+0); stopped");
+}
+
 TEST(RecordReader, whereItGoesOnDoesNotDependOnPieces)
 {
     for (const char* const file : {"1\n5\n7\n601\n81\n9\n", "1\n5x\n601\n81\n9\n", "1\n5\n8xx\n5\n80\n9\n", "7\n7\n5\n",
