@@ -67,6 +67,7 @@ bool CPacketReader::tState::read(std::string_view bytes, tSink& sink)
         isRead = values.read(m_tScanner.trace(), m_tScanner.findings());
         m_tScanner.trace().clear();
     }
+    sortFindings(m_tScanner.findings());
     for (const tScanFault& finding : m_tScanner.findings())
         m_vFindings.push_back(describe(*m_pPlan, finding, bytesOf(finding)));
     if (!isRead)

@@ -36,6 +36,7 @@ struct CPacketView::tState
     bool open(std::string_view bytes);
     void enterAll();
     bool findInAll(unsigned int part, tTrace& item) const;
+    /// Of a field set or an array, the item's length is where it stands in the trace.
     bool findIn(const tScope& scope, unsigned int part, tTrace& item) const;
     bool takeRun(const tTrace& run, const tPlaceInRun& place, unsigned int part, tTrace& item) const;
     E_PacketFault getValue(const tTrace& item, tPacketValue& value, bool unscaled);
@@ -60,7 +61,8 @@ bool CPacketView::tState::open(std::string_view bytes)
     enterAll();
     if (result == SC_done && m_tScanner.position() == bytes.size())
     {
-        m_tFault.m_eCode = PF_none;
+        if (m_tFault.m_eCode != PF_none)
+            m_tFault = tPacketFault();
         return true;
     }
     tScanFault fault = m_tScanner.fault();
@@ -250,7 +252,9 @@ tByteRange CPacketView::getPlace(unsigned int part) const
 tByteRange CPacketView::getPlace(unsigned int part, const tScope& scope) const
 {
     tTrace item{};
-    return m_pState->findIn(scope, part, item) ? tByteRange{item.m_ullOffset, item.m_ullLength} : tByteRange{0, 0};
+    if (!m_pState->findIn(scope, part, item))
+        return {0, 0};
+    return {item.m_ullOffset, item.m_eTrace == TR_item ? item.m_ullLength : 0};
 }
 
 E_PacketFault CPacketView::getValue(unsigned int part, tPacketValue& value, bool unscaled) const

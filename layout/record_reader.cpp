@@ -27,12 +27,16 @@ struct CRecordReader::tState
     tState(const CLayout& layout, const tRecordOptions& options)
         : m_pPlan(layout.getPlan()), m_tOptions(options), m_tScanner(*m_pPlan, true), m_tTree(*m_pPlan)
     {
+        m_tScanner.setLongest(options.m_ullLongest);
     }
 
     void begin(std::string_view bytes, bool over);
     template <typename tSink>
     E_RecordResult next(tSink& sink);
+    template <typename tSink>
+    E_RecordResult nextRecord(tSink& sink);
     E_Scan scan();
+    bool isTooLong() const;
     bool fill();
     void dropUsed();
     void addPiece(std::string_view piece);
@@ -45,6 +49,8 @@ struct CRecordReader::tState
     E_RecordResult finish();
     void setRecord(const tTrace& begin, std::uint64_t end);
     E_RecordResult fail(const tScanFault& fault);
+    E_RecordResult fail(E_PacketFault code, std::uint64_t offset, std::uint64_t length);
+    void setDamaged();
     std::string_view bytesOf(const tScanFault& fault) const;
     void describeFindings();
     bool restarts() const
@@ -61,9 +67,12 @@ struct CRecordReader::tState
     std::string_view m_strvAll;  // what is there, from m_ullBase on
     std::uint64_t m_ullBase = 0;
     bool m_bOver = false;
-    bool m_bOwn = false;      // the bytes are in the buffer
-    bool m_bTooLong = false;  // the record is longer than allowed
-    bool m_bWaiting = false;  // within a record, for more bytes: what was found of it stays
+    bool m_bOwn = false;         // the bytes are in the buffer
+    bool m_bStands = false;      // at a fault that was not skipped
+    bool m_bBroken = false;      // the stream failed
+    bool m_bThrown = false;      // an exception left a call
+    bool m_bRecordOver = false;  // the scanner has come to the end of the damaged record
+    bool m_bWaiting = false;     // within a record, for more bytes: what was found of it stays
     tRecordInfo m_tRecord;
     tElements m_vElements;
     tPacketFault m_tFault;
@@ -83,7 +92,7 @@ void CRecordReader::tState::begin(std::string_view bytes, bool over)
     m_tCounts = tRecordCounts();
     m_tFault = tPacketFault();
     m_vFindings.clear();
-    m_bTooLong = m_bWaiting = false;
+    m_bWaiting = m_bStands = m_bBroken = m_bThrown = m_bRecordOver = false;
     m_tScanner.reset();
     show();
     m_tScanner.restart();
@@ -123,9 +132,20 @@ bool CRecordReader::tState::fill()
     m_pStream->read(m_strBuffer.data() + before, static_cast<std::streamsize>(s_cnPiece));
     const auto got = static_cast<std::size_t>(m_pStream->gcount());
     m_strBuffer.resize(before + got);
-    m_bOver = got < s_cnPiece;
+    m_bBroken = m_pStream->bad();
+    m_bOver = got < s_cnPiece && !m_bBroken;
     show();
-    return true;
+    return !m_bBroken;
+}
+
+/// Whether the record that is not whole yet has more bytes than records may have; its mark or length comes on top.
+bool CRecordReader::tState::isTooLong() const
+{
+    const tFrame& frame = m_pPlan->m_tFrame;
+    const std::uint64_t begin = m_tScanner.isInRecord() ? m_tScanner.recordStart() : m_tScanner.position();
+    const std::uint64_t around = frame.m_eKind == FR_none ? 0 : 1 + frame.m_strMark.size() + frame.m_tPrefix.m_uiLength;
+    const std::uint64_t there = m_ullBase + m_strvAll.size() - begin;
+    return there > around && there - around > m_tOptions.m_ullLongest;
 }
 
 /// Runs to the end of the next record, or of the input.
@@ -145,10 +165,7 @@ E_Scan CRecordReader::tState::scan()
         const E_Scan result = m_tScanner.run();
         if (result == SC_more)
         {
-            m_bTooLong = m_tScanner.position() - m_ullBase + m_tOptions.m_ullLongest < m_strvAll.size();
-            if (m_bTooLong)
-                return SC_fault;
-            if (!fill())
+            if (isTooLong() || !fill())
                 return SC_more;
         }
         else if (result == SC_done && restarts())
@@ -175,6 +192,7 @@ E_RecordResult CRecordReader::tState::readValues(tSink& sink)
     while (trace[first].m_eTrace != TR_record)
         ++first;
     setRecord(trace[first], m_tScanner.recordEnd());
+    m_tCounts.m_ullBytes = m_tScanner.position();
     CTraceReader<tSink> values(*m_pPlan, m_tScanner, m_tOptions.m_bUnscaled ? VO_unscaled : VO_none, sink);
     const bool isRead = values.readRecord(trace, first, m_vElements, m_tRecord.m_ullNumber, m_tScanner.findings());
     describeFindings();
@@ -192,14 +210,10 @@ E_RecordResult CRecordReader::tState::readPartly(tSink& sink)
     std::size_t first = 0;
     while (first != trace.size() && trace[first].m_eTrace != TR_record)
         ++first;
-    m_tRecord = tRecordInfo();
     bool isRead = true;
     CTraceReader<tSink> values(*m_pPlan, m_tScanner, m_tOptions.m_bUnscaled ? VO_unscaled : VO_none, sink);
     if (first != trace.size())
-    {
-        setRecord(trace[first], m_tScanner.position());
-        isRead = values.readRecord(trace, first, m_vElements, m_tRecord.m_ullNumber, m_tScanner.findings());
-    }
+        isRead = values.readRecord(trace, first, m_tScanner.elements(), m_tScanner.record(), m_tScanner.findings());
     describeFindings();
     return fail(isRead ? m_tScanner.fault() : values.fault());
 }
@@ -215,8 +229,22 @@ E_RecordResult CRecordReader::tState::wait(std::uint64_t missing)
     return RR_more;
 }
 
+/// A fault stays until it is skipped. An exception leaves nothing to go on with.
 template <typename tSink>
 E_RecordResult CRecordReader::tState::next(tSink& sink)
+{
+    if (m_bStands)
+        return RR_fault;
+    if (m_bThrown)
+        return fail(PF_memory, m_tScanner.position(), 0);
+    m_bThrown = true;
+    const E_RecordResult result = nextRecord(sink);
+    m_bThrown = false;
+    return result;
+}
+
+template <typename tSink>
+E_RecordResult CRecordReader::tState::nextRecord(tSink& sink)
 {
     m_vFindings.clear();
     if (!m_bWaiting)
@@ -225,18 +253,27 @@ E_RecordResult CRecordReader::tState::next(tSink& sink)
         m_tScanner.trace().clear();
         dropUsed();
     }
-    m_bWaiting = false;
+    m_bWaiting = m_bRecordOver = false;
+    const std::uint64_t before = m_tScanner.position();
     const E_Scan result = scan();
-    m_tCounts.m_ullBytes = m_tScanner.position();
-    if (result == SC_record)
+    if (result == SC_record && m_tScanner.position() == before && restarts())
+    {
+        // Nothing but parts that may be absent: there could be any number.
+        fail(PF_leftOver, before, m_ullBase + m_strvAll.size() - before);
+        m_tRecord.m_ullNumber = m_tScanner.record();
+        return RR_fault;
+    }
+    m_bRecordOver = result == SC_record;
+    if (m_bRecordOver)
         return readValues(sink);
+    if (m_bBroken)
+        return fail(PF_input, m_ullBase + m_strvAll.size(), 0);
+    if (result == SC_more && isTooLong())
+        return fail(PF_limit, m_tScanner.isInRecord() ? m_tScanner.recordStart() : m_tScanner.position(),
+                    m_tOptions.m_ullLongest);
     if (result == SC_more)
         return wait(m_tScanner.missing());
-    if (m_bTooLong)
-        return fail({PF_limit, 0, m_tScanner.position(), 0, 0, 0, m_tScanner.position(), nullptr, {}});
-    if (result == SC_fault)
-        return readPartly(sink);
-    return finish();
+    return result == SC_fault ? readPartly(sink) : finish();
 }
 
 /// All parts were read: says so when the input is over, and not before.
@@ -245,13 +282,11 @@ E_RecordResult CRecordReader::tState::finish()
     while (!m_bOver && m_tScanner.position() == m_ullBase + m_strvAll.size())
     {
         if (!fill())
-            return wait(0);
+            return m_bBroken ? fail(PF_input, m_tScanner.position(), 0) : wait(0);
     }
     describeFindings();
     const std::uint64_t left = m_ullBase + m_strvAll.size() - m_tScanner.position();
-    if (left != 0)
-        return fail({PF_leftOver, 0, m_tScanner.position(), left, 0, 0, m_tScanner.position(), nullptr, {}});
-    return RR_end;
+    return left != 0 ? fail(PF_leftOver, m_tScanner.position(), left) : RR_end;
 }
 
 std::string_view CRecordReader::tState::bytesOf(const tScanFault& fault) const
@@ -264,12 +299,38 @@ std::string_view CRecordReader::tState::bytesOf(const tScanFault& fault) const
 
 E_RecordResult CRecordReader::tState::fail(const tScanFault& fault)
 {
+    m_bStands = true;
     m_tFault = describe(*m_pPlan, fault, bytesOf(fault));
+    if (!m_bRecordOver)
+        setDamaged();
     return RR_fault;
+}
+
+E_RecordResult CRecordReader::tState::fail(E_PacketFault code, std::uint64_t offset, std::uint64_t length)
+{
+    return fail({code, 0, offset, length, 0, 0, offset, nullptr, {}});
+}
+
+/// The record at which the scanner stopped.
+void CRecordReader::tState::setDamaged()
+{
+    const bool isIn = m_tScanner.isInRecord();
+    const tByteRange place = m_tScanner.damaged();
+    m_tRecord.m_uiPart = CLayout::s_cuiNoPart;
+    for (const tTrace& trace : m_tScanner.trace())
+    {
+        if (isIn && trace.m_eTrace == TR_record)
+            m_tRecord.m_uiPart = trace.m_uiIndex;
+    }
+    m_tScanner.getElements(m_vElements);
+    m_tRecord.m_ullNumber = m_tScanner.record() + (isIn ? 0 : 1);
+    m_tRecord.m_ullOffset = place.m_ullOffset;
+    m_tRecord.m_ullLength = place.m_ullLength;
 }
 
 void CRecordReader::tState::describeFindings()
 {
+    sortFindings(m_tScanner.findings());
     for (const tScanFault& finding : m_tScanner.findings())
         m_vFindings.push_back(describe(*m_pPlan, finding, bytesOf(finding)));
     m_tCounts.m_ullFindings += m_tScanner.findings().size();
@@ -333,16 +394,16 @@ E_RecordResult CRecordReader::next()
 bool CRecordReader::skip()
 {
     tState& state = *m_pState;
-    // A value that could not be read: the record itself is over.
-    if (!state.m_tScanner.trace().empty() && state.m_tScanner.trace().back().m_eTrace == TR_recordEnd)
-    {
-        state.m_tScanner.distrustTotals();
-        ++state.m_tCounts.m_ullDamaged;
-        return true;
-    }
-    if (!state.m_tScanner.skipFrame())
+    if (!state.m_bStands || state.m_bBroken || state.m_bThrown)
         return false;
+    // A value that could not be read: the record itself is over.
+    if (state.m_bRecordOver)
+        state.m_tScanner.distrustTotals();
+    else if (!state.m_tScanner.skipFrame())
+        return false;
+    state.m_bStands = state.m_bRecordOver = false;
     ++state.m_tCounts.m_ullDamaged;
+    state.m_tCounts.m_ullBytes = state.m_tScanner.position();
     return true;
 }
 
@@ -362,7 +423,8 @@ std::string CRecordReader::getPath() const
 std::string_view CRecordReader::getBytes() const
 {
     const tState& state = *m_pState;
-    if (state.m_tRecord.m_uiPart == CLayout::s_cuiNoPart || state.m_tRecord.m_ullOffset < state.m_ullBase)
+    if (state.m_tRecord.m_ullOffset < state.m_ullBase ||
+        state.m_tRecord.m_ullOffset - state.m_ullBase > state.m_strvAll.size())
         return {};
     return state.m_strvAll.substr(static_cast<std::size_t>(state.m_tRecord.m_ullOffset - state.m_ullBase),
                                   static_cast<std::size_t>(state.m_tRecord.m_ullLength));

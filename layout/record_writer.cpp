@@ -22,8 +22,9 @@ struct CRecordWriter::tState
     }
 
     bool fail(const tScanFault& fault, std::string_view bytes);
-    bool readAlong(unsigned int part);
-    void describeFindings();
+    bool readAlong(unsigned int part, std::unique_ptr<CScanner>& scanner);
+    E_Scan run(CScanner& scanner, bool over);
+    void describeFindings(CScanner& scanner);
 
     std::shared_ptr<const tPlan> m_pPlan;
     tMakeOptions m_tOptions;
@@ -31,6 +32,7 @@ struct CRecordWriter::tState
     std::unique_ptr<CScanner> m_pScanner;
     std::string m_strRecord;
     std::uint64_t m_ullBase = 0;
+    bool m_bLast = false;  // the last record ends with the input
     tPacketFault m_tFault;
     std::vector<tPacketFault> m_vFindings;
 };
@@ -41,9 +43,10 @@ bool CRecordWriter::tState::fail(const tScanFault& fault, std::string_view bytes
     return false;
 }
 
-void CRecordWriter::tState::describeFindings()
+void CRecordWriter::tState::describeFindings(CScanner& scanner)
 {
-    for (const tScanFault& finding : m_pScanner->findings())
+    sortFindings(scanner.findings());
+    for (const tScanFault& finding : scanner.findings())
     {
         const std::uint64_t at = finding.m_ullOffset - m_ullBase;
         const std::string_view bytes =
@@ -55,32 +58,36 @@ void CRecordWriter::tState::describeFindings()
     }
 }
 
-/// Reads the record that was made: it must be the one that was meant, to its end.
-bool CRecordWriter::tState::readAlong(unsigned int part)
+/// Reads what was made from where the scanner stands.
+E_Scan CRecordWriter::tState::run(CScanner& scanner, bool over)
 {
-    auto before = std::make_unique<CScanner>(*m_pScanner);
-    m_pScanner->trace().clear();
-    m_pScanner->findings().clear();
-    m_pScanner->show(m_strRecord.data(), m_ullBase, m_strRecord.size(), false);
-    E_Scan result = m_pScanner->run();
-    if (result == SC_done && m_pPlan->m_vParts.front().m_bInRecord)
+    scanner.trace().clear();
+    scanner.findings().clear();
+    scanner.show(m_strRecord.data(), m_ullBase, m_strRecord.size(), over);
+    const E_Scan result = scanner.run();
+    if (result != SC_done || !m_pPlan->m_vParts.front().m_bInRecord)
+        return result;
+    scanner.restart();
+    return scanner.run();
+}
+
+/// Reads the record that was made: it must be the one that was meant, to its end.
+bool CRecordWriter::tState::readAlong(unsigned int part, std::unique_ptr<CScanner>& scanner)
+{
+    E_Scan result = m_bLast ? SC_fault : run(*scanner, false);
+    if (result == SC_more)
     {
-        m_pScanner->restart();
-        result = m_pScanner->run();
+        scanner = std::make_unique<CScanner>(*m_pScanner);
+        result = run(*scanner, true);
+        m_bLast = true;
     }
     bool isMeant = false;
-    for (const tTrace& trace : m_pScanner->trace())
+    for (const tTrace& trace : scanner->trace())
         isMeant = isMeant || (trace.m_eTrace == TR_record && trace.m_uiIndex == part);
-    if (result == SC_record && isMeant && m_pScanner->position() == m_ullBase + m_strRecord.size())
-    {
-        describeFindings();
-        m_ullBase += m_strRecord.size();
+    if (result == SC_record && isMeant && scanner->position() == m_ullBase + m_strRecord.size())
         return true;
-    }
-    const tElements elements = m_pScanner->elements();
-    m_pScanner = std::move(before);
     return fail({PF_ambiguous, part, m_ullBase, m_strRecord.size(), 0, 0, m_ullBase,
-                 "Such a record cannot come here, or reading would take it for another", elements},
+                 "Such a record cannot come here, or reading would take it for another", scanner->elements()},
                 m_strRecord);
 }
 
@@ -97,16 +104,40 @@ CRecordWriter::~CRecordWriter() = default;
 bool CRecordWriter::write(unsigned int part, const CFields& record, std::string& out)
 {
     tState& state = *m_pState;
+    while (part < state.m_pPlan->m_vParts.size() && state.m_pPlan->m_vParts[part].m_eKind == PK_array)
+        ++part;
     if (part >= state.m_pPlan->m_vParts.size() || !state.m_pPlan->m_vParts[part].m_bRecord)
         throwAt("murv::CRecordWriter::write", "The layout has no such record");
     state.m_tFault = tPacketFault();
     state.m_vFindings.clear();
     if (!state.m_tMaker.makeRecord(part, record, state.m_tOptions, state.m_strRecord))
-        return state.fail(state.m_tMaker.fault(), state.m_tMaker.faultBytes());
-    if (!state.readAlong(part))
+    {
+        state.fail(state.m_tMaker.fault(), state.m_tMaker.faultBytes());
+        if (!state.m_tMaker.unknownName().empty())
+            state.m_tFault.m_strMessage = state.m_tMaker.unknownWords();
         return false;
-    out.append(state.m_strRecord);
-    return true;
+    }
+    const bool wasLast = state.m_bLast;
+    auto scanner = std::make_unique<CScanner>(*state.m_pScanner);
+    // Nothing has happened until all has: memory may run out.
+    try
+    {
+        if (state.readAlong(part, scanner))
+        {
+            state.describeFindings(*scanner);
+            out.append(state.m_strRecord);
+            state.m_ullBase += state.m_strRecord.size();
+            state.m_pScanner = std::move(scanner);
+            return true;
+        }
+    }
+    catch (...)
+    {
+        state.m_bLast = wasLast;
+        throw;
+    }
+    state.m_bLast = wasLast;
+    return false;
 }
 
 bool CRecordWriter::finish()
@@ -119,7 +150,7 @@ bool CRecordWriter::finish()
     const bool isComplete = state.m_pScanner->isAtBegin() && state.m_pPlan->m_vParts.front().m_bInRecord;
     if (!isComplete && state.m_pScanner->run() != SC_done)
         return state.fail(state.m_pScanner->fault(), {});
-    state.describeFindings();
+    state.describeFindings(*state.m_pScanner);
     return true;
 }
 

@@ -53,6 +53,7 @@ enum E_PacketFault : unsigned int
     PF_ambiguous,  ///< reading would take the bytes for something else
     PF_limit,      ///< beyond a limit that the caller set
     PF_memory,     ///< out of memory
+    PF_input,      ///< the input cannot be read
 
     // Findings.
     PF_date,      ///< a date or time that does not exist

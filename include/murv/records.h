@@ -76,21 +76,22 @@ public:
     /// @}
 
     /// Reads the next record, into a tree with the record's own members, for a visitor, or only to check it.
-    /// Linear in the record's bytes, whatever the size of the pieces.
+    /// Linear in the record's bytes, whatever the size of the pieces. After an exception nothing more is read until
+    /// open().
     E_RecordResult next(CFields& record);
     E_RecordResult next(IPacketVisitor& visitor);
     E_RecordResult next();
 
     /// Goes on after the damaged record of the last fault; it counts as the one that was due.
-    /// \return false when the end of the damaged record is not known: without frames, and after a bad length before a
-    /// record
+    /// \return false when the end of the damaged record is not known: without frames, after a bad length before a
+    /// record, and when the input cannot be read; next() then gives the same fault again
     bool skip();
 
-    /// The record of the last result.
+    /// The record of the last result; after RR_fault the damaged one, as far as it is known.
     const tRecordInfo& getRecord() const;
     /// Its path with the numbers of the elements around it, such as `batches[1].entries[2].entry`.
     std::string getPath() const;
-    /// Its bytes, until the next call that reads.
+    /// Its bytes, until the next call that reads; of a damaged one those of its frame.
     std::string_view getBytes() const;
     /// After RR_fault: why; after RR_more: what is missing.
     const tPacketFault& getFault() const;
@@ -116,9 +117,10 @@ public:
     /// Appends a record with its mark or length. Numbers about other records cannot be filled in: the data must have
     /// them.
     ///
-    /// \param part    which record of the layout it is, see CLayout::getPart()
+    /// \param part    which record of the layout it is, see CLayout::findPart(); an array stands for its element
     /// \param record  its members
-    /// \return false at a fault, with nothing appended; also when such a record cannot come next
+    /// \return false at a fault, with nothing appended; also when such a record cannot come next. A record whose end is
+    /// that of the input is the last.
     bool write(unsigned int part, const CFields& record, std::string& out);
     /// Ends the file. \return false when records are missing
     bool finish();

@@ -43,7 +43,8 @@ void CMistakes::add(unsigned int part, unsigned int place, std::string message)
         m_vFaulty.resize(std::max<std::size_t>(m_tPlan.m_vParts.size(), part + 1));
     m_vFaulty[part] = true;
     if (!isFull())
-        m_vMistakes.push_back({place, path4(m_tPlan, part), std::move(message)});
+        // A node without a place has -1.
+        m_vMistakes.push_back({place == s_cuiNone ? 0 : place, path4(m_tPlan, part), std::move(message)});
 }
 
 void CMistakes::addIfFirst(unsigned int part, unsigned int place, std::string message)

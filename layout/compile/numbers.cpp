@@ -69,6 +69,8 @@ std::string findLast(tCompile& compile, const tRule& rule, unsigned int first, u
     const unsigned int set = compile.part(first).m_uiParent;
     if (set == s_cuiNone || compile.part(set).m_eKind != PK_set)
         return "Both ends of a row of parts stand in one field set";
+    if (!compile.part(set).m_strBetween.empty())
+        return "Parts between marks may be missing; name the part around them";
     last = compile.m_tPaths.member(set, rule.m_tLast);
     if (last == s_cuiNone)
         return "There is no part \"" + describeStep(rule.m_tLast) + "\" beside " + nameOf(compile.part(first)) +
@@ -107,6 +109,14 @@ bool repeatsInside(tCompile& compile, unsigned int number, unsigned int first, u
     return false;
 }
 
+/// The record around a part, or none.
+unsigned int recordAround(tCompile& compile, unsigned int index)
+{
+    while (index != s_cuiNone && !compile.part(index).m_bRecord)
+        index = compile.part(index).m_uiParent;
+    return index;
+}
+
 /// What a size and a checksum have in common: a row of parts. \return nothing, or the mistake
 std::string measure(tCompile& compile, unsigned int index, const tRule& rule, tLink& link)
 {
@@ -124,6 +134,13 @@ std::string measure(tCompile& compile, unsigned int index, const tRule& rule, tL
     if (mistake.empty())
         link.m_uiSpan = spanOf(compile, found.m_uiPart, last);
     return mistake;
+}
+
+/// Marks and lengths of records belong to no part, so what has several records cannot be measured with them.
+bool leavesRecord(tCompile& compile, unsigned int index, const tLink& link)
+{
+    const unsigned int record = recordAround(compile, index);
+    return record == s_cuiNone || recordAround(compile, compile.m_tPlan.m_vSpans[link.m_uiSpan].m_uiFirst) != record;
 }
 
 /// The largest value of each kind of checksum, and how many hexadecimal digits that has.
@@ -156,14 +173,6 @@ bool holdsCheck(const tItem& item, unsigned char kind)
     case IF_digits: return std::to_string(largest).size() <= item.m_uiLength;
     default: return true;
     }
-}
-
-/// The record around a part, or none.
-unsigned int recordAround(tCompile& compile, unsigned int index)
-{
-    while (index != s_cuiNone && !compile.part(index).m_bRecord)
-        index = compile.part(index).m_uiParent;
-    return index;
 }
 
 void addTotal(tCompile& compile, unsigned int index, const tRule& rule, E_Link kind)
@@ -243,7 +252,9 @@ void compileSize(tCompile& compile, unsigned int part, const tRule& rule)
 {
     tLink link;
     link.m_eKind = LK_size;
-    const std::string mistake = measure(compile, part, rule, link);
+    std::string mistake = measure(compile, part, rule, link);
+    if (mistake.empty() && compile.m_tPlan.m_tFrame.m_eKind != FR_none && leavesRecord(compile, part, link))
+        mistake = "A size stays within one record";
     if (mistake.empty())
         addLink(compile, rule, link);
     else
@@ -259,9 +270,7 @@ void compileChecksum(tCompile& compile, unsigned int part, const tRule& rule)
     link.m_eKind = LK_check;
     link.m_ucChecksum = rule.m_ucChecksum;
     std::string mistake = measure(compile, part, rule, link);
-    const unsigned int record = recordAround(compile, part);
-    if (mistake.empty() &&
-        (record == s_cuiNone || recordAround(compile, compile.m_tPlan.m_vSpans[link.m_uiSpan].m_uiFirst) != record))
+    if (mistake.empty() && leavesRecord(compile, part, link))
         mistake = "A check stays within one record";
     if (mistake.empty() && !holdsCheck(compile.part(part).m_tItem, rule.m_ucChecksum))
         mistake = "The number is too narrow for the check";
@@ -350,7 +359,11 @@ void chooseRulers(tCompile& compile)
         span.m_uiSize = i;
         span.m_bSizeInside = number >= span.m_uiFirst;
         if (span.m_uiFirst == span.m_uiLast)
+        {
             compile.draft(span.m_uiFirst).m_bSized = true;
+            if (!span.m_bSizeInside)
+                compile.part(span.m_uiFirst).m_uiSize = i;
+        }
         const unsigned int set = compile.part(span.m_uiFirst).m_uiParent;
         for (unsigned int at = span.m_uiFirst; set != s_cuiNone && at < after && span.m_uiFirst != span.m_uiLast;
              at = compile.part(at).m_uiAfter)

@@ -142,6 +142,8 @@ struct tPart
     unsigned int m_uiBit = 0;             // counted from 0, bit 0 the highest of the first byte
     std::vector<tHead> m_vHeads;          // what it can begin with, each with bytes; empty: anything
 
+    unsigned int m_uiSize = s_cuiNone;  // link of the number before it that says its size, or none
+
     // Field sets.
     std::vector<unsigned int> m_vByName;  // members with a name, sorted
     std::vector<unsigned int> m_vByID;    // members with an ID, sorted

@@ -18,7 +18,7 @@ enum E_Step : unsigned char
 {
     ST_run,        // items of fixed width side by side: one test of bounds. A: run
     ST_item,       // one item of varying width. A: part
-    ST_open,       // a field set begins. A: part
+    ST_open,       // a field set begins. A: part, B: between marks, its ST_close, where one without bytes goes on
     ST_close,      // it ends. A: part
     ST_array,      // an array begins. A: part
     ST_next,       // its next element begins, or none does. A: part, B: step after the last element
@@ -121,6 +121,7 @@ struct tPlan
     std::vector<tPlaceInRun> m_vPlace4Part;                  // by part: where a leaf of fixed width lies
     std::vector<tHeadTable> m_vHeadTables;                   // by array; without bytes where one byte does not tell
     std::vector<bool> m_vChooses;                            // by part: an alternative is chosen by its value
+    bool m_bMasks = false;                                   // some part is masked
     bool m_bSelfEvident = false;                             // what is made cannot be read in another way
 };
 

@@ -51,6 +51,7 @@ private:
         }
         unsigned int m_uiPart;
         unsigned int m_uiWhen = s_cuiNone;
+        unsigned int m_uiBegin = s_cuiNone;  // ST_open
         unsigned int m_uiNext = s_cuiNone;
         unsigned int m_uiChoice = s_cuiNone;
         std::vector<unsigned int> m_vToEnd;  // jumps to the end of the part
@@ -168,7 +169,7 @@ void CStepMaker::enterLeaf(unsigned int part)
 
 void CStepMaker::enterSet(tOpen& open)
 {
-    add(ST_open, open.m_uiPart);
+    open.m_uiBegin = add(ST_open, open.m_uiPart);
     const tPart& set = m_tPlan.m_vParts[open.m_uiPart];
     if (set.m_eChoice == CH_none)
         return;
@@ -284,6 +285,9 @@ void CStepMaker::leaveBody(const tOpen& open)
     const unsigned int end = add(part.m_eKind == PK_array ? ST_arrayEnd : ST_close, open.m_uiPart);
     for (const unsigned int jump : open.m_vToEnd)
         m_tPlan.m_vSteps[jump].m_uiB = end;
+    // Between marks, a field set without bytes has no members.
+    if (open.m_uiBegin != s_cuiNone && part.m_strBetween.empty() && isCut(open.m_uiPart))
+        m_tPlan.m_vSteps[open.m_uiBegin].m_uiB = end;
 }
 
 void CStepMaker::leave()
@@ -295,10 +299,10 @@ void CStepMaker::leave()
     endSpans(open.m_uiPart);
     if (part.m_uiAlign != 0)
         add(ST_align, open.m_uiPart);
-    if (part.m_bRecord)
-        add(ST_recordEnd, open.m_uiPart);
     if (!m_tPlan.m_vLinks4Base[open.m_uiPart].empty())
         add(ST_total, open.m_uiPart);
+    if (part.m_bRecord)
+        add(ST_recordEnd, open.m_uiPart);
     if (isCut(open.m_uiPart))
         add(ST_uncut, open.m_uiPart);
     if (!m_vOpen.empty() && m_vOpen.back().m_uiChoice != s_cuiNone)
@@ -419,6 +423,7 @@ void makeSteps(tPlan& plan)
     for (std::size_t i = 0; i < plan.m_vParts.size(); ++i)
     {
         tPart& part = plan.m_vParts[i];
+        plan.m_bMasks = plan.m_bMasks || part.m_tItem.m_bMask;
         part.m_bOpen = !plan.m_vLinks4Number[i].empty();
         part.m_bShown = !part.m_bLiteral || !part.m_strName.empty() || part.m_uiID != 0 ||
                         part.m_uiParent == s_cuiNone || plan.m_vParts[part.m_uiParent].m_eKind == PK_array;

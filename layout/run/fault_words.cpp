@@ -71,13 +71,12 @@ std::string masked(const tItem& item, std::string_view bytes)
 namespace
 {
 
-/// The bytes of a fault. Those of a whole record may hold those of a masked item, who knows where.
-std::string shownBytes(const tPlan& plan, const tPart& part, std::string_view bytes)
+/// Whether bytes of other parts may be among those of the fault, one of which is masked.
+bool mayShowMasked(const tPlan& plan, const tScanFault& fault)
 {
-    const auto isMasked = [](const tPart& other) { return other.m_tItem.m_bMask; };
-    const bool hides = part.m_eKind != PK_leaf && std::any_of(plan.m_vParts.begin(), plan.m_vParts.end(), isMasked);
-    return hides ? std::string(std::min(bytes.size(), s_cnMostBytes), '*')
-                 : masked(part.m_tItem, bytes).substr(0, s_cnMostBytes);
+    const bool isAlone =
+        plan.m_vParts[fault.m_uiPart].m_eKind == PK_leaf && fault.m_eCode != PF_missing && fault.m_eCode != PF_leftOver;
+    return !isAlone && plan.m_bMasks;
 }
 
 }  // namespace
@@ -95,9 +94,16 @@ tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_vi
     words.m_ullMissing = fault.m_ullMissing;
     words.m_strExpression = part.m_strExpression;
     words.m_strRules = part.m_strRules;
-    words.m_strBytes = shownBytes(plan, part, bytes);
+    words.m_strBytes = mayShowMasked(plan, fault) ? std::string(std::min(bytes.size(), s_cnMostBytes), '*')
+                                                  : masked(part.m_tItem, bytes).substr(0, s_cnMostBytes);
     words.m_strMessage = fault.m_pText != nullptr ? fault.m_pText : getFaultSentence(fault.m_eCode);
     return words;
+}
+
+void sortFindings(std::vector<tScanFault>& findings)
+{
+    std::stable_sort(findings.begin(), findings.end(),
+                     [](const tScanFault& a, const tScanFault& b) { return a.m_ullOffset < b.m_ullOffset; });
 }
 
 std::string CMaker::unknownWords() const

@@ -19,6 +19,9 @@ std::string path4Part(const tPlan& plan, unsigned int part, const tElements& ele
 /// \param bytes  the bytes concerned, as far as they are at hand
 tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_view bytes);
 
+/// Puts findings in the order of the input.
+void sortFindings(std::vector<tScanFault>& findings);
+
 /// The same bytes with stars where they are masked.
 std::string masked(const tItem& item, std::string_view bytes);
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "layout/plan/members.h"
+#include "layout/values/value_codec.h"
 
 namespace murv::detail
 {
@@ -29,14 +30,16 @@ bool isInteger(const tScalar& value)
     return value.m_eType == DT_sint || value.m_eType == DT_uint;
 }
 
-bool compares(const tScalar& value, E_Comparison comparison, const tConstant& constant)
+bool compares(const tItem& item, const tScalar& value, E_Comparison comparison, const tConstant& constant)
 {
     const bool numbers = isInteger(value) && constant.m_bNumber;
     if (comparison == CM_anyBit)
         return numbers && (value.m_ullValue & constant.m_ullMagnitude) != 0;
     if (numbers == (value.m_eType == DT_codelist))  // a text against a number: unequal
         return comparison == CM_unequal;
-    const int order = numbers ? compareNumber(value, constant) : value.m_strvText.compare(constant.m_strText);
+    const int order = numbers
+                          ? compareNumber(value, constant)
+                          : withoutPadding(item, value.m_strvText).compare(withoutPadding(item, constant.m_strText));
     switch (comparison)
     {
     case CM_equal: return order == 0;
@@ -61,7 +64,7 @@ unsigned long long bitsOf(const tBitField& field, unsigned long long number)
 unsigned int namedMember(const tPlan& plan, const tPart& set, const tScalar& value)
 {
     if (value.m_eType == DT_codelist)
-        return findMember(plan, set, value.m_strvText);
+        return findMember(plan, set, withoutPadding(plan.m_vParts[set.m_tChoice.m_uiPart].m_tItem, value.m_strvText));
     const unsigned int member = findMember(plan, set, value.m_ullValue);
     if (member != s_cuiNone)
         return member;
@@ -111,12 +114,13 @@ bool CKeptValues::holds(const tTest& test) const
     tScalar value;
     if (!get(test.m_tValue, value))
         return false;
+    const tItem& item = m_tPlan.m_vParts[test.m_tValue.m_uiPart].m_tItem;
     // Unequal to several: unequal to each.
     if (test.m_eComparison == CM_unequal)
         return std::all_of(test.m_vConstants.begin(), test.m_vConstants.end(),
-                           [&](const tConstant& constant) { return compares(value, CM_unequal, constant); });
+                           [&](const tConstant& constant) { return compares(item, value, CM_unequal, constant); });
     return std::any_of(test.m_vConstants.begin(), test.m_vConstants.end(),
-                       [&](const tConstant& constant) { return compares(value, test.m_eComparison, constant); });
+                       [&](const tConstant& constant) { return compares(item, value, test.m_eComparison, constant); });
 }
 
 bool CKeptValues::holdAll(const std::vector<tTest>& tests) const

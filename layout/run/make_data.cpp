@@ -1,9 +1,32 @@
-// layout/run/make_data.cpp - values from the nodes of the data.
+// layout/run/make_data.cpp - values as the data has them, and whether those that are filled in agree.
+#include <algorithm>
+
 #include "core/field_access.h"
 #include "layout/run/maker.h"
+#include "layout/values/value_codec.h"
 
 namespace murv::detail
 {
+
+namespace
+{
+
+/// What a number is that differs from the data.
+E_PacketFault fault4Link(E_Link link)
+{
+    switch (link)
+    {
+    case LK_size: return PF_size;
+    case LK_count: return PF_count;
+    case LK_bits: return PF_bit;
+    case LK_check: return PF_checksum;
+    default: return PF_total;
+    }
+}
+
+constexpr const char* s_cpDiffers = "The data has another value than what is filled in";
+
+}  // namespace
 
 E_Scan CMaker::takeScalar(unsigned int part, const CFields& node, tScalar& value)
 {
@@ -44,10 +67,71 @@ E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
         number = (number & ~(mask << field.m_uiShift)) | bits << field.m_uiShift;
     }
     if (matched != node.getChildCount())
-        return stop(PF_unknown, part, "The data has bits that the layout does not name");
+        return refuseBits(part, node);
     value = makeScalar(false, number);
     value.m_eType = DT_uint;
     return SC_next;
+}
+
+/// Says which part of the bits the layout does not have, or stands twice.
+E_Scan CMaker::refuseBits(unsigned int part, const CFields& node)
+{
+    const std::vector<tBitField>& fields = part4(part).m_tItem.m_vBits;
+    const auto isKnown = [&](const CFields& member) {
+        return std::any_of(fields.begin(), fields.end(), [&](const tBitField& field) {
+            return tFieldAccess::name(member) == std::string_view(field.m_strName);
+        });
+    };
+    for (const CFields& member : node)
+    {
+        if (!isKnown(member))
+            return stop(PF_unknown, part, "The data has bits that the layout does not name");
+    }
+    return stop(PF_repeated, part);
+}
+
+/// Compares what was filled in with what the data says.
+E_Scan CMaker::agree()
+{
+    if (!m_tOptions.m_bAgree || m_bMoved)
+        return SC_next;
+    for (unsigned int hole = 0; hole < m_vHoles.size(); ++hole)
+    {
+        for (const unsigned int link : m_tPlan.m_vLinks4Number[m_vHoles[hole].m_uiPart])
+        {
+            if (m_vHoles[hole].m_pData == nullptr || agrees(m_tPlan.m_vLinks[link], hole))
+                continue;
+            return stopAtHole(fault4Link(m_tPlan.m_vLinks[link].m_eKind), hole, s_cpDiffers);
+        }
+    }
+    return SC_next;
+}
+
+bool CMaker::agrees(const tLink& link, unsigned int hole)
+{
+    const tHole& open = m_vHoles[hole];
+    const tPart& leaf = part4(open.m_uiPart);
+    const CFields& data = *open.m_pData;
+    tScalar value;
+    if (link.m_tNumber.m_uiBits != s_cuiNone && tFieldAccess::type(data) == DT_fields)
+    {
+        const std::string& name = leaf.m_tItem.m_vBits[link.m_tNumber.m_uiBits].m_strName;
+        if (data.findChildAt(name.data(), static_cast<unsigned int>(name.size())) == nullptr)
+            return true;
+    }
+    if (takeScalar(open.m_uiPart, data, value) != SC_next)
+        return false;
+    if (link.m_tNumber.m_uiBits != s_cuiNone)
+    {
+        const tBitField& field = leaf.m_tItem.m_vBits[link.m_tNumber.m_uiBits];
+        return bitsOf(field, value.m_ullValue) == bitsOf(field, open.m_tValue.m_ullValue);
+    }
+    m_strValue.clear();
+    const E_PacketFault fault = makeValue(leaf.m_tItem, value, m_strValue);
+    const std::size_t begin = static_cast<std::size_t>(open.m_ullOffset) + leaf.m_tItem.m_ucPrefix;
+    const std::size_t mark = leaf.m_eEnd == LE_mark ? leaf.m_vMarks.front().size() : 0;
+    const std::size_t length = static_cast<std::size_t>(open.m_ullLength) - leaf.m_tItem.m_ucPrefix - mark;
+    return (fault == PF_none || isFinding(fault)) && m_pOut->compare(begin, length, m_strValue) == 0;
 }
 
 }  // namespace murv::detail

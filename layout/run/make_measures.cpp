@@ -29,46 +29,47 @@ std::string scaledText(std::uint64_t units, unsigned int decimals)
 
 }  // namespace
 
-/// Makes a number whose value is not known yet: with the value of the pass before, or with the layout's own.
-E_Scan CMaker::makeHole(unsigned int part)
+/// What a number has before it is known: parts of bits that are not filled in, or the layout's value of one that
+/// chooses.
+E_Scan CMaker::beginHole(unsigned int part, tHole& hole)
 {
     const tPart& leaf = part4(part);
-    const auto index = static_cast<unsigned int>(m_vHoles.size());
-    tHole hole;
     hole.m_uiPart = part;
-    hole.m_ullRecord = m_ullRecord;
+    hole.m_ullRecord = m_bInRecord ? m_ullRecord : 0;
+    hole.m_ullRecordOffset = m_bInRecord ? m_ullRecordStart : m_pOut->size();
+    hole.m_ullOffset = m_pOut->size();
     hole.m_vElements = elements();
-    const bool isOwn = !leaf.m_bComputed && (m_tPlan.m_vChooses[part] || !leaf.m_tItem.m_vBits.empty());
-    if (const CFields* const node = find(part); node != nullptr && !leaf.m_tItem.m_vBits.empty())
-    {
-        if (const E_Scan result = takeScalar(part, *node, hole.m_tValue))
-            return result;
-    }
-    else
-    {
-        hole.m_tValue = isOwn ? defaultOf(leaf) : makeScalar(false, 0);
-        hole.m_strText = hole.m_tValue.m_strvText;
-    }
+    hole.m_pData = find(part);
+    hole.m_tValue = leaf.m_bComputed ? makeScalar(false, 0) : defaultOf(leaf);
+    if (hole.m_pData != nullptr && !leaf.m_tItem.m_vBits.empty())
+        return takeScalar(part, *hole.m_pData, hole.m_tValue);
+    hole.m_strText = hole.m_tValue.m_strvText;
     for (const unsigned int link : m_tPlan.m_vLinks4Number[part])
     {
         if (m_tPlan.m_vLinks[link].m_eKind == LK_bits)
             hole.m_strText.assign(
                 leaf.m_tItem.m_eForm == IF_hexText ? leaf.m_tItem.m_uiLength / 2 : leaf.m_tItem.m_uiLength, '\0');
     }
-    tScalar first = hole.m_tValue;
-    std::string text = hole.m_strText;
-    if (index < m_vGuesses.size())
-    {
-        first = m_vGuesses[index].m_tValue;
-        text = m_vGuesses[index].m_strText;
-    }
+    return SC_next;
+}
+
+/// Makes a number whose value is not known yet: with the value of the pass before, or with the layout's own.
+E_Scan CMaker::makeHole(unsigned int part)
+{
+    const auto index = static_cast<unsigned int>(m_vHoles.size());
+    tHole hole;
+    if (const E_Scan result = beginHole(part, hole))
+        return result;
+    const bool isGuessed = index < m_vGuesses.size();
+    const std::string text = isGuessed ? m_vGuesses[index].m_strText : hole.m_strText;
+    tScalar first = isGuessed ? m_vGuesses[index].m_tValue : hole.m_tValue;
     if (!text.empty())
         first = makeScalar(text);
-    const std::size_t begin = m_pOut->size();
-    if (const E_Scan result = putValue(part, first, isOwn && index >= m_vGuesses.size()))
+    const tPart& leaf = part4(part);
+    const bool isOwn = !leaf.m_bComputed && (m_tPlan.m_vChooses[part] || !leaf.m_tItem.m_vBits.empty());
+    if (const E_Scan result = putValue(part, first, isOwn && !isGuessed))
         return result;
-    hole.m_ullOffset = begin;
-    hole.m_ullLength = m_pOut->size() - begin;
+    hole.m_ullLength = m_pOut->size() - hole.m_ullOffset;
     m_vHoles.push_back(std::move(hole));
     if (!m_vHole4Part.empty())
         m_vHole4Part[part] = index;
@@ -187,7 +188,7 @@ E_Scan CMaker::onTotal(unsigned int part)
 {
     for (const unsigned int i : m_tPlan.m_vLinks4Base[part])
     {
-        if (m_tPlan.m_vLinks[i].m_eKind == LK_bits)
+        if (m_tPlan.m_vLinks[i].m_uiBase == s_cuiNone)
             continue;
         m_vOpenTotals.push_back({i, std::move(m_vTotals[i])});
         m_vTotals[i] = tTotal();
@@ -281,7 +282,7 @@ E_Scan CMaker::fillChecks()
 E_Scan CMaker::stopAtHole(E_PacketFault code, unsigned int hole, const char* text)
 {
     const tHole& open = m_vHoles[hole];
-    m_tFault = {code, open.m_uiPart,   open.m_ullOffset, open.m_ullLength, 0, open.m_ullRecord, open.m_ullOffset,
+    m_tFault = {code, open.m_uiPart,   open.m_ullOffset, open.m_ullLength, 0, open.m_ullRecord, open.m_ullRecordOffset,
                 text, open.m_vElements};
     return SC_fault;
 }

@@ -10,8 +10,9 @@
 namespace murv::detail
 {
 
-E_Scan CMaker::onOpen(unsigned int part)
+E_Scan CMaker::onOpen(const tStep& step)
 {
+    const unsigned int part = step.m_uiA;
     const tPart& set = part4(part);
     tCursor cursor;
     cursor.m_uiPart = part;
@@ -38,7 +39,10 @@ E_Scan CMaker::onOpen(unsigned int part)
         cursor.m_tNext = CMemberCursor(tFieldAccess::members(*cursor.m_pNode));
     m_vCursors.push_back(cursor);
     add(TR_open, part, m_pOut->size());
-    return SC_next;
+    if (step.m_uiB == s_cuiNone || cursor.m_pNode == nullptr || cursor.m_pNode->getChildCount() != 0)
+        return SC_next;
+    m_uiStep = step.m_uiB;
+    return SC_again;
 }
 
 E_Scan CMaker::onClose(unsigned int part)
@@ -147,7 +151,10 @@ E_Scan CMaker::onArrayEnd(unsigned int part)
         const tLink& link = m_tPlan.m_vLinks[i];
         if (link.m_eKind != LK_count || m_vHole4Link[i] == s_cuiNone)
             continue;
-        if (const E_Scan result = setNumber(link, m_vHole4Link[i], count + static_cast<std::uint64_t>(link.m_llPlus)))
+        const std::uint64_t number = count + static_cast<std::uint64_t>(link.m_llPlus);
+        if (number >> 63 != 0)
+            return stopAtHole(PF_count, m_vHole4Link[i], "The array has fewer elements than this number can say");
+        if (const E_Scan result = setNumber(link, m_vHole4Link[i], number))
             return result;
     }
     m_vCursors.pop_back();

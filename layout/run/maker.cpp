@@ -46,6 +46,7 @@ void CMaker::begin()
     m_vOpenChecks.clear();
     m_vTrace.clear();
     m_vFindings.clear();
+    m_strUnknown.clear();
     m_ullRecord = m_ullRecordStart = m_ullFrameStart = 0;
     m_uiFound = s_cuiNone;
     m_bInRecord = m_bMoved = false;
@@ -120,7 +121,7 @@ bool CMaker::makeOnce(const CFields& tree, unsigned int from, E_Step last)
         m_uiStep += result == SC_next ? 1 : 0;
     }
     dropLastMark();
-    return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next;
+    return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next && agree() == SC_next;
 }
 
 /// Leaves the last record without its mark, when that is wanted.
@@ -143,7 +144,7 @@ E_Scan CMaker::step(const tStep& step)
     {
     case ST_run: return onRun(step.m_uiA);
     case ST_item: return makeLeaf(step.m_uiA);
-    case ST_open: return onOpen(step.m_uiA);
+    case ST_open: return onOpen(step);
     case ST_close: return onClose(step.m_uiA);
     case ST_array: return onArray(step.m_uiA);
     case ST_next: return onNext(step);

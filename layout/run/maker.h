@@ -68,8 +68,10 @@ private:
         std::uint64_t m_ullOffset = 0;  // of its item
         std::uint64_t m_ullLength = 0;
         tScalar m_tValue;
-        std::string m_strText;  // of a bitmap, or of a value that chooses
-        std::uint64_t m_ullRecord = 0;
+        std::string m_strText;             // of a bitmap, or of a value that chooses
+        const CFields* m_pData = nullptr;  // what the data says, or null
+        std::uint64_t m_ullRecord = 0;     // as in a fault
+        std::uint64_t m_ullRecordOffset = 0;
         tElements m_vElements;
     };
     struct tMeasure
@@ -113,8 +115,6 @@ private:
     E_Scan putValue(unsigned int part, const tScalar& value, bool isOwn);
     bool holdsMark(std::string_view bytes) const;
     E_Scan stopAtMark(const tRun& run, std::size_t begin);
-    E_Scan takeScalar(unsigned int part, const CFields& node, tScalar& value);
-    E_Scan takeBits(unsigned int part, const CFields& node, tScalar& value);
     E_Scan keep(unsigned int part, std::string_view bytes);
     E_Scan stop(E_PacketFault code, unsigned int part, const char* text = nullptr, std::uint64_t length = 0);
     const CFields* find(unsigned int part);
@@ -130,12 +130,19 @@ private:
             m_vTrace.push_back({trace, index, offset, length});
     }
 
+    // make_data.cpp
+    E_Scan takeScalar(unsigned int part, const CFields& node, tScalar& value);
+    E_Scan takeBits(unsigned int part, const CFields& node, tScalar& value);
+    E_Scan refuseBits(unsigned int part, const CFields& node);
+    E_Scan agree();
+    bool agrees(const tLink& link, unsigned int hole);
+
     // make_verify.cpp
     bool verify();
     bool isSame(const tTraces& read);
 
     // make_structure.cpp
-    E_Scan onOpen(unsigned int part);
+    E_Scan onOpen(const tStep& step);
     E_Scan onClose(unsigned int part);
     E_Scan onArray(unsigned int part);
     E_Scan onNext(const tStep& step);
@@ -154,6 +161,7 @@ private:
     unsigned int findMember(const tPart& set, const CFields& member) const;
 
     // make_measures.cpp
+    E_Scan beginHole(unsigned int part, tHole& hole);
     E_Scan makeHole(unsigned int part);
     E_Scan onSpanEnd(unsigned int index);
     E_Scan onLink(unsigned int index);

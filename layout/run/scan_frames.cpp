@@ -53,15 +53,17 @@ E_Scan CScanner::openLine(unsigned int part, std::string_view mark)
         if (isEnded && m_ucLineEnd != lineEnd)
             find(PF_lineEnd, part, m_ullPos + length, lineEnd);
     }
-    m_bFrameKnown = frame.m_uiLength != 0 && length != frame.m_uiLength;
-    if (m_bFrameKnown)
-        return stop(PF_frame, part, m_ullPos, length,
-                    length < frame.m_uiLength ? "The line is shorter than the records are"
-                                              : "The line is longer than the records are");
     m_ullFrameBegin = m_ullPos;
     m_ullFrameEnd = m_ullPos + length;
     m_bFrameOpen = true;
-    return SC_next;
+    m_bFrameKnown = length > m_ullLongest || (frame.m_uiLength != 0 && length != frame.m_uiLength);
+    if (!m_bFrameKnown)
+        return SC_next;
+    if (length > m_ullLongest)
+        return stop(PF_limit, part, m_ullPos, length);
+    return stop(PF_frame, part, m_ullPos, length,
+                length < frame.m_uiLength ? "The line is shorter than the records are"
+                                          : "The line is longer than the records are");
 }
 
 E_Scan CScanner::openPrefixed(unsigned int part)
@@ -76,8 +78,11 @@ E_Scan CScanner::openPrefixed(unsigned int part)
         return stop(PF_frame, part, m_ullPos, width, "The length before the record cannot be read");
     const auto plus = static_cast<unsigned long long>(frame.m_llPlus);
     const unsigned long long length = value.m_ullValue - plus;
-    if ((frame.m_llPlus > 0 && value.m_ullValue < plus) || length > s_cullLongestRecord)
+    const bool isBelowZero = value.m_eType == DT_sint && value.m_llValue < 0;
+    if (isBelowZero || (frame.m_llPlus > 0 && value.m_ullValue < plus) || length > s_cullUnknown / 2)
         return stop(PF_frame, part, m_ullPos, width, "The length before the record cannot be right");
+    if (length > m_ullLongest)
+        return stop(PF_limit, part, m_ullPos, width);
     return endFrameAt(part, m_ullPos + width, length);
 }
 
@@ -124,6 +129,8 @@ E_Scan CScanner::onRecordEnd(unsigned int part)
             return result;
     }
     m_ullRecordEnd = m_ullPos;
+    if (m_ullPos - m_ullRecordStart > m_ullLongest)
+        return stop(PF_limit, part, m_ullRecordStart, m_ullPos - m_ullRecordStart);
     if (m_bFrameOpen)
     {
         if (m_ullPos != m_ullFrameEnd)
@@ -169,12 +176,33 @@ void CScanner::setPlace(const tPlace& place, std::uint64_t offset)
     setEdge();
 }
 
-/// Whether the next record can be read from there.
-bool CScanner::worksFrom(const tPlace& place, std::uint64_t offset) const
+/// Tries to read the next record from a place.
+E_Scan CScanner::tryFrom(const tPlace& place)
 {
     CScanner trial(*this);
-    trial.setPlace(place, offset);
-    return trial.run() != SC_fault;
+    trial.m_bUndecided = false;
+    const std::uint64_t searched = m_ullSearched;
+    trial.setPlace(place, m_ullPos);
+    trial.m_ullSearched = searched;
+    const E_Scan result = trial.run();
+    if (result == SC_more)
+    {
+        m_ullSearched = std::max(searched, trial.m_ullSearched);
+        m_ullMissing = trial.m_ullMissing;
+    }
+    return result;
+}
+
+/// After a damaged record, the next one says which of two places to go on from: it must be there as a whole first, so
+/// that it does not matter in which pieces it comes.
+E_Scan CScanner::decide()
+{
+    const E_Scan first = tryFrom(m_tFirst);
+    if (first == SC_more)
+        return SC_more;
+    m_bUndecided = false;
+    setPlace(first != SC_fault || tryFrom(m_tSecond) == SC_fault ? m_tFirst : m_tSecond, m_ullPos);
+    return SC_next;
 }
 
 void CScanner::distrustTotals()
@@ -201,10 +229,11 @@ bool CScanner::skipFrame()
     // A record that was recognised counts as read; a line that nothing was due for counts as nothing.
     const bool isRecognised =
         m_bInRecord && !(m_tFault.m_eCode == PF_literal && m_tFault.m_ullOffset == m_ullRecordStart);
-    const tPlace first = isRecognised ? afterRecord() : m_tLastGood;
-    const tPlace second = isRecognised || !m_bInRecord ? m_tLastGood : afterRecord();
+    m_tFirst = isRecognised ? afterRecord() : m_tLastGood;
+    m_tSecond = isRecognised || !m_bInRecord ? m_tLastGood : afterRecord();
     m_ullRecord += m_bInRecord ? 0 : 1;
-    setPlace(worksFrom(first, after) || !worksFrom(second, after) ? first : second, after);
+    setPlace(m_tFirst, after);
+    m_bUndecided = m_tFirst.m_uiStep != m_tSecond.m_uiStep;
     return true;
 }
 

@@ -11,9 +11,17 @@
 namespace murv::detail
 {
 
-void CScanner::pushLimit(std::uint64_t end, unsigned int part)
+/// Whether a limit is only the end of the input.
+bool CScanner::isOfInput(std::size_t limit) const
 {
-    m_vLimits.push_back({end, part});
+    while (limit != 0 && m_vLimits[limit].m_bOpen)
+        --limit;
+    return limit == 0;
+}
+
+void CScanner::pushLimit(std::uint64_t end, unsigned int part, bool isOpen)
+{
+    m_vLimits.push_back({end, part, isOpen});
     setEdge();
 }
 
@@ -52,19 +60,19 @@ E_Scan CScanner::onSpan(unsigned int index)
     {
         measure.m_bLimited = true;
         measure.m_nLimit = m_vLimits.size();
-        pushLimit(m_vLimits.back().m_ullEnd, span.m_uiFirst);
+        pushLimit(m_vLimits.back().m_ullEnd, span.m_uiFirst, true);
         return SC_next;
     }
     std::uint64_t size = 0;
-    const tValueOf& number = m_tPlan.m_vLinks[span.m_uiSize].m_tNumber;
+    const tLink& link = m_tPlan.m_vLinks[span.m_uiSize];
     tScalar value;
-    if (!m_tKept.get(number, value))
+    if (!m_tKept.get(link.m_tNumber, value))
         return SC_next;
-    if (!size4Number(m_tPlan.m_vLinks[span.m_uiSize], size))
-        return stop(PF_size, number.m_uiPart, m_ullPos, 0, "The number cannot be a size");
+    if (!size4Number(link, size))
+        return stopAt(PF_size, link, m_vNumbers[span.m_uiSize], "The number cannot be a size");
     measure.m_bLimited = true;
     measure.m_nLimit = m_vLimits.size();
-    pushLimit(m_vLimits.back().m_ullEnd, span.m_uiFirst);
+    pushLimit(m_vLimits.back().m_ullEnd, span.m_uiFirst, true);
     const E_Scan result = limitTo(index, size, false);
     if (result == SC_more)
         popLimit();
@@ -77,16 +85,18 @@ E_Scan CScanner::limitTo(unsigned int span, std::uint64_t size, bool inside)
     const tMeasure& measure = m_vMeasures[span];
     const std::uint64_t end = measure.m_ullBegin + size;
     const std::uint64_t outer = m_vLimits[measure.m_nLimit].m_ullEnd;
-    const unsigned int part = m_tPlan.m_vLinks[m_tPlan.m_vSpans[span].m_uiSize].m_tNumber.m_uiPart;
+    const unsigned int index = m_tPlan.m_vSpans[span].m_uiSize;
+    const tLink& link = m_tPlan.m_vLinks[index];
+    const unsigned int part = link.m_tNumber.m_uiPart;
     if (end < m_ullPos)
-        return stop(PF_size, part, measure.m_ullBegin, m_ullPos - measure.m_ullBegin,
-                    "The size is less than what was read of the part");
+        return stopAt(PF_size, link, m_vNumbers[index], "The size is less than what was read of the part");
     if (end > outer)
-        return measure.m_nLimit == 1 && m_bOver
+        return isOfInput(measure.m_nLimit) && m_bOver
                    ? more(part, end - m_ullShown)
-                   : stop(PF_size, part, m_ullPos, outer - m_ullPos, "The size is more than the enclosing part has");
+                   : stopAt(PF_size, link, m_vNumbers[index], "The size is more than the enclosing part has");
     if (end > m_ullShown)
         return more(part, end - m_ullShown);
+    m_vLimits[measure.m_nLimit].m_bOpen = false;
     for (std::size_t i = measure.m_nLimit; i < m_vLimits.size(); ++i)
         m_vLimits[i].m_ullEnd = inside ? std::min(m_vLimits[i].m_ullEnd, end) : end;
     setEdge();
@@ -130,8 +140,8 @@ E_Scan CScanner::compareAbsent(unsigned int index)
     m_vNumbers[index].m_bPresent = false;
     if (!number.m_bPresent || number.m_ullValue == static_cast<unsigned long long>(std::max(link.m_llPlus, 0LL)))
         return SC_next;
-    return stop(link.m_eKind == LK_size ? PF_size : PF_count, link.m_tNumber.m_uiPart, number.m_ullOffset,
-                number.m_ullLength, "The number is about a part that is not there");
+    return stopAt(link.m_eKind == LK_size ? PF_size : PF_count, link, number,
+                  "The number is about a part that is not there");
 }
 
 E_Scan CScanner::compareSize(const tLink& link, const tNumber& number, const tMeasure& measure)
@@ -140,8 +150,7 @@ E_Scan CScanner::compareSize(const tLink& link, const tNumber& number, const tMe
     const unsigned long long wanted = size / link.m_ullDivisor + static_cast<unsigned long long>(link.m_llPlus);
     if (size % link.m_ullDivisor == 0 && number.m_ullValue == wanted)
         return SC_next;
-    return stop(PF_size, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength,
-                "The size does not agree with the part");
+    return stopAt(PF_size, link, number, "The size does not agree with the part");
 }
 
 void CScanner::compareCheck(const tLink& link, const tNumber& number, const tMeasure& measure)
@@ -152,7 +161,7 @@ void CScanner::compareCheck(const tLink& link, const tNumber& number, const tMea
     const tChecked checked{bytes(measure.m_ullBegin, measure.m_ullEnd - measure.m_ullBegin),
                            number.m_ullOffset - measure.m_ullBegin, number.m_ullLength};
     if (checksum4(static_cast<E_Checksum>(link.m_ucChecksum), leaf.m_tItem, checked) != number.m_ullValue)
-        find(PF_checksum, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength);
+        m_vFindings.push_back(makeFault(PF_checksum, link, number, nullptr));
 }
 
 /// A number was read, which the last entry of the trace shows.
@@ -166,11 +175,13 @@ E_Scan CScanner::onLink(unsigned int index)
     number.m_ullValue = value.m_ullValue;
     number.m_ullOffset = last.m_ullOffset;
     number.m_ullLength = last.m_ullLength;
+    number.m_ullRecord = m_bInRecord ? m_ullRecord : 0;
+    number.m_ullRecordOffset = m_bInRecord ? m_ullRecordStart : last.m_ullOffset;
     if (!number.m_bPresent)
         return SC_next;
     if (link.m_uiBase != s_cuiNone)
     {
-        m_vTotals[index].m_vNumbers.push_back(number);
+        m_vTotals[index].m_vNumbers.push_back({number, elements()});
         return SC_next;
     }
     if (link.m_uiSpan == s_cuiNone)
@@ -187,8 +198,7 @@ E_Scan CScanner::onLink(unsigned int index)
         return SC_next;
     std::uint64_t size = 0;
     if (!size4Number(link, size))
-        return stop(PF_size, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength,
-                    "The number cannot be a size");
+        return stopAt(PF_size, link, number, "The number cannot be a size");
     return limitTo(link.m_uiSpan, size, true);
 }
 
@@ -203,8 +213,7 @@ E_Scan CScanner::compareCounts(unsigned int part, std::uint64_t count)
             continue;
         number.m_bPresent = false;
         if (number.m_ullValue != count + static_cast<unsigned long long>(link.m_llPlus))
-            return stop(PF_count, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength,
-                        "The count does not agree with the elements");
+            return stopAt(PF_count, link, number, "The count does not agree with the elements");
     }
     return SC_next;
 }
@@ -239,10 +248,12 @@ void CScanner::compareTotal(const tLink& link, tTotal& total)
 {
     const unsigned long long sum =
         addToTotal(total4Item(m_tPlan, link), total.m_ullSum, static_cast<unsigned long long>(link.m_llPlus));
-    for (const tNumber& number : total.m_vNumbers)
+    for (const tTotalNumber& number : total.m_vNumbers)
     {
-        if (number.m_ullValue != sum && !total.m_bUnknown)
-            find(PF_total, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength);
+        if (number.m_tNumber.m_ullValue == sum || total.m_bUnknown)
+            continue;
+        m_vFindings.push_back(makeFault(PF_total, link, number.m_tNumber, nullptr));
+        m_vFindings.back().m_vElements = number.m_vElements;
     }
     total.m_vNumbers.clear();
     total.m_ullSum = 0;
@@ -267,7 +278,7 @@ E_Scan CScanner::checkBits(unsigned int index)
     for (unsigned int bit = 0; bit < known.size(); ++bit)
     {
         if (!known[bit] && m_tKept.hasBit(link.m_tNumber, bit))
-            return stop(PF_bit, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength);
+            return stopAt(PF_bit, link, number);
     }
     return SC_next;
 }

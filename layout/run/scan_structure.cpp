@@ -18,9 +18,11 @@ E_Scan CScanner::onArray(unsigned int part)
         if (m_tKept.getNumber(link.m_tNumber, number))
         {
             const long long plus = link.m_llPlus;
+            loop.m_ullWanted = number - static_cast<unsigned long long>(plus);
             if (plus > 0 && number < static_cast<unsigned long long>(plus))
                 return stop(PF_count, part, m_ullPos, 0, "The count is less than what it always includes");
-            loop.m_ullWanted = number - static_cast<unsigned long long>(plus);
+            if (plus < 0 && loop.m_ullWanted < number)
+                return stop(PF_count, part, m_ullPos, 0, "The count is more than any array has");
         }
     }
     m_vLoops.push_back(loop);
@@ -146,6 +148,8 @@ E_Scan CScanner::nextIsThere(const tPart& array, unsigned int part, bool& there)
     }
     if (const E_Scan result = isAtEnd(part, atEnd))
         return result;
+    if (!atEnd && array.m_uiTail != 0 && m_vLimits.back().m_ullEnd == s_cullUnknown)
+        return more(part, 1);
     there = !atEnd && !(array.m_uiTail != 0 && m_vLimits.back().m_ullEnd - m_ullPos <= array.m_uiTail);
     return SC_next;
 }
@@ -223,6 +227,12 @@ E_Scan CScanner::isThere(unsigned int part, bool& there)
         there = m_tKept.hasBit(m_tPlan.m_vLinks[asked.m_uiBitmap].m_tNumber, asked.m_uiBit);
     if (!there || !asked.m_bOptional)
         return SC_next;
+    std::uint64_t size = 0;
+    if (asked.m_uiSize != s_cuiNone && size4Number(m_tPlan.m_vLinks[asked.m_uiSize], size) && size == 0)
+    {
+        there = false;
+        return SC_next;
+    }
     const tPart& set = part4(asked.m_uiParent);
     const bool isAfterMark = !set.m_strBetween.empty() && set.m_eKind == PK_set && !m_vFirst.back();
     const std::uint64_t skip = isAfterMark ? set.m_strBetween.size() : 0;

@@ -41,7 +41,7 @@ void CScanner::restart()
 {
     m_uiStep = 0;
     m_ullSearched = m_ullPos;
-    m_bInRecord = m_bFrameOpen = m_bFrameKnown = false;
+    m_bInRecord = m_bFrameOpen = m_bFrameKnown = m_bUndecided = false;
     m_vLimits.assign(1, {m_bOver ? m_ullShown : s_cullUnknown, 0});
     m_vLoops.clear();
     m_vFirst.clear();
@@ -60,8 +60,9 @@ void CScanner::show(const char* data, std::uint64_t base, std::uint64_t length, 
     m_ullBase = base;
     m_ullShown = base + length;
     m_bOver = over;
-    if (over)
-        m_vLimits.front().m_ullEnd = m_ullShown;
+    m_vLimits.front().m_ullEnd = over ? m_ullShown : s_cullUnknown;
+    for (std::size_t i = 1; i < m_vLimits.size() && isOfInput(i); ++i)
+        m_vLimits[i].m_ullEnd = m_vLimits.front().m_ullEnd;
     setEdge();
 }
 
@@ -72,6 +73,11 @@ void CScanner::setEdge()
 
 E_Scan CScanner::run()
 {
+    if (m_bUndecided)
+    {
+        if (const E_Scan result = decide())
+            return result;
+    }
     for (;;)
     {
         const E_Scan result = step(m_tPlan.m_vSteps[m_uiStep]);
@@ -92,7 +98,7 @@ E_Scan CScanner::step(const tStep& step)
     {
     case ST_run: return onRun(step.m_uiA);
     case ST_item: return onItem(step.m_uiA);
-    case ST_open: return onOpen(step.m_uiA);
+    case ST_open: return onOpen(step);
     case ST_close: return onClose(step.m_uiA);
     case ST_array: return onArray(step.m_uiA);
     case ST_next: return onNext(step);
@@ -241,7 +247,7 @@ E_Scan CScanner::findMark(const tPart& leaf, unsigned int part, tTrace& item, st
         return more(part, 1);
     }
     if (found == std::string_view::npos && leaf.m_eEnd == LE_mark)
-        return m_vLimits.size() == 1
+        return isOfInput(m_vLimits.size() - 1)
                    ? more(part, 1)
                    : stop(PF_missing, part, m_ullPos, there.size(), "The mark after the item is missing");
     item.m_ullOffset = m_ullPos;
@@ -250,12 +256,16 @@ E_Scan CScanner::findMark(const tPart& leaf, unsigned int part, tTrace& item, st
     return SC_next;
 }
 
-E_Scan CScanner::onOpen(unsigned int part)
+E_Scan CScanner::onOpen(const tStep& step)
 {
+    const unsigned int part = step.m_uiA;
     if (!part4(part).m_strBetween.empty())
         m_vFirst.push_back(true);
     add(TR_open, part, m_ullPos);
-    return SC_next;
+    if (step.m_uiB == s_cuiNone || m_ullPos != m_vLimits.back().m_ullEnd)
+        return SC_next;
+    m_uiStep = step.m_uiB;
+    return SC_again;
 }
 
 E_Scan CScanner::onClose(unsigned int part)
@@ -283,7 +293,7 @@ E_Scan CScanner::keep(unsigned int part, std::uint64_t offset, std::uint64_t len
 E_Scan CScanner::lack(unsigned int part, std::uint64_t wanted)
 {
     const std::uint64_t end = m_vLimits.back().m_ullEnd;
-    if (m_vLimits.size() == 1 || wanted <= end - m_ullPos)
+    if (isOfInput(m_vLimits.size() - 1) || wanted <= end - m_ullPos)
         return more(part, wanted - (m_ullEdge - m_ullPos));
     const bool isFramed = m_bInRecord && end == m_ullFrameEnd && m_tPlan.m_tFrame.m_eKind != FR_none;
     return stop(isFramed ? PF_frame : PF_size, part, m_ullPos, end - m_ullPos,
@@ -319,8 +329,26 @@ void CScanner::getElements(tElements& elements) const
 tScanFault CScanner::makeFault(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,
                                const char* text) const
 {
-    return {code, part,      offset, length, 0, m_bInRecord ? m_ullRecord : 0, m_bInRecord ? m_ullRecordStart : offset,
-            text, elements()};
+    // Where records have frames, what lies between them is the next one.
+    const std::uint64_t record = m_bInRecord || m_tPlan.m_tFrame.m_eKind == FR_none ? 0 : m_ullRecord + 1;
+    return {
+        code, part,      offset, length, 0, m_bInRecord ? m_ullRecord : record, m_bInRecord ? m_ullRecordStart : offset,
+        text, elements()};
+}
+
+/// A fault or finding about a number that was read before.
+tScanFault CScanner::makeFault(E_PacketFault code, const tLink& link, const tNumber& number, const char* text) const
+{
+    tScanFault fault = makeFault(code, link.m_tNumber.m_uiPart, number.m_ullOffset, number.m_ullLength, text);
+    fault.m_ullRecord = number.m_ullRecord;
+    fault.m_ullRecordOffset = number.m_ullRecordOffset;
+    return fault;
+}
+
+E_Scan CScanner::stopAt(E_PacketFault code, const tLink& link, const tNumber& number, const char* text)
+{
+    m_tFault = makeFault(code, link, number, text);
+    return SC_fault;
 }
 
 E_Scan CScanner::stop(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,

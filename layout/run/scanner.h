@@ -13,6 +13,7 @@
 #include "layout/plan/plan.h"
 #include "layout/run/kept_values.h"
 #include "layout/run/trace.h"
+#include "murv/layout.h"
 #include "murv/packet_fault.h"
 
 namespace murv::detail
@@ -57,6 +58,11 @@ public:
     /// \param base  offset of the first byte shown; nothing before the last record's end is needed
     /// \param over  nothing follows these bytes
     void show(const char* data, std::uint64_t base, std::uint64_t length, bool over);
+    /// Sets the most bytes that a record may have; there is no limit before.
+    void setLongest(std::uint64_t longest)
+    {
+        m_ullLongest = longest;
+    }
     /// Runs until a record has ended, or the scanner must stop.
     E_Scan run();
     /// After a fault: goes on after the frame at hand, at the place from which the next record can be read. Totals that
@@ -78,6 +84,17 @@ public:
     bool isOpenEnd() const
     {
         return m_bOpenEnd;
+    }
+    /// The content of the frame at hand, as far as one is open; else the record at hand without its end.
+    tByteRange damaged() const
+    {
+        if (m_bFrameOpen)
+            return {m_ullFrameBegin, m_ullFrameEnd - m_ullFrameBegin};
+        return {m_bInRecord ? m_ullRecordStart : m_ullPos, 0};
+    }
+    bool isInRecord() const
+    {
+        return m_bInRecord;
     }
     /// Whether nothing of the plan has been run yet.
     bool isAtBegin() const
@@ -132,12 +149,12 @@ public:
 
 private:
     static constexpr std::uint64_t s_cullUnknown = ~std::uint64_t{0};
-    static constexpr std::uint64_t s_cullLongestRecord = std::uint64_t{64} << 20;
 
     struct tLimit
     {
         std::uint64_t m_ullEnd;
         unsigned int m_uiPart;
+        bool m_bOpen = false;  // the size is not known yet, so that the end is that of what is around
     };
     struct tLoop
     {
@@ -168,12 +185,19 @@ private:
         unsigned long long m_ullValue = 0;
         std::uint64_t m_ullOffset = 0;
         std::uint64_t m_ullLength = 0;
+        std::uint64_t m_ullRecord = 0;  // as in a fault
+        std::uint64_t m_ullRecordOffset = 0;
+    };
+    struct tTotalNumber
+    {
+        tNumber m_tNumber;
+        tElements m_vElements;
     };
     /// What is counted over an instance of a base, and the numbers that must equal it.
     struct tTotal
     {
         unsigned long long m_ullSum = 0;
-        std::vector<tNumber> m_vNumbers;
+        std::vector<tTotalNumber> m_vNumbers;
         bool m_bUnknown = false;
     };
 
@@ -181,7 +205,7 @@ private:
     E_Scan step(const tStep& step);
     E_Scan onRun(unsigned int index);
     E_Scan onItem(unsigned int part);
-    E_Scan onOpen(unsigned int part);
+    E_Scan onOpen(const tStep& step);
     E_Scan onClose(unsigned int part);
     E_Scan findValue(const tPart& leaf, unsigned int part, tTrace& item, std::uint64_t& after);
     E_Scan findMark(const tPart& leaf, unsigned int part, tTrace& item, std::uint64_t& after);
@@ -192,6 +216,8 @@ private:
     E_Scan more(unsigned int part, std::uint64_t missing);
     E_Scan stop(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,
                 const char* text = nullptr);
+    E_Scan stopAt(E_PacketFault code, const tLink& link, const tNumber& number, const char* text = nullptr);
+    tScanFault makeFault(E_PacketFault code, const tLink& link, const tNumber& number, const char* text) const;
     void find(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,
               const char* text = nullptr);
     tScanFault makeFault(E_PacketFault code, unsigned int part, std::uint64_t offset, std::uint64_t length,
@@ -250,7 +276,8 @@ private:
     void compareTotal(const tLink& link, tTotal& total);
     bool size4Number(const tLink& link, std::uint64_t& size) const;
     void count(unsigned int part, unsigned long long amount);
-    void pushLimit(std::uint64_t end, unsigned int part);
+    void pushLimit(std::uint64_t end, unsigned int part, bool isOpen = false);
+    bool isOfInput(std::size_t limit) const;
     void popLimit();
     void setEdge();
 
@@ -262,7 +289,8 @@ private:
     E_Scan openPrefixed(unsigned int part);
     void keepPlace(tPlace& place, unsigned int step) const;
     void setPlace(const tPlace& place, std::uint64_t offset);
-    bool worksFrom(const tPlace& place, std::uint64_t offset) const;
+    E_Scan tryFrom(const tPlace& place);
+    E_Scan decide();
     tPlace afterRecord() const;
     E_Scan endFrameAt(unsigned int part, std::uint64_t begin, std::uint64_t length);
     bool isOutside() const
@@ -277,6 +305,7 @@ private:
     std::uint64_t m_ullShown = 0;  // end of the window
     std::uint64_t m_ullEdge = 0;   // end of what may be read: of the window, or of the enclosing part
     std::uint64_t m_ullPos = 0;
+    std::uint64_t m_ullLongest = s_cullUnknown;
     std::uint64_t m_ullMissing = 0;
     std::uint64_t m_ullSearched = 0;  // a mark does not begin before here
     unsigned int m_uiStep = 0;
@@ -303,6 +332,9 @@ private:
     std::uint64_t m_ullFrameAfter = 0;
     tPlace m_tLastGood;     // after the last record that was read
     tPlace m_tRecordPlace;  // where the record at hand began
+    tPlace m_tFirst;        // after a damaged record: two places to go on from
+    tPlace m_tSecond;
+    bool m_bUndecided = false;
     bool m_bOpenEnd = false;
     unsigned char m_ucLineEnd = 0;  // bytes of the first line end; 0 before
 

@@ -54,6 +54,7 @@ inline constexpr tFaultRow s_ctFaults[] = {
     {PF_ambiguous, "ambiguous", "Reading would take the bytes for something else", false},
     {PF_limit, "limit", "A limit that the caller set is passed", false},
     {PF_memory, "memory", "There is not enough memory", false},
+    {PF_input, "input", "The input cannot be read", false},
 
     {PF_date, "date", "The date or time does not exist", true},
     {PF_invalid, "invalid", "The value is not one of the valid ones", true},

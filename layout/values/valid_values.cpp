@@ -96,14 +96,6 @@ bool isNumberIn(const tValidRange& range, std::string_view number, bool& compara
     return comparable && compareDecimals(value, low) >= 0 && compareDecimals(value, high) <= 0;
 }
 
-/// Padding does not count in comparisons, even where it belongs to the value.
-std::string_view withoutPadding(const tItem& item, std::string_view text)
-{
-    if (item.m_eForm != IF_text)
-        return text;
-    return item.m_ePadding == PAD_blanksFront ? trimFront(text, ' ') : trimEnd(text, ' ');
-}
-
 bool isTextIn(const tItem& item, const tValidRange& range, std::string_view text)
 {
     bool comparable = false;
@@ -144,6 +136,13 @@ bool isDate(std::string_view letters, std::string_view text)
 }
 
 }  // namespace
+
+std::string_view withoutPadding(const tItem& item, std::string_view text)
+{
+    if (item.m_eForm != IF_text)
+        return text;
+    return item.m_ePadding == PAD_blanksFront ? trimFront(text, ' ') : trimEnd(text, ' ');
+}
 
 bool isValidValue(const tItem& item, const tScalar& value)
 {

@@ -24,6 +24,9 @@ enum E_ValueOption : unsigned int
 /// To be called when an item is complete: sets what reading and making can know before. Without it they are slower.
 void prepareItem(tItem& item);
 
+/// A text without padding, which does not count in comparisons even where it belongs to the value.
+std::string_view withoutPadding(const tItem& item, std::string_view text);
+
 /// Reads the bytes of a value, without prefix and end mark.
 ///
 /// \param bytes    of an item of fixed width, exactly that many

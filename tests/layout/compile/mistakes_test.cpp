@@ -242,6 +242,14 @@ TEST(LayoutMistakes, aTextThatDoesNotLoadIsOneMistake)
     EXPECT_EQ(layout.getMistakes()[0].m_strMessage, "Missing ',' or '}' in field declaration");
 }
 
+TEST(LayoutMistakes, aRootWithoutAPlaceIsAtTheBegin)
+{
+    murv::CLayout layout;
+    EXPECT_FALSE(layout.compile(",,( =F0) \"\"% }"));
+    ASSERT_FALSE(layout.getMistakes().empty());
+    EXPECT_EQ(layout.getMistakes()[0].m_uiOffset, 0u);
+}
+
 TEST(LayoutMistakes, goWithTheNextLayout)
 {
     murv::CLayout layout;
