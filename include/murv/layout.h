@@ -143,9 +143,9 @@ private:
 };
 
 /// Registers the value words of layouts as external keywords of kind 15, so that packet expressions can say them:
-/// `(ANF10dec_2)`, `(BNF4le)`, `(BNF2int)`, `(BNF5packed_2)`, `(ANF9zoned_2)`, `(ANF8oct)`, `(ACF20right)`. Only layouts
-/// understand them; `pkt_` members that make, parse or check such an item throw. Call it before other threads work with
-/// trees.
+/// `(ANF10dec_2)`, `(BNF4le)`, `(BNF2int)`, `(BNF5packed_2)`, `(ANF9zoned_2)`, `(ANF8oct)`, `(ACF20right)`. Only
+/// layouts understand them; `pkt_` members that make, parse or check such an item throw. Call it before other threads
+/// work with trees.
 MURV_API void registerStandardKeywords();
 
 /// How packets are read.

@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "tests/tools/tool.h"
 
@@ -337,12 +339,20 @@ TEST(Fmt, checkAndInPlaceExcludeEachOther)
     EXPECT_EQ(murvOn("[1]", {"fmt", "--check", "--in-place", "a"}).m_iExit, 2);
 }
 
+/// Layouts keep a part and the rules about it on one line, by hand.
+bool isPacketLayout(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    return text.find("\"layout 1") != std::string::npos;
+}
+
 TEST(Fmt, examplesAreLaidOutAlready)
 {
     std::size_t seen = 0;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(MURV_SOURCE_DIR "/examples"))
     {
-        if (entry.path().extension() != ".murv")
+        if (entry.path().extension() != ".murv" || isPacketLayout(entry.path()))
             continue;
         ++seen;
         const tRun run = murvOn("", {"fmt", "--check", entry.path().string()});

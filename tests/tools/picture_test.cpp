@@ -82,7 +82,8 @@ TEST(Picture, partsThatMayBeAbsentAreMarked)
 TEST(Picture, arraysAndAlternativesHavePicturesOfTheirOwn)
 {
     const std::string text = picture(
-        "\"k\" = (BNF1) 0, \"one\" = { \"@\" = \"one of by k\", #1 \"a\" = (BNF2) 0, #2 \"b\" = { \"x\" = (BNF4) 0 } }, "
+        "\"k\" = (BNF1) 0, "
+        "\"one\" = { \"@\" = \"one of by k\", #1 \"a\" = (BNF2) 0, #2 \"b\" = { \"x\" = (BNF4) 0 } }, "
         "\"n\" = (BNF1) 0, \"@n\" = \"count of list\", \"list\" = [ { \"y\" = (BNF4) 0 } ]");
     for (const char* title :
          {"<stdin> (4..1026 bytes)\n", "one.a (2 bytes)\n", "one.b (4 bytes)\n", "list[] (4 bytes)\n"})

@@ -18,10 +18,9 @@ CLayout compiled(const char* text)
 const CLayout& sales()
 {
     static const CLayout layout = compiled(
-        "{ \"@\" = \"layout 1; lines 5\", \"sales\" = [ { \"t\" = (ACF1fix) \"S\", \"a\" = (ANF2) 0,"
-        " \"c\" = (ACF2) \"\","
-        " \"@c\" = \"mask 1\" } ], \"end\" = { \"t\" = (ACF1fix) \"E\","
-        " \"n\" = (ANF4) 0, \"@n\" = \"count of sales\" } }");
+        "{ \"@\" = \"layout 1; lines 5\","
+        " \"sales\" = [ { \"t\" = (ACF1fix) \"S\", \"a\" = (ANF2) 0, \"c\" = (ACF2) \"\", \"@c\" = \"mask 1\" } ],"
+        " \"end\" = { \"t\" = (ACF1fix) \"E\", \"n\" = (ANF4) 0, \"@n\" = \"count of sales\" } }");
     return layout;
 }
 
