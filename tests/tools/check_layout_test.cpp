@@ -77,7 +77,7 @@ TEST(CheckPackets, findingsAloneAreANo)
     EXPECT_EQ(run.m_iExit, 1);
     EXPECT_EQ(run.m_strOutput, "in: 4 records, 1 finding\n");
     EXPECT_EQ(run.m_strError,
-              "in:offset 0x33: warning: end.count: The total differs\n"
+              "in:record 4, offset 0x33: warning: end.count: The total differs\n"
               "  ANF3  count of sales\n"
               "  30 30 33  |003|\n"
               "  ^^~~~~~~\n");

@@ -92,7 +92,7 @@ TEST(Explain, marksAreShownAndRulesHaveTheirEscapes)
 TEST(Explain, packetMayBeEmpty)
 {
     EXPECT_EQ(explain("\"@\" = \"layout 1; lines\", \"a\" = { \"b\" = (ANF1) 0 }", "").m_strOutput,
-              "offset 0x00 - does not fit\n"
+              "record 1 - does not fit\n"
               "  0000                                     a\n"
               "        ^^ error: The input ends too soon; at least 1 byte more must follow\n");
     EXPECT_EQ(explain("\"b\" = (ANF1) 0", "").m_strOutput, "");
