@@ -127,7 +127,8 @@ TEST(RecordReader, givesTheBytesOfEachRecord)
 TEST(RecordReader, piecesOfAnySizeGiveTheSame)
 {
     const std::string whole = readAll(batches(), s_cpFile);
-    for (const std::size_t size : {1, 2, 3, 5, 7, 100})
+    for (const std::size_t size :
+         {std::size_t{1}, std::size_t{2}, std::size_t{3}, std::size_t{5}, std::size_t{7}, std::size_t{100}})
         EXPECT_EQ(readPieces(batches(), s_cpFile, size), whole) << size;
 }
 
@@ -263,7 +264,7 @@ TEST(RecordReader, anEndThatIsNotKnownYetIsWaitedFor)
 {
     const CLayout tail = layout4(R"("a" = [ { "k" = (ACF1) "", "v" = (ANF2) 0 } ], "@a" = "to end", "z" = (ANF2) 0)");
     const CLayout size = layout4(R"("m" = (ACF2) "", "n" = (ANF1) 0, "@n" = "size of .", "x" = (ACF1) "")");
-    for (const std::size_t piece : {1, 2, 3})
+    for (const std::size_t piece : {std::size_t{1}, std::size_t{2}, std::size_t{3}})
     {
         EXPECT_EQ(readPieces(tail, "x01y0299", piece), readAll(tail, "x01y0299")) << piece;
         for (const char* const packet : {"a", "ab", "ab4", "ab4x", "ab5x"})
@@ -278,7 +279,7 @@ TEST(RecordReader, whereItGoesOnDoesNotDependOnPieces)
                                    "1\n5\n6x2\n7\n81\n7\n9\n"})
     {
         const std::string whole = readAll(batches(), file, true);
-        for (const std::size_t size : {1, 2, 3, 5})
+        for (const std::size_t size : {std::size_t{1}, std::size_t{2}, std::size_t{3}, std::size_t{5}})
             EXPECT_EQ(readPieces(batches(), file, size, true), whole) << size;
     }
 }
