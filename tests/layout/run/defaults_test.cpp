@@ -100,7 +100,7 @@ TEST(Defaults, treesHaveNamesAndIdsButNoExpressions)
     CFields tree;
     ASSERT_TRUE(CPacketReader(layout).read("1", tree));
     EXPECT_EQ(tree["a"].getID(), 7u);
-    EXPECT_EQ(tree["a"].pkt_GetExp().m_uiLength, 0u);
+    EXPECT_TRUE(CFields::pkt_IsNullExp(tree["a"].pkt_GetExp()));
 }
 
 }  // namespace murv::tests

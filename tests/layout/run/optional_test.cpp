@@ -15,6 +15,12 @@ struct tCondition
     bool m_bThere;
 };
 
+/// Else the test library prints the bytes, of which some were never written.
+void PrintTo(const tCondition& condition, std::ostream* out)
+{
+    *out << condition.m_pName;
+}
+
 std::string nameOfCondition(const testing::TestParamInfo<tCondition>& tested)
 {
     return tested.param.m_pName;

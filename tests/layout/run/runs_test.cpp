@@ -16,6 +16,12 @@ struct tOneItem
     std::string m_strTree;  // of the item alone; or what reading says
 };
 
+/// Else the test library prints the bytes, of which some were never written.
+void PrintTo(const tOneItem& item, std::ostream* out)
+{
+    *out << item.m_pRule;
+}
+
 std::string nameOfRule(const testing::TestParamInfo<tOneItem>& info)
 {
     return info.param.m_pRule;
