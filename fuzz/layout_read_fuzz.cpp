@@ -14,8 +14,10 @@
 
 #include "murv/layout.h"
 #include "murv/records.h"
+#include "tests/layout/record_log.h"
 
 using namespace murv;
+using murv::tests::CRecordLog;
 
 namespace
 {
@@ -69,61 +71,11 @@ std::string words4(const tPacketFault& fault)
            std::to_string(fault.m_ullOffset) + ": " + fault.m_strMessage;
 }
 
-/// Writes down what a visitor sees of records.
-class CLog : public IPacketVisitor
-{
-public:
-    void onFields(unsigned int part) override
-    {
-        note("{" + std::to_string(part));
-    }
-    void onFieldsEnd(unsigned int) override
-    {
-        note("}");
-    }
-    void onArray(unsigned int part) override
-    {
-        note("[" + std::to_string(part));
-    }
-    void onElement(unsigned int, std::uint64_t index) override
-    {
-        note("," + std::to_string(index));
-    }
-    void onArrayEnd(unsigned int) override
-    {
-        note("]");
-    }
-    void onRecord(unsigned int, std::uint64_t number, std::uint64_t offset) override
-    {
-        m_bInRecord = true;
-        note("<" + std::to_string(number) + "@" + std::to_string(offset));
-    }
-    void onRecordEnd(unsigned int) override
-    {
-        note(">");
-        m_bInRecord = false;
-    }
-    void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) override
-    {
-        note("(" + std::to_string(part) + "@" + std::to_string(place.m_ullOffset) + "+" +
-             std::to_string(place.m_ullLength) + ":" + std::to_string(value.m_ullBits) + ":" +
-             std::string(value.m_strvText) + ")");
-    }
-    std::string m_strLog;
-
-private:
-    void note(const std::string& text)
-    {
-        m_strLog += m_bInRecord ? text : "";
-    }
-    bool m_bInRecord = false;
-};
-
 /// All records, and how it ended. A piece of no bytes: everything at once.
 std::string readRecords(const CLayout& layout, std::string_view packet, std::size_t piece)
 {
     CRecordReader reader(layout);
-    CLog log;
+    CRecordLog log;
     std::size_t given = 0;
     if (piece == 0)
         reader.open(packet);

@@ -5,6 +5,7 @@
 #include "murv/records.h"
 #include "murv/saver.h"
 #include "tests/layout/property/random_layout.h"
+#include "tests/layout/record_log.h"
 
 using namespace murv;
 using namespace murv::tests;
@@ -136,63 +137,13 @@ TEST(RandomLayouts, everyTruncationIsMissingBytesOrALocatedFault)
         });
 }
 
-/// Writes down what a visitor sees of records.
-class CLog : public IPacketVisitor
-{
-public:
-    void onFields(unsigned int part) override
-    {
-        note("{" + std::to_string(part));
-    }
-    void onFieldsEnd(unsigned int) override
-    {
-        note("}");
-    }
-    void onArray(unsigned int part) override
-    {
-        note("[" + std::to_string(part));
-    }
-    void onElement(unsigned int, std::uint64_t index) override
-    {
-        note("," + std::to_string(index));
-    }
-    void onArrayEnd(unsigned int) override
-    {
-        note("]");
-    }
-    void onRecord(unsigned int, std::uint64_t number, std::uint64_t offset) override
-    {
-        m_bInRecord = true;
-        note("<" + std::to_string(number) + "@" + std::to_string(offset));
-    }
-    void onRecordEnd(unsigned int) override
-    {
-        note(">");
-        m_bInRecord = false;
-    }
-    void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) override
-    {
-        note("(" + std::to_string(part) + "@" + std::to_string(place.m_ullOffset) + ":" +
-             std::to_string(value.m_eType) + ":" + std::to_string(value.m_ullBits) + ":");
-        note(std::string(value.m_strvText) + ")");
-    }
-    std::string m_strLog;
-
-private:
-    void note(const std::string& text)
-    {
-        m_strLog += m_bInRecord ? text : "";
-    }
-    bool m_bInRecord = false;
-};
-
 TEST(RandomLayouts, piecesOfAnySizeGiveTheSameAsTheWhole)
 {
     forRandomPackets(4, [](const std::string& text, const CLayout& layout, const CFields&, const std::string& packet,
                            tRandom& random) {
-        CLog whole;
+        CRecordLog whole;
         ASSERT_TRUE(CPacketReader(layout).visit(packet, whole));
-        CLog pieces;
+        CRecordLog pieces;
         CRecordReader reader(layout);
         reader.open();
         std::size_t given = 0;
