@@ -1,7 +1,7 @@
 // layout/run/make_data.cpp - values as the data has them, and whether those that are filled in agree.
 #include <algorithm>
 
-#include "core/field_access.h"
+#include "layout/run/data_value.h"
 #include "layout/run/maker.h"
 #include "layout/values/value_codec.h"
 
@@ -36,13 +36,7 @@ E_Scan CMaker::takeScalar(unsigned int part, const CFields& node, tScalar& value
             return takeBits(part, node, value);
         return stop(PF_type, part, "The data has a container where the layout has a value");
     }
-    value.m_eType = tFieldAccess::type(node);
-    if (value.m_eType == DT_codelist)
-        value.m_strvText = tFieldAccess::codes(node);
-    else
-        value.m_ullValue = tFieldAccess::value(node).m_ullValue;
-    if (value.m_eType == DT_bool)
-        value = makeScalar(false, tFieldAccess::value(node).m_bValue ? 1 : 0);
+    value = value4Data(node);
     return SC_next;
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "core/field_access.h"
+#include "layout/run/data_value.h"
 #include "layout/values/value_codec.h"
 #include "packet/time_value.h"
 
@@ -56,15 +57,20 @@ bool CMaker::make(const CFields& tree, const tMakeOptions& options, std::string&
 {
     m_tOptions = options;
     m_pOut = &out;
-    m_pRoot = &tree;
+    return makePasses(tree, 0, ST_done) && (m_tPlan.m_bSelfEvident || verify());
+}
+
+/// Makes everything again until no number needs another width than was guessed.
+bool CMaker::makePasses(const CFields& tree, unsigned int from, E_Step last)
+{
     m_vGuesses.clear();
     for (unsigned int pass = 0; pass < s_cuiMostPasses; ++pass)
     {
         begin();
-        if (!makeOnce(tree, 0, ST_done))
+        if (!makeOnce(tree, from, last))
             return false;
         if (!m_bMoved)
-            return m_tPlan.m_bSelfEvident || verify();
+            return true;
         m_vGuesses.swap(m_vHoles);
     }
     stop(PF_ambiguous, 0, "The widths of numbers depend on each other without end");
@@ -77,15 +83,8 @@ bool CMaker::makeRecord(unsigned int part, const CFields& record, const tMakeOpt
     const auto first = std::find_if(m_tPlan.m_vSteps.begin(), m_tPlan.m_vSteps.end(), begins);
     m_tOptions = options;
     m_pOut = &out;
-    m_vGuesses.clear();
     m_uiAlone = part;
-    bool isMade = false;
-    do
-    {
-        begin();
-        isMade = makeOnce(record, static_cast<unsigned int>(first - m_tPlan.m_vSteps.begin()), ST_recordEnd);
-        m_vGuesses.swap(m_vHoles);
-    } while (isMade && m_bMoved);
+    const bool isMade = makePasses(record, static_cast<unsigned int>(first - m_tPlan.m_vSteps.begin()), ST_recordEnd);
     m_uiAlone = s_cuiNone;
     return isMade;
 }
@@ -235,15 +234,9 @@ E_Scan CMaker::onRun(unsigned int index)
 E_Scan CMaker::makePlainLeaf(unsigned int part)
 {
     const CFields* const node = find(part);
-    if (node == nullptr || tFieldAccess::type(*node) <= DT_bool)
+    if (node == nullptr || tFieldAccess::isContainer(*node))
         return makeValue4Leaf(part, node);
-    tScalar value;
-    value.m_eType = tFieldAccess::type(*node);
-    if (value.m_eType == DT_codelist)
-        value.m_strvText = tFieldAccess::codes(*node);
-    else
-        value.m_ullValue = tFieldAccess::value(*node).m_ullValue;
-    const E_PacketFault fault = makeValue(part4(part).m_tItem, value, *m_pOut);
+    const E_PacketFault fault = makeValue(part4(part).m_tItem, value4Data(*node), *m_pOut);
     return fault == PF_none ? SC_next : stop(fault, part);
 }
 

@@ -102,6 +102,7 @@ private:
 
     // maker.cpp
     void begin();
+    bool makePasses(const CFields& tree, unsigned int from, E_Step last);
     bool makeOnce(const CFields& tree, unsigned int from, E_Step last);
     void dropLastMark();
     bool isFilledIn(unsigned int part) const;

@@ -55,7 +55,7 @@ E_Scan CScanner::lookAhead(unsigned int part, bool& any)
     return result;
 }
 
-/// Whether one of the heads is there, so many bytes on.
+/// Whether one of the heads begins `skip` bytes after the place.
 E_Scan CScanner::matchHeads(const std::vector<tHead>& heads, std::uint64_t skip, unsigned int part, bool& matches)
 {
     std::uint64_t begin = m_ullPos + skip;
@@ -137,9 +137,8 @@ E_Scan CScanner::nextIsThere(const tPart& array, unsigned int part, bool& there)
         return beginsElement(array, part, there);
     case AE_mark:
     {
-        const tHead mark{{{0, array.m_strEnds}}};
         bool ends = false;
-        if (const E_Scan result = matchHeads({mark}, 0, part, ends))
+        if (const E_Scan result = matchHeads(m_tPlan.m_vEnds4Array[part], 0, part, ends))
             return result;
         there = !ends;
         return SC_next;

@@ -67,9 +67,11 @@ TEST(Defaults, aFieldSetTakesNoValue)
     EXPECT_EQ(make(layout4(R"("a" = (ANF1) 0)"), "[1]"), "type at ");
 }
 
-TEST(Defaults, booleansAreOneAndZero)
+TEST(Defaults, booleansAreNoNumbersAsReadingGivesNone)
 {
-    EXPECT_EQ(make(layout4(R"("a" = (ANF1) 0, "b" = (BNF1) 0)"), R"({"a"=true,"b"=false})"), bytes("1\0"));
+    EXPECT_EQ(make(layout4(R"("a" = (ANF1) 0)"), R"({"a"=true})"), "type at a");
+    EXPECT_EQ(make(layout4(R"("b" = (BNF1) 0)"), R"({"b"=false})"), "type at b");
+    EXPECT_EQ(make(layout4(R"("b" = (BNF1) 0, "@b" = "bits 1 on, 7 rest")"), R"({"b"={"on"=true}})"), "type at b");
 }
 
 TEST(Defaults, aTreeIsReplacedByReading)

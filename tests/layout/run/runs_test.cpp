@@ -151,6 +151,8 @@ TEST_P(Unmade, valueIsNotMade)
 
 const tOneItem s_atUnmade[] = {
     {"aLongNumber", "(ANF3) 0", "", "tooLong", "1000"},
+    {"aTruthValueAsDigits", "(ANF3) 0", "", "type", "true"},
+    {"aTruthValueAsBytes", "(BNF2) 0", "", "type", "false"},
     {"aLongNegativeNumber", "(ANF3) 0", "", "tooLong", "-100"},
     {"aLongText", "(ACF3) \"\"", "", "tooLong", "\"abcd\""},
     {"longBytes", "(BCF3) \"\"", "", "tooLong", "\"abcd\""},
