@@ -61,7 +61,7 @@ struct tTest
     std::vector<tConstant> m_vConstants;
 };
 
-/// Fixed bytes at the beginning of a part by which it is told from others.
+/// Fixed bytes at the beginning of a part. Reading recognises the part by them.
 struct tHead
 {
     struct tBytes

@@ -120,6 +120,7 @@ struct tPlan
     std::vector<unsigned int> m_vOrder4Link;                 // by link: totals of lower order come first
     std::vector<tPlaceInRun> m_vPlace4Part;                  // by part: where a leaf of fixed width lies
     std::vector<tHeadTable> m_vHeadTables;                   // by array; without bytes where one byte does not tell
+    std::vector<std::vector<tHead>> m_vEnds4Array;           // by array: its end mark, in the form of a head
     std::vector<bool> m_vChooses;                            // by part: an alternative is chosen by its value
     bool m_bMasks = false;                                   // some part is masked
     bool m_bSelfEvident = false;                             // what is made cannot be read in another way

@@ -18,7 +18,7 @@ namespace
 bool alwaysReads(const tItem& item)
 {
     return (item.m_eForm == IF_text || item.m_eForm == IF_bytes) && item.m_pPage == nullptr &&
-           item.m_pTime == nullptr && item.m_vValid.empty() && item.m_strValidDate.empty();
+           item.m_pTime == nullptr && !item.m_bTested;
 }
 
 /// Whether making a leaf asks for nothing but its value. Dates may become the present one, and may be findings.
@@ -433,10 +433,13 @@ void makeSteps(tPlan& plan)
     CStepMaker(plan).make();
     plan.m_bSelfEvident = isSelfEvident(plan);
     plan.m_vHeadTables.resize(plan.m_vParts.size());
+    plan.m_vEnds4Array.resize(plan.m_vParts.size());
     for (unsigned int part = 0; part < plan.m_vParts.size(); ++part)
     {
         if (plan.m_vParts[part].m_eArrayEnd == AE_heads)
             makeHeadTable(plan, part);
+        if (plan.m_vParts[part].m_eArrayEnd == AE_mark)
+            plan.m_vEnds4Array[part] = {tHead{{{0, plan.m_vParts[part].m_strEnds}}}};
     }
     for (tChoice& choice : plan.m_vChoices)
     {
