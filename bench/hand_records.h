@@ -41,7 +41,7 @@ constexpr tAsciiField s_ctAscii[] = {
 };
 constexpr std::size_t s_cnAsciiSize = 157;
 
-/// A field of the binary record: so many bytes of an integer, big-endian, or a text.
+/// A field of the binary record: an integer of that length in bytes, the high byte first, or a text.
 struct tBinaryField
 {
     unsigned int m_uiLength;

@@ -39,7 +39,7 @@ std::string padded(std::string text, std::size_t width)
     return has < width ? text.append(width - has, ' ') : text;
 }
 
-/// Cuts a text to so many columns.
+/// Cuts a text to that number of columns.
 std::string cut(std::string_view text, std::size_t most)
 {
     if (columns(text) <= most)

@@ -175,7 +175,7 @@ private:
             nextOffset(at, s_cuiRowBytes);
     }
 
-    /// The offset of the row after one that holds so many bytes.
+    /// The offset of the row after one that holds that number of bytes.
     void nextOffset(const tFigureRow& at, std::uint64_t bytes)
     {
         if (at.m_strOffset.empty())
@@ -203,7 +203,7 @@ private:
         }
     }
 
-    /// A torn row, which stands for so many bytes.
+    /// A torn row, which stands for a number of bytes.
     void tear(int field, std::uint64_t bytes)
     {
         tFigureRow& at = row();

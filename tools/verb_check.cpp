@@ -60,7 +60,7 @@ private:
     void declareOwn(CLI::App& verb) override
     {
         declareLayout(verb, m_strLayout);
-        verb.add_option("--max-errors", m_ullMost, "With -l: show not more than so many of a file")
+        verb.add_option("--max-errors", m_ullMost, "With -l: show no more than that of a file")
             ->type_name("N")
             ->capture_default_str();
         verb.add_flag("-q,--quiet", m_bQuiet, "Say nothing about files that are accepted");

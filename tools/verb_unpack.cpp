@@ -137,7 +137,7 @@ public:
             ->default_str("stop")
             ->expected(1, 2)
             ->allow_extra_args(false);
-        verb.add_option("--max-errors", m_ullMost, "Show not more than so many")->type_name("N")->capture_default_str();
+        verb.add_option("--max-errors", m_ullMost, "Show no more than that")->type_name("N")->capture_default_str();
         verb.add_flag("--unmask", m_bUnmask, "Show masked values in JSON and tables");
         verb.footer("KIND is the path of the records in the layout, or its last name; . for the whole.\n");
     }

@@ -22,7 +22,7 @@ unsigned long long multiply(unsigned long long a, unsigned long long b)
     return b != 0 && a > s_cullNoBound / b ? s_cullNoBound : a * b;
 }
 
-/// The largest number of so many digits.
+/// The largest number that this number of digits can say.
 unsigned long long largest(unsigned long long base, unsigned long long digits)
 {
     unsigned long long numbers = 1;

@@ -81,7 +81,7 @@ struct tItem
     bool m_bPlain = false;         // set by prepareItem: digits or bytes are an integer without other rules
     bool m_bTested = false;        // set by prepareItem: only some values are valid
     bool m_bBare = false;          // set by prepareItem: the item may be digits alone
-    unsigned char m_ucShown = 0;   // masked: the last so many stay visible
+    unsigned char m_ucShown = 0;   // masked: this many bytes at the end stay visible
     unsigned char m_ucPrefix = 0;  // width of the length prefix, 0 without one
     signed char m_cCalibration = 0;
     bool m_bBinaryPrefix = false;

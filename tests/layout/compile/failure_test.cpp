@@ -18,7 +18,7 @@ using murv::tests::CFailingMalloc;
 TEST(LayoutFailure, everyAllocationMayFail)
 {
     if (!CFailingMalloc::isNewReached())
-        GTEST_SKIP() << "allocations cannot be made to fail here";
+        GTEST_SKIP() << "NOT TESTED: allocations cannot be made to fail here";
     std::ifstream file(std::string(MURV_SOURCE_DIR) + "/share/murv/layouts/sensor.murv");
     std::stringstream text;
     text << file.rdbuf();

@@ -308,7 +308,7 @@ private:
             row.m_vMembers.push_back(text("ACF0"));
         if (pick(2) == 0)
             row.m_vMembers.push_back(array(text("ACF0")));
-        // A part that ends where the whole does: its size is told.
+        // Its last part ends where it does, so a number says its size.
         set.m_vMembers.push_back(number(name(), "size of " + row.m_strName));
         set.m_vMembers.push_back(std::move(row));
     }

@@ -35,7 +35,7 @@ template <typename tTry, typename tAgain>
 void failEach(tTry&& use, tAgain&& again)
 {
     if (!CFailingMalloc::isNewReached())
-        GTEST_SKIP() << "allocations cannot be made to fail here";
+        GTEST_SKIP() << "NOT TESTED: allocations cannot be made to fail here";
     bool done = false;
     int thrown = 0;
     for (long n = 1; !done; ++n)
