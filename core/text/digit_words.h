@@ -14,30 +14,11 @@ namespace murv::detail
 
 inline constexpr std::size_t s_cnShortDigits = 16;  // the most that readShortDigits takes
 
-template <std::size_t s_cnBytes>
-inline std::uint64_t loadBytes(const char* text) noexcept
-{
-    std::uint64_t word = 0;
-    for (std::size_t i = 0; i < s_cnBytes; ++i)
-        word |= std::uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
-    return word;
-}
-
 /// Loads one to eight digits as the last ones of eight, with zeros in front.
 /// \param zero  eight zeros in the characters of the text
 inline std::uint64_t loadDigits(const char* text, std::size_t length, std::uint64_t zero = s_cullOnes * '0') noexcept
 {
-    constexpr std::size_t word8 = sizeof(std::uint64_t);
-    if (length == word8)
-        return loadWord(text);
-    const std::size_t zeros = 8 * (word8 - length);
-    const std::uint64_t word = zero >> (8 * length);
-    // Two loads that may overlap in the middle.
-    if (length >= 4)
-        return word | loadBytes<4>(text) << zeros | loadBytes<4>(text + length - 4) << 32;
-    if (length >= 2)
-        return word | loadBytes<2>(text) << zeros | loadBytes<2>(text + length - 2) << 48;
-    return word | loadBytes<1>(text) << zeros;
+    return length == sizeof zero ? loadWord(text) : zero >> (8 * length) | loadShort(text, length) << (64 - 8 * length);
 }
 
 /// Reads one to sixteen digits and nothing else.

@@ -22,37 +22,58 @@ constexpr std::uint64_t reverseBytes(std::uint64_t word) noexcept
     return (word << 32) | (word >> 32);
 }
 
+/// A word whose first byte is the lowest on this machine, or the other way round: both ways are the same.
+template <typename tWord>
+constexpr tWord lowestFirst(tWord word) noexcept
+{
+    if constexpr (std::endian::native == std::endian::big)
+        word = static_cast<tWord>(reverseBytes(word) >> (64 - 8 * sizeof word));
+    return word;
+}
+
+/// Reads the bytes of a word, the first as the lowest. One load: bytes that are put together take many.
+template <typename tWord>
+inline tWord loadPiece(const char* from) noexcept
+{
+    tWord word;
+    std::memcpy(&word, from, sizeof word);
+    return lowestFirst(word);
+}
+
+/// Writes the bytes of a word, the lowest first.
+template <typename tWord>
+inline void storePiece(char* to, tWord word) noexcept
+{
+    word = lowestFirst(word);
+    std::memcpy(to, &word, sizeof word);
+}
+
 /// Reads 8 bytes, the first as the lowest.
 inline std::uint64_t loadWord(const char* from) noexcept
 {
-    std::uint64_t word;
-    std::memcpy(&word, from, sizeof word);
-    if constexpr (std::endian::native == std::endian::big)
-        word = reverseBytes(word);
-    return word;
+    return loadPiece<std::uint64_t>(from);
 }
 
 /// One to eight bytes, the first as the lowest; the bytes above them are 0.
 inline std::uint64_t loadShort(const char* from, std::size_t count) noexcept
 {
-    const auto byte = [from](std::size_t at) { return std::uint64_t{static_cast<unsigned char>(from[at])}; };
+    // Two loads that may overlap in the middle.
+    const auto loadEnds = [=](auto piece) {
+        const std::size_t last = count - sizeof piece;
+        return std::uint64_t{loadPiece<decltype(piece)>(from)} | std::uint64_t{loadPiece<decltype(piece)>(from + last)}
+                                                                     << (8 * last);
+    };
     if (count == 8)
         return loadWord(from);
-    if (count < 4)
-        return byte(0) | byte(count / 2) << (8 * (count / 2)) | byte(count - 1) << (8 * (count - 1));
-    // Two loads that may overlap in the middle.
-    const auto four = [byte](std::size_t at) {
-        return byte(at) | byte(at + 1) << 8 | byte(at + 2) << 16 | byte(at + 3) << 24;
-    };
-    return four(0) | four(count - 4) << (8 * (count - 4));
+    if (count >= 4)
+        return loadEnds(std::uint32_t{0});
+    return count >= 2 ? loadEnds(std::uint16_t{0}) : loadPiece<std::uint8_t>(from);
 }
 
 /// Writes 8 bytes, the lowest first.
 inline void storeWord(char* to, std::uint64_t word) noexcept
 {
-    if constexpr (std::endian::native == std::endian::big)
-        word = reverseBytes(word);
-    std::memcpy(to, &word, sizeof word);
+    storePiece(to, word);
 }
 
 /// Copies fewer than 32 bytes that do not overlap, without a call.
