@@ -163,6 +163,14 @@ struct tFieldAccess
         node.m_iOffsetEnd = end;
     }
 
+    /// Whether the node has nothing but a value, a name and an ID.
+    static bool isBare(const CFields& node)
+    {
+        constexpr tPacketExpInfo none{};
+        return (node.m_ucState & 0x30u) == VK_actual << 4 && sideRecord(node) == nullptr &&
+               (node.m_iOffsetStart | node.m_iOffsetEnd) == 0 && std::memcmp(&node.m_tPEI, &none, sizeof none) == 0;
+    }
+
     // The side record and the owner share one word of the node: see core/side_record.h.
 
     static tSideRecord* sideRecord(const CFields& node)

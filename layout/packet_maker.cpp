@@ -37,7 +37,8 @@ bool CPacketMaker::make(const CFields& tree, std::string& packet)
 {
     tState& state = *m_pState;
     const bool isMade = state.m_tMaker.make(tree, state.m_tOptions, packet);
-    state.m_tFault = tPacketFault();
+    if (state.m_tFault.m_eCode != PF_none)
+        state.m_tFault = tPacketFault();
     state.m_vFindings.clear();
     for (const tScanFault& finding : state.m_tMaker.findings())
         state.m_vFindings.push_back(

@@ -54,7 +54,8 @@ template <typename tSink>
 bool CPacketReader::tState::read(std::string_view bytes, tSink& sink)
 {
     m_strvInput = bytes;
-    m_tFault = tPacketFault();
+    if (m_tFault.m_eCode != PF_none)
+        m_tFault = tPacketFault();
     m_vFindings.clear();
     m_tScanner.reset();
     m_tScanner.show(bytes.data(), 0, bytes.size(), true);

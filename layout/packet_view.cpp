@@ -8,6 +8,7 @@
 #include "layout/run/fault_words.h"
 #include "layout/run/scanner.h"
 #include "layout/sinks.h"
+#include "layout/values/quick_values.h"
 #include "layout/values/value_codec.h"
 #include "murv/layout.h"
 
@@ -32,6 +33,11 @@ struct CPacketView::tState
         std::uint64_t m_ullStamp = 0;
         std::size_t m_nTrace = 0;
     };
+    struct tRunEntry : tEntry
+    {
+        std::uint64_t m_ullWhole = 0;  // the stamp, when all its bytes are there
+        const char* m_pBegin = nullptr;
+    };
 
     bool open(std::string_view bytes);
     void enterAll();
@@ -40,10 +46,14 @@ struct CPacketView::tState
     bool findIn(const tScope& scope, unsigned int part, tTrace& item) const;
     bool takeRun(const tTrace& run, const tPlaceInRun& place, unsigned int part, tTrace& item) const;
     E_PacketFault getValue(const tTrace& item, tPacketValue& value, bool unscaled);
+    E_PacketFault getAnyValue(unsigned int part, tPacketValue& value, bool unscaled);
+    bool getQuickValue(unsigned int part, tPacketValue& value) const;
 
     std::shared_ptr<const tPlan> m_pPlan;
+    const tPlaceInRun* m_pPlaces = m_pPlan->m_vPlace4Part.data();
+    std::size_t m_uiParts = m_pPlan->m_vPlace4Part.size();
     CScanner m_tScanner;
-    std::vector<tEntry> m_vRuns;
+    std::vector<tRunEntry> m_vRuns;
     std::vector<tEntry> m_vParts;
     std::uint64_t m_ullStamp = 0;
     std::string m_strScratch;
@@ -84,7 +94,10 @@ void CPacketView::tState::enterAll()
         const tTrace& trace = traces[i];
         arrays -= trace.m_eTrace == TR_arrayEnd ? 1 : 0;
         if (arrays == 0 && trace.m_eTrace == TR_run)
-            m_vRuns[trace.m_uiIndex] = {m_ullStamp, i};
+        {
+            const bool isWhole = trace.m_ullLength == m_pPlan->m_vRuns[trace.m_uiIndex].m_uiLength;
+            m_vRuns[trace.m_uiIndex] = {{m_ullStamp, i}, isWhole ? m_ullStamp : 0, m_tScanner.at(trace.m_ullOffset)};
+        }
         else if (arrays == 0 && (trace.m_eTrace == TR_item || trace.m_eTrace == TR_open || trace.m_eTrace == TR_array))
             m_vParts[trace.m_uiIndex] = {m_ullStamp, i};
         arrays += trace.m_eTrace == TR_array ? 1 : 0;
@@ -141,6 +154,28 @@ bool CPacketView::tState::findIn(const tScope& scope, unsigned int part, tTrace&
         }
     }
     return false;
+}
+
+/// The usual value of an item in a run outside arrays. \return false when the general way must be asked
+inline bool CPacketView::tState::getQuickValue(unsigned int part, tPacketValue& value) const
+{
+    if (part >= m_uiParts)
+        return false;
+    const tPlaceInRun& place = m_pPlaces[part];
+    if (place.m_eQuick == QF_none)
+        return false;
+    const tRunEntry& run = m_vRuns[place.m_uiRun];
+    return run.m_ullWhole == m_ullStamp &&
+           readQuick(place.m_eQuick, run.m_pBegin + place.m_uiOffset, place.m_uiLength, value);
+}
+
+/// The general way to a value.
+E_PacketFault CPacketView::tState::getAnyValue(unsigned int part, tPacketValue& value, bool unscaled)
+{
+    tTrace item{};
+    if (!findInAll(part, item) || item.m_eTrace != TR_item)
+        return PF_missing;
+    return getValue(item, value, unscaled);
 }
 
 E_PacketFault CPacketView::tState::getValue(const tTrace& item, tPacketValue& value, bool unscaled)
@@ -259,10 +294,7 @@ tByteRange CPacketView::getPlace(unsigned int part, const tScope& scope) const
 
 E_PacketFault CPacketView::getValue(unsigned int part, tPacketValue& value, bool unscaled) const
 {
-    tTrace item{};
-    if (!m_pState->findInAll(part, item) || item.m_eTrace != TR_item)
-        return PF_missing;
-    return m_pState->getValue(item, value, unscaled);
+    return m_pState->getQuickValue(part, value) ? PF_none : m_pState->getAnyValue(part, value, unscaled);
 }
 
 E_PacketFault CPacketView::getValue(unsigned int part, const tScope& scope, tPacketValue& value, bool unscaled) const

@@ -38,6 +38,9 @@ struct CNoSink
     void arrayEnd(unsigned int)
     {
     }
+    void run(const tRun&)
+    {
+    }
     void record(unsigned int, std::uint64_t, std::uint64_t)
     {
     }
@@ -82,6 +85,9 @@ public:
     {
         m_vElements.pop_back();
         m_tVisitor.onArrayEnd(part);
+    }
+    void run(const tRun&)
+    {
     }
     void record(unsigned int part, std::uint64_t number, std::uint64_t offset)
     {

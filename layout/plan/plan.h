@@ -58,6 +58,11 @@ struct tRun
         unsigned int m_uiLength;
         bool m_bReads;  // any bytes are a value of the item
         bool m_bPlain;  // making it is nothing but making its value
+        E_QuickForm m_eQuick;
+        bool m_bQuickRead;  // its usual values are all valid
+        // A row of fields that are made side by side: those of it that are left, and their bytes.
+        unsigned short m_usRow = 0;
+        unsigned short m_usRowBytes = 0;
     };
     std::vector<tField> m_vFields;
     std::vector<unsigned int> m_vLiterals;  // indexes of fields that are literals
@@ -70,6 +75,8 @@ struct tPlaceInRun
 {
     unsigned int m_uiRun = s_cuiNone;
     unsigned int m_uiOffset = 0;
+    unsigned int m_uiLength = 0;
+    E_QuickForm m_eQuick = QF_none;
 };
 
 /// The alternatives of a field set, each with the step at which it begins.

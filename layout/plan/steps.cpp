@@ -7,26 +7,13 @@
 #include "layout/plan/links.h"
 #include "layout/plan/members.h"
 #include "layout/plan/plan.h"
+#include "layout/plan/runs.h"
 
 namespace murv::detail
 {
 
 namespace
 {
-
-/// Whether any bytes are a value: bytes, and text without a code page.
-bool alwaysReads(const tItem& item)
-{
-    return (item.m_eForm == IF_text || item.m_eForm == IF_bytes) && item.m_pPage == nullptr &&
-           item.m_pTime == nullptr && !item.m_bTested;
-}
-
-/// Whether making a leaf asks for nothing but its value. Dates may become the present one, and may be findings.
-bool isPlainValue(const tPart& leaf)
-{
-    return !leaf.m_bLiteral && !leaf.m_bOpen && !leaf.m_tItem.m_bTested && leaf.m_tItem.m_pTime == nullptr &&
-           leaf.m_tItem.m_vBits.empty();
-}
 
 class CStepMaker
 {
@@ -140,17 +127,7 @@ void CStepMaker::addToRun(unsigned int part)
         m_tPlan.m_vRuns.emplace_back();
         m_bRunOpen = true;
     }
-    tRun& run = m_tPlan.m_vRuns.back();
-    const tPart& leaf = m_tPlan.m_vParts[part];
-    const auto index = static_cast<unsigned int>(run.m_vFields.size());
-    const bool isPlain = isPlainValue(leaf) && m_tPlan.m_vRegister4Part[part] == s_cuiNone && !m_tPlan.m_vChooses[part];
-    run.m_vFields.push_back({part, run.m_uiLength, leaf.m_tItem.m_uiLength, alwaysReads(leaf.m_tItem), isPlain});
-    m_tPlan.m_vPlace4Part[part] = {static_cast<unsigned int>(m_tPlan.m_vRuns.size() - 1), run.m_uiLength};
-    run.m_uiLength += leaf.m_tItem.m_uiLength;
-    if (leaf.m_bLiteral)
-        run.m_vLiterals.push_back(index);
-    if (m_tPlan.m_vRegister4Part[part] != s_cuiNone)
-        run.m_vKept.push_back(index);
+    appendToRun(m_tPlan, static_cast<unsigned int>(m_tPlan.m_vRuns.size() - 1), part);
 }
 
 void CStepMaker::enterLeaf(unsigned int part)
@@ -431,6 +408,8 @@ void makeSteps(tPlan& plan)
             sortMembers(plan, part);
     }
     CStepMaker(plan).make();
+    for (tRun& run : plan.m_vRuns)
+        makeRows(plan, run);
     plan.m_bSelfEvident = isSelfEvident(plan);
     plan.m_vHeadTables.resize(plan.m_vParts.size());
     plan.m_vEnds4Array.resize(plan.m_vParts.size());

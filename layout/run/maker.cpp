@@ -37,20 +37,25 @@ void CMaker::begin()
     if (m_tPlan.m_tFrame.m_eKind == FR_mark)
         m_vMarks.push_back(&m_tPlan.m_tFrame.m_strMark);
     m_tKept.clearAll();
-    m_vHoles.clear();
-    m_vHole4Link.assign(m_tPlan.m_vLinks.size(), s_cuiNone);
-    m_vHole4Part.assign(m_tPlan.m_vLinks.empty() && m_tPlan.m_vChoices.empty() ? 0 : m_tPlan.m_vParts.size(),
-                        s_cuiNone);
-    m_vMeasures.assign(m_tPlan.m_vSpans.size(), tMeasure());
-    m_vTotals.assign(m_tPlan.m_vLinks.size(), tTotal());
-    m_vOpenTotals.clear();
-    m_vOpenChecks.clear();
+    if (!m_tPlan.m_vLinks.empty() || !m_tPlan.m_vChoices.empty())
+        beginNumbers();
     m_vTrace.clear();
     m_vFindings.clear();
     m_strUnknown.clear();
     m_ullRecord = m_ullRecordStart = m_ullFrameStart = 0;
     m_uiFound = s_cuiNone;
     m_bInRecord = m_bMoved = false;
+}
+
+void CMaker::beginNumbers()
+{
+    m_vHoles.clear();
+    m_vHole4Link.assign(m_tPlan.m_vLinks.size(), s_cuiNone);
+    m_vHole4Part.assign(m_tPlan.m_vParts.size(), s_cuiNone);
+    m_vMeasures.assign(m_tPlan.m_vSpans.size(), tMeasure());
+    m_vTotals.assign(m_tPlan.m_vLinks.size(), tTotal());
+    m_vOpenTotals.clear();
+    m_vOpenChecks.clear();
 }
 
 bool CMaker::make(const CFields& tree, const tMakeOptions& options, std::string& out)
@@ -120,6 +125,8 @@ bool CMaker::makeOnce(const CFields& tree, unsigned int from, E_Step last)
         m_uiStep += result == SC_next ? 1 : 0;
     }
     dropLastMark();
+    if (m_vHoles.empty())
+        return true;
     return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next && agree() == SC_next;
 }
 
@@ -212,32 +219,6 @@ const CFields* CMaker::findOutOfOrder(tCursor& cursor, const tPart& wanted) cons
             return member;
     }
     return nullptr;
-}
-
-E_Scan CMaker::onRun(unsigned int index)
-{
-    const tRun& run = m_tPlan.m_vRuns[index];
-    const std::size_t begin = m_pOut->size();
-    for (const tRun::tField& field : run.m_vFields)
-    {
-        const E_Scan result = field.m_bPlain ? makePlainLeaf(field.m_uiPart) : makeLeaf(field.m_uiPart);
-        if (result != SC_next)
-            return result;
-    }
-    if (holdsMark(std::string_view(*m_pOut).substr(begin)))
-        return stopAtMark(run, begin);
-    add(TR_run, index, begin, run.m_uiLength);
-    return SC_next;
-}
-
-/// The fast path: an item of fixed width that is nothing but its value.
-E_Scan CMaker::makePlainLeaf(unsigned int part)
-{
-    const CFields* const node = find(part);
-    if (node == nullptr || tFieldAccess::isContainer(*node))
-        return makeValue4Leaf(part, node);
-    const E_PacketFault fault = makeValue(part4(part).m_tItem, value4Data(*node), *m_pOut);
-    return fault == PF_none ? SC_next : stop(fault, part);
 }
 
 E_Scan CMaker::makeLeaf(unsigned int part)
@@ -353,18 +334,6 @@ bool CMaker::holdsMark(std::string_view bytes) const
         return true;
     return std::any_of(m_vMarks.begin(), m_vMarks.end(),
                        [bytes](const std::string* mark) { return bytes.find(*mark) != std::string_view::npos; });
-}
-
-/// Finds the first item of a run with which the mark is complete.
-E_Scan CMaker::stopAtMark(const tRun& run, std::size_t begin)
-{
-    const std::string_view made = std::string_view(*m_pOut).substr(begin);
-    const auto isReached = [&](const tRun::tField& field) {
-        return holdsMark(made.substr(0, field.m_uiOffset + field.m_uiLength));
-    };
-    const tRun::tField& field = *std::find_if(run.m_vFields.begin(), run.m_vFields.end(), isReached);
-    m_pOut->resize(begin + field.m_uiOffset + field.m_uiLength);
-    return stop(PF_mark, field.m_uiPart, nullptr, field.m_uiLength);
 }
 
 /// Keeps a value that others look at, in the form in which reading gives it.

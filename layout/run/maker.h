@@ -102,20 +102,18 @@ private:
 
     // maker.cpp
     void begin();
+    void beginNumbers();
     bool makePasses(const CFields& tree, unsigned int from, E_Step last);
     bool makeOnce(const CFields& tree, unsigned int from, E_Step last);
     void dropLastMark();
     bool isFilledIn(unsigned int part) const;
     E_Scan step(const tStep& step);
-    E_Scan onRun(unsigned int index);
-    E_Scan makePlainLeaf(unsigned int part);
     E_Scan makeLeaf(unsigned int part);
     E_Scan makeLiteral(unsigned int part, const CFields* node);
     E_Scan makeValue4Leaf(unsigned int part, const CFields* node);
     E_PacketFault appendValue(const tPart& leaf, const tScalar& value, bool isOwn, std::size_t& length);
     E_Scan putValue(unsigned int part, const tScalar& value, bool isOwn);
     bool holdsMark(std::string_view bytes) const;
-    E_Scan stopAtMark(const tRun& run, std::size_t begin);
     E_Scan keep(unsigned int part, std::string_view bytes);
     E_Scan stop(E_PacketFault code, unsigned int part, const char* text = nullptr, std::uint64_t length = 0);
     const CFields* find(unsigned int part);
@@ -130,6 +128,12 @@ private:
         if (!m_tPlan.m_bSelfEvident)
             m_vTrace.push_back({trace, index, offset, length});
     }
+
+    // make_rows.cpp
+    E_Scan onRun(unsigned int index);
+    std::ptrdiff_t makeRow(const tRun::tField& first);
+    E_Scan makePlainLeaf(unsigned int part);
+    E_Scan stopAtMark(const tRun& run, std::size_t begin);
 
     // make_data.cpp
     E_Scan takeScalar(unsigned int part, const CFields& node, tScalar& value);

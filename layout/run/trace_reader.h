@@ -7,14 +7,16 @@
 #include <string>
 
 #include "layout/run/scanner.h"
+#include "layout/values/quick_values.h"
 #include "layout/values/value_codec.h"
 
 namespace murv::detail
 {
 
 /// \tparam tSink  has open(part), close(part), array(part), element(part), arrayEnd(part),
-///                record(part, number, offset), recordEnd(part), skip(trace), leaf(part, value, trace) with the place
-///                of the value, and s_cbWantsValues: false when only the check counts
+///                record(part, number, offset), recordEnd(part), skip(trace), run(run) before the leaves of a run,
+///                leaf(part, value, trace) with the place of the value, and s_cbWantsValues: false when only the check
+///                counts
 template <typename tSink>
 class CTraceReader
 {
@@ -94,13 +96,20 @@ private:
 
     bool readRun(const tTrace& trace, std::vector<tScanFault>& findings)
     {
-        for (const tRun::tField& field : m_tPlan.m_vRuns[trace.m_uiIndex].m_vFields)
+        const tRun& run = m_tPlan.m_vRuns[trace.m_uiIndex];
+        m_tSink.run(run);
+        for (const tRun::tField& field : run.m_vFields)
         {
             if (field.m_uiOffset + field.m_uiLength > trace.m_ullLength)
                 break;
             if (!tSink::s_cbWantsValues && field.m_bReads)
                 continue;
-            if (!readLeaf({TR_item, field.m_uiPart, trace.m_ullOffset + field.m_uiOffset, field.m_uiLength}, findings))
+            const tTrace item{TR_item, field.m_uiPart, trace.m_ullOffset + field.m_uiOffset, field.m_uiLength};
+            tScalar value;
+            if (field.m_bQuickRead &&
+                readQuick(field.m_eQuick, m_tScanner.at(item.m_ullOffset), field.m_uiLength, value))
+                m_tSink.leaf(field.m_uiPart, value, item);
+            else if (!readLeaf(item, findings))
                 return false;
         }
         return true;

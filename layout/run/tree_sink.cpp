@@ -1,8 +1,6 @@
 // layout/run/tree_sink.cpp - a tree from what is read.
 #include "layout/run/tree_sink.h"
 
-#include <cstring>
-
 #include "core/heap_text.h"
 #include "layout/run/kept_values.h"
 
@@ -18,15 +16,8 @@ void setScalar(CFields& node, const tScalar& value)
     if (value.m_eType == DT_codelist)
     {
         const std::string_view text = value.m_strvText;
-        if (tFieldAccess::type(node) == DT_codelist && tFieldAccess::isOwned(node))
-        {
-            const std::string_view held = tFieldAccess::codes(node);
-            if (held.size() == text.size() && held.data() != nullptr)
-            {
-                std::memcpy(const_cast<char*>(held.data()), text.data(), text.size());
-                return;
-            }
-        }
+        if (tFieldAccess::type(node) == DT_codelist && setSameLength(node, text))
+            return;
         tSlot fresh{DT_codelist, true, {}};
         fresh.m_uValue.m_pData = duplicatePrefixedStream(text.data(), static_cast<unsigned int>(text.size()));
         tFieldAccess::replaceValue(node, fresh);
@@ -44,15 +35,6 @@ void cutMembers(CFields& container, unsigned int from)
         container.removeChildAt(container.getChildCount() - 1);
 }
 
-/// Whether a node has nothing but a value, a name and an ID.
-inline bool isBare(const CFields& node)
-{
-    constexpr tPacketExpInfo s_tNone{};
-    return tFieldAccess::sideRecord(node) == nullptr && tFieldAccess::kind(node) == VK_actual &&
-           (node.getOffsetStart() | node.getOffsetEnd()) == 0 &&
-           std::memcmp(&tFieldAccess::pei(node), &s_tNone, sizeof s_tNone) == 0;
-}
-
 }  // namespace
 
 void CTreeSink::begin(CFields& root)
@@ -60,7 +42,7 @@ void CTreeSink::begin(CFields& root)
     m_pRoot = &root;
     m_bRootIsSet = false;
     m_vOpen.clear();
-    if (!isBare(root))
+    if (!tFieldAccess::isBare(root))
         root.removeAll(DT_null);
 }
 
@@ -78,7 +60,7 @@ CFields* CTreeSink::takeOld(tOpen& open, std::string_view name, unsigned int id)
     if (!open.m_tOld.hasNext())
         return nullptr;
     CFields& old = open.m_tOld.next();
-    if (tFieldAccess::id(old) != id || !isBare(old) ||
+    if (tFieldAccess::id(old) != id || !tFieldAccess::isBare(old) ||
         !tFieldAccess::isNamed(old, name.data(), static_cast<unsigned int>(name.size())))
         return nullptr;
     open.m_tOld.skip();

@@ -5,9 +5,12 @@
 // time where packets are read one after the other.
 #pragma once
 
+#include <cstring>
+#include <string_view>
 #include <vector>
 
 #include "core/field_access.h"
+#include "core/field_vector.h"
 #include "core/member_cursor.h"
 #include "layout/plan/plan.h"
 #include "layout/run/trace.h"
@@ -16,6 +19,18 @@
 
 namespace murv::detail
 {
+
+/// Puts a text into the block of a string node that has one of that length. \return false when it has not
+inline bool setSameLength(CFields& node, std::string_view text)
+{
+    if (!tFieldAccess::isOwned(node))
+        return false;
+    const std::string_view held = tFieldAccess::codes(node);
+    if (held.size() != text.size() || held.data() == nullptr)
+        return false;
+    std::memcpy(const_cast<char*>(held.data()), text.data(), text.size());
+    return true;
+}
 
 class CTreeSink
 {
@@ -49,6 +64,15 @@ public:
     {
         leave();
     }
+    /// Makes room for the leaves of a run at once, where they are the first members.
+    void run(const tRun& run)
+    {
+        if (m_vOpen.empty())
+            return;
+        CFields& set = *m_vOpen.back().m_pNode;
+        if (tFieldAccess::type(set) == DT_fields && tFieldAccess::members(set) == CFieldVector::empty())
+            tFieldAccess::value(set).m_pFV = CFieldVector::make(static_cast<std::uint32_t>(run.m_vFields.size()));
+    }
     void record(unsigned int, std::uint64_t, std::uint64_t)
     {
     }
@@ -61,7 +85,7 @@ public:
     void leaf(unsigned int part, const tScalar& value, const tTrace&)
     {
         const tPart& leaf = m_tPlan.m_vParts[part];
-        if (leaf.m_bShown)
+        if (leaf.m_bShown && !setOld(leaf, value))
             setLeaf(leaf, value);
     }
 
@@ -74,6 +98,7 @@ private:
         unsigned int m_uiCount = 0;  // members that are there
     };
 
+    bool setOld(const tPart& leaf, const tScalar& value);
     CFields& add(const tPart& part);
     CFields& addNamed(std::string_view name, unsigned int id);
     static CFields* takeOld(tOpen& open, std::string_view name, unsigned int id);
@@ -86,6 +111,31 @@ private:
     CFields* m_pRoot = nullptr;
     bool m_bRootIsSet = false;
 };
+
+/// The fast path: gives the member of the tree before that stands in the place of a leaf a number, or a text of the
+/// same length. \return false when there is none, or its value is of another kind
+inline bool CTreeSink::setOld(const tPart& leaf, const tScalar& value)
+{
+    if (m_vOpen.empty() || leaf.m_strName.empty() || !leaf.m_tItem.m_vBits.empty())
+        return false;
+    tOpen& open = m_vOpen.back();
+    if (!open.m_tOld.hasNext())
+        return false;
+    CFields& old = open.m_tOld.next();
+    const E_DataType held = tFieldAccess::type(old);
+    const bool isText = value.m_eType == DT_codelist;
+    if ((held == DT_codelist) != isText || tFieldAccess::isContainer(held) || tFieldAccess::id(old) != leaf.m_uiID ||
+        !tFieldAccess::isNamed(old, leaf.m_strName.data(), static_cast<unsigned int>(leaf.m_strName.size())) ||
+        !tFieldAccess::isBare(old))
+        return false;
+    if (!isText)
+        tFieldAccess::setType(old, value.m_eType).m_ullValue = value.m_ullValue;
+    else if (!setSameLength(old, value.m_strvText))
+        return false;
+    open.m_tOld.skip();
+    ++open.m_uiCount;
+    return true;
+}
 
 /// Fills a tree from here to the end of the block, however that is left.
 class CTreeFilling

@@ -44,6 +44,18 @@ enum E_Padding : unsigned char
     PAD_zeroBytes,    // after texts and bytes by "pad zero"
 };
 
+/// Items whose usual values are read and written without a call.
+enum E_QuickForm : unsigned char
+{
+    QF_none,
+    QF_digits,       // a whole number with zeros in front, up to sixteen digits
+    QF_digitsAfter,  // the same of up to eight digits, in a packet whose bytes before them make up a word with them
+    QF_text,         // a text with blanks after it
+    QF_bytes,        // bytes that fill the item
+    QF_big,          // a number without sign, the high byte first
+    QF_little,       // the same, the low byte first
+};
+
 /// A part of a binary number.
 struct tBitField
 {
@@ -78,11 +90,12 @@ struct tItem
     bool m_bZeroIsNull = false;
     bool m_bKeep = false;  // of a date: the option "now" leaves it alone
     bool m_bMask = false;
-    bool m_bPlain = false;         // set by prepareItem: digits or bytes are an integer without other rules
-    bool m_bTested = false;        // set by prepareItem: only some values are valid
-    bool m_bBare = false;          // set by prepareItem: the item may be digits alone
-    unsigned char m_ucShown = 0;   // masked: this many bytes at the end stay visible
-    unsigned char m_ucPrefix = 0;  // width of the length prefix, 0 without one
+    bool m_bPlain = false;           // set by prepareItem: digits or bytes are an integer without other rules
+    bool m_bTested = false;          // set by prepareItem: only some values are valid
+    bool m_bBare = false;            // set by prepareItem: the item may be digits alone
+    E_QuickForm m_eQuick = QF_none;  // set by prepareItem; the values still have to be valid ones
+    unsigned char m_ucShown = 0;     // masked: this many bytes at the end stay visible
+    unsigned char m_ucPrefix = 0;    // width of the length prefix, 0 without one
     signed char m_cCalibration = 0;
     bool m_bBinaryPrefix = false;
     char m_cPoint = 0;  // written decimal point, 0 when it is implied

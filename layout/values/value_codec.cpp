@@ -90,6 +90,20 @@ std::string_view withoutZeros(std::string_view number)
     return number;
 }
 
+E_QuickForm quickForm4(const tItem& item)
+{
+    if (item.m_bVaries || item.m_uiLength == 0)
+        return QF_none;
+    if (item.m_eForm == IF_digits && item.m_bPlain && item.m_uiLength <= s_cnShortDigits)
+        return QF_digits;
+    if (item.m_eForm == IF_binary && item.m_bPlain && !item.m_bSigned && item.m_uiLength <= s_cnWord)
+        return item.m_bLittle ? QF_little : QF_big;
+    const bool isRaw = item.m_pPage == nullptr && item.m_pTime == nullptr;
+    if (!isRaw || (item.m_eForm != IF_text && item.m_eForm != IF_bytes))
+        return QF_none;
+    return item.m_ePadding == PAD_blanksAfter ? QF_text : item.m_ePadding == PAD_none ? QF_bytes : QF_none;
+}
+
 E_PacketFault makeRow(const tItem& item, const tScalar& value, E_Origin origin, std::string& out)
 {
     const std::size_t before = out.size();
@@ -109,6 +123,7 @@ void prepareItem(tItem& item)
     item.m_bTested = !item.m_vValid.empty() || !item.m_strValidDate.empty();
     const bool ascii = item.m_pPage == nullptr || item.m_pPage->m_bAsciiLike;
     item.m_bPlain = item.m_bBare && ascii && !item.m_bDecimals && !item.m_bZeroIsNull && item.m_pTime == nullptr;
+    item.m_eQuick = quickForm4(item);
 }
 
 E_PacketFault readValue(const tItem& item, std::string_view bytes, unsigned int options, tScalar& value,
