@@ -4,6 +4,7 @@
 // part is left.
 #include <algorithm>
 
+#include "layout/plan/head_tables.h"
 #include "layout/plan/links.h"
 #include "layout/plan/members.h"
 #include "layout/plan/plan.h"
@@ -73,7 +74,6 @@ private:
     unsigned int here();
     bool isBetween(unsigned int part) const;
     bool isCut(unsigned int part) const;
-    bool mayBeAbsent(const tPart& part) const;
     bool isMeasuredAlways(unsigned int part) const;
     void endAbsent(const tOpen& open);
 
@@ -109,11 +109,6 @@ bool CStepMaker::isCut(unsigned int part) const
     const tPart& member = m_tPlan.m_vParts[part];
     return isBetween(part) &&
            (member.m_eKind != PK_array || member.m_strBetween != m_tPlan.m_vParts[member.m_uiParent].m_strBetween);
-}
-
-bool CStepMaker::mayBeAbsent(const tPart& part) const
-{
-    return part.m_bOptional || !part.m_vIf.empty() || part.m_uiBitmap != s_cuiNone;
 }
 
 /// Whether rows of parts that begin or end with this one begin and end also when it is not there.
@@ -339,68 +334,6 @@ void CStepMaker::make()
     add(ST_done, 0);
 }
 
-/// The offset of the one byte that each of the heads consists of, or none.
-unsigned int offsetOfHeads(const std::vector<tHead>& heads)
-{
-    unsigned int offset = s_cuiNone;
-    for (const tHead& head : heads)
-    {
-        if (head.m_vBytes.size() != 1 || head.m_vBytes[0].m_strBytes.size() != 1)
-            return s_cuiNone;
-        if (offset != s_cuiNone && head.m_vBytes[0].m_uiOffset != offset)
-            return s_cuiNone;
-        offset = head.m_vBytes[0].m_uiOffset;
-    }
-    return offset;
-}
-
-unsigned int byteOf(const tHead& head)
-{
-    return static_cast<unsigned char>(head.m_vBytes[0].m_strBytes[0]);
-}
-
-/// A choice between alternatives that one byte tells apart is one look into a table. The byte may not be there; then
-/// only an alternative without a head fits.
-void makeByteTable(const tPlan& plan, tChoice& choice)
-{
-    const tPart& set = plan.m_vParts[choice.m_uiSet];
-    std::vector<unsigned int> table(256, s_cuiNone);
-    std::vector<tHead> all;
-    for (unsigned int member = 0; member < set.m_vMembers.size(); ++member)
-    {
-        const std::vector<tHead>& heads = plan.m_vParts[set.m_vMembers[member]].m_vHeads;
-        all.insert(all.end(), heads.begin(), heads.end());
-    }
-    const unsigned int offset = offsetOfHeads(all);
-    if (offset == s_cuiNone)
-        return;
-    for (unsigned int member = 0; member < set.m_vMembers.size(); ++member)
-    {
-        const std::vector<tHead>& heads = plan.m_vParts[set.m_vMembers[member]].m_vHeads;
-        for (const tHead& head : heads)
-            table[byteOf(head)] = std::min(table[byteOf(head)], member);
-        if (!heads.empty())
-            continue;
-        std::replace(table.begin(), table.end(), s_cuiNone, member);
-        break;
-    }
-    choice.m_uiOffset = offset;
-    choice.m_vMember4Byte = std::move(table);
-}
-
-/// So is the question whether another element of an array follows.
-void makeHeadTable(tPlan& plan, unsigned int array)
-{
-    const unsigned int offset = offsetOfHeads(plan.m_vParts[array].m_vHeads);
-    if (offset == s_cuiNone)
-        return;
-    tHeadTable& table = plan.m_vHeadTables[array];
-    table.m_uiOffset = offset;
-    table.m_vBegins.assign(256, false);
-    for (const tHead& head : plan.m_vParts[array].m_vHeads)
-        table.m_vBegins[byteOf(head)] = true;
-}
-
 /// Whether every end is a width, a length prefix, a size or a count, and every condition a value that was read. Then
 /// what is made cannot be read in another way.
 bool isSelfEvident(const tPlan& plan)
@@ -432,20 +365,7 @@ void makeSteps(tPlan& plan)
     }
     CStepMaker(plan).make();
     plan.m_bSelfEvident = isSelfEvident(plan);
-    plan.m_vHeadTables.resize(plan.m_vParts.size());
-    plan.m_vEnds4Array.resize(plan.m_vParts.size());
-    for (unsigned int part = 0; part < plan.m_vParts.size(); ++part)
-    {
-        if (plan.m_vParts[part].m_eArrayEnd == AE_heads)
-            makeHeadTable(plan, part);
-        if (plan.m_vParts[part].m_eArrayEnd == AE_mark)
-            plan.m_vEnds4Array[part] = {tHead{{{0, plan.m_vParts[part].m_strEnds}}}};
-    }
-    for (tChoice& choice : plan.m_vChoices)
-    {
-        if (plan.m_vParts[choice.m_uiSet].m_eChoice == CH_heads)
-            makeByteTable(plan, choice);
-    }
+    makeHeadTables(plan);
 }
 
 }  // namespace murv::detail
