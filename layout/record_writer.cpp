@@ -1,6 +1,8 @@
 // layout/record_writer.cpp - one record at a time into a string.
 //
 // A scanner reads along: it knows which records may come next, and sees what reading would find.
+#include <algorithm>
+
 #include "layout/run/fault_words.h"
 #include "layout/run/maker.h"
 #include "layout/sinks.h"
@@ -23,6 +25,7 @@ struct CRecordWriter::tState
 
     bool fail(const tScanFault& fault, std::string_view bytes);
     bool readAlong(unsigned int part, std::unique_ptr<CScanner>& scanner);
+    bool failInRecord(unsigned int part, const CScanner& scanner);
     E_Scan run(CScanner& scanner, bool over);
     void describeFindings(CScanner& scanner);
 
@@ -71,24 +74,48 @@ E_Scan CRecordWriter::tState::run(CScanner& scanner, bool over)
     return scanner.run();
 }
 
-/// Reads the record that was made: it must be the one that was meant, to its end.
+/// Reads the record that was made: it must be the one that was meant, with each part where it was made.
 bool CRecordWriter::tState::readAlong(unsigned int part, std::unique_ptr<CScanner>& scanner)
 {
-    E_Scan result = m_bLast ? SC_fault : run(*scanner, false);
+    E_Scan result = m_bLast ? SC_done : run(*scanner, false);
     if (result == SC_more)
     {
         scanner = std::make_unique<CScanner>(*m_pScanner);
         result = run(*scanner, true);
         m_bLast = true;
     }
-    bool isMeant = false;
-    for (const tTrace& trace : scanner->trace())
-        isMeant = isMeant || (trace.m_eTrace == TR_record && trace.m_uiIndex == part);
-    if (result == SC_record && isMeant && scanner->position() == m_ullBase + m_strRecord.size())
+    const tTraces& trace = scanner->trace();
+    const auto isMeant = [part](const tTrace& at) { return at.m_eTrace == TR_record && at.m_uiIndex == part; };
+    const auto begin = std::find_if(trace.begin(), trace.end(), isMeant);
+    const bool isRead = result == SC_record || result == SC_fault;
+    if (isRead && begin != trace.end() && !m_pPlan->m_bSelfEvident &&
+        !m_tMaker.isReadSo(*scanner, static_cast<std::size_t>(begin - trace.begin()), m_ullBase))
+        return failInRecord(part, *scanner);
+    if (result == SC_record && begin != trace.end() && scanner->position() == m_ullBase + m_strRecord.size())
         return true;
     return fail({PF_ambiguous, part, m_ullBase, m_strRecord.size(), 0, 0, m_ullBase,
                  "Such a record cannot come here, or reading would take it for another", scanner->elements()},
                 m_strRecord);
+}
+
+/// Reading has found another part than was made: says where, with the elements around the record.
+bool CRecordWriter::tState::failInRecord(unsigned int part, const CScanner& scanner)
+{
+    tScanFault fault = m_tMaker.fault();
+    if (fault.m_eCode == PF_ambiguous)
+    {
+        tElements elements = scanner.elements();
+        std::size_t around = 0;
+        for (unsigned int at = m_pPlan->m_vParts[part].m_uiParent; at != s_cuiNone;
+             at = m_pPlan->m_vParts[at].m_uiParent)
+            around += m_pPlan->m_vParts[at].m_eKind == PK_array ? 1 : 0;
+        elements.resize(std::min(around, elements.size()));
+        fault.m_vElements.insert(fault.m_vElements.begin(), elements.begin(), elements.end());
+        fault.m_ullRecord = scanner.record();
+        fault.m_ullRecordOffset = m_ullBase;
+    }
+    const auto at = static_cast<std::size_t>(fault.m_ullOffset - m_ullBase);
+    return fail(fault, std::string_view(m_strRecord).substr(at, static_cast<std::size_t>(fault.m_ullLength)));
 }
 
 CRecordWriter::CRecordWriter(const CLayout& layout, const tMakeOptions& options)

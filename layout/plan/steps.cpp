@@ -25,8 +25,8 @@ bool alwaysReads(const tItem& item)
 /// Whether making a leaf asks for nothing but its value. Dates may become the present one, and may be findings.
 bool isPlainValue(const tPart& leaf)
 {
-    return !leaf.m_bLiteral && !leaf.m_bOpen && !leaf.m_tItem.m_bTested && leaf.m_tItem.m_pTime == nullptr &&
-           leaf.m_tItem.m_vBits.empty();
+    return !leaf.m_bLiteral && !leaf.m_bOpen && !leaf.m_bAsks && !leaf.m_tItem.m_bTested &&
+           leaf.m_tItem.m_pTime == nullptr && leaf.m_tItem.m_vBits.empty();
 }
 
 class CStepMaker
@@ -122,7 +122,7 @@ bool CStepMaker::isMeasuredAlways(unsigned int part) const
 bool CStepMaker::isPlain(unsigned int part) const
 {
     const tPart& leaf = m_tPlan.m_vParts[part];
-    return leaf.m_eEnd == LE_fixed && leaf.m_uiAlign == 0 && !leaf.m_bRecord && !mayBeAbsent(leaf) &&
+    return leaf.m_eEnd == LE_fixed && !leaf.m_bAsks && leaf.m_uiAlign == 0 && !leaf.m_bRecord && !mayBeAbsent(leaf) &&
            !isBetween(part) && m_tPlan.m_vLinks4Number[part].empty() && m_vSpansFrom[part].empty() &&
            m_vSpansTo[part].empty();
 }
@@ -150,6 +150,8 @@ void CStepMaker::addToRun(unsigned int part)
 
 void CStepMaker::enterLeaf(unsigned int part)
 {
+    if (m_tPlan.m_vParts[part].m_bAsks)
+        add(ST_ask, part);
     if (m_tPlan.m_vParts[part].m_eEnd == LE_fixed)
     {
         if (!isPlain(part))
@@ -341,7 +343,7 @@ bool isSelfEvident(const tPlan& plan)
     const auto isOpen = [&plan](const tTest& test) { return isComputed(plan, test.m_tValue); };
     return (plan.m_tFrame.m_eKind == FR_none || plan.m_tFrame.m_eKind == FR_prefixed) &&
            std::all_of(plan.m_vParts.begin(), plan.m_vParts.end(), [&](const tPart& part) {
-               return !part.m_bOptional && part.m_strBetween.empty() && part.m_eChoice != CH_heads &&
+               return !part.m_bOptional && !part.m_bAsks && part.m_strBetween.empty() && part.m_eChoice != CH_heads &&
                       (part.m_eEnd == LE_fixed || part.m_eEnd == LE_prefix) && part.m_uiBitmap == s_cuiNone &&
                       (part.m_eKind != PK_array || part.m_eArrayEnd == AE_count) &&
                       std::none_of(part.m_vIf.begin(), part.m_vIf.end(), isOpen);
@@ -357,6 +359,7 @@ void makeSteps(tPlan& plan)
     {
         tPart& part = plan.m_vParts[i];
         plan.m_bMasks = plan.m_bMasks || part.m_tItem.m_bMask;
+        plan.m_bAsks = plan.m_bAsks || part.m_bAsks;
         part.m_bOpen = !plan.m_vLinks4Number[i].empty();
         part.m_bShown = !part.m_bLiteral || !part.m_strName.empty() || part.m_uiID != 0 ||
                         part.m_uiParent == s_cuiNone || plan.m_vParts[part.m_uiParent].m_eKind == PK_array;

@@ -87,6 +87,19 @@ TEST(RecordWriter, recordsComeInTheirOrder)
     EXPECT_EQ(writing.finish(), "done");
 }
 
+TEST(RecordWriter, whatReadingWouldTakeForSomethingElseIsRefused)
+{
+    CWriting writing(layout4(R"("l" = [ { "s" = { "@" = "optional", (ACF1fix) "#", "n" = (ANF1) 0 },
+        "b" = (ACF0) "", "@b" = "to end" } ])",
+                             "lines"));
+    EXPECT_EQ(writing.write("l", R"({"s"={"n"=1},"b"="x"})"), "#1x\n");
+    EXPECT_EQ(writing.write("l", R"({"b"="#1x"})"), "ambiguous at l[1].b @4+3");
+    EXPECT_EQ(writing.fault().m_ullRecord, 2u);
+    EXPECT_EQ(writing.fault().m_ullRecordOffset, 0u);
+    EXPECT_EQ(writing.fault().m_strBytes, "#1x");
+    EXPECT_EQ(writing.write("l", R"({"b"="x"})"), "x\n") << "nothing has happened";
+}
+
 TEST(RecordWriter, aFaultyRecordLeavesTheWriterWhereItWas)
 {
     CWriting writing(batches());
