@@ -24,6 +24,8 @@ struct CRecordWriter::tState
     }
 
     bool fail(const tScanFault& fault, std::string_view bytes);
+    std::string_view endMark() const;
+    void append(unsigned int part, std::string& out);
     bool readAlong(unsigned int part, std::unique_ptr<CScanner>& scanner);
     bool failInRecord(unsigned int part, const CScanner& scanner);
     E_Scan run(CScanner& scanner, bool over);
@@ -35,7 +37,9 @@ struct CRecordWriter::tState
     std::unique_ptr<CScanner> m_pScanner;
     std::string m_strRecord;
     std::uint64_t m_ullBase = 0;
-    bool m_bLast = false;  // the last record ends with the input
+    bool m_bLast = false;      // the last record ends with the input
+    bool m_bOwesMark = false;  // the last record was written without its mark, which comes before the next one
+    tScanFault m_tEmptyEnd;    // set when the last record has no bytes, so that the file cannot end without its mark
     tPacketFault m_tFault;
     std::vector<tPacketFault> m_vFindings;
 };
@@ -44,6 +48,31 @@ bool CRecordWriter::tState::fail(const tScanFault& fault, std::string_view bytes
 {
     m_tFault = describe(*m_pPlan, fault, bytes);
     return false;
+}
+
+/// The mark after each record, where the last one is to lack it; else none.
+std::string_view CRecordWriter::tState::endMark() const
+{
+    const tFrame& frame = m_pPlan->m_tFrame;
+    if (!m_tOptions.m_bOpenEnd)
+        return {};
+    if (frame.m_eKind == FR_lines)
+        return m_tOptions.m_bReturns ? "\r\n" : "\n";
+    return frame.m_eKind == FR_mark ? std::string_view(frame.m_strMark) : std::string_view();
+}
+
+/// Appends the record. Nobody knows which is the last, so that a mark may come with the record after it.
+void CRecordWriter::tState::append(unsigned int part, std::string& out)
+{
+    const std::string_view mark = endMark();
+    const std::string_view record = std::string_view(m_strRecord).substr(0, m_strRecord.size() - mark.size());
+    out.reserve(out.size() + mark.size() + record.size());
+    out.append(m_bOwesMark ? mark : std::string_view()).append(record);
+    m_bOwesMark = !mark.empty();
+    m_tEmptyEnd.m_eCode = m_bOwesMark && record.empty() ? PF_ambiguous : PF_none;
+    m_tEmptyEnd.m_uiPart = part;
+    m_tEmptyEnd.m_ullOffset = m_tEmptyEnd.m_ullRecordOffset = m_ullBase;
+    m_tEmptyEnd.m_pText = "A last record without bytes needs its mark";
 }
 
 void CRecordWriter::tState::describeFindings(CScanner& scanner)
@@ -152,7 +181,9 @@ bool CRecordWriter::write(unsigned int part, const CFields& record, std::string&
         if (state.readAlong(part, scanner))
         {
             state.describeFindings(*scanner);
-            out.append(state.m_strRecord);
+            state.m_tEmptyEnd.m_ullRecord = scanner->record();
+            scanner->getElements(state.m_tEmptyEnd.m_vElements);
+            state.append(part, out);
             state.m_ullBase += state.m_strRecord.size();
             state.m_pScanner = std::move(scanner);
             return true;
@@ -172,6 +203,8 @@ bool CRecordWriter::finish()
     tState& state = *m_pState;
     state.m_tFault = tPacketFault();
     state.m_vFindings.clear();
+    if (state.m_tEmptyEnd.m_eCode != PF_none)
+        return state.fail(state.m_tEmptyEnd, {});
     state.m_pScanner->findings().clear();
     state.m_pScanner->show(state.m_strRecord.data(), state.m_ullBase, 0, true);
     const bool isComplete = state.m_pScanner->isAtBegin() && state.m_pPlan->m_vParts.front().m_bInRecord;

@@ -75,6 +75,43 @@ TEST(RecordWriter, linesMayEndInReturns)
     EXPECT_EQ(writing.finish(), "done");
 }
 
+TEST(RecordWriter, theLastLineMayLackItsMark)
+{
+    for (const bool returns : {false, true})
+    {
+        tMakeOptions options;
+        options.m_bOpenEnd = true;
+        options.m_bReturns = returns;
+        const std::string end = returns ? "\r\n" : "\n";
+        CWriting writing(batches(), options);
+        EXPECT_EQ(writing.write("head", "{}"), "1");
+        EXPECT_EQ(writing.write("entries", R"({"v"=100})"), "tooLong at entries.v @1+0");
+        EXPECT_EQ(writing.write("entries", R"({"b"="x"})"), end + "6001x");
+        EXPECT_EQ(writing.write("end", R"({"count"=1})"), end + "91");
+        EXPECT_EQ(writing.finish(), "done");
+    }
+    tMakeOptions options;
+    options.m_bOpenEnd = true;
+    CWriting marks(batches("lines \\\";\\\""), options);
+    EXPECT_EQ(marks.write("head", "{}"), "1");
+    EXPECT_EQ(marks.write("end", R"({"count"=0})"), ";90");
+    CWriting fixed(layout4(R"("l" = [ { "a" = (ACF2) "" } ])", "fixed 2"), options);
+    EXPECT_EQ(fixed.write("l", R"({"a"="ab"})"), "ab");
+    EXPECT_EQ(fixed.write("l", R"({"a"="cd"})"), "cd");
+}
+
+TEST(RecordWriter, aLastRecordWithoutBytesNeedsItsMark)
+{
+    tMakeOptions options;
+    options.m_bOpenEnd = true;
+    CWriting writing(layout4(R"("l" = [ { "a" = (ACF0) "", "@a" = "to end" } ])", "lines"), options);
+    EXPECT_EQ(writing.write("l", R"({"a"=""})"), "");
+    EXPECT_EQ(writing.finish(), "ambiguous at l[0] @0+0");
+    EXPECT_EQ(writing.fault().m_strMessage, "A last record without bytes needs its mark");
+    EXPECT_EQ(writing.write("l", R"({"a"="x"})"), "\nx");
+    EXPECT_EQ(writing.finish(), "done");
+}
+
 TEST(RecordWriter, recordsComeInTheirOrder)
 {
     CWriting writing(batches());
