@@ -36,7 +36,16 @@ CPacketMaker::~CPacketMaker() = default;
 bool CPacketMaker::make(const CFields& tree, std::string& packet)
 {
     tState& state = *m_pState;
-    const bool isMade = state.m_tMaker.make(tree, state.m_tOptions, packet);
+    bool isMade = false;
+    try
+    {
+        isMade = state.m_tMaker.make(tree, state.m_tOptions, packet);
+    }
+    catch (...)
+    {
+        packet.clear();
+        throw;
+    }
     if (state.m_tFault.m_eCode != PF_none)
         state.m_tFault = tPacketFault();
     state.m_vFindings.clear();

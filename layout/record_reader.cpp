@@ -236,7 +236,7 @@ E_RecordResult CRecordReader::tState::next(tSink& sink)
     if (m_bStands)
         return RR_fault;
     if (m_bThrown)
-        return fail(PF_memory, m_tScanner.position(), 0);
+        return fail({PF_memory, 0, 0, 0, 0, 0, 0, "An exception has ended the last call; open the input anew", {}});
     m_bThrown = true;
     const E_RecordResult result = nextRecord(sink);
     m_bThrown = false;

@@ -201,6 +201,7 @@ public:
     ///
     /// \param tree  has the names and IDs of the layout, and only what was read; after a fault, what was read before it
     /// \return false at a fault, see getFault(); findings do not matter here
+    /// What callbacks of an application's keywords throw passes through.
     /// Linear in the bytes. Memory: the tree, and some 24 bytes for each row of fixed items.
     bool read(std::string_view bytes, CFields& tree);
     /// The same for a visitor, which sees records up to the fault.
@@ -293,7 +294,7 @@ public:
     /// Makes the packet of a tree. What the tree lacks takes the layout's value; what the layout does not know is a
     /// fault. Reading the packet gives the same tree, with defaults and numbers filled in; nothing is ever cut.
     ///
-    /// \param packet  replaced; empty after a fault
+    /// \param packet  replaced; empty after a fault or an exception, such as one from the callback of a keyword
     /// \return false at a fault, see getFault()
     /// Linear in the packet, and once more for each level of nested numbers whose own width varies.
     bool make(const CFields& tree, std::string& packet);

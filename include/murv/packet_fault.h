@@ -54,6 +54,7 @@ enum E_PacketFault : unsigned int
     PF_limit,      ///< beyond a limit that the caller set
     PF_memory,     ///< out of memory
     PF_input,      ///< the input cannot be read
+    PF_callback,   ///< the callback of an external keyword refused the item
 
     // Findings.
     PF_date,      ///< a date or time that does not exist
@@ -62,7 +63,6 @@ enum E_PacketFault : unsigned int
     PF_total,     ///< a total that differs
     PF_oldSign,   ///< a form of sign that makers no longer use
     PF_lineEnd,   ///< another line end than the lines before
-    PF_callback,  ///< the callback of an external keyword refused the item
 };
 
 /// The name of a reason without its prefix, such as "digits"; for logs and JSON. Static text.

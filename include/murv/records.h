@@ -114,7 +114,8 @@ public:
     CRecordWriter& operator=(CRecordWriter&&) noexcept;
     ~CRecordWriter();
 
-    /// Appends a record with its mark or length. Numbers about other records cannot be filled in: the data must have
+    /// Appends a record with its mark or length. With tMakeOptions::m_bOpenEnd a mark comes with the record after it, so
+    /// the last record has none. Numbers about other records cannot be filled in: the data must have
     /// them.
     ///
     /// \param part    which record of the layout it is, see CLayout::findPart(); an array stands for its element
@@ -122,7 +123,7 @@ public:
     /// \return false at a fault, with nothing appended; also when such a record cannot come next. A record whose end is
     /// that of the input is the last.
     bool write(unsigned int part, const CFields& record, std::string& out);
-    /// Ends the file. \return false when records are missing
+    /// Ends the file. \return false when records are missing, or the last one has neither bytes nor a mark
     bool finish();
 
     const tPacketFault& getFault() const;

@@ -33,6 +33,8 @@ void findEnd(tCompile& compile, unsigned int index)
         part.m_eEnd = LE_fixed;
     else if (part.m_eEnd == LE_fixed && (draft.m_bToEnd || draft.m_bSized || draft.m_bDelimited))
         part.m_eEnd = LE_enclosing;
+    else if (part.m_eEnd == LE_fixed && part.m_bAsks && item.m_uiLength == 0)
+        part.m_eEnd = LE_callback;
     item.m_bVaries = part.m_eEnd != LE_fixed;
     if (part.m_eEnd == LE_fixed && item.m_uiLength == 0)
         compile.refuseEnd(index, "A leaf of length 0 needs a rule for its end, such as ends \"\\x00\" or \"to end\"");

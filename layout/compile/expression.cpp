@@ -77,6 +77,11 @@ bool isLiteralExpression(const tPacketExpInfo& pei)
     return pei.m_ucSkKind == 0 && pei.m_usSkIndex == VK_fix;
 }
 
+bool hasOwnKeyword(const tPacketExpInfo& pei)
+{
+    return pei.m_usSkIndex != 0 && pei.m_ucSkKind != 0 && pei.m_ucSkKind != s_cucWordKind;
+}
+
 unsigned int placesOf(const tPacketExpInfo& pei)
 {
     const bool binary = pei.m_ePacketExp == PEC_B;
@@ -100,6 +105,12 @@ std::string makeBareItem(const tPacketExpInfo& pei, tItem& item)
     const tKeywordRow* const row = internalKeyword(pei);
     if (row != nullptr && row->m_eRole == KR_size)
         return "Write \"size of PART\" about the number instead of \"" + keywordText(pei) + "\"";
+    if (hasOwnKeyword(pei) && pei.m_eLengthExp == LEC_D)
+        return "Write length code F and length 0, for which the callback gives the length, instead of D";
+    if (hasOwnKeyword(pei) && CFields::getAllotPktFP4ESK(pei.m_ucSkKind) == nullptr &&
+        CFields::getParsePktFP4ESK(pei.m_ucSkKind) == nullptr)
+        return "The keyword of kind " + std::to_string(pei.m_ucSkKind) +
+               " has no callbacks; register them before the layout is compiled";
     if (pei.m_eLengthExp != LEC_F && pei.m_eLengthExp != LEC_V)
         return "Write length code F, and \"size of PART\" about the number that says the size, instead of D";
     if (binary && number && item.m_bVaries)

@@ -18,6 +18,9 @@ bool readFixedExpression(std::string_view text, tPacketExpInfo& pei);
 
 bool isLiteralExpression(const tPacketExpInfo& pei);
 
+/// Whether the keyword is one of an application's own.
+bool hasOwnKeyword(const tPacketExpInfo& pei);
+
 /// E_RulePlace of a leaf with that expression.
 unsigned int placesOf(const tPacketExpInfo& pei);
 

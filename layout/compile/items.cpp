@@ -53,6 +53,8 @@ void makeLeaf(tCompile& compile, unsigned int index)
     const tPacketExpInfo pei = compile.draft(index).m_pNode->pkt_GetExp();
     part.m_tExpression = pei;
     part.m_bLiteral = isLiteralExpression(pei);
+    part.m_bAsks = hasOwnKeyword(pei);
+    part.m_pUser = compile.draft(index).m_pNode->pkt_GetOSA4User();
     compile.draft(index).m_uiPlaces = placesOf(pei);
     const std::string mistake = makeBareItem(pei, part.m_tItem);
     if (!mistake.empty())

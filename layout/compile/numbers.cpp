@@ -41,6 +41,8 @@ std::string startLink(tCompile& compile, unsigned int index, const tRule& rule, 
     std::string mistake = findBits(compile, index, rule, link.m_tNumber.m_uiBits);
     if (mistake.empty() && compile.part(index).m_bLiteral)
         mistake = "A literal is not computed";
+    if (mistake.empty() && compile.part(index).m_bAsks)
+        mistake = "The callback of its keyword fills " + nameOf(compile.part(index)) + " in, so no rule does";
     if (mistake.empty())
         mistake = compile.m_tPaths.find(compile.m_tPaths.setAround(index), rule.m_vPath, found);
     if (mistake.empty() && found.m_uiBits != s_cuiNone)

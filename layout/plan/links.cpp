@@ -64,14 +64,13 @@ void listLinks(tPlan& plan)
 }
 
 /// Whether the part, or one around it up to the record, is there only sometimes.
-bool mayBeAbsent(const tPlan& plan, unsigned int part)
+bool mayLack(const tPlan& plan, unsigned int part)
 {
     for (; part != s_cuiNone && !plan.m_vParts[part].m_bRecord; part = plan.m_vParts[part].m_uiParent)
     {
         const tPart& at = plan.m_vParts[part];
         const tPart& around = plan.m_vParts[at.m_uiParent];
-        if (at.m_bOptional || !at.m_vIf.empty() || at.m_uiBitmap != s_cuiNone || around.m_eChoice != CH_none ||
-            !around.m_strBetween.empty())
+        if (mayBeAbsent(at) || around.m_eChoice != CH_none || !around.m_strBetween.empty())
             return true;
     }
     return false;
@@ -96,7 +95,7 @@ void listLacking(tPlan& plan)
         const unsigned int target =
             link.m_eKind == LK_size && isNumber ? plan.m_vSpans[link.m_uiSpan].m_uiLast : link.m_uiTarget;
         const unsigned int record = isNumber ? recordAround(plan, link.m_tNumber.m_uiPart) : s_cuiNone;
-        if (record == s_cuiNone || record != recordAround(plan, target) || !mayBeAbsent(plan, target))
+        if (record == s_cuiNone || record != recordAround(plan, target) || !mayLack(plan, target))
             continue;
         plan.m_vMayLack[i] = true;
         plan.m_vLinks4Record[record].push_back(i);

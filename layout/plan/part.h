@@ -98,6 +98,7 @@ enum E_LeafEnd : unsigned char
     LE_mark,       // after a mark, which belongs to it
     LE_before,     // before one of several marks, or at the end of the enclosing part
     LE_enclosing,  // at the end of the enclosing part, less the parts that follow in it
+    LE_callback,   // the callback of its keyword says it
 };
 
 /// A part of a layout.
@@ -120,7 +121,9 @@ struct tPart
     std::string m_strComment;
 
     // Leaves.
-    tPacketExpInfo m_tExpression{};  // as the document has it; also names the keyword of an application
+    tPacketExpInfo m_tExpression{};  // as the document has it
+    const void* m_pUser = nullptr;   // of the document's leaf, for the callbacks of its keyword; not owned
+    bool m_bAsks = false;            // an application has callbacks for its keyword
     tItem m_tItem;
     bool m_bLiteral = false;
     bool m_bComputed = false;  // making fills it in

@@ -18,6 +18,7 @@ enum E_Step : unsigned char
 {
     ST_run,        // items of fixed width side by side: one test of bounds. A: run
     ST_item,       // one item of varying width. A: part
+    ST_ask,        // before an item: the callback of its keyword is asked. A: part
     ST_open,       // a field set begins. A: part, B: between marks, its ST_close, where one without bytes goes on
     ST_close,      // it ends. A: part
     ST_array,      // an array begins. A: part
@@ -130,6 +131,7 @@ struct tPlan
     std::vector<std::vector<tHead>> m_vEnds4Array;           // by array: its end mark, in the form of a head
     std::vector<bool> m_vChooses;                            // by part: an alternative is chosen by its value
     bool m_bMasks = false;                                   // some part is masked
+    bool m_bAsks = false;                                    // some part has callbacks
     bool m_bSelfEvident = false;                             // what is made cannot be read in another way
 };
 

@@ -21,8 +21,8 @@ bool alwaysReads(const tItem& item)
 /// Whether making a leaf asks for nothing but its value. Dates may become the present one, and may be findings.
 bool isPlainValue(const tPart& leaf)
 {
-    return !leaf.m_bLiteral && !leaf.m_bOpen && !leaf.m_tItem.m_bTested && leaf.m_tItem.m_pTime == nullptr &&
-           leaf.m_tItem.m_vBits.empty();
+    return !leaf.m_bLiteral && !leaf.m_bOpen && !leaf.m_bAsks && !leaf.m_tItem.m_bTested &&
+           leaf.m_tItem.m_pTime == nullptr && leaf.m_tItem.m_vBits.empty();
 }
 
 }  // namespace
@@ -35,7 +35,7 @@ void appendToRun(tPlan& plan, unsigned int index, unsigned int part)
     const auto field = static_cast<unsigned int>(run.m_vFields.size());
     const bool isKept = plan.m_vRegister4Part[part] != s_cuiNone;
     const bool isPlain = isPlainValue(leaf) && !isKept && !plan.m_vChooses[part];
-    E_QuickForm quick = item.m_vBits.empty() ? item.m_eQuick : QF_none;
+    E_QuickForm quick = item.m_vBits.empty() && !leaf.m_bAsks ? item.m_eQuick : QF_none;
     if (quick == QF_digits && item.m_uiLength <= s_cuiWord && run.m_uiLength + item.m_uiLength >= s_cuiWord)
         quick = QF_digitsAfter;
     run.m_vFields.push_back({part, run.m_uiLength, item.m_uiLength, alwaysReads(item), isPlain, quick,

@@ -4,6 +4,7 @@
 // part is left.
 #include <algorithm>
 
+#include "layout/plan/head_tables.h"
 #include "layout/plan/links.h"
 #include "layout/plan/members.h"
 #include "layout/plan/plan.h"
@@ -60,7 +61,6 @@ private:
     unsigned int here();
     bool isBetween(unsigned int part) const;
     bool isCut(unsigned int part) const;
-    bool mayBeAbsent(const tPart& part) const;
     bool isMeasuredAlways(unsigned int part) const;
     void endAbsent(const tOpen& open);
 
@@ -98,11 +98,6 @@ bool CStepMaker::isCut(unsigned int part) const
            (member.m_eKind != PK_array || member.m_strBetween != m_tPlan.m_vParts[member.m_uiParent].m_strBetween);
 }
 
-bool CStepMaker::mayBeAbsent(const tPart& part) const
-{
-    return part.m_bOptional || !part.m_vIf.empty() || part.m_uiBitmap != s_cuiNone;
-}
-
 /// Whether rows of parts that begin or end with this one begin and end also when it is not there.
 bool CStepMaker::isMeasuredAlways(unsigned int part) const
 {
@@ -114,7 +109,7 @@ bool CStepMaker::isMeasuredAlways(unsigned int part) const
 bool CStepMaker::isPlain(unsigned int part) const
 {
     const tPart& leaf = m_tPlan.m_vParts[part];
-    return leaf.m_eEnd == LE_fixed && leaf.m_uiAlign == 0 && !leaf.m_bRecord && !mayBeAbsent(leaf) &&
+    return leaf.m_eEnd == LE_fixed && !leaf.m_bAsks && leaf.m_uiAlign == 0 && !leaf.m_bRecord && !mayBeAbsent(leaf) &&
            !isBetween(part) && m_tPlan.m_vLinks4Number[part].empty() && m_vSpansFrom[part].empty() &&
            m_vSpansTo[part].empty();
 }
@@ -132,6 +127,8 @@ void CStepMaker::addToRun(unsigned int part)
 
 void CStepMaker::enterLeaf(unsigned int part)
 {
+    if (m_tPlan.m_vParts[part].m_bAsks)
+        add(ST_ask, part);
     if (m_tPlan.m_vParts[part].m_eEnd == LE_fixed)
     {
         if (!isPlain(part))
@@ -316,68 +313,6 @@ void CStepMaker::make()
     add(ST_done, 0);
 }
 
-/// The offset of the one byte that each of the heads consists of, or none.
-unsigned int offsetOfHeads(const std::vector<tHead>& heads)
-{
-    unsigned int offset = s_cuiNone;
-    for (const tHead& head : heads)
-    {
-        if (head.m_vBytes.size() != 1 || head.m_vBytes[0].m_strBytes.size() != 1)
-            return s_cuiNone;
-        if (offset != s_cuiNone && head.m_vBytes[0].m_uiOffset != offset)
-            return s_cuiNone;
-        offset = head.m_vBytes[0].m_uiOffset;
-    }
-    return offset;
-}
-
-unsigned int byteOf(const tHead& head)
-{
-    return static_cast<unsigned char>(head.m_vBytes[0].m_strBytes[0]);
-}
-
-/// A choice between alternatives that one byte tells apart is one look into a table. The byte may not be there; then
-/// only an alternative without a head fits.
-void makeByteTable(const tPlan& plan, tChoice& choice)
-{
-    const tPart& set = plan.m_vParts[choice.m_uiSet];
-    std::vector<unsigned int> table(256, s_cuiNone);
-    std::vector<tHead> all;
-    for (unsigned int member = 0; member < set.m_vMembers.size(); ++member)
-    {
-        const std::vector<tHead>& heads = plan.m_vParts[set.m_vMembers[member]].m_vHeads;
-        all.insert(all.end(), heads.begin(), heads.end());
-    }
-    const unsigned int offset = offsetOfHeads(all);
-    if (offset == s_cuiNone)
-        return;
-    for (unsigned int member = 0; member < set.m_vMembers.size(); ++member)
-    {
-        const std::vector<tHead>& heads = plan.m_vParts[set.m_vMembers[member]].m_vHeads;
-        for (const tHead& head : heads)
-            table[byteOf(head)] = std::min(table[byteOf(head)], member);
-        if (!heads.empty())
-            continue;
-        std::replace(table.begin(), table.end(), s_cuiNone, member);
-        break;
-    }
-    choice.m_uiOffset = offset;
-    choice.m_vMember4Byte = std::move(table);
-}
-
-/// So is the question whether another element of an array follows.
-void makeHeadTable(tPlan& plan, unsigned int array)
-{
-    const unsigned int offset = offsetOfHeads(plan.m_vParts[array].m_vHeads);
-    if (offset == s_cuiNone)
-        return;
-    tHeadTable& table = plan.m_vHeadTables[array];
-    table.m_uiOffset = offset;
-    table.m_vBegins.assign(256, false);
-    for (const tHead& head : plan.m_vParts[array].m_vHeads)
-        table.m_vBegins[byteOf(head)] = true;
-}
-
 /// Whether every end is a width, a length prefix, a size or a count, and every condition a value that was read. Then
 /// what is made cannot be read in another way.
 bool isSelfEvident(const tPlan& plan)
@@ -385,7 +320,7 @@ bool isSelfEvident(const tPlan& plan)
     const auto isOpen = [&plan](const tTest& test) { return isComputed(plan, test.m_tValue); };
     return (plan.m_tFrame.m_eKind == FR_none || plan.m_tFrame.m_eKind == FR_prefixed) &&
            std::all_of(plan.m_vParts.begin(), plan.m_vParts.end(), [&](const tPart& part) {
-               return !part.m_bOptional && part.m_strBetween.empty() && part.m_eChoice != CH_heads &&
+               return !part.m_bOptional && !part.m_bAsks && part.m_strBetween.empty() && part.m_eChoice != CH_heads &&
                       (part.m_eEnd == LE_fixed || part.m_eEnd == LE_prefix) && part.m_uiBitmap == s_cuiNone &&
                       (part.m_eKind != PK_array || part.m_eArrayEnd == AE_count) &&
                       std::none_of(part.m_vIf.begin(), part.m_vIf.end(), isOpen);
@@ -401,6 +336,7 @@ void makeSteps(tPlan& plan)
     {
         tPart& part = plan.m_vParts[i];
         plan.m_bMasks = plan.m_bMasks || part.m_tItem.m_bMask;
+        plan.m_bAsks = plan.m_bAsks || part.m_bAsks;
         part.m_bOpen = !plan.m_vLinks4Number[i].empty();
         part.m_bShown = !part.m_bLiteral || !part.m_strName.empty() || part.m_uiID != 0 ||
                         part.m_uiParent == s_cuiNone || plan.m_vParts[part.m_uiParent].m_eKind == PK_array;
@@ -411,20 +347,7 @@ void makeSteps(tPlan& plan)
     for (tRun& run : plan.m_vRuns)
         makeRows(plan, run);
     plan.m_bSelfEvident = isSelfEvident(plan);
-    plan.m_vHeadTables.resize(plan.m_vParts.size());
-    plan.m_vEnds4Array.resize(plan.m_vParts.size());
-    for (unsigned int part = 0; part < plan.m_vParts.size(); ++part)
-    {
-        if (plan.m_vParts[part].m_eArrayEnd == AE_heads)
-            makeHeadTable(plan, part);
-        if (plan.m_vParts[part].m_eArrayEnd == AE_mark)
-            plan.m_vEnds4Array[part] = {tHead{{{0, plan.m_vParts[part].m_strEnds}}}};
-    }
-    for (tChoice& choice : plan.m_vChoices)
-    {
-        if (plan.m_vParts[choice.m_uiSet].m_eChoice == CH_heads)
-            makeByteTable(plan, choice);
-    }
+    makeHeadTables(plan);
 }
 
 }  // namespace murv::detail

@@ -24,8 +24,6 @@ E_PacketFault fault4Link(E_Link link)
     }
 }
 
-constexpr const char* s_cpDiffers = "The data has another value than what is filled in";
-
 }  // namespace
 
 E_Scan CMaker::takeScalar(unsigned int part, const CFields& node, tScalar& value)

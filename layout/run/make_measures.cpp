@@ -140,7 +140,8 @@ E_Scan CMaker::setSize(const tLink& link, unsigned int hole, std::uint64_t size)
     const std::uint64_t number = size / link.m_ullDivisor + static_cast<std::uint64_t>(link.m_llPlus);
     if (number >> 63 != 0)
         return stopAtHole(PF_size, hole, "The size of the part is less than this number can say");
-    return setNumber(link, hole, number);
+    const E_Scan result = setNumber(link, hole, number);
+    return result == SC_next ? fillForCallbacks(hole) : result;
 }
 
 /// Sets a number, or the part of its bits that the link names.
@@ -160,13 +161,14 @@ E_Scan CMaker::setNumber(const tLink& link, unsigned int hole, std::uint64_t val
     return SC_next;
 }
 
-void CMaker::setBit(unsigned int link, unsigned int bit)
+E_Scan CMaker::setBit(unsigned int link, unsigned int bit)
 {
     const unsigned int hole = m_vHole4Link[link];
     if (hole == s_cuiNone || bit / 8 >= m_vHoles[hole].m_strText.size())
-        return;
+        return SC_next;
     char& byte = m_vHoles[hole].m_strText[bit / 8];
     byte = static_cast<char>(static_cast<unsigned char>(byte) | 0x80U >> bit % 8);
+    return fillForCallbacks(hole);
 }
 
 /// A leaf was made that totals count.
@@ -254,6 +256,8 @@ E_Scan CMaker::fillHole(unsigned int hole)
         return SC_next;
     }
     m_pOut->replace(static_cast<std::size_t>(open.m_ullOffset), item.size(), item);
+    if (m_tPlan.m_bAsks)
+        showFilled(open.m_ullOffset, item);
     return SC_next;
 }
 

@@ -156,6 +156,8 @@ E_Scan CMaker::onArrayEnd(unsigned int part)
             return stopAtHole(PF_count, m_vHole4Link[i], "The array has fewer elements than this number can say");
         if (const E_Scan result = setNumber(link, m_vHole4Link[i], number))
             return result;
+        if (const E_Scan result = fillForCallbacks(m_vHole4Link[i]))
+            return result;
     }
     m_vCursors.pop_back();
     if (!part4(part).m_strBetween.empty())
@@ -200,7 +202,10 @@ E_Scan CMaker::onWhen(const tStep& step)
         for (const unsigned int link : m_tPlan.m_vLinks4Number[step.m_uiA])
             there = there || (m_tPlan.m_vLinks[link].m_eKind == LK_bits && hasBitOf(link));
         if (there)
-            setBit(part.m_uiBitmap, part.m_uiBit);
+        {
+            if (const E_Scan result = setBit(part.m_uiBitmap, part.m_uiBit))
+                return result;
+        }
     }
     m_uiStep = there ? m_uiStep + 1 : step.m_uiB;
     return SC_again;
@@ -239,11 +244,12 @@ E_Scan CMaker::agreeWithChoice(const tPart& set, unsigned int member)
         {
             tLink bits;
             bits.m_tNumber = set.m_tChoice;
-            return setNumber(bits, hole, chosen.m_uiID);
+            const E_Scan result = setNumber(bits, hole, chosen.m_uiID);
+            return result == SC_next ? fillForCallbacks(hole) : result;
         }
         open.m_strText = byID ? std::string() : chosen.m_strName;
         open.m_tValue = makeScalar(false, byID ? chosen.m_uiID : 0);
-        return SC_next;
+        return fillForCallbacks(hole);
     }
     tScalar value;
     bool names = false;
@@ -292,6 +298,7 @@ E_Scan CMaker::onRecord(unsigned int part)
     if (m_tPlan.m_tFrame.m_eKind == FR_prefixed)
         m_pOut->append(m_tPlan.m_tFrame.m_tPrefix.m_uiLength, '\0');
     m_ullRecordStart = m_pOut->size();
+    m_strShown.clear();
     m_bInRecord = true;
     ++m_ullRecord;
     add(TR_record, part, m_pOut->size());

@@ -14,7 +14,7 @@ bool CMaker::verify()
     E_Scan result = SC_record;
     while (result == SC_record)
         result = m_tScanner.run();
-    if (!isSame(m_tScanner.trace()))
+    if (!isReadSo(m_tScanner, 0, 0))
         return false;
     if (result == SC_fault || m_tScanner.position() != m_pOut->size())
     {
@@ -27,21 +27,28 @@ bool CMaker::verify()
     return true;
 }
 
-bool CMaker::isSame(const tTraces& read)
+bool CMaker::isReadSo(const CScanner& scanner, std::size_t from, std::uint64_t base)
 {
-    const auto same = [](const tTrace& a, const tTrace& b) {
-        return a.m_eTrace == b.m_eTrace && a.m_uiIndex == b.m_uiIndex && a.m_ullOffset == b.m_ullOffset &&
+    const tTraces& read = scanner.trace();
+    const auto same = [base](const tTrace& a, const tTrace& b) {
+        return a.m_eTrace == b.m_eTrace && a.m_uiIndex == b.m_uiIndex && a.m_ullOffset + base == b.m_ullOffset &&
                a.m_ullLength == b.m_ullLength;
     };
-    const auto [made, found] = std::mismatch(m_vTrace.begin(), m_vTrace.end(), read.begin(), read.end(), same);
+    const auto first = read.begin() + static_cast<std::ptrdiff_t>(from);
+    const auto [made, found] = std::mismatch(m_vTrace.begin(), m_vTrace.end(), first, read.end(), same);
     if (made == m_vTrace.end() && found == read.end())
         return true;
+    if (found == read.end() && scanner.fault().m_eCode == PF_callback)
+    {
+        m_tFault = scanner.fault();
+        return false;
+    }
     tTrace at{TR_open, 0, 0, 0};
     if (made != m_vTrace.end())
         at = *made;
     const unsigned int part =
         at.m_eTrace == TR_run ? m_tPlan.m_vRuns[at.m_uiIndex].m_vFields.front().m_uiPart : at.m_uiIndex;
-    m_tFault = {PF_ambiguous, part, at.m_ullOffset, at.m_ullLength, 0, 0, 0, nullptr, {}};
+    m_tFault = {PF_ambiguous, part, at.m_ullOffset + base, at.m_ullLength, 0, 0, 0, nullptr, {}};
     for (auto trace = m_vTrace.begin(); trace != made; ++trace)
     {
         if (trace->m_eTrace == TR_array)

@@ -42,6 +42,7 @@ void CMaker::begin()
     m_vTrace.clear();
     m_vFindings.clear();
     m_strUnknown.clear();
+    m_strShown.clear();
     m_ullRecord = m_ullRecordStart = m_ullFrameStart = 0;
     m_uiFound = s_cuiNone;
     m_bInRecord = m_bMoved = false;
@@ -168,6 +169,7 @@ E_Scan CMaker::step(const tStep& step)
     case ST_reset: return onReset(step.m_uiA);
     case ST_record: return onRecord(step.m_uiA);
     case ST_recordEnd: return onRecordEnd(step.m_uiA);
+    case ST_ask:
     case ST_cut:
     case ST_uncut: return SC_next;
     case ST_done: break;
@@ -227,6 +229,12 @@ E_Scan CMaker::makeLeaf(unsigned int part)
     const CFields* const node = leaf.m_bShown ? find(part) : nullptr;
     if (leaf.m_bLiteral)
         return makeLiteral(part, node);
+    if (leaf.m_bAsks)
+    {
+        if (m_tPlan.m_vChooses[part])
+            m_vHole4Part[part] = s_cuiNone;
+        return makeAsked(part, node);
+    }
     if ((leaf.m_bOpen && isFilledIn(part)) || (m_tPlan.m_vChooses[part] && node == nullptr))
         return makeHole(part);
     if (m_tPlan.m_vChooses[part])

@@ -31,6 +31,11 @@ public:
     /// Appends one record, whose numbers about other records the data must have.
     bool makeRecord(unsigned int part, const CFields& record, const tMakeOptions& options, std::string& out);
 
+    /// Whether reading has found the record that was made last, from that entry of its trace on. Else fault() tells the
+    /// difference.
+    /// \param base  where the record lies in what was read
+    bool isReadSo(const CScanner& scanner, std::size_t from, std::uint64_t base);
+
     const tScanFault& fault() const
     {
         return m_tFault;
@@ -50,6 +55,8 @@ public:
     std::string unknownWords() const;
 
 private:
+    static constexpr const char* s_cpDiffers = "The data has another value than what is filled in";
+
     /// A field set or array of the data that is being made.
     struct tCursor
     {
@@ -142,9 +149,15 @@ private:
     E_Scan agree();
     bool agrees(const tLink& link, unsigned int hole);
 
+    // make_callbacks.cpp
+    E_Scan makeAsked(unsigned int part, const CFields* node);
+    E_Scan agreeWithCallback(unsigned int part, const tScalar& value, std::size_t begin);
+    const std::string& shownRecord();
+    E_Scan fillForCallbacks(unsigned int hole);
+    void showFilled(std::uint64_t offset, std::string_view item);
+
     // make_verify.cpp
     bool verify();
-    bool isSame(const tTraces& read);
 
     // make_structure.cpp
     E_Scan onOpen(const tStep& step);
@@ -174,7 +187,7 @@ private:
     E_Scan onReset(unsigned int index);
     E_Scan setSize(const tLink& link, unsigned int hole, std::uint64_t size);
     E_Scan setNumber(const tLink& link, unsigned int hole, std::uint64_t value);
-    void setBit(unsigned int link, unsigned int bit);
+    E_Scan setBit(unsigned int link, unsigned int bit);
     void count(unsigned int part, std::uint64_t amount);
     E_Scan fillTotals();
     E_Scan fillHoles();
@@ -202,6 +215,7 @@ private:
     CScanner m_tScanner;
     std::string m_strScratch;
     std::string m_strValue;
+    std::string m_strShown;  // the record as far as callbacks have seen it
     std::string m_strUnknown;
     std::uint64_t m_ullRecord = 0;
     std::uint64_t m_ullRecordStart = 0;

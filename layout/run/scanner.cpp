@@ -34,6 +34,7 @@ void CScanner::reset()
     m_ucLineEnd = 0;
     m_bOver = m_bOpenEnd = false;
     m_vFindings.clear();
+    m_tFault.m_eCode = PF_none;
     restart();
 }
 
@@ -98,6 +99,7 @@ E_Scan CScanner::step(const tStep& step)
     {
     case ST_run: return onRun(step.m_uiA);
     case ST_item: return onItem(step.m_uiA);
+    case ST_ask: return onAsk(step.m_uiA);
     case ST_open: return onOpen(step);
     case ST_close: return onClose(step.m_uiA);
     case ST_array: return onArray(step.m_uiA);
@@ -210,6 +212,14 @@ E_Scan CScanner::findValue(const tPart& leaf, unsigned int part, tTrace& item, s
         begin += width;
         if (!has(width + length))
             return lack(part, width + length);
+    }
+    else if (leaf.m_eEnd == LE_callback)
+    {
+        length = m_ullAsked;
+        if (length > s_cullLongestItem)
+            return stop(PF_size, part, m_ullPos, 0, "The callback gave more bytes than an item may have");
+        if (!has(length))
+            return lack(part, length);
     }
     else
     {

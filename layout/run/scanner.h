@@ -261,6 +261,10 @@ private:
     E_Scan matchHeads(const std::vector<tHead>& heads, std::uint64_t skip, unsigned int part, bool& matches);
     E_Scan lookAhead(unsigned int part, bool& any);
 
+    // scan_callbacks.cpp
+    E_Scan onAsk(unsigned int part);
+    std::string_view shownRecord() const;
+
     // scan_measures.cpp
     E_Scan onSpan(unsigned int index);
     E_Scan onSpanEnd(unsigned int index);
@@ -308,6 +312,7 @@ private:
     std::uint64_t m_ullLongest = s_cullUnknown;
     std::uint64_t m_ullMissing = 0;
     std::uint64_t m_ullSearched = 0;  // a mark does not begin before here
+    std::uint64_t m_ullAsked = 0;     // the length that the last callback gave
     unsigned int m_uiStep = 0;
     bool m_bOver = false;
 

@@ -55,6 +55,7 @@ inline constexpr tFaultRow s_ctFaults[] = {
     {PF_limit, "limit", "A limit that the caller set is passed", false},
     {PF_memory, "memory", "There is not enough memory", false},
     {PF_input, "input", "The input cannot be read", false},
+    {PF_callback, "callback", "The callback of the item's keyword refused it", false},
 
     {PF_date, "date", "The date or time does not exist", true},
     {PF_invalid, "invalid", "The value is not one of the valid ones", true},
@@ -62,7 +63,6 @@ inline constexpr tFaultRow s_ctFaults[] = {
     {PF_total, "total", "The total differs", true},
     {PF_oldSign, "oldSign", "The sign has a form that is no longer written", true},
     {PF_lineEnd, "lineEnd", "The line ends in another way than the lines before", true},
-    {PF_callback, "callback", "The callback of the item's keyword refused it", true},
 };
 
 constexpr bool areFaultsInOrder()
@@ -75,6 +75,6 @@ constexpr bool areFaultsInOrder()
     return true;
 }
 
-static_assert(areFaultsInOrder() && std::size(s_ctFaults) == PF_callback + 1, "the code is the row");
+static_assert(areFaultsInOrder() && std::size(s_ctFaults) == PF_lineEnd + 1, "the code is the row");
 
 }  // namespace murv::detail

@@ -1,4 +1,5 @@
-// tests/layout/record_log.h - what a visitor sees of records, written down, so that two ways of reading can be compared.
+// tests/layout/record_log.h - what a visitor sees of records, written down, so that two ways of reading can be
+// compared.
 #pragma once
 
 #include <string>

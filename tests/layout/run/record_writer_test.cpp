@@ -75,6 +75,43 @@ TEST(RecordWriter, linesMayEndInReturns)
     EXPECT_EQ(writing.finish(), "done");
 }
 
+TEST(RecordWriter, theLastLineMayLackItsMark)
+{
+    for (const bool returns : {false, true})
+    {
+        tMakeOptions options;
+        options.m_bOpenEnd = true;
+        options.m_bReturns = returns;
+        const std::string end = returns ? "\r\n" : "\n";
+        CWriting writing(batches(), options);
+        EXPECT_EQ(writing.write("head", "{}"), "1");
+        EXPECT_EQ(writing.write("entries", R"({"v"=100})"), "tooLong at entries.v @1+0");
+        EXPECT_EQ(writing.write("entries", R"({"b"="x"})"), end + "6001x");
+        EXPECT_EQ(writing.write("end", R"({"count"=1})"), end + "91");
+        EXPECT_EQ(writing.finish(), "done");
+    }
+    tMakeOptions options;
+    options.m_bOpenEnd = true;
+    CWriting marks(batches("lines \\\";\\\""), options);
+    EXPECT_EQ(marks.write("head", "{}"), "1");
+    EXPECT_EQ(marks.write("end", R"({"count"=0})"), ";90");
+    CWriting fixed(layout4(R"("l" = [ { "a" = (ACF2) "" } ])", "fixed 2"), options);
+    EXPECT_EQ(fixed.write("l", R"({"a"="ab"})"), "ab");
+    EXPECT_EQ(fixed.write("l", R"({"a"="cd"})"), "cd");
+}
+
+TEST(RecordWriter, aLastRecordWithoutBytesNeedsItsMark)
+{
+    tMakeOptions options;
+    options.m_bOpenEnd = true;
+    CWriting writing(layout4(R"("l" = [ { "a" = (ACF0) "", "@a" = "to end" } ])", "lines"), options);
+    EXPECT_EQ(writing.write("l", R"({"a"=""})"), "");
+    EXPECT_EQ(writing.finish(), "ambiguous at l[0] @0+0");
+    EXPECT_EQ(writing.fault().m_strMessage, "A last record without bytes needs its mark");
+    EXPECT_EQ(writing.write("l", R"({"a"="x"})"), "\nx");
+    EXPECT_EQ(writing.finish(), "done");
+}
+
 TEST(RecordWriter, recordsComeInTheirOrder)
 {
     CWriting writing(batches());
@@ -85,6 +122,19 @@ TEST(RecordWriter, recordsComeInTheirOrder)
     EXPECT_EQ(writing.write("end", R"({"count"=0})"), "90\n");
     EXPECT_EQ(writing.write("entries", "{}").substr(0, 9), "ambiguous");
     EXPECT_EQ(writing.finish(), "done");
+}
+
+TEST(RecordWriter, whatReadingWouldTakeForSomethingElseIsRefused)
+{
+    CWriting writing(layout4(R"("l" = [ { "s" = { "@" = "optional", (ACF1fix) "#", "n" = (ANF1) 0 },
+        "b" = (ACF0) "", "@b" = "to end" } ])",
+                             "lines"));
+    EXPECT_EQ(writing.write("l", R"({"s"={"n"=1},"b"="x"})"), "#1x\n");
+    EXPECT_EQ(writing.write("l", R"({"b"="#1x"})"), "ambiguous at l[1].b @4+3");
+    EXPECT_EQ(writing.fault().m_ullRecord, 2u);
+    EXPECT_EQ(writing.fault().m_ullRecordOffset, 0u);
+    EXPECT_EQ(writing.fault().m_strBytes, "#1x");
+    EXPECT_EQ(writing.write("l", R"({"b"="x"})"), "x\n") << "nothing has happened";
 }
 
 TEST(RecordWriter, aFaultyRecordLeavesTheWriterWhereItWas)

@@ -23,7 +23,7 @@ TEST(PacketFault, eachReasonHasANameAndASentenceOfItsOwn)
 {
     std::set<std::string> names;
     std::set<std::string> sentences;
-    for (unsigned int code = PF_none; code <= PF_callback; ++code)
+    for (unsigned int code = PF_none; code <= PF_lineEnd; ++code)
     {
         const std::string name = getFaultName(static_cast<E_PacketFault>(code));
         const std::string sentence = getFaultSentence(static_cast<E_PacketFault>(code));
@@ -37,7 +37,7 @@ TEST(PacketFault, eachReasonHasANameAndASentenceOfItsOwn)
 
 TEST(PacketFault, findingsAreTheReasonsThatHideNoData)
 {
-    for (const E_PacketFault fault : {PF_date, PF_invalid, PF_checksum, PF_total, PF_oldSign, PF_lineEnd, PF_callback})
+    for (const E_PacketFault fault : {PF_date, PF_invalid, PF_checksum, PF_total, PF_oldSign, PF_lineEnd})
         EXPECT_TRUE(isFinding(fault)) << getFaultName(fault);
     for (const E_PacketFault fault : {PF_none, PF_more, PF_digits, PF_lossy, PF_memory})
         EXPECT_FALSE(isFinding(fault)) << getFaultName(fault);
@@ -45,7 +45,7 @@ TEST(PacketFault, findingsAreTheReasonsThatHideNoData)
 
 TEST(PacketFault, aNumberThatIsNoCodeHasNoWords)
 {
-    const auto none = static_cast<E_PacketFault>(PF_callback + 1);
+    const auto none = static_cast<E_PacketFault>(PF_lineEnd + 1);
     EXPECT_STREQ("", getFaultName(none));
     EXPECT_STREQ("", getFaultSentence(none));
     EXPECT_FALSE(isFinding(none));
