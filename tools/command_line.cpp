@@ -26,20 +26,43 @@ std::vector<std::string> optionNames(const CLI::App& app)
     return names;
 }
 
-std::string whereToLook(const CLI::App& app, bool isVerb)
+/// What was called: the tool, and the verbs named one after the other.
+std::vector<const CLI::App*> calledApps(const CLI::App& tool)
 {
-    return isVerb ? " (see murv help " + app.get_name() + ")" : " (see murv --help)";
+    std::vector<const CLI::App*> apps = {&tool};
+    while (!apps.back()->get_subcommands().empty())
+        apps.push_back(apps.back()->get_subcommands().front());
+    return apps;
+}
+
+bool hasVerbs(const CLI::App& app)
+{
+    return !app.get_subcommands([](const CLI::App*) { return true; }).empty();
+}
+
+std::string whereToLook(const CLI::App& tool, const CLI::App& app)
+{
+    if (&app == &tool)
+        return " (see murv --help)";
+    if (app.get_parent() == &tool)
+        return " (see murv help " + app.get_name() + ")";
+    return " (see murv " + app.get_parent()->get_name() + " " + app.get_name() + " --help)";
 }
 
 /// What is wrong with a word that nothing takes.
-std::string fault4Word(const CLI::App& app, bool isVerb, const std::string& word)
+std::string fault4Word(const CLI::App& app, const std::string& word)
 {
     if (isOption(word))
     {
         const std::string name = word.substr(0, word.find('='));
         return "no option is called " + name + hint4(name, optionNames(app));
     }
-    return isVerb ? "unexpected argument " + word : "no verb is called " + word + hint4(word, verbNames());
+    if (!hasVerbs(app))
+        return "unexpected argument " + word;
+    std::vector<std::string> names;
+    for (const CLI::App* const verb : app.get_subcommands([](const CLI::App*) { return true; }))
+        names.push_back(verb->get_name());
+    return "no verb is called " + word + hint4(word, names);
 }
 }  // namespace
 
@@ -74,17 +97,26 @@ std::vector<std::string> verbNames()
     return names;
 }
 
+std::string help4Call(const CLI::App& tool)
+{
+    const std::vector<const CLI::App*> apps = calledApps(tool);
+    std::string before;
+    for (std::size_t i = 0; i + 1 < apps.size(); ++i)
+        before += (i == 0 ? "" : " ") + apps[i]->get_name();
+    return apps.back()->help(before);
+}
+
 std::string fault4Call(const CLI::App& tool, const CLI::ParseError& error)
 {
-    const std::vector<CLI::App*> verbs = tool.get_subcommands();
-    const CLI::App& verb = verbs.empty() ? tool : *verbs.front();
-    for (const CLI::App* const app : {&tool, &verb})
+    const std::vector<const CLI::App*> apps = calledApps(tool);
+    for (const CLI::App* const app : apps)
     {
         const std::vector<std::string> left = app->remaining();
         if (!left.empty())
-            return fault4Word(*app, app != &tool, left.front()) + whereToLook(*app, app != &tool);
+            return fault4Word(*app, left.front()) + whereToLook(tool, *app);
     }
-    return (verbs.empty() ? "a verb is required" : std::string(error.what())) + whereToLook(verb, !verbs.empty());
+    const CLI::App& last = *apps.back();
+    return (hasVerbs(last) ? "a verb is required" : std::string(error.what())) + whereToLook(tool, last);
 }
 
 }  // namespace murv::tool

@@ -22,6 +22,9 @@ public:
 /// The names of all verbs.
 std::vector<std::string> verbNames();
 
+/// The help of what was called: the tool, a verb, or a verb of that verb.
+std::string help4Call(const CLI::App& tool);
+
 /// What is wrong with the call that the parser refused, on one line; it names the word, and one that is near.
 std::string fault4Call(const CLI::App& tool, const CLI::ParseError& error);
 

@@ -305,6 +305,7 @@ tExplainRecord CExplainer::tState::make(bool isDamaged)
     record.m_ullNumber = hasBegun ? info.m_ullNumber : m_tReader.getFault().m_ullRecord;
     record.m_ullOffset = hasBegun ? info.m_ullOffset : m_ullAt;
     record.m_ullLength = info.m_ullLength;
+    record.m_uiPart = info.m_uiPart;
     if (hasBegun)
     {
         record.m_strKind = recordKind(m_tLayout, info.m_uiPart);

@@ -47,6 +47,7 @@ struct tExplainRow
 /// A record, or what could be read of it.
 struct tExplainRecord
 {
+    unsigned int m_uiPart = CLayout::s_cuiNoPart;
     std::uint64_t m_ullNumber = 0;
     std::uint64_t m_ullOffset = 0;
     std::uint64_t m_ullLength = 0;

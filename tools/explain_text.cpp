@@ -3,9 +3,10 @@
 
 #include <algorithm>
 
+#include "tools/explain_cells.h"
 #include "tools/hex_text.h"
-#include "tools/json_text.h"
 #include "tools/packet_report.h"
+#include "tools/text_table.h"
 #include "tools/utf8.h"
 
 namespace murv::tool
@@ -27,50 +28,10 @@ constexpr const char* s_cpError = "\x1b[1;31m";
 constexpr const char* s_cpWarning = "\x1b[1;35m";
 constexpr const char* s_cpPlain = "\x1b[0m";
 
-/// How many columns a text takes; every character of several bytes counts as one.
-std::size_t columns(std::string_view text)
-{
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) { return !isUtf8Inside(c); }));
-}
-
 std::string padded(std::string text, std::size_t width)
 {
-    const std::size_t has = columns(text);
+    const std::size_t has = columns4Text(text);
     return has < width ? text.append(width - has, ' ') : text;
-}
-
-/// Cuts a text to that number of columns.
-std::string cut(std::string_view text, std::size_t most)
-{
-    if (columns(text) <= most)
-        return std::string(text);
-    std::string short4;
-    std::size_t has = 0;
-    for (std::size_t at = 0; at < text.size(); ++at)
-    {
-        has += isUtf8Inside(text[at]) ? 0 : 1;
-        if (has + 3 > most)
-            break;
-        short4 += text[at];
-    }
-    return short4 + "...";
-}
-
-/// A value as people read it: JSON without what only programs need.
-std::string shownValue(const tExplainRow& row)
-{
-    std::string value = row.m_strValue;
-    if (value.compare(0, 8, "{\"hex\":\"") == 0)
-        return "0x" + cut(value.substr(8, value.size() - 10), s_cnMostValue - 2);
-    if (!value.empty() && value[0] == '{')  // a number that consists of small ones
-    {
-        value.erase(std::remove(value.begin(), value.end(), '"'), value.end());
-        std::string words;
-        for (const char character : value.substr(1, value.size() - 2))
-            words += character == ':' ? " " : character == ',' ? ", " : std::string(1, character);
-        return words;
-    }
-    return cut(value, s_cnMostValue);
 }
 
 std::string part4Row(const tExplainRow& row)
@@ -78,30 +39,9 @@ std::string part4Row(const tExplainRow& row)
     const bool isOwn = row.m_eKind == ER_between || row.m_eKind == ER_unread;
     const std::string indent(2 * (std::max(row.m_uiDepth, 1U) - 1), ' ');
     const std::string name = shownText(row.m_strName);
-    return indent + (isOwn ? "(" + name + ")" : cut(name, s_cnMostPart));
+    return indent + (isOwn ? "(" + name + ")" : cutText(name, s_cnMostPart));
 }
 
-std::string hex4Bytes(const tExplainRow& row, std::size_t from, std::size_t count)
-{
-    std::string hex;
-    for (std::size_t at = from; at < from + count; ++at)
-    {
-        hex += at == from ? "" : " ";
-        if (!row.m_vHidden.empty() && row.m_vHidden[at])
-            hex += "**";
-        else
-            appendHex(hex, std::string_view(row.m_strBytes).substr(at, 1));
-    }
-    return hex;
-}
-
-std::string shownBytes(std::string_view bytes)
-{
-    std::string shown;
-    for (const char byte : bytes)
-        shown += byte >= ' ' && byte < 0x7F ? byte : '.';
-    return shown;
-}
 }  // namespace
 
 std::string CExplainText::coloured(const std::string& text, const char* colour) const
@@ -115,8 +55,8 @@ CExplainText::tWidths CExplainText::measure(const tExplainRecord& record) const
     for (const tExplainRow& row : record.m_vRow)
     {
         widths.m_nOffset = std::max(widths.m_nOffset, hex4Offset(row.m_ullOffset + row.m_ullLength).size() - 2);
-        widths.m_nPart = std::max(widths.m_nPart, columns(part4Row(row)));
-        widths.m_nValue = std::max(widths.m_nValue, columns(shownValue(row)));
+        widths.m_nPart = std::max(widths.m_nPart, columns4Text(part4Row(row)));
+        widths.m_nValue = std::max(widths.m_nValue, columns4Text(shownValue(row, s_cnMostValue)));
     }
     return widths;
 }
@@ -137,10 +77,24 @@ std::string CExplainText::head4Record(const tExplainRecord& record) const
            (record.m_bDamaged ? coloured(" - does not fit", s_cpError) : "") + "\n";
 }
 
-std::string CExplainText::text4Record(const tExplainRecord& record)
+std::string CExplainText::begin()
+{
+    return {};
+}
+
+std::string CExplainText::end(const std::vector<tPacketFault>& findings)
+{
+    std::string text;
+    for (const tPacketFault& finding : findings)
+        text += text4Finding(finding);
+    return text;
+}
+
+std::string CExplainText::record(const tExplainRecord& record)
 {
     const tWidths widths = measure(record);
-    std::string text = head4Record(record);
+    std::string text = (m_bAny ? "\n" : "") + head4Record(record);
+    m_bAny = true;
     for (const tExplainRow& row : record.m_vRow)
         text += lines4Row(row, widths);
     for (const tPacketFault& finding : record.m_vFinding)
@@ -194,7 +148,7 @@ std::string CExplainText::lines4Row(const tExplainRow& row, const tWidths& width
         if (line == 0)
         {
             const std::string part = padded(part4Row(row), widths.m_nPart);
-            const std::string value = padded(shownText(shownValue(row)), widths.m_nValue);
+            const std::string value = padded(shownText(shownValue(row, s_cnMostValue)), widths.m_nValue);
             std::string rules = shownText(row.m_strExpression);
             if (!row.m_strRules.empty() && !isOpening)
                 rules += (rules.empty() ? "" : "; ") + escapedText(row.m_strRules);
@@ -231,50 +185,9 @@ std::string CExplainText::text4Finding(const tPacketFault& finding) const
            hex4Offset(finding.m_ullOffset) + ": " + message4Fault(finding) + "\n";
 }
 
-namespace
+std::unique_ptr<IExplainOutput> makeExplainText(bool colour)
 {
-std::string json4Row(const tExplainRow& row)
-{
-    std::string out = "{\"offset\":" + std::to_string(row.m_ullOffset) +
-                      ",\"length\":" + std::to_string(row.m_ullLength) + ",\"bytes\":\"";
-    for (std::size_t at = 0; at < row.m_strBytes.size(); ++at)
-        out += hex4Bytes(row, at, 1);
-    out += '"';
-    const auto add = [&out](const char* key, const std::string& text) {
-        if (!text.empty())
-            out += ",\"" + std::string(key) + "\":" + json4Text(text);
-    };
-    const bool isPart = row.m_eKind != ER_between && row.m_eKind != ER_unread;
-    add(isPart ? "path" : "is", isPart ? row.m_strPath : row.m_strName);
-    add("expression", row.m_strExpression);
-    add("rules", row.m_strRules);
-    if (!row.m_strValue.empty())
-        out += ",\"value\":" + row.m_strValue;
-    add("comment", row.m_strComment);
-    if (row.m_tFault)
-        out += std::string(",\"") + (isFinding(row.m_tFault->m_eCode) ? "finding" : "error") +
-               "\":" + json4Text(message4Fault(*row.m_tFault)) +
-               ",\"code\":" + json4Text(getFaultName(row.m_tFault->m_eCode));
-    return out + "}";
-}
-}  // namespace
-
-std::string json4Record(const tExplainRecord& record)
-{
-    std::string out = "{\"record\":" + std::to_string(record.m_ullNumber) + ",\"kind\":" + json4Text(record.m_strKind) +
-                      ",\"path\":" + json4Text(record.m_strPath) + ",\"offset\":" + std::to_string(record.m_ullOffset) +
-                      ",\"length\":" + std::to_string(record.m_ullLength) +
-                      ",\"fits\":" + (record.m_bDamaged ? "false" : "true") + ",\"items\":[";
-    bool isFirst = true;
-    for (const tExplainRow& row : record.m_vRow)
-    {
-        if (row.m_eKind <= ER_element)
-            continue;
-        out += isFirst ? "" : ",";
-        out += json4Row(row);
-        isFirst = false;
-    }
-    return out + "]}\n";
+    return std::make_unique<CExplainText>(colour);
 }
 
 }  // namespace murv::tool

@@ -1,11 +1,9 @@
-// tools/layout_example.cpp - data for every part that can be there, made into a packet and read back.
+// tools/layout_example.cpp - data for every part that can be there, made into a packet that can be read.
 #include "tools/layout_example.h"
 
 #include <algorithm>
 
-#include "tools/hex_text.h"
 #include "tools/packet_leaf.h"
-#include "tools/utf8.h"
 
 namespace murv::tool
 {
@@ -13,7 +11,6 @@ namespace murv::tool
 namespace
 {
 constexpr unsigned int s_cuiLargest = 20000;     // parts of a layout for which an example is made
-constexpr std::uint64_t s_cullShown = 24;        // bytes of a value that are shown
 constexpr std::size_t s_cnLongest = 64U << 20U;  // bytes of a value of the layout
 
 /// What an example has beyond the least.
@@ -134,126 +131,6 @@ private:
     std::vector<tPlace> m_vPlaces;
 };
 
-/// Notes the values of the packet while it is read.
-class CExampleReader : public IPacketVisitor
-{
-public:
-    CExampleReader(const CLayout& layout, std::string_view packet, tExample& example)
-        : m_tLayout(layout), m_strvPacket(packet), m_tExample(example)
-    {
-    }
-    void onFields(unsigned int) override
-    {
-    }
-    void onFieldsEnd(unsigned int) override
-    {
-    }
-    void onArray(unsigned int) override
-    {
-        m_vElements.push_back(0);
-    }
-    void onElement(unsigned int, std::uint64_t index) override
-    {
-        m_vElements.back() = index;
-    }
-    void onArrayEnd(unsigned int) override
-    {
-        m_vElements.pop_back();
-    }
-    void onRecord(unsigned int part, std::uint64_t, std::uint64_t offset) override
-    {
-        tExampleLine line;
-        line.m_uiPart = part;
-        line.m_bRecord = true;
-        line.m_ullOffset = offset;
-        line.m_strPath = path4(part);
-        m_tExample.m_vLines.push_back(line);
-    }
-    void onRecordEnd(unsigned int) override
-    {
-    }
-    void onLeaf(unsigned int number, const tPacketValue& value, const tByteRange& place) override
-    {
-        const tLayoutPart part = m_tLayout.getPart(number);
-        tExampleLine line;
-        line.m_uiPart = number;
-        line.m_ullOffset = place.m_ullOffset;
-        line.m_strPath = path4(number);
-        line.m_strBytes = bytes4(part, place);
-        if (part.m_bMasked)
-            line.m_strValue = maskedValue(value, place, part.m_uiShown);
-        else if (value.m_eType == DT_null)
-            line.m_strValue = "null";
-        else
-            line.m_strValue = value4(value);
-        if (!part.m_bMasked)
-            line.m_strValue += bits4(number, value.m_ullBits);
-        m_tExample.m_vLines.push_back(line);
-    }
-
-private:
-    std::string path4(unsigned int part) const
-    {
-        std::vector<unsigned int> chain;
-        for (unsigned int at = part; at != 0; at = m_tLayout.getPart(at).m_uiParent)
-            chain.push_back(at);
-        std::string path;
-        std::size_t array = 0;
-        for (auto at = chain.rbegin(); at != chain.rend(); ++at)
-        {
-            const std::string label = label4Part(m_tLayout, *at);
-            if (isElement(m_tLayout, *at))
-                path += array < m_vElements.size() ? "[" + std::to_string(m_vElements[array++]) + "]" : "[]";
-            else
-                path.append(path.empty() || label.empty() ? "" : ".").append(label);
-        }
-        return path;
-    }
-
-    /// The value as text, or as hexadecimal digits when people could not read it.
-    static std::string value4(const tPacketValue& value)
-    {
-        std::string text;
-        appendPlainValue(text, value);
-        if (shownText(text) == text)
-            return text;
-        std::string hex = "hex ";
-        appendHex(hex, text.substr(0, s_cullShown));
-        return hex + (text.size() > s_cullShown ? " ..." : "");
-    }
-
-    std::string bytes4(const tLayoutPart& part, const tByteRange& place) const
-    {
-        const std::uint64_t shown = std::min(place.m_ullLength, s_cullShown);
-        std::string hex;
-        appendHex(hex,
-                  m_strvPacket.substr(static_cast<std::size_t>(place.m_ullOffset), static_cast<std::size_t>(shown)),
-                  " ");
-        const std::uint64_t hidden =
-            part.m_bMasked ? place.m_ullLength - std::min<std::uint64_t>(place.m_ullLength, part.m_uiShown) : 0;
-        constexpr std::size_t columns = 3;
-        for (std::size_t i = 0; i < hex.size() && i / columns < hidden; ++i)
-            hex[i] = hex[i] == ' ' ? ' ' : '*';
-        return hex + (shown < place.m_ullLength ? " ..." : "");
-    }
-
-    std::string bits4(unsigned int number, unsigned long long value) const
-    {
-        std::string text;
-        for (const tLayoutBits& bits : m_tLayout.getBits(number))
-            text.append(text.empty() ? " (" : ", ")
-                .append(bits.m_strvName)
-                .append(" ")
-                .append(std::to_string(valueOfBits(bits, value)));
-        return text.empty() ? text : text + ")";
-    }
-
-    const CLayout& m_tLayout;
-    std::string_view m_strvPacket;
-    tExample& m_tExample;
-    std::vector<std::uint64_t> m_vElements;
-};
-
 /// Whether a value of the layout would make the example too large to show.
 bool isTooLarge(const CLayout& layout)
 {
@@ -279,18 +156,14 @@ tExample example4Layout(const CLayout& layout, const CFields& document)
     {
         const CDataMaker data(layout, document, richness);
         CPacketMaker maker(layout);
-        std::string packet;
-        if (!maker.make(data.data(), packet))
+        if (!maker.make(data.data(), example.m_strPacket))
         {
             example.m_strFault = maker.getFault().m_strPath + ": " + maker.getFault().m_strMessage + ".";
             continue;
         }
-        CPacketReader reader(layout);
-        CExampleReader visitor(layout, packet, example);
-        example.m_ullBytes = packet.size();
-        if (reader.visit(packet, visitor) && !example.m_vLines.empty())
+        if (CPacketReader(layout).check(example.m_strPacket) && !example.m_strPacket.empty())
             return example;
-        example.m_vLines.clear();
+        example.m_strPacket.clear();
     }
     return example;
 }

@@ -4,73 +4,20 @@
 // screens.
 #include "tools/layout_page.h"
 
+#include "tools/explain_rows.h"
+#include "tools/explain_table.h"
 #include "tools/figure_svg.h"
+#include "tools/html_page.h"
 #include "tools/layout_example.h"
 #include "tools/layout_row.h"
 #include "tools/markup.h"
+#include "tools/packet_report.h"
 
 namespace murv::tool
 {
 
 namespace
 {
-constexpr const char* s_cpStyle =
-    ":root{color-scheme:light dark;--page:#fff;--text:#1b1f24;--soft:#57606a;--line:#d0d7de;--code:#f2f4f7;"
-    "--link:#0550ae}\n"
-    "@media (prefers-color-scheme:dark){:root{--page:#12161b;--text:#e6e9ed;--soft:#a3abb5;--line:#363d47;"
-    "--code:#1e242c;--link:#79b8ff}}\n"
-    "*{box-sizing:border-box}\n"
-    "body{margin:0 auto;max-width:76rem;padding:1.5rem 1.25rem 3rem;background:var(--page);color:var(--text);"
-    "font:16px/1.5 system-ui,\"Segoe UI\",\"Liberation Sans\",Arial,sans-serif;overflow-wrap:anywhere}\n"
-    "h1{font-size:2rem;margin:0 0 .5rem;line-height:1.2}h2{font-size:1.4rem;margin:2.5rem 0 .5rem;padding-top:.75rem;"
-    "border-top:1px solid var(--line);line-height:1.25}h3{font-size:1.1rem;margin:1.75rem 0 .25rem}\n"
-    "p{margin:.5rem 0;max-width:46rem}a{color:var(--link)}.soft{color:var(--soft)}\n"
-    "code,.bytes{font-family:ui-monospace,\"DejaVu Sans Mono\",Menlo,Consolas,monospace;font-size:.86em}\n"
-    "code{background:var(--code);border-radius:3px;padding:.1em .3em}\n"
-    "ul{margin:.4rem 0;padding-left:1.4rem}li{margin:.15rem 0}\n"
-    "figure{margin:1rem 0}.wide{overflow-x:auto}.wide svg{display:block}\n"
-    "table{border-collapse:collapse;margin:.75rem 0;width:100%;font-size:.92rem}\n"
-    "th,td{border-bottom:1px solid var(--line);padding:.35rem .75rem .35rem 0;text-align:left;vertical-align:top;"
-    "overflow-wrap:normal}\n"
-    "th{font-weight:600;color:var(--soft)}tbody th{color:inherit}.place,.long{white-space:nowrap}\n"
-    "td.bytes{white-space:normal;min-width:14rem}.bits th{padding-left:1.25rem;font-weight:400}\n"
-    "td p{margin:0 0 .2rem;min-width:11rem}tr.record th{padding-top:.9rem;color:var(--soft)}\n"
-    "@media (max-width:44rem){body{padding:1rem .9rem 2rem}table,tbody,tr,td,tbody th{display:block;width:auto}"
-    "thead{position:absolute;clip-path:inset(50%);height:1px;overflow:hidden}"
-    "tr{border-bottom:1px solid var(--line);padding:.4rem 0}td,tbody th{border:0;padding:.05rem 0}"
-    "td:empty{display:none}.place,.long{white-space:normal}td[data-label]::before{content:attr(data-label) \": \";"
-    "color:var(--soft)}td.bytes,td p{min-width:0}}\n"
-    "footer{margin-top:3rem;color:var(--soft);font-size:.9rem}\n"
-    "@media print{:root{--page:#fff;--text:#000;--soft:#444;--line:#bbb;--code:#f2f2f2;--link:#000}"
-    "body{max-width:none;padding:0;font-size:10pt}nav{display:none}a{text-decoration:none}.wide{overflow:visible}"
-    ".wide svg{max-width:100%;height:auto}h2,h3{break-after:avoid}tr,figure{break-inside:avoid}"
-    "table{font-size:8.5pt}td p,td.bytes{min-width:0}}\n";
-
-std::string element(const char* name, const std::string& markup)
-{
-    return "<" + std::string(name) + ">" + markup + "</" + name + ">";
-}
-
-std::string code(std::string_view text)
-{
-    return element("code", markup4Text(text));
-}
-
-/// A comment: paragraphs stand between empty lines.
-std::string paragraphs(std::string_view text)
-{
-    std::string markup;
-    while (!text.empty())
-    {
-        const std::size_t end = std::min(text.find("\n\n"), text.size());
-        const std::string_view paragraph = text.substr(0, end);
-        if (paragraph.find_first_not_of(" \n\t\r") != std::string_view::npos)
-            markup += element("p", markup4Text(paragraph)) + "\n";
-        text.remove_prefix(std::min(text.size(), end + 2));
-    }
-    return markup;
-}
-
 std::string rulesOf(const CLayout& layout, unsigned int part)
 {
     std::string markup;
@@ -84,9 +31,8 @@ std::string sizeOf(const tLayoutPart& part)
     const std::string least = std::to_string(part.m_ullLeast);
     if (part.m_ullMost == CLayout::s_cullNoBound)
         return least + " bytes or more";
-    const bool isFixed = part.m_ullLeast == part.m_ullMost;
-    return (isFixed ? least : least + " to " + std::to_string(part.m_ullMost)) +
-           (part.m_ullMost == 1 ? " byte" : " bytes");
+    const std::string most = counted(part.m_ullMost, "byte");
+    return part.m_ullLeast == part.m_ullMost ? most : least + " to " + most;
 }
 
 class CPage
@@ -103,8 +49,7 @@ public:
         for (const unsigned int record : m_vRecords)
             addRecord(record);
         addExample(example);
-        m_strPage +=
-            "<footer>Made by murv " MURV_VERSION " from the layout " + code(name) + ".</footer>\n</body>\n</html>\n";
+        m_strPage += pageEnd("from the layout " + code(name));
     }
     std::string page()
     {
@@ -114,12 +59,8 @@ public:
 private:
     void addHead()
     {
-        const std::string title = markup4Text(m_strName);
-        m_strPage +=
-            "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
-            title + " - packet layout</title>\n<style>\n" + s_cpStyle + figureStyle() +
-            "</style>\n</head>\n<body>\n<header>\n<h1>" + title + "</h1>\n";
+        m_strPage += pageBegin(m_strName + " - packet layout", figureStyle()) + "<header>\n" +
+                     element("h1", markup4Text(m_strName)) + "\n";
         const tLayoutPart root = m_tLayout.getPart(0);
         m_strPage += paragraphs(root.m_strvComment);
         m_strPage += "<p class=\"soft\">" + sizeOf(root) + " in all; " + std::to_string(m_vRecords.size()) +
@@ -132,9 +73,10 @@ private:
         return record == 0 ? m_strName : m_tPaths.path(record);
     }
 
-    std::string linkTo(unsigned int record) const
+    std::string linkTo(unsigned int record, const std::string& name = {}) const
     {
-        return "<a href=\"#part" + std::to_string(record) + "\">" + markup4Text(nameOf(record)) + "</a>";
+        return "<a href=\"#part" + std::to_string(record) + "\">" + markup4Text(name.empty() ? nameOf(record) : name) +
+               "</a>";
     }
 
     void addContents()
@@ -220,20 +162,11 @@ private:
         m_strPage += "<figure><div class=\"wide\" tabindex=\"0\" role=\"region\" aria-label=\"Picture of " + title +
                      "\">\n" + svg4Figure(figure, ++m_nFigures, -1) + "</div></figure>\n";
         m_strPage += "<div class=\"wide\" tabindex=\"0\" role=\"region\" aria-label=\"Parts of " + title +
-                     "\">\n<table>\n<thead><tr><th scope=\"col\">Part</th><th scope=\"col\">Offset</th>"
-                     "<th scope=\"col\">Length</th><th scope=\"col\">Kind</th><th scope=\"col\">Meaning and rules</th>"
-                     "</tr></thead>\n<tbody>\n";
+                     "\">\n<table>\n" + headRow({"Part", "Offset", "Length", "Kind", "Meaning and rules"}) +
+                     "<tbody>\n";
         for (const tLayoutRow& row : rows4Parts(m_tLayout, m_tPaths, figure.m_vParts))
             addRow(row, figure.m_uiPart == 0 ? std::string() : m_tPaths.path(figure.m_uiPart) + ".");
         m_strPage += "</tbody>\n</table>\n</div>\n";
-    }
-
-    /// A cell that says on small screens, where there are no columns, what it is.
-    static std::string cell(const char* classes, const char* label, const std::string& markup)
-    {
-        if (markup.empty())
-            return "<td></td>";
-        return "<td class=\"" + std::string(classes) + "\" data-label=\"" + label + "\">" + markup + "</td>";
     }
 
     void addRow(const tLayoutRow& row, const std::string& around)
@@ -258,35 +191,19 @@ private:
     void addExample(const tExample& example)
     {
         m_strPage += "<section id=\"example\">\n<h2>Example</h2>\n";
-        if (example.m_vLines.empty())
+        if (example.m_strPacket.empty())
         {
             m_strPage +=
                 "<p>The layout's own values make no packet: " + markup4Text(example.m_strFault) + "</p>\n</section>\n";
             return;
         }
-        m_strPage += "<p>What the layout's own values make: " + std::to_string(example.m_ullBytes) +
-                     " bytes. Offsets count from the beginning; masked values are stars.</p>\n"
-                     "<div class=\"wide\" tabindex=\"0\" role=\"region\" aria-label=\"Example\">\n<table>\n<thead><tr>"
-                     "<th scope=\"col\">Offset</th><th scope=\"col\">Bytes</th><th scope=\"col\">Part</th>"
-                     "<th scope=\"col\">Value</th></tr></thead>\n<tbody>\n";
-        for (const tExampleLine& line : example.m_vLines)
-            addLine(line);
-        m_strPage += "</tbody>\n</table>\n</div>\n</section>\n";
-    }
-
-    void addLine(const tExampleLine& line)
-    {
-        if (line.m_bRecord)
-        {
-            const std::string name = line.m_strPath.empty() ? m_strName : line.m_strPath;
-            m_strPage += "<tr class=\"record\"><th scope=\"rowgroup\" colspan=\"4\">Record <a href=\"#part" +
-                         std::to_string(line.m_uiPart) + "\">" + markup4Text(name) + "</a></th></tr>\n";
-            return;
-        }
-        m_strPage += "<tr>" + cell("place", "Offset", std::to_string(line.m_ullOffset)) +
-                     cell("bytes", "Bytes", markup4Text(line.m_strBytes)) + "<th scope=\"row\">" +
-                     markup4Text(line.m_strPath) + "</th>" + cell("value", "Value", markup4Text(line.m_strValue)) +
-                     "</tr>\n";
+        m_strPage += "<p>What the layout's own values make: " + counted(example.m_strPacket.size(), "byte") +
+                     ". Offsets count from the beginning; masked values are stars.</p>\n";
+        CExplainer explainer(m_tLayout, example.m_strPacket, false);
+        CExplainTable table(CExplainTable::CO_brief);
+        for (tExplainRecord record; explainer.next(record);)
+            m_strPage += table.table4Record(record, "Record " + linkTo(record.m_uiPart, record.m_strPath));
+        m_strPage += "</section>\n";
     }
 
     const CLayout& m_tLayout;

@@ -39,8 +39,7 @@ E_ExitCode answer(const CLI::App& tool, const CLI::ParseError& error, tSession& 
     }
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
     {
-        const std::vector<CLI::App*> verbs = tool.get_subcommands();
-        session.m_tOutput.put(verbs.empty() ? tool.help() : verbs.front()->help(tool.get_name()));
+        session.m_tOutput.put(help4Call(tool));
         return session.m_tOutput.finish(session.m_tDiagnostics);
     }
     session.m_tDiagnostics.error("", fault4Call(tool, error));

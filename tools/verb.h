@@ -38,6 +38,7 @@ std::unique_ptr<IVerb> makeConvertVerb();
 std::unique_ptr<IVerb> makeExplainVerb();
 std::unique_ptr<IVerb> makeDocVerb();
 std::unique_ptr<IVerb> makeFmtVerb();
+std::unique_ptr<IVerb> makeGenVerb();
 std::unique_ptr<IVerb> makeGetVerb();
 std::unique_ptr<IVerb> makeHelpVerb();
 std::unique_ptr<IVerb> makeInfoVerb();
@@ -68,6 +69,7 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"layout", "Show the parts of a layout: offsets, lengths, kinds, rules", &makeLayoutVerb},
     {"picture", "Draw the records of a layout, as SVG or text", &makePictureVerb},
     {"doc", "Document a layout as one HTML page", &makeDocVerb},
+    {"gen", "Make programs for others from a layout", &makeGenVerb},
     {"layouts", "List the layouts that -l finds by name", &makeLayoutsVerb},
     {"help", "Show this help, or that of a verb", &makeHelpVerb},
 };

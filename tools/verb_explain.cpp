@@ -5,9 +5,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "tools/explain_text.h"
+#include "tools/explain_output.h"
 #include "tools/hex_text.h"
 #include "tools/layout_input.h"
+#include "tools/utf8.h"
 
 namespace murv::tool
 {
@@ -41,7 +42,9 @@ public:
                      ->excludes(file);
         verb.add_option("--record", m_ullRecord, "Only the record of that number, from 1")->type_name("N");
         verb.add_flag("--unmask", m_bUnmask, "Show masked values");
-        verb.add_flag("--json", m_bJson, "One JSON object a record, diagnostics as JSON lines");
+        CLI::Option* const json =
+            verb.add_flag("--json", m_bJson, "One JSON object a record, diagnostics as JSON lines");
+        verb.add_flag("--html", m_bHtml, "One HTML page, which needs no other file")->excludes(json);
         verb.footer(
             "A layout for -e may lack its braces and the rule \"layout 1\":\n"
             "  murv explain -e '\"age\" = (BNF1) 0, \"name\" = (BCV1+1) \"\"' -x '2A 03 41 64 61'\n");
@@ -65,7 +68,9 @@ public:
         std::string packet;
         if (const E_ExitCode got = readPacket(diagnostics, input, packet))
             return got;
-        return explain(layout.m_tLayout, isHex() ? std::string_view(packet) : input.text(), session);
+        if (isHex())
+            return explain(layout.m_tLayout, packet, "<hex>", session);
+        return explain(layout.m_tLayout, input.text(), input.m_strName, session);
     }
 
 private:
@@ -97,32 +102,43 @@ private:
         return EC_wrongCall;
     }
 
-    E_ExitCode explain(const CLayout& layout, std::string_view bytes, tSession& session) const
+    std::unique_ptr<IExplainOutput> makeOutput(const CLayout& layout, std::string_view bytes,
+                                               const std::string& input) const
+    {
+        if (m_bJson)
+            return makeExplainJson();
+        if (!m_bHtml)
+            return makeExplainText(isColourWanted(STDOUT_FILENO));
+        tExplainPage page;
+        page.m_strInput = shownText(input);
+        page.m_strLayout = m_strLayout.empty() ? "of the call" : shownText(m_strLayout);
+        page.m_strvBytes = bytes;
+        page.m_bSummary = m_ullRecord == 0;
+        return makeExplainPage(layout, page);
+    }
+
+    E_ExitCode explain(const CLayout& layout, std::string_view bytes, const std::string& input, tSession& session) const
     {
         CExplainer explainer(layout, bytes, m_bUnmask);
-        CExplainText people(isColourWanted(STDOUT_FILENO));
+        const std::unique_ptr<IExplainOutput> form = makeOutput(layout, bytes, input);
         tExplainRecord record;
-        std::uint64_t shown = 0;
+        bool isShown = false;
         bool isDamaged = false;
         while (!session.m_tOutput.hasFailed() && explainer.next(record))
         {
             if (m_ullRecord != 0 && record.m_ullNumber != m_ullRecord)
                 continue;
-            if (!m_bJson && shown != 0)
-                session.m_tOutput.put("\n");
-            session.m_tOutput.put(m_bJson ? json4Record(record) : people.text4Record(record));
+            session.m_tOutput.put((isShown ? "" : form->begin()) + form->record(record));
+            isShown = true;
             isDamaged = isDamaged || record.m_bDamaged;
-            ++shown;
             if (m_ullRecord != 0)
                 break;
         }
-        if (m_ullRecord != 0 && shown == 0)
+        if (m_ullRecord != 0 && !isShown)
             return session.m_tDiagnostics.fail("", "there is no record " + std::to_string(m_ullRecord), EC_no);
-        if (m_ullRecord == 0 && !m_bJson)
-        {
-            for (const tPacketFault& finding : explainer.lastFindings())
-                session.m_tOutput.put(people.text4Finding(finding));
-        }
+        const bool isWhole = m_ullRecord == 0;
+        session.m_tOutput.put((isShown ? "" : form->begin()) +
+                              form->end(isWhole ? explainer.lastFindings() : std::vector<tPacketFault>()));
         return graver(isDamaged ? EC_unfit : EC_done, session.m_tOutput.finish(session.m_tDiagnostics));
     }
 
@@ -134,6 +150,7 @@ private:
     std::uint64_t m_ullRecord = 0;
     bool m_bUnmask = false;
     bool m_bJson = false;
+    bool m_bHtml = false;
 };
 }  // namespace
 

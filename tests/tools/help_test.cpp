@@ -43,7 +43,7 @@ TEST(Help, ofAnUnknownVerbIsAWrongCall)
 TEST(Help, speaksOfVerbsAndNamesEachOptionOnce)
 {
     for (const char* const verb : {"", "fmt", "check", "get", "stat", "convert", "info", "unpack", "pack", "explain",
-                                   "layout", "picture", "doc", "layouts", "help"})
+                                   "layout", "picture", "doc", "gen", "layouts", "help"})
     {
         const std::string help =
             *verb == '\0' ? murvOn("", {"--help"}).m_strOutput : murvOn("", {"help", verb}).m_strOutput;
@@ -90,6 +90,10 @@ TEST(Help, wrongCallsNameTheWordAndWhatIsNearIt)
         {{"get", "a", "b", "c"}, "unexpected argument c (see murv help get)"},
         {{"get", "a"}, "PATH is required (see murv help get)"},
         {{"fmt", "--check", "-i", "a"}, "--in-place excludes --check (see murv help fmt)"},
+        {{"gen"}, "a verb is required (see murv help gen)"},
+        {{"gen", "wireshrak"}, "no verb is called wireshrak; did you mean wireshark? (see murv help gen)"},
+        {{"gen", "wireshark", "--laoyut"},
+         "no option is called --laoyut; did you mean --layout? (see murv gen wireshark --help)"},
     };
     for (const auto& [call, message] : calls)
     {
