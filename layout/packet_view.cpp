@@ -41,6 +41,7 @@ struct CPacketView::tState
 
     bool open(std::string_view bytes);
     void enterAll();
+    void enterRun(const tTrace& run, std::size_t index);
     bool findInAll(unsigned int part, tTrace& item) const;
     /// Of a field set or an array, the item's length is where it stands in the trace.
     bool findIn(const tScope& scope, unsigned int part, tTrace& item) const;
@@ -92,16 +93,29 @@ void CPacketView::tState::enterAll()
     for (std::size_t i = 0; i < traces.size(); ++i)
     {
         const tTrace& trace = traces[i];
-        arrays -= trace.m_eTrace == TR_arrayEnd ? 1 : 0;
-        if (arrays == 0 && trace.m_eTrace == TR_run)
+        switch (trace.m_eTrace)
         {
-            const bool isWhole = trace.m_ullLength == m_pPlan->m_vRuns[trace.m_uiIndex].m_uiLength;
-            m_vRuns[trace.m_uiIndex] = {{m_ullStamp, i}, isWhole ? m_ullStamp : 0, m_tScanner.at(trace.m_ullOffset)};
+        case TR_run:
+            if (arrays == 0)
+                enterRun(trace, i);
+            break;
+        case TR_item:
+        case TR_open:
+        case TR_array:
+            if (arrays == 0)
+                m_vParts[trace.m_uiIndex] = {m_ullStamp, i};
+            arrays += trace.m_eTrace == TR_array ? 1 : 0;
+            break;
+        case TR_arrayEnd: --arrays; break;
+        default: break;
         }
-        else if (arrays == 0 && (trace.m_eTrace == TR_item || trace.m_eTrace == TR_open || trace.m_eTrace == TR_array))
-            m_vParts[trace.m_uiIndex] = {m_ullStamp, i};
-        arrays += trace.m_eTrace == TR_array ? 1 : 0;
     }
+}
+
+inline void CPacketView::tState::enterRun(const tTrace& run, std::size_t index)
+{
+    const bool isWhole = run.m_ullLength == m_pPlan->m_vRuns[run.m_uiIndex].m_uiLength;
+    m_vRuns[run.m_uiIndex] = {{m_ullStamp, index}, isWhole ? m_ullStamp : 0, m_tScanner.at(run.m_ullOffset)};
 }
 
 bool CPacketView::tState::takeRun(const tTrace& run, const tPlaceInRun& place, unsigned int part, tTrace& item) const

@@ -67,6 +67,23 @@ CFields* CTreeSink::takeOld(tOpen& open, std::string_view name, unsigned int id)
     return &old;
 }
 
+/// The fast path for a tree that is built: appends a named leaf to a field set that has nothing of the tree before.
+/// \return false where something else is to be done
+bool CTreeSink::append(const tPart& leaf, const tScalar& value)
+{
+    if (m_vOpen.empty() || leaf.m_strName.empty() || !leaf.m_tItem.m_vBits.empty())
+        return false;
+    tOpen& open = m_vOpen.back();
+    CFields& set = *open.m_pNode;
+    if (tFieldAccess::type(set) != DT_fields || open.m_tOld.hasNext())
+        return false;
+    CFields& node = tFieldAccess::appendMember(set, leaf.m_strName.data(),
+                                               static_cast<unsigned int>(leaf.m_strName.size()), leaf.m_uiID);
+    ++open.m_uiCount;
+    setScalar(node, value);
+    return true;
+}
+
 CFields& CTreeSink::add(const tPart& part)
 {
     m_bRootIsSet = true;

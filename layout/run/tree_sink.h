@@ -85,7 +85,7 @@ public:
     void leaf(unsigned int part, const tScalar& value, const tTrace&)
     {
         const tPart& leaf = m_tPlan.m_vParts[part];
-        if (leaf.m_bShown && !setOld(leaf, value))
+        if (leaf.m_bShown && !setOld(leaf, value) && !append(leaf, value))
             setLeaf(leaf, value);
     }
 
@@ -99,6 +99,7 @@ private:
     };
 
     bool setOld(const tPart& leaf, const tScalar& value);
+    bool append(const tPart& leaf, const tScalar& value);
     CFields& add(const tPart& part);
     CFields& addNamed(std::string_view name, unsigned int id);
     static CFields* takeOld(tOpen& open, std::string_view name, unsigned int id);
