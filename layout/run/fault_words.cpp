@@ -79,6 +79,29 @@ bool mayShowMasked(const tPlan& plan, const tScanFault& fault)
     return !isAlone && plan.m_bMasks;
 }
 
+/// Bytes between quotes; those that are no printable characters as `\xNN`.
+std::string quotedBytes(std::string_view bytes)
+{
+    constexpr const char* digits = "0123456789ABCDEF";
+    std::string quoted = "\"";
+    for (const char c : bytes.substr(0, s_cnMostBytes))
+    {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= ' ' && byte < 127)
+            quoted.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
+        else
+            quoted.append("\\x").append({digits[byte >> 4], digits[byte & 15U]});
+    }
+    return quoted + (bytes.size() > s_cnMostBytes ? "\" and more" : "\"");
+}
+
+std::string words4Literal(const tPart& part, std::string_view found)
+{
+    const std::string wanted = masked(part.m_tItem, part.m_strLiteral);
+    return "The layout demands " + quotedBytes(wanted) + ", but " + quotedBytes(masked(part.m_tItem, found)) +
+           " stands here";
+}
+
 }  // namespace
 
 tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_view bytes)
@@ -96,7 +119,12 @@ tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_vi
     words.m_strRules = part.m_strRules;
     words.m_strBytes = mayShowMasked(plan, fault) ? std::string(std::min(bytes.size(), s_cnMostBytes), '*')
                                                   : masked(part.m_tItem, bytes).substr(0, s_cnMostBytes);
-    words.m_strMessage = fault.m_pText != nullptr ? fault.m_pText : getFaultSentence(fault.m_eCode);
+    if (fault.m_pText != nullptr)
+        words.m_strMessage = fault.m_pText;
+    else if (fault.m_eCode == PF_literal)
+        words.m_strMessage = words4Literal(part, bytes);
+    else
+        words.m_strMessage = getFaultSentence(fault.m_eCode);
     return words;
 }
 

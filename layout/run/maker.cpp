@@ -5,6 +5,7 @@
 
 #include "core/field_access.h"
 #include "layout/run/data_value.h"
+#include "layout/values/loss_words.h"
 #include "layout/values/value_codec.h"
 #include "packet/time_value.h"
 
@@ -239,7 +240,7 @@ E_Scan CMaker::makePlainLeaf(unsigned int part)
     if (node == nullptr || tFieldAccess::isContainer(*node))
         return makeValue4Leaf(part, node);
     const E_PacketFault fault = makeValue(part4(part).m_tItem, value4Data(*node), *m_pOut);
-    return fault == PF_none ? SC_next : stop(fault, part);
+    return fault == PF_none ? SC_next : stopAtValue(fault, part, value4Data(*node));
 }
 
 E_Scan CMaker::makeLeaf(unsigned int part)
@@ -331,7 +332,7 @@ E_Scan CMaker::putValue(unsigned int part, const tScalar& value, bool isOwn)
     std::size_t length = 0;
     const E_PacketFault fault = appendValue(leaf, value, isOwn, length);
     if (fault != PF_none && !isFinding(fault))
-        return stop(fault, part);
+        return stopAtValue(fault, part, value);
     const std::size_t at = out.size() - length;
     if (leaf.m_tItem.m_uiLength != 0 && length > leaf.m_tItem.m_uiLength)
         return stop(PF_tooLong, part);
@@ -399,6 +400,11 @@ tElements CMaker::elements() const
             elements.push_back(cursor.m_ullCount == 0 ? 0 : cursor.m_ullCount - 1);
     }
     return elements;
+}
+
+E_Scan CMaker::stopAtValue(E_PacketFault code, unsigned int part, const tScalar& value)
+{
+    return stop(code, part, code == PF_lossy ? explainLoss(part4(part).m_tItem, value) : nullptr);
 }
 
 E_Scan CMaker::stop(E_PacketFault code, unsigned int part, const char* text, std::uint64_t length)

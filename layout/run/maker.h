@@ -125,6 +125,7 @@ private:
     E_Scan stopAtMark(const tRun& run, std::size_t begin);
     E_Scan keep(unsigned int part, std::string_view bytes);
     E_Scan stop(E_PacketFault code, unsigned int part, const char* text = nullptr, std::uint64_t length = 0);
+    E_Scan stopAtValue(E_PacketFault code, unsigned int part, const tScalar& value);
     const CFields* find(unsigned int part);
     const CFields* findOutOfOrder(tCursor& cursor, const tPart& wanted) const;
     const tPart& part4(unsigned int part) const
