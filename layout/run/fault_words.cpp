@@ -108,6 +108,8 @@ tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_vi
 {
     const tPart& part = plan.m_vParts[fault.m_uiPart];
     tPacketFault words;
+    if (!fault.m_strBytes.empty())
+        bytes = fault.m_strBytes;
     words.m_eCode = fault.m_eCode;
     words.m_strPath = path4Part(plan, fault.m_uiPart, fault.m_vElements);
     words.m_ullRecord = fault.m_ullRecord;
