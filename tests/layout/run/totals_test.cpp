@@ -215,7 +215,8 @@ TEST(Totals, findingsSayTheRecordInFilesToo)
 TEST(Totals, findingsAtTheEndOfAStreamShowBytesThatAreGone)
 {
     const CLayout file = layout4(R"("h" = { "k" = (ACF1fix) "h", "all" = (ANF1) 0, "@all" = "sum of e.n",
-        "pin" = (ANF4) 0, "@pin" = "mask 1; sum of e.n" }, "e" = [ { "k" = (ACF1fix) "-", "n" = (ANF1) 0, "x" = (ACF1000) "" } ])",
+        "pin" = (ANF4) 0, "@pin" = "mask 1; sum of e.n" },
+        "e" = [ { "k" = (ACF1fix) "-", "n" = (ANF1) 0, "x" = (ACF1000) "" } ])",
                                  "lines");
     CRecordReader records(file);
     records.open();
