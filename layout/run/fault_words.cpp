@@ -14,20 +14,26 @@ namespace
 
 constexpr std::size_t s_cnMostBytes = 64;
 
+/// A name as paths write it.
+std::string writtenName(const std::string& name)
+{
+    const bool isPlain =
+        name.find_first_of(".;|\"[]#") == std::string::npos && name.front() != ' ' && name.back() != ' ';
+    if (isPlain)
+        return name;
+    std::string quoted = "\"";
+    for (const char c : name)
+        quoted.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
+    return quoted + '"';
+}
+
 }  // namespace
 
 std::string pathName(const tPart& part)
 {
     if (part.m_strName.empty())
         return part.m_uiID != 0 ? "#" + std::to_string(part.m_uiID) : "(" + std::to_string(part.m_uiIndex + 1) + ")";
-    const bool isPlain = part.m_strName.find_first_of(".;|\"[]#") == std::string::npos &&
-                         part.m_strName.front() != ' ' && part.m_strName.back() != ' ';
-    if (isPlain)
-        return part.m_strName;
-    std::string quoted = "\"";
-    for (const char c : part.m_strName)
-        quoted.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
-    return quoted + '"';
+    return writtenName(part.m_strName);
 }
 
 std::string path4Part(const tPlan& plan, unsigned int part, const tElements& elements)
@@ -112,6 +118,9 @@ tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_vi
         bytes = fault.m_strBytes;
     words.m_eCode = fault.m_eCode;
     words.m_strPath = path4Part(plan, fault.m_uiPart, fault.m_vElements);
+    if (fault.m_uiBits != s_cuiNone)
+        words.m_strPath +=
+            (words.m_strPath.empty() ? "" : ".") + writtenName(part.m_tItem.m_vBits[fault.m_uiBits].m_strName);
     words.m_ullRecord = fault.m_ullRecord;
     words.m_ullOffset = fault.m_ullOffset;
     words.m_ullLength = fault.m_ullLength;

@@ -122,7 +122,8 @@ bool CMaker::makeOnce(const CFields& tree, unsigned int from, E_Step last)
         m_uiStep += result == SC_next ? 1 : 0;
     }
     dropLastMark();
-    return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next && agree() == SC_next;
+    return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next && testHoles() == SC_next &&
+           agree() == SC_next;
 }
 
 /// Leaves the last record without its mark, when that is wanted.
@@ -297,8 +298,28 @@ E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
     else if (leaf.m_bRequired || leaf.m_bOpen)
         return stop(PF_missing, part);
     else
-        return putValue(part, defaultOf(leaf), true);
-    return putValue(part, value, false);
+        return putTested(part, defaultOf(leaf), true);
+    return putTested(part, value, false);
+}
+
+/// Appends the item of a value that must be one of the valid ones.
+E_Scan CMaker::putTested(unsigned int part, const tScalar& value, bool isOwn)
+{
+    const std::size_t begin = m_pOut->size();
+    const E_Scan result = putValue(part, value, isOwn);
+    if (result != SC_next || !part4(part).m_tItem.m_bTested)
+        return result;
+    unsigned int bits = s_cuiNone;
+    return isValid(part, value, bits) ? SC_next : stop(PF_invalid, part, nullptr, m_pOut->size() - begin, bits);
+}
+
+/// Whether a value is one of the valid ones. \param bits  the part of bits that is not, or none
+bool CMaker::isValid(unsigned int part, const tScalar& value, unsigned int& bits) const
+{
+    const tItem& item = part4(part).m_tItem;
+    const std::size_t invalid = findInvalidBits(item, value.m_ullValue, 0);
+    bits = invalid < item.m_vBits.size() ? static_cast<unsigned int>(invalid) : s_cuiNone;
+    return isValidValue(item, value) && bits == s_cuiNone;
 }
 
 /// Appends prefix and bytes of a value. The layout's own value may be padded where data may not.
@@ -341,8 +362,6 @@ E_Scan CMaker::putValue(unsigned int part, const tScalar& value, bool isOwn)
         stop(fault, part, nullptr, length);
         m_vFindings.push_back(m_tFault);
     }
-    if (leaf.m_tItem.m_bTested && !isValidValue(leaf.m_tItem, value))
-        return stop(PF_invalid, part);
     if (leaf.m_eEnd != LE_fixed)
     {
         const std::string_view bytes = std::string_view(out).substr(begin);
@@ -407,12 +426,13 @@ E_Scan CMaker::stopAtValue(E_PacketFault code, unsigned int part, const tScalar&
     return stop(code, part, code == PF_lossy ? explainLoss(part4(part).m_tItem, value) : nullptr);
 }
 
-E_Scan CMaker::stop(E_PacketFault code, unsigned int part, const char* text, std::uint64_t length)
+E_Scan CMaker::stop(E_PacketFault code, unsigned int part, const char* text, std::uint64_t length, unsigned int bits)
 {
     const std::uint64_t offset = m_pOut->size() - length;
     m_tFault = {
         code, part,      offset, length, 0, m_bInRecord ? m_ullRecord : 0, m_bInRecord ? m_ullRecordStart : offset,
         text, elements()};
+    m_tFault.m_uiBits = bits;
     return SC_fault;
 }
 
