@@ -235,9 +235,9 @@ E_Scan CScanner::onTotal(unsigned int part)
     for (const unsigned int i : m_tPlan.m_vLinks4Base[part])
     {
         const tLink& link = m_tPlan.m_vLinks[i];
-        if (link.m_eKind == LK_bits)
+        if (link.m_uiBase == s_cuiNone)
         {
-            if (const E_Scan result = checkBits(i))
+            if (const E_Scan result = link.m_eKind == LK_bits ? checkBits(i) : compareAbsent(i))
                 return result;
             continue;
         }
