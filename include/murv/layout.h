@@ -56,7 +56,7 @@ struct tLayoutPart
     bool m_bComputed;                   ///< making fills it in
     bool m_bMasked;                     ///< people see stars
     unsigned int m_uiShown;             ///< bytes at the end of a masked value that people see nevertheless
-    std::string_view m_strvLiteral;     ///< the bytes of a literal, prefix included; empty for other parts
+    std::string_view m_strvLiteral;     ///< the bytes of a literal, prefix and end mark included; else empty
     bool m_bChoice;                     ///< a field set of which one member is there
     bool m_bOptional;                   ///< it may be absent: by a condition, a bitmap, or the rule `optional`
     unsigned int m_uiBase;              ///< the part from whose first byte m_ullOffset counts; see CLayout::getPart()

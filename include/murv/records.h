@@ -114,9 +114,8 @@ public:
     CRecordWriter& operator=(CRecordWriter&&) noexcept;
     ~CRecordWriter();
 
-    /// Appends a record with its mark or length. With tMakeOptions::m_bOpenEnd a mark comes with the record after it, so
-    /// the last record has none. Numbers about other records cannot be filled in: the data must have
-    /// them.
+    /// Appends a record with its mark or length. With tMakeOptions::m_bOpenEnd a mark comes with the next record, and
+    /// the last one has none. Numbers about other records cannot be filled in: the data must have them.
     ///
     /// \param part    which record of the layout it is, see CLayout::findPart(); an array stands for its element
     /// \param record  its members

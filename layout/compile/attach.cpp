@@ -60,16 +60,39 @@ public:
             const tCopied copied = draft.m_vCopied[i];
             if (copied.m_pNode != draft.m_pNode)
                 takeOwnRules(index, *copied.m_pNode, RS_copied);
-            std::string name(writtenName(*copied.m_pNode));
-            name = "@" + (name.starts_with("@@") ? "\"" + name.substr(1) + "\"" : name);
-            const CFields* const about =
-                copied.m_pSet->findChildAt(name.data(), static_cast<unsigned int>(name.size()));
-            if (about != nullptr)
-                addRules(index, *about, "", RS_copied);
+            attachAbout(index, copied);
         }
     }
 
 private:
+    /// The rules beside a copied part that are about it or, of a leaf, about a part of its bits.
+    void attachAbout(unsigned int index, const tCopied& copied)
+    {
+        const std::string_view name = dataName(*copied.m_pNode);
+        const bool isPlain = !name.empty() && name.find_first_of(".;|\"#@") == name.npos;
+        if (m_tCompile.part(index).m_eKind != PK_leaf && isPlain)
+        {
+            const std::string written = "@" + std::string(name);
+            const CFields* const about =
+                copied.m_pSet->findChildAt(written.data(), static_cast<unsigned int>(written.size()));
+            if (about != nullptr)
+                addRules(index, *about, "", RS_copied);
+            return;
+        }
+        for (const CFields& member : *copied.m_pSet)
+        {
+            std::vector<tRuleStep> target;
+            if (!m_tCompile.spend(1) || !isRuleMember(member) || !readTarget(writtenName(member), target) ||
+                target.empty())
+                continue;
+            const tRuleStep& first = target.front();
+            const bool isMeant = first.m_strName.empty() ? first.m_uiID == copied.m_pNode->getID() && name.empty()
+                                                         : first.m_strName == name;
+            if (isMeant)
+                addRules(index, member, target.size() > 1 ? describeStep(target[1]) : "", RS_copied);
+        }
+    }
+
     void takeOwnRules(unsigned int index, const CFields& node, E_RuleSource source)
     {
         const CFields* const own = node.getDT() == DT_fields ? node.findChildAt("@", 1) : nullptr;

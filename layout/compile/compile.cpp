@@ -26,6 +26,7 @@ bool compileParts(const CFields& document, tPlan& plan, std::vector<tLayoutMista
     checkWidths(compile);
     findHeads(compile);
     checkNumbers(compile);
+    checkDefaults(compile);
     // What was not looked at may have been reported as missing.
     if (compile.m_ullBudget == 0)
         mistakes.assign(1, {0, "", "The layout has too many parts that depend on each other"});

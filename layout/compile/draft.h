@@ -150,13 +150,14 @@ void attachRules(tCompile& compile);  // rules to their parts
 void checkRules(tCompile& compile);   // what stands twice, in a wrong place, or contradicts
 void makeItems(tCompile& compile);    // items from packet expressions
 void compileRules(tCompile& compile, E_RulePhase phase);
-void finishItems(tCompile& compile);   // what depends on several rules
-void chooseRulers(tCompile& compile);  // which numbers rule and which agree
-void findEnds(tCompile& compile);      // of leaves; then items are complete, and literals are made
-void measureParts(tCompile& compile);  // widths
-void checkWidths(tCompile& compile);   // elements without bytes, tails, frames, aligned parts
-void findHeads(tCompile& compile);     // heads, and the ends of arrays that depend on them
-void checkNumbers(tCompile& compile);  // overlaps and circles
-void placeParts(tCompile& compile);    // offsets and bounds of lengths, of a layout without mistakes
+void finishItems(tCompile& compile);    // what depends on several rules
+void chooseRulers(tCompile& compile);   // which numbers rule and which agree
+void findEnds(tCompile& compile);       // of leaves; then items are complete, and literals are made
+void measureParts(tCompile& compile);   // widths
+void checkWidths(tCompile& compile);    // elements without bytes, tails, frames, aligned parts
+void findHeads(tCompile& compile);      // heads, and the ends of arrays that depend on them
+void checkNumbers(tCompile& compile);   // overlaps and circles
+void checkDefaults(tCompile& compile);  // values of the layout that their items cannot hold
+void placeParts(tCompile& compile);     // offsets and bounds of lengths, of a layout without mistakes
 
 }  // namespace murv::detail

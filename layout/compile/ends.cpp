@@ -95,6 +95,8 @@ void makeLiteral(tCompile& compile, unsigned int index, const tScalar& value)
         if (part.m_strLiteral.find(mark) != std::string::npos)
             compile.refusePart(index, "The literal contains the mark that ends it");
     }
+    if (part.m_eEnd == LE_mark)
+        part.m_strLiteral += part.m_vMarks.front();
 }
 
 void checkBetween(tCompile& compile, unsigned int index)

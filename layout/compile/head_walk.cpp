@@ -156,12 +156,7 @@ bool CHeadWalk::walkLeaf(tRow& row, unsigned int index)
     const unsigned long long width = m_tCompile.draft(index).m_ullWidth;
     constexpr unsigned long long most = 0xFFFFFFF;
     if (leaf.m_bLiteral)
-    {
         append(row.m_tHead, row.m_uiOffset, leaf.m_strLiteral);
-        if (leaf.m_eEnd == LE_mark)
-            append(row.m_tHead, row.m_uiOffset + static_cast<unsigned int>(leaf.m_strLiteral.size()),
-                   leaf.m_vMarks.front());
-    }
     // A width that varies is the largest number.
     const bool last = std::max<unsigned long long>(width, row.m_uiOffset) > most || row.m_bFirstLeaf ||
                       leaf.m_eEnd == LE_before || leaf.m_eEnd == LE_enclosing;

@@ -1,9 +1,11 @@
 // layout/compile/items.cpp - items from packet expressions, and what several rules together say of them.
+#include <algorithm>
 #include <limits>
 
 #include "core/text/integer_text.h"
 #include "layout/compile/draft.h"
 #include "layout/compile/expression.h"
+#include "layout/compile/rule_compilers.h"
 #include "layout/compile/scalars.h"
 #include "layout/values/value_codec.h"
 
@@ -131,11 +133,9 @@ std::string checkWords(const tItem& item)
 }
 
 /// Constants that are compared with numbers are numbers.
-std::string checkValid(const tItem& item, unsigned int places)
+std::string checkNumbers(const std::vector<tValidRange>& valid)
 {
-    if ((places & RP_number) == 0 || !item.m_vBits.empty())
-        return {};
-    for (const tValidRange& range : item.m_vValid)
+    for (const tValidRange& range : valid)
     {
         for (const std::string* const text : {&range.m_strLow, &range.m_strHigh})
         {
@@ -146,6 +146,33 @@ std::string checkValid(const tItem& item, unsigned int places)
     return {};
 }
 
+std::string checkValid(const tItem& item, unsigned int places)
+{
+    return (places & RP_number) == 0 || !item.m_vBits.empty() ? std::string() : checkNumbers(item.m_vValid);
+}
+
+/// Rules about values of parts of bits, which are known by now.
+void setValidBits(tCompile& compile, unsigned int index)
+{
+    tPart& part = compile.part(index);
+    for (const tRule& rule : compile.draft(index).m_vRules)
+    {
+        if (rule.m_strBit.empty() || rule.m_pRow->m_pCompile != compileValid)
+            continue;
+        const auto bits = std::find_if(part.m_tItem.m_vBits.begin(), part.m_tItem.m_vBits.end(),
+                                       [&rule](const tBitField& field) { return field.m_strName == rule.m_strBit; });
+        std::string mistake = checkNumbers(rule.m_vValid);
+        if (bits == part.m_tItem.m_vBits.end())
+            mistake = nameOf(part) + " has no bits \"" + rule.m_strBit + "\"";
+        else if (!rule.m_strWord.empty())
+            mistake = "A part of bits is no date";
+        else
+            bits->m_vValid = rule.m_vValid;
+        if (!mistake.empty())
+            compile.refuse(index, rule, mistake);
+    }
+}
+
 void finishLeaf(tCompile& compile, unsigned int index)
 {
     tPart& part = compile.part(index);
@@ -154,6 +181,7 @@ void finishLeaf(tCompile& compile, unsigned int index)
     const bool ordered = isBinaryForm(item.m_eForm) || item.m_bBinaryPrefix;
     item.m_bLittle = ordered && draft.m_bLittle;
     setPage(draft, item);
+    setValidBits(compile, index);
     for (const std::string& mistake : {checkBinary(item), checkWords(item), checkValid(item, draft.m_uiPlaces)})
     {
         if (!mistake.empty())

@@ -87,7 +87,7 @@ constexpr tRuleRow s_ctRules[] = {
     // Values that must or may be.
     {"required", "required", RP_leaf, "leaves", RG_none, PH_plain, RT_none, readNothing, compileRequired,
      "data without it is refused"},
-    {"valid", "valid V..V [| V]", RP_leaf, "leaves", RG_none, PH_plain, RT_word, readValid, compileValid,
+    {"valid", "valid V..V [| V]", RP_leaf | RP_bit, "leaves", RG_none, PH_plain, RT_word, readValid, compileValid,
      "other values are reported, and not made"},
     {"mask", "mask [N]", RP_leaf, "leaves", RG_none, PH_plain, RT_word, readMaybeNumber, compileMask,
      "people see stars, but for the last N bytes", 31, "mask", KO_maybe},

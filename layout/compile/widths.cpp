@@ -24,7 +24,7 @@ void measureLeaf(const tPart& part, tDraft& draft)
     const unsigned long long value = isText(item.m_eForm) || item.m_bBlankIsNull ? 0 : 1;
     draft.m_ullLeast = item.m_ucPrefix + value + mark;
     if (part.m_bLiteral && !part.m_strLiteral.empty())
-        draft.m_ullWidth = part.m_strLiteral.size() + mark;
+        draft.m_ullWidth = part.m_strLiteral.size();
     else if (part.m_eEnd == LE_fixed)
         draft.m_ullWidth = item.m_uiLength;
     if (draft.m_ullWidth != s_cullVaries)

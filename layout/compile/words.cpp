@@ -187,6 +187,8 @@ void compileKeep(tCompile& compile, unsigned int part, const tRule&)
 void compileValid(tCompile& compile, unsigned int part, const tRule& rule)
 {
     tItem& item = compile.part(part).m_tItem;
+    if (!rule.m_strBit.empty())
+        return;  // the bits may not be known yet
     item.m_vValid = rule.m_vValid;
     item.m_strValidDate = rule.m_strWord;
     if (!rule.m_strWord.empty() && !isDatePattern(rule.m_strWord))

@@ -63,14 +63,31 @@ void listLinks(tPlan& plan)
     }
 }
 
-/// Whether the part, or one around it up to the record, is there only sometimes.
-bool mayLack(const tPlan& plan, unsigned int part)
+/// Whether the part, or one around it up to an outer one, is there only sometimes.
+bool mayLack(const tPlan& plan, unsigned int part, unsigned int outer)
 {
-    for (; part != s_cuiNone && !plan.m_vParts[part].m_bRecord; part = plan.m_vParts[part].m_uiParent)
+    for (; part != outer; part = plan.m_vParts[part].m_uiParent)
     {
-        const tPart& at = plan.m_vParts[part];
-        const tPart& around = plan.m_vParts[at.m_uiParent];
-        if (mayBeAbsent(at) || around.m_eChoice != CH_none || !around.m_strBetween.empty())
+        const tPart& around = plan.m_vParts[plan.m_vParts[part].m_uiParent];
+        if (mayBeAbsent(plan.m_vParts[part]) || around.m_eChoice != CH_none || !around.m_strBetween.empty())
+            return true;
+    }
+    return false;
+}
+
+/// The innermost part around both that is no array.
+unsigned int aroundBoth(const tPlan& plan, unsigned int a, unsigned int b)
+{
+    while (b < a || b >= plan.m_vParts[a].m_uiAfter || plan.m_vParts[a].m_eKind != PK_set)
+        a = plan.m_vParts[a].m_uiParent;
+    return a;
+}
+
+bool isInArray(const tPlan& plan, unsigned int part, unsigned int outer)
+{
+    for (; part != outer; part = plan.m_vParts[part].m_uiParent)
+    {
+        if (plan.m_vParts[part].m_eKind == PK_array)
             return true;
     }
     return false;
@@ -83,7 +100,8 @@ unsigned int recordAround(const tPlan& plan, unsigned int part)
     return part;
 }
 
-/// Sizes and counts that are read before a part which may not come.
+/// Sizes and counts that are read before a part which may not come: they are compared when their record ends, or what
+/// is around both.
 void listLacking(tPlan& plan)
 {
     plan.m_vMayLack.assign(plan.m_vLinks.size(), false);
@@ -91,14 +109,17 @@ void listLacking(tPlan& plan)
     for (unsigned int i = 0; i < plan.m_vLinks.size(); ++i)
     {
         const tLink& link = plan.m_vLinks[i];
-        const bool isNumber = link.m_eKind == LK_size ? link.m_bNumberFirst : link.m_eKind == LK_count;
-        const unsigned int target =
-            link.m_eKind == LK_size && isNumber ? plan.m_vSpans[link.m_uiSpan].m_uiLast : link.m_uiTarget;
-        const unsigned int record = isNumber ? recordAround(plan, link.m_tNumber.m_uiPart) : s_cuiNone;
-        if (record == s_cuiNone || record != recordAround(plan, target) || !mayLack(plan, target))
+        const unsigned int number = link.m_tNumber.m_uiPart;
+        if (!(link.m_eKind == LK_size ? link.m_bNumberFirst : link.m_eKind == LK_count))
+            continue;
+        const unsigned int target = link.m_eKind == LK_size ? plan.m_vSpans[link.m_uiSpan].m_uiLast : link.m_uiTarget;
+        const unsigned int record = recordAround(plan, number);
+        const bool isInside = record == recordAround(plan, target);
+        const unsigned int around = isInside ? record : aroundBoth(plan, number, target);
+        if (!mayLack(plan, target, around) || (!isInside && isInArray(plan, number, around)))
             continue;
         plan.m_vMayLack[i] = true;
-        plan.m_vLinks4Record[record].push_back(i);
+        (isInside ? plan.m_vLinks4Record : plan.m_vLinks4Base)[around].push_back(i);
     }
 }
 

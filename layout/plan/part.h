@@ -130,7 +130,7 @@ struct tPart
     bool m_bOpen = false;      // making fills it in, or some of its bits; set by makeSteps()
     bool m_bShown = true;      // in trees: not a literal without name and ID in a field set; set by makeSteps()
     bool m_bRequired = false;  // the data must have it
-    std::string m_strLiteral;  // the bytes of a literal, prefix included
+    std::string m_strLiteral;  // the bytes of a literal, prefix and end mark included
     std::string m_strDefault;  // the layout's own value when it is a byte string; see defaultOf()
     E_DataType m_eDefault = DT_null;
     unsigned long long m_ullDefault = 0;  // the bits of a number

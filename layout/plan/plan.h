@@ -123,16 +123,16 @@ struct tPlan
     std::vector<std::vector<unsigned int>> m_vLinks4Counted;  // by part: totals that count it
     std::vector<std::vector<unsigned int>> m_vLinks4Base;     // by part: totals that end with it
     std::vector<std::vector<unsigned int>> m_vLinks4Span;     // by span: links that measure it
-    std::vector<bool> m_vMayLack;  // by link: it rules a part of its record that may be absent
-    std::vector<std::vector<unsigned int>> m_vLinks4Record;  // by part: these links of the record
-    std::vector<unsigned int> m_vOrder4Link;                 // by link: totals of lower order come first
-    std::vector<tPlaceInRun> m_vPlace4Part;                  // by part: where a leaf of fixed width lies
-    std::vector<tHeadTable> m_vHeadTables;                   // by array; without bytes where one byte does not tell
-    std::vector<std::vector<tHead>> m_vEnds4Array;           // by array: its end mark, in the form of a head
-    std::vector<bool> m_vChooses;                            // by part: an alternative is chosen by its value
-    bool m_bMasks = false;                                   // some part is masked
-    bool m_bAsks = false;                                    // some part has callbacks
-    bool m_bSelfEvident = false;                             // what is made cannot be read in another way
+    std::vector<bool> m_vMayLack;                             // by link: it rules a part that may be absent
+    std::vector<std::vector<unsigned int>> m_vLinks4Record;   // by part: these links of the record
+    std::vector<unsigned int> m_vOrder4Link;                  // by link: totals of lower order come first
+    std::vector<tPlaceInRun> m_vPlace4Part;                   // by part: where a leaf of fixed width lies
+    std::vector<tHeadTable> m_vHeadTables;                    // by array; without bytes where one byte does not tell
+    std::vector<std::vector<tHead>> m_vEnds4Array;            // by array: its end mark, in the form of a head
+    std::vector<bool> m_vChooses;                             // by part: an alternative is chosen by its value
+    bool m_bMasks = false;                                    // some part is masked
+    bool m_bAsks = false;                                     // some part has callbacks
+    bool m_bSelfEvident = false;                              // what is made cannot be read in another way
 };
 
 /// Whether the part stands between marks.

@@ -14,20 +14,26 @@ namespace
 
 constexpr std::size_t s_cnMostBytes = 64;
 
+/// A name as paths write it.
+std::string writtenName(const std::string& name)
+{
+    const bool isPlain =
+        name.find_first_of(".;|\"[]#") == std::string::npos && name.front() != ' ' && name.back() != ' ';
+    if (isPlain)
+        return name;
+    std::string quoted = "\"";
+    for (const char c : name)
+        quoted.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
+    return quoted + '"';
+}
+
 }  // namespace
 
 std::string pathName(const tPart& part)
 {
     if (part.m_strName.empty())
         return part.m_uiID != 0 ? "#" + std::to_string(part.m_uiID) : "(" + std::to_string(part.m_uiIndex + 1) + ")";
-    const bool isPlain = part.m_strName.find_first_of(".;|\"[]#") == std::string::npos &&
-                         part.m_strName.front() != ' ' && part.m_strName.back() != ' ';
-    if (isPlain)
-        return part.m_strName;
-    std::string quoted = "\"";
-    for (const char c : part.m_strName)
-        quoted.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
-    return quoted + '"';
+    return writtenName(part.m_strName);
 }
 
 std::string path4Part(const tPlan& plan, unsigned int part, const tElements& elements)
@@ -79,14 +85,42 @@ bool mayShowMasked(const tPlan& plan, const tScanFault& fault)
     return !isAlone && plan.m_bMasks;
 }
 
+/// Bytes between quotes; those that are no printable characters as `\xNN`.
+std::string quotedBytes(std::string_view bytes)
+{
+    constexpr const char* digits = "0123456789ABCDEF";
+    std::string quoted = "\"";
+    for (const char c : bytes.substr(0, s_cnMostBytes))
+    {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= ' ' && byte < 127)
+            quoted.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
+        else
+            quoted.append("\\x").append({digits[byte >> 4], digits[byte & 15U]});
+    }
+    return quoted + (bytes.size() > s_cnMostBytes ? "\" and more" : "\"");
+}
+
+std::string words4Literal(const tPart& part, std::string_view found)
+{
+    const std::string wanted = masked(part.m_tItem, part.m_strLiteral);
+    return "The layout demands " + quotedBytes(wanted) + ", but " + quotedBytes(masked(part.m_tItem, found)) +
+           " stands here";
+}
+
 }  // namespace
 
 tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_view bytes)
 {
     const tPart& part = plan.m_vParts[fault.m_uiPart];
     tPacketFault words;
+    if (!fault.m_strBytes.empty())
+        bytes = fault.m_strBytes;
     words.m_eCode = fault.m_eCode;
     words.m_strPath = path4Part(plan, fault.m_uiPart, fault.m_vElements);
+    if (fault.m_uiBits != s_cuiNone)
+        words.m_strPath +=
+            (words.m_strPath.empty() ? "" : ".") + writtenName(part.m_tItem.m_vBits[fault.m_uiBits].m_strName);
     words.m_ullRecord = fault.m_ullRecord;
     words.m_ullOffset = fault.m_ullOffset;
     words.m_ullLength = fault.m_ullLength;
@@ -96,7 +130,12 @@ tPacketFault describe(const tPlan& plan, const tScanFault& fault, std::string_vi
     words.m_strRules = part.m_strRules;
     words.m_strBytes = mayShowMasked(plan, fault) ? std::string(std::min(bytes.size(), s_cnMostBytes), '*')
                                                   : masked(part.m_tItem, bytes).substr(0, s_cnMostBytes);
-    words.m_strMessage = fault.m_pText != nullptr ? fault.m_pText : getFaultSentence(fault.m_eCode);
+    if (fault.m_pText != nullptr)
+        words.m_strMessage = fault.m_pText;
+    else if (fault.m_eCode == PF_literal)
+        words.m_strMessage = words4Literal(part, bytes);
+    else
+        words.m_strMessage = getFaultSentence(fault.m_eCode);
     return words;
 }
 

@@ -66,7 +66,7 @@ E_Scan CMaker::makeAsked(unsigned int part, const CFields* node)
         return stop(PF_callback, part, complaint);
     const std::size_t begin = m_pOut->size();
     const bool isOwn = node == nullptr && isSame(before, asked.value());
-    if (const E_Scan result = putValue(part, asked.value(), isOwn))
+    if (const E_Scan result = putTested(part, asked.value(), isOwn))
         return result;
     const std::size_t length = m_pOut->size() - begin;
     if (leaf.m_eEnd == LE_callback && asked.length() != 0 && asked.length() != length)

@@ -155,7 +155,7 @@ E_Scan CMaker::setNumber(const tLink& link, unsigned int hole, std::uint64_t val
     }
     const tBitField& field = part4(open.m_uiPart).m_tItem.m_vBits[link.m_tNumber.m_uiBits];
     if (field.m_uiWidth < 64 && value >> field.m_uiWidth != 0)
-        return stopAtHole(PF_tooLong, hole);
+        return stopAtHole(PF_tooLong, hole, nullptr, link.m_tNumber.m_uiBits);
     const std::uint64_t mask = std::uint64_t{mask4Width(field.m_uiWidth)} << field.m_uiShift;
     open.m_tValue = makeScalar(false, (open.m_tValue.m_ullValue & ~mask) | value << field.m_uiShift);
     return SC_next;
@@ -231,17 +231,40 @@ E_Scan CMaker::fillHoles()
     return SC_next;
 }
 
+/// What was filled in must be one of the valid values, too.
+E_Scan CMaker::testHoles()
+{
+    for (unsigned int hole = 0; hole < m_vHoles.size() && !m_bMoved; ++hole)
+    {
+        unsigned int bits = s_cuiNone;
+        std::string room;
+        if (part4(m_vHoles[hole].m_uiPart).m_tItem.m_bTested &&
+            !isValid(m_vHoles[hole].m_uiPart, value4Hole(hole, room), bits))
+            return stopAtHole(PF_invalid, hole, nullptr, bits);
+    }
+    return SC_next;
+}
+
+/// The value that is known now. \param room  takes its text
+tScalar CMaker::value4Hole(unsigned int hole, std::string& room) const
+{
+    const tHole& open = m_vHoles[hole];
+    const tItem& item = part4(open.m_uiPart).m_tItem;
+    room = open.m_strText;
+    if (room.empty() && item.m_bDecimals)
+        room = scaledText(open.m_tValue.m_ullValue, item.m_ucDecimals);
+    return room.empty() ? open.m_tValue : makeScalar(room);
+}
+
 /// Puts the value that is known now where it belongs.
 E_Scan CMaker::fillHole(unsigned int hole)
 {
     tHole& open = m_vHoles[hole];
     const tPart& leaf = part4(open.m_uiPart);
     m_strValue.clear();
-    std::string text = open.m_strText;
-    if (text.empty() && leaf.m_tItem.m_bDecimals)
-        text = scaledText(open.m_tValue.m_ullValue, leaf.m_tItem.m_ucDecimals);
-    const E_PacketFault fault = (leaf.m_bComputed ? makeValue : makeOwnValue)(
-        leaf.m_tItem, text.empty() ? open.m_tValue : makeScalar(text), m_strValue);
+    std::string text;
+    const E_PacketFault fault =
+        (leaf.m_bComputed ? makeValue : makeOwnValue)(leaf.m_tItem, value4Hole(hole, text), m_strValue);
     if (fault != PF_none && !isFinding(fault))
         return stopAtHole(fault, hole);
     std::string item;
@@ -283,11 +306,12 @@ E_Scan CMaker::fillChecks()
     return SC_next;
 }
 
-E_Scan CMaker::stopAtHole(E_PacketFault code, unsigned int hole, const char* text)
+E_Scan CMaker::stopAtHole(E_PacketFault code, unsigned int hole, const char* text, unsigned int bits)
 {
     const tHole& open = m_vHoles[hole];
     m_tFault = {code, open.m_uiPart,   open.m_ullOffset, open.m_ullLength, 0, open.m_ullRecord, open.m_ullRecordOffset,
                 text, open.m_vElements};
+    m_tFault.m_uiBits = bits;
     return SC_fault;
 }
 

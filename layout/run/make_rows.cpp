@@ -73,7 +73,7 @@ E_Scan CMaker::makePlainLeaf(unsigned int part)
     if (node == nullptr || tFieldAccess::isContainer(*node))
         return makeValue4Leaf(part, node);
     const E_PacketFault fault = makeValue(part4(part).m_tItem, value4Data(*node), *m_pOut);
-    return fault == PF_none ? SC_next : stop(fault, part);
+    return fault == PF_none ? SC_next : stopAtValue(fault, part, value4Data(*node));
 }
 
 /// Finds the first item of a run with which the mark is complete.

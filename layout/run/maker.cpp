@@ -5,6 +5,7 @@
 
 #include "core/field_access.h"
 #include "layout/run/data_value.h"
+#include "layout/values/loss_words.h"
 #include "layout/values/value_codec.h"
 #include "packet/time_value.h"
 
@@ -128,7 +129,8 @@ bool CMaker::makeOnce(const CFields& tree, unsigned int from, E_Step last)
     dropLastMark();
     if (m_vHoles.empty())
         return true;
-    return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next && agree() == SC_next;
+    return fillTotals() == SC_next && fillHoles() == SC_next && fillChecks() == SC_next && testHoles() == SC_next &&
+           agree() == SC_next;
 }
 
 /// Leaves the last record without its mark, when that is wanted.
@@ -277,8 +279,28 @@ E_Scan CMaker::makeValue4Leaf(unsigned int part, const CFields* node)
     else if (leaf.m_bRequired || leaf.m_bOpen)
         return stop(PF_missing, part);
     else
-        return putValue(part, defaultOf(leaf), true);
-    return putValue(part, value, false);
+        return putTested(part, defaultOf(leaf), true);
+    return putTested(part, value, false);
+}
+
+/// Appends the item of a value that must be one of the valid ones.
+E_Scan CMaker::putTested(unsigned int part, const tScalar& value, bool isOwn)
+{
+    const std::size_t begin = m_pOut->size();
+    const E_Scan result = putValue(part, value, isOwn);
+    if (result != SC_next || !part4(part).m_tItem.m_bTested)
+        return result;
+    unsigned int bits = s_cuiNone;
+    return isValid(part, value, bits) ? SC_next : stop(PF_invalid, part, nullptr, m_pOut->size() - begin, bits);
+}
+
+/// Whether a value is one of the valid ones. \param bits  the part of bits that is not, or none
+bool CMaker::isValid(unsigned int part, const tScalar& value, unsigned int& bits) const
+{
+    const tItem& item = part4(part).m_tItem;
+    const std::size_t invalid = findInvalidBits(item, value.m_ullValue, 0);
+    bits = invalid < item.m_vBits.size() ? static_cast<unsigned int>(invalid) : s_cuiNone;
+    return isValidValue(item, value) && bits == s_cuiNone;
 }
 
 /// Appends prefix and bytes of a value. The layout's own value may be padded where data may not.
@@ -312,7 +334,7 @@ E_Scan CMaker::putValue(unsigned int part, const tScalar& value, bool isOwn)
     std::size_t length = 0;
     const E_PacketFault fault = appendValue(leaf, value, isOwn, length);
     if (fault != PF_none && !isFinding(fault))
-        return stop(fault, part);
+        return stopAtValue(fault, part, value);
     const std::size_t at = out.size() - length;
     if (leaf.m_tItem.m_uiLength != 0 && length > leaf.m_tItem.m_uiLength)
         return stop(PF_tooLong, part);
@@ -321,8 +343,6 @@ E_Scan CMaker::putValue(unsigned int part, const tScalar& value, bool isOwn)
         stop(fault, part, nullptr, length);
         m_vFindings.push_back(m_tFault);
     }
-    if (leaf.m_tItem.m_bTested && !isValidValue(leaf.m_tItem, value))
-        return stop(PF_invalid, part);
     if (leaf.m_eEnd != LE_fixed)
     {
         const std::string_view bytes = std::string_view(out).substr(begin);
@@ -370,12 +390,18 @@ tElements CMaker::elements() const
     return elements;
 }
 
-E_Scan CMaker::stop(E_PacketFault code, unsigned int part, const char* text, std::uint64_t length)
+E_Scan CMaker::stopAtValue(E_PacketFault code, unsigned int part, const tScalar& value)
+{
+    return stop(code, part, code == PF_lossy ? explainLoss(part4(part).m_tItem, value) : nullptr);
+}
+
+E_Scan CMaker::stop(E_PacketFault code, unsigned int part, const char* text, std::uint64_t length, unsigned int bits)
 {
     const std::uint64_t offset = m_pOut->size() - length;
     m_tFault = {
         code, part,      offset, length, 0, m_bInRecord ? m_ullRecord : 0, m_bInRecord ? m_ullRecordStart : offset,
         text, elements()};
+    m_tFault.m_uiBits = bits;
     return SC_fault;
 }
 

@@ -122,7 +122,11 @@ private:
     E_Scan putValue(unsigned int part, const tScalar& value, bool isOwn);
     bool holdsMark(std::string_view bytes) const;
     E_Scan keep(unsigned int part, std::string_view bytes);
-    E_Scan stop(E_PacketFault code, unsigned int part, const char* text = nullptr, std::uint64_t length = 0);
+    E_Scan putTested(unsigned int part, const tScalar& value, bool isOwn);
+    bool isValid(unsigned int part, const tScalar& value, unsigned int& bits) const;
+    E_Scan stop(E_PacketFault code, unsigned int part, const char* text = nullptr, std::uint64_t length = 0,
+                unsigned int bits = s_cuiNone);
+    E_Scan stopAtValue(E_PacketFault code, unsigned int part, const tScalar& value);
     const CFields* find(unsigned int part);
     const CFields* findOutOfOrder(tCursor& cursor, const tPart& wanted) const;
     const tPart& part4(unsigned int part) const
@@ -193,7 +197,9 @@ private:
     E_Scan fillHoles();
     E_Scan fillChecks();
     E_Scan fillHole(unsigned int hole);
-    E_Scan stopAtHole(E_PacketFault code, unsigned int hole, const char* text = nullptr);
+    E_Scan testHoles();
+    tScalar value4Hole(unsigned int hole, std::string& room) const;
+    E_Scan stopAtHole(E_PacketFault code, unsigned int hole, const char* text = nullptr, unsigned int bits = s_cuiNone);
 
     const tPlan& m_tPlan;
     tMakeOptions m_tOptions;

@@ -212,6 +212,9 @@ void CScanner::distrustTotals()
         total.m_vNumbers.clear();
         total.m_bUnknown = true;
     }
+    // Nor are numbers compared whose part the damaged record may have had.
+    for (std::size_t i = 0; i < m_vNumbers.size(); ++i)
+        m_vNumbers[i].m_bPresent = m_vNumbers[i].m_bPresent && !m_tPlan.m_vMayLack[i];
 }
 
 bool CScanner::skipFrame()

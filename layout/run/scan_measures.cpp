@@ -181,7 +181,9 @@ E_Scan CScanner::onLink(unsigned int index)
         return SC_next;
     if (link.m_uiBase != s_cuiNone)
     {
-        m_vTotals[index].m_vNumbers.push_back({number, elements()});
+        constexpr std::uint64_t mostShown = 64;
+        const std::string_view shown = bytes(last.m_ullOffset, std::min(last.m_ullLength, mostShown));
+        m_vTotals[index].m_vNumbers.push_back({number, elements(), std::string(shown)});
         return SC_next;
     }
     if (link.m_uiSpan == s_cuiNone)
@@ -233,9 +235,9 @@ E_Scan CScanner::onTotal(unsigned int part)
     for (const unsigned int i : m_tPlan.m_vLinks4Base[part])
     {
         const tLink& link = m_tPlan.m_vLinks[i];
-        if (link.m_eKind == LK_bits)
+        if (link.m_uiBase == s_cuiNone)
         {
-            if (const E_Scan result = checkBits(i))
+            if (const E_Scan result = link.m_eKind == LK_bits ? checkBits(i) : compareAbsent(i))
                 return result;
             continue;
         }
@@ -254,6 +256,7 @@ void CScanner::compareTotal(const tLink& link, tTotal& total)
             continue;
         m_vFindings.push_back(makeFault(PF_total, link, number.m_tNumber, nullptr));
         m_vFindings.back().m_vElements = number.m_vElements;
+        m_vFindings.back().m_strBytes = number.m_strBytes;
     }
     total.m_vNumbers.clear();
     total.m_ullSum = 0;

@@ -42,6 +42,8 @@ struct tScanFault
     std::uint64_t m_ullRecordOffset = 0;  // where the record begins
     const char* m_pText = nullptr;        // says more than the reason does; static text or null
     tElements m_vElements;                // of the arrays around the part
+    unsigned int m_uiBits = s_cuiNone;    // the part of its bits, or none
+    std::string m_strBytes{};             // the bytes concerned, where they may be gone; else empty
 };
 
 class CScanner
@@ -192,6 +194,7 @@ private:
     {
         tNumber m_tNumber;
         tElements m_vElements;
+        std::string m_strBytes;  // the first of them
     };
     /// What is counted over an instance of a base, and the numbers that must equal it.
     struct tTotal

@@ -125,10 +125,22 @@ private:
         const E_PacketFault fault = readValue(part.m_tItem, bytes, options, value, m_strScratch);
         if (fault != PF_none && !report(fault, trace, findings))
             return false;
-        if (isTested && !isValidValue(part.m_tItem, value))
-            report(PF_invalid, trace, findings);
+        if (isTested)
+            test(part.m_tItem, value, trace, findings);
         m_tSink.leaf(trace.m_uiIndex, value, trace);
         return true;
+    }
+
+    /// Reports values that are not valid.
+    void test(const tItem& item, const tScalar& value, const tTrace& trace, std::vector<tScanFault>& findings)
+    {
+        if (!isValidValue(item, value))
+            report(PF_invalid, trace, findings);
+        for (std::size_t i = 0; (i = findInvalidBits(item, value.m_ullValue, i)) < item.m_vBits.size(); ++i)
+        {
+            report(PF_invalid, trace, findings);
+            findings.back().m_uiBits = static_cast<unsigned int>(i);
+        }
     }
 
     /// \return whether it is a finding only

@@ -56,12 +56,20 @@ enum E_QuickForm : unsigned char
     QF_little,       // the same, the low byte first
 };
 
+/// Values that are valid: from one to another, both included; or a single one.
+struct tValidRange
+{
+    std::string m_strLow;  // as the rule states it
+    std::string m_strHigh;
+};
+
 /// A part of a binary number.
 struct tBitField
 {
     std::string m_strName;
     unsigned int m_uiWidth;
-    unsigned int m_uiShift;  // of its lowest bit
+    unsigned int m_uiShift;               // of its lowest bit
+    std::vector<tValidRange> m_vValid{};  // empty: all
 };
 
 /// That many bits, the lowest of a number.
@@ -69,13 +77,6 @@ constexpr unsigned long long mask4Width(unsigned int width)
 {
     return width >= 64 ? ~0ULL : (1ULL << width) - 1;
 }
-
-/// Values that are valid: from one to another, both included; or a single one.
-struct tValidRange
-{
-    std::string m_strLow;  // as the rule states it
-    std::string m_strHigh;
-};
 
 struct tItem
 {

@@ -171,4 +171,20 @@ bool isValidValue(const tItem& item, const tScalar& value)
     return item.m_vValid.empty();
 }
 
+std::size_t findInvalidBits(const tItem& item, unsigned long long number, std::size_t from)
+{
+    for (; from < item.m_vBits.size(); ++from)
+    {
+        const tBitField& field = item.m_vBits[from];
+        const std::string text = std::to_string((number >> field.m_uiShift) & mask4Width(field.m_uiWidth));
+        bool comparable = false;
+        bool isValid = field.m_vValid.empty();
+        for (const tValidRange& range : field.m_vValid)
+            isValid = isValid || isNumberIn(range, text, comparable);
+        if (!isValid)
+            break;
+    }
+    return from;
+}
+
 }  // namespace murv::detail

@@ -121,6 +121,8 @@ void prepareItem(tItem& item)
         item.m_eForm == IF_digits && item.m_ePadding == PAD_zerosFront && item.m_cPoint == 0 && item.m_strTail.empty();
     item.m_bBare = (digits || item.m_eForm == IF_binary) && !item.m_bVaries && !item.m_bExact;
     item.m_bTested = !item.m_vValid.empty() || !item.m_strValidDate.empty();
+    for (const tBitField& bits : item.m_vBits)
+        item.m_bTested = item.m_bTested || !bits.m_vValid.empty();
     const bool ascii = item.m_pPage == nullptr || item.m_pPage->m_bAsciiLike;
     item.m_bPlain = item.m_bBare && ascii && !item.m_bDecimals && !item.m_bZeroIsNull && item.m_pTime == nullptr;
     item.m_eQuick = quickForm4(item);

@@ -4,6 +4,7 @@
 // Each form has one source in which reading and making stand side by side; the table of forms is in value_codec.cpp.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -49,6 +50,9 @@ E_PacketFault makeOwnValue(const tItem& item, const tScalar& value, std::string&
 
 /// Whether the value is one of the valid ones; true without such a rule.
 bool isValidValue(const tItem& item, const tScalar& value);
+
+/// The first part of the bits, from that one on, whose value in a number is not valid; or their count.
+std::size_t findInvalidBits(const tItem& item, unsigned long long number, std::size_t from);
 
 /// Reads the length prefix that the bytes begin with.
 ///

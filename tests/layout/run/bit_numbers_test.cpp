@@ -71,7 +71,7 @@ TEST(BitNumbers, aCountThatDoesNotFitItsBitsIsRefused)
     std::string packet;
     EXPECT_FALSE(maker.make(tree, packet));
     EXPECT_EQ(maker.getFault().m_eCode, murv::PF_tooLong);
-    EXPECT_EQ(maker.getFault().m_strPath, "f");
+    EXPECT_EQ(maker.getFault().m_strPath, "f.n");
 }
 
 }  // namespace

@@ -113,7 +113,7 @@ TEST(ComputedNumbers, literalElementsOfAnArrayCount)
     const char* text = R"({ "@" = "layout 1", "head" = { "a" = (ACF1) "a" }, "fill" = [ (BNF1fix) 0 ] })";
     EXPECT_EQ(again(text, std::string("a\0\0\0", 4)), std::string("a\0\0\0", 4));
     EXPECT_EQ(made(text, R"({ "fill" = [ 0, 0 ] })"), std::string("a\0\0", 3));
-    EXPECT_EQ(made(text, R"({ "fill" = [ 0, 1 ] })"), "Other bytes stand here than the layout demands");
+    EXPECT_EQ(made(text, R"({ "fill" = [ 0, 1 ] })"), "The layout demands \"\\x00\", but \"\\x01\" stands here");
 }
 
 }  // namespace murv::tests

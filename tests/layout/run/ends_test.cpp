@@ -171,4 +171,16 @@ TEST(Ends, aMarkMustNotBeginInTheItemAndEndInItself)
     EXPECT_EQ(make(layout4(R"("t" = (ACF1) "")", R"(lines \"aa\")"), R"({"t"="a"})"), "ambiguous at t");
 }
 
+TEST(Ends, literalsMayEndInAMark)
+{
+    const CLayout layout = layout4(R"("e" = (ACF0fix) "z", "@e" = "ends \";\"", "x" = (ACF1) "")");
+    expectBoth(layout, "z;y", R"({"e"="z","x"="y"})");
+    EXPECT_EQ(make(layout, R"({"x"="y"})"), "z;y");
+    EXPECT_EQ(make(layout, R"({"e"="a","x"="y"})"), "literal at e");
+    EXPECT_EQ(refusal(layout, "a;y"), R"(literal at e @0+2: The layout demands "z;", but "a;" stands here)");
+    const CLayout choice = layout4(R"("v" = { "@" = "one of", "a" = { "t" = (ACF0fix) "a", "@t" = "ends \";\"",
+        "n" = (ANF1) 0 }, "b" = { "t" = (ACF0fix) "b", "@t" = "ends \";\"", "x" = (ACF1) "" } })");
+    expectBoth(choice, "b;y", R"({"v"={"b"={"t"="b","x"="y"}}})");
+}
+
 }  // namespace murv::tests

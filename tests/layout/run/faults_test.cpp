@@ -187,4 +187,46 @@ TEST(Faults, aLayoutThatIsNotCompiledIsMisuse)
     EXPECT_THROW(CPacketView{layout}, CLogicError);
 }
 
+TEST(Faults, ofLiteralsSayWhichBytesWereExpected)
+{
+    const CLayout layout = layout4(R"("n" = (ANF1) 0, "t" = (BCF3fix) "a\"\xFF", "m" = (ACF4fix) "1234",
+        "@m" = "mask 1", "v" = (ACV1+1fix) "xy", "e" = (ACF0fix) "z", "@e" = "ends \";\"")");
+    const auto words = [&layout](std::string_view packet) { return fault4(layout, packet).m_strMessage; };
+    EXPECT_EQ(words("0abc12342xyz;"), R"(The layout demands "a\"\xFF", but "abc" stands here)");
+    EXPECT_EQ(words("0a\"\xFF"
+                    "12352xyz;"),
+              R"(The layout demands "***4", but "***5" stands here)");
+    EXPECT_EQ(words("0a\"\xFF"
+                    "12342xxz;"),
+              R"(The layout demands "2xy", but "2xx" stands here)");
+    EXPECT_EQ(faultOfMaking(layout, R"({"v"="x"})").m_strMessage, R"(The layout demands "2xy", but "1x" stands here)");
+    EXPECT_EQ(faultOfMaking(layout, R"({"m"="1235"})").m_strMessage,
+              R"(The layout demands "***4", but "***5" stands here)");
+    const CLayout wide = layout4(R"("w" = (ACF70fix) "w")");
+    EXPECT_EQ(fault4(wide, std::string(70, 'v')).m_strMessage, "The layout demands \"w" + std::string(63, ' ') +
+                                                                   "\" and more, but \"" + std::string(64, 'v') +
+                                                                   "\" and more stands here");
+}
+
+TEST(Faults, ofLossSayWhatWouldNotComeBack)
+{
+    const CLayout layout = layout4(R"("d" = (ANF4) 0, "@d" = "decimals 2", "n" = (ANF4) 0, "z" = (ANF4) 1,
+        "@z" = "zero is null", "t" = (ACF4) "", "r" = (ACF4) "", "@r" = "right", "p" = (BNF2) 0,
+        "@p" = "packed; decimals 1", "b" = (BNF2) 0, "h" = (ANF4) 0, "@h" = "hex")");
+    const auto words = [&layout](const std::string& tree) {
+        const tPacketFault fault = faultOfMaking(layout, tree);
+        return std::string(getFaultName(fault.m_eCode)) + " at " + fault.m_strPath + ": " + fault.m_strMessage;
+    };
+    EXPECT_EQ(words(R"({"d"="1.234"})"), "lossy at d: The number has more decimals than the item");
+    EXPECT_EQ(words(R"({"d"=1.234})"), "lossy at d: The number has more decimals than the item");
+    EXPECT_EQ(words(R"({"p"="1.23"})"), "lossy at p: The number has more decimals than the item");
+    EXPECT_EQ(words(R"({"n"="1.5"})"), "lossy at n: The number has decimals, which the item does not have");
+    EXPECT_EQ(words(R"({"b"=1.5})"), "lossy at b: The number has decimals, which the item does not have");
+    EXPECT_EQ(words(R"({"h"="1.5"})"), "lossy at h: The number has decimals, which the item does not have");
+    EXPECT_EQ(words(R"({"n"="007"})"), "lossy at n: The number has zeros in front, which would not come back");
+    EXPECT_EQ(words(R"({"z"=0})"), "lossy at z: The number is zero, which would come back as null");
+    EXPECT_EQ(words(R"({"t"="x "})"), "lossy at t: The value ends in padding, which would not come back");
+    EXPECT_EQ(words(R"({"r"=" x"})"), "lossy at r: The value begins with padding, which would not come back");
+}
+
 }  // namespace murv::tests

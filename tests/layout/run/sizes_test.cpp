@@ -156,7 +156,7 @@ TEST(Sizes, bitsMaySayThem)
         "x" = (ACF3) "", "o" = (BCF0) "", "@o" = "to end" })");
     expectBoth(layout, "\x42xyzabcd", R"({"h"={"f"={"version"=4,"words"=2},"x"="xyz","o"="abcd"}})");
     EXPECT_EQ(make(layout, R"({"h"={"f"={"version"=4}}})"), "\x41   ");
-    EXPECT_EQ(make(layout, "{\"h\"={\"o\"=\"" + std::string(60, 'x') + "\"}}"), "tooLong at h.f");
+    EXPECT_EQ(make(layout, "{\"h\"={\"o\"=\"" + std::string(60, 'x') + "\"}}"), "tooLong at h.f.words");
     EXPECT_EQ(read(layout, "\x42xyz"), "more at h.f @1+3");
 }
 

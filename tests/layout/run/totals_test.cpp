@@ -1,8 +1,25 @@
 // Totals: sums, counts of records and elements, which must equal what was counted.
+#include "murv/records.h"
 #include "tests/layout/run/run_helpers.h"
 
 namespace murv::tests
 {
+
+namespace
+{
+
+/// `path #record @offset in @offset in the record "bytes"`
+std::string record4(const std::vector<tPacketFault>& findings)
+{
+    std::string text;
+    for (const tPacketFault& finding : findings)
+        text += (text.empty() ? "" : "; ") + finding.m_strPath + " #" + std::to_string(finding.m_ullRecord) + " @" +
+                std::to_string(finding.m_ullOffset) + " in @" + std::to_string(finding.m_ullRecordOffset) + " " +
+                quotedText(finding.m_strBytes);
+    return text;
+}
+
+}  // namespace
 
 namespace
 {
@@ -146,6 +163,87 @@ TEST(Totals, theOptionAgreeComparesTheData)
         "@s" = "decimals 1; sum of a.v")");
     EXPECT_EQ(make(layout, R"({"a"=[{"v"="0.1"},{"v"="0.2"}],"s"="0.3"})", options), "212003");
     EXPECT_EQ(make(layout, R"({"a"=[{"v"="0.1"},{"v"="0.2"}],"s"="0.4"})", options), "total at s");
+}
+
+TEST(Totals, findingsSayTheRecordOfTheNumber)
+{
+    const CLayout packet = layout4(R"("l" = [ { "k" = (ACF1fix) "-", "n" = (ANF1) 0 } ],
+        "t" = (ANF1) 0, "@t" = "sum of l.n", "x" = (ACF1) "")");
+    CPacketReader reader(packet);
+    ASSERT_TRUE(reader.check("-1-25x"));
+    EXPECT_EQ(record4(reader.getFindings()), "t #1 @4 in @4 \"5\"");
+    CRecordReader one(packet);
+    one.open("-1-25x-36x");
+    EXPECT_EQ(one.next(), RR_record);
+    EXPECT_EQ(record4(one.getFindings()), "t #1 @4 in @4 \"5\"");
+    EXPECT_EQ(one.next(), RR_record);
+    EXPECT_EQ(record4(one.getFindings()), "t #2 @8 in @2 \"6\"");
+}
+
+TEST(Totals, findingsSayTheRecordInFilesToo)
+{
+    const CLayout file = layout4(R"("h" = { "k" = (ACF1fix) "h", "all" = (ANF1) 0, "@all" = "sum of b.e.n" },
+        "b" = [ { "e" = [ { "k" = (ACF1fix) "-", "n" = (ANF1) 0 } ],
+        "t" = { "k" = (ACF1fix) "=", "n" = (ANF1) 0, "@n" = "sum of e.n" } } ])",
+                                 "lines");
+    const std::string bytes = "h9\n-1\n-2\n=4\n-1\n=2\n";
+    const std::string expected = "h.all #1 @1 in @1 \"9\"; b[0].t.n #4 @10 in @1 \"4\"; b[1].t.n #6 @16 in @1 \"2\"";
+    CPacketReader reader(file);
+    ASSERT_TRUE(reader.check(bytes));
+    EXPECT_EQ(record4(reader.getFindings()), expected);
+    for (const std::size_t piece : {bytes.size(), std::size_t{1}})
+    {
+        CRecordReader records(file);
+        records.open();
+        std::string found;
+        for (std::size_t at = 0; at < bytes.size(); at += piece)
+        {
+            records.put(std::string_view(bytes).substr(at, piece));
+            for (E_RecordResult result = records.next(); result != RR_more; result = records.next())
+                found += found.empty() || records.getFindings().empty() ? "" : "; ",
+                    found += record4(records.getFindings());
+        }
+        records.end();
+        for (E_RecordResult result = records.next(); result == RR_record; result = records.next())
+            found += "; " + record4(records.getFindings());
+        found += "; end " + record4(records.getFindings());
+        EXPECT_EQ(found, "b[0].t.n #4 @10 in @1 \"4\"; end h.all #1 @1 in @1 \"9\"; b[1].t.n #6 @16 in @1 \"2\"")
+            << piece;
+    }
+}
+
+TEST(Totals, findingsAtTheEndOfAStreamShowBytesThatAreGone)
+{
+    const CLayout file = layout4(R"("h" = { "k" = (ACF1fix) "h", "all" = (ANF1) 0, "@all" = "sum of e.n",
+        "pin" = (ANF4) 0, "@pin" = "mask 1; sum of e.n" },
+        "e" = [ { "k" = (ACF1fix) "-", "n" = (ANF1) 0, "x" = (ACF1000) "" } ])",
+                                 "lines");
+    CRecordReader records(file);
+    records.open();
+    records.put("h90007\n");
+    EXPECT_EQ(records.next(), RR_record);
+    for (int i = 0; i < 200; ++i)
+    {
+        records.put("-0" + std::string(1000, 'x') + "\n");
+        ASSERT_EQ(records.next(), RR_record);
+    }
+    records.end();
+    EXPECT_EQ(records.next(), RR_end);
+    EXPECT_EQ(record4(records.getFindings()), "h.all #1 @1 in @1 \"9\"; h.pin #1 @2 in @2 \"***7\"");
+}
+
+TEST(Totals, findingsSayTheRecordWhileWriting)
+{
+    const CLayout file = layout4(R"("e" = [ { "k" = (ACF1fix) "-", "n" = (ANF1) 0 } ],
+        "t" = [ { "k" = (ACF1fix) "=", "n" = (ANF1) 0, "@n" = "sum of e.n" } ])",
+                                 "lines");
+    CRecordWriter writer(file);
+    std::string out;
+    EXPECT_TRUE(writer.write(file.findPart("e"), tree4(R"({"n"=1})"), out));
+    EXPECT_TRUE(writer.write(file.findPart("t"), tree4(R"({"n"=2})"), out));
+    EXPECT_TRUE(writer.write(file.findPart("t"), tree4(R"({"n"=3})"), out));
+    EXPECT_TRUE(writer.finish());
+    EXPECT_EQ(record4(writer.getFindings()), "t[0].n #2 @4 in @1 \"2\"; t[1].n #3 @7 in @1 \"3\"");
 }
 
 }  // namespace murv::tests
