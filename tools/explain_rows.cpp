@@ -27,22 +27,6 @@ std::uint64_t prefixWidth(std::string_view expression)
     return width;
 }
 
-/// The path of a part in the layout, where elements have no numbers.
-std::string pathInLayout(std::string_view path)
-{
-    std::string plain;
-    bool isQuoted = false;
-    bool isNumber = false;
-    for (const char character : path)
-    {
-        isQuoted = isQuoted != (character == '"');
-        isNumber = !isQuoted && (character == '[' || (isNumber && character != ']'));
-        if (!isNumber && (isQuoted || character != ']'))
-            plain += character;
-    }
-    return plain;
-}
-
 bool hasMasks(const CLayout& layout)
 {
     for (unsigned int part = 0; part < layout.getPartCount(); ++part)

@@ -9,6 +9,21 @@
 namespace murv::tool
 {
 
+std::string pathInLayout(std::string_view path)
+{
+    std::string plain;
+    bool isQuoted = false;
+    bool isNumber = false;
+    for (const char character : path)
+    {
+        isQuoted = isQuoted != (character == '"');
+        isNumber = !isQuoted && (character == '[' || (isNumber && character != ']'));
+        if (!isNumber && (isQuoted || character != ']'))
+            plain += character;
+    }
+    return plain;
+}
+
 bool isElement(const CLayout& layout, unsigned int part)
 {
     const unsigned int parent = layout.getPart(part).m_uiParent;

@@ -16,6 +16,9 @@ namespace murv::tool
 /// elements of arrays.
 std::string label4Part(const CLayout& layout, unsigned int part);
 
+/// The path of a part in the layout, where elements have no numbers, from its path in the data.
+std::string pathInLayout(std::string_view path);
+
 /// Whether a part is the element of an array.
 bool isElement(const CLayout& layout, unsigned int part);
 

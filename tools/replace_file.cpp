@@ -99,7 +99,7 @@ std::string fault4Making(const tTarget& target, const CTemporaryFile& file)
 
 /// Gives the new file what the old one has, and its name. \return empty, or what failed
 /// \param readBefore  the file that was read and must not have changed since; null when nothing was read
-std::string takePlace(const tTarget& target, CTemporaryFile& file, const tFileIdentity* readBefore)
+std::string takePlace(const tTarget& target, CTemporaryFile& file, const tFileIdentity* readBefore, bool isForced)
 {
     if (target.m_bExists)
     {
@@ -111,7 +111,7 @@ std::string takePlace(const tTarget& target, CTemporaryFile& file, const tFileId
         return text4Error(errno);
     if (readBefore != nullptr && !readBefore->isOf(now))
         return "it changed meanwhile";
-    const int error = file.takeName();
+    const int error = file.takeName(isForced);
     return error == 0 ? std::string() : text4Error(error);
 }
 
@@ -125,7 +125,7 @@ std::string replace(const tTarget& target, std::string_view content, const tFile
         return fault;
     if (const int error = writeAll(file.descriptor(), content))
         return text4Error(error);
-    return takePlace(target, file, &readBefore);
+    return takePlace(target, file, &readBefore, true);
 }
 
 E_ExitCode report(const std::string& file, const std::string& what, const std::string& fault, CDiagnostics& diagnostics)
@@ -154,14 +154,14 @@ E_ExitCode replaceFile(const tInput& input, std::string_view content, CDiagnosti
     return report(input.m_strName, "not replaced", fault, diagnostics);
 }
 
-E_ExitCode writeFile(const std::string& path, std::string_view content, CDiagnostics& diagnostics)
+E_ExitCode writeFile(const std::string& path, std::string_view content, CDiagnostics& diagnostics, bool isForced)
 {
     CStandardOutput unused;
     CResultFile file(path, unused);
     if (const E_ExitCode code = file.open(diagnostics))
         return code;
     file.put(content);
-    return file.finish(diagnostics);
+    return file.finish(diagnostics, isForced);
 }
 
 struct CResultFile::tState
@@ -224,13 +224,13 @@ bool CResultFile::put(std::string_view content)
     return m_pState->m_strFault.empty();
 }
 
-E_ExitCode CResultFile::finish(CDiagnostics& diagnostics)
+E_ExitCode CResultFile::finish(CDiagnostics& diagnostics, bool isForced)
 {
     if (isStandardOutput())
         return m_tOutput.finish(diagnostics);
     std::string& fault = m_pState->m_strFault;
     if (fault.empty() && m_pState->m_pFile)
-        fault = takePlace(m_pState->m_tTarget, *m_pState->m_pFile, nullptr);
+        fault = takePlace(m_pState->m_tTarget, *m_pState->m_pFile, nullptr, isForced);
     return report(m_strPath, "not written", fault, diagnostics);
 }
 

@@ -28,7 +28,9 @@ E_ExitCode replaceFile(const tInput& input, std::string_view content, CDiagnosti
 
 /// Makes a file, or replaces the content of one that exists, in the same manner. For a symbolic link that leads to
 /// nothing, the target is made. A pipe or a device takes the bytes, and so does what is open already: /dev/stdout.
-E_ExitCode writeFile(const std::string& path, std::string_view content, CDiagnostics& diagnostics);
+/// \param isForced  false for one of many files that can be made again: they need not be on the disk yet
+E_ExitCode writeFile(const std::string& path, std::string_view content, CDiagnostics& diagnostics,
+                     bool isForced = true);
 
 /// The same for a result that comes in pieces: the name leads to the old content until finish().
 class CResultFile
@@ -43,7 +45,7 @@ public:
     /// After a failure nothing more is written. \return false then
     bool put(std::string_view content);
     /// Gives the file its content. Without it, an existing file stays as it was.
-    E_ExitCode finish(CDiagnostics& diagnostics);
+    E_ExitCode finish(CDiagnostics& diagnostics, bool isForced = true);
     bool isStandardOutput() const
     {
         return m_strPath.empty();

@@ -120,9 +120,9 @@ CTemporaryFile::~CTemporaryFile()
     s_pLeftover = nullptr;
 }
 
-int CTemporaryFile::takeName()
+int CTemporaryFile::takeName(bool isForced)
 {
-    if (fsync(m_iDescriptor) != 0)
+    if (isForced && fsync(m_iDescriptor) != 0)
         return errno;
     {
         const CSignalsHeld held;
@@ -131,6 +131,8 @@ int CTemporaryFile::takeName()
         m_bExists = false;
         s_pLeftover = nullptr;
     }
+    if (!isForced)
+        return 0;
     // The name is safe once its directory is; where that cannot be forced, the content is whole all the same.
     const int directory = open((directory4Path(m_strTarget) + ".").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (directory >= 0)

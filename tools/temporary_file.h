@@ -37,8 +37,9 @@ public:
     {
         return m_iDescriptor;
     }
-    /// Forces the content to the disk, then gives it the name. \return 0, or the errno of what failed
-    int takeName();
+    /// Forces the content to the disk, unless told not to, then gives it the name. \return 0, or the errno of what
+    /// failed
+    int takeName(bool isForced);
 
 private:
     std::string m_strTarget;

@@ -9,9 +9,11 @@
 namespace murv::tool
 {
 
+std::unique_ptr<IVerb> makeGenSamplesVerb();
 std::unique_ptr<IVerb> makeGenWiresharkVerb();
 
 inline constexpr tVerbRow s_ctGenVerbs[] = {
+    {"samples", "Make random packets for tests, good ones and damaged ones", &makeGenSamplesVerb},
     {"wireshark", "Write a Lua dissector for Wireshark and tshark", &makeGenWiresharkVerb},
 };
 
