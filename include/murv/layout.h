@@ -134,6 +134,14 @@ public:
     /// The path of a part, such as `batches.entries.entry.amount`; elements of arrays add nothing.
     std::string getPath(unsigned int number) const;
 
+    /// Describes the whole layout as a tree: what each part is, how its value is read, where it ends, when it is there,
+    /// and what numbers say about other parts. It is for programs that make programs, which read packets without this
+    /// library; docs/layout-description.md lists all members.
+    ///
+    /// \param description  is replaced
+    /// Throws CLogicError for a layout that is not compiled. Linear in the layout.
+    void describe(CFields& description) const;
+
     /// For the codec's own classes; null before a compilation.
     const std::shared_ptr<const detail::tPlan>& getPlan() const;
 
