@@ -234,6 +234,15 @@ TEST(LayoutMistakes, aMistakeHidesWhatOnlyFollowsFromIt)
     EXPECT_EQ(layout.getMistakes()[0].m_strMessage, "There is no part \"bdy\" here or around; did you mean \"body\"?");
 }
 
+TEST(LayoutMistakes, aLostSizeHidesThatPartsAfterItsPartVary)
+{
+    murv::CLayout layout;
+    EXPECT_FALSE(layout.compile(R"({ "@" = "layout 1", "n" = (BNF2) 0, "@n" = "sise of b",
+        "b" = { "t" = (ACF0) "", "@t" = "to end" }, "c" = (ACV1) "" })"));
+    ASSERT_EQ(layout.getMistakes().size(), 1u);
+    EXPECT_EQ(layout.getMistakes()[0].m_strMessage, "There is no rule \"sise of b\"; did you mean \"size of\"?");
+}
+
 TEST(LayoutMistakes, aTextThatDoesNotLoadIsOneMistake)
 {
     murv::CLayout layout;
