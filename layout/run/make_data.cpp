@@ -98,6 +98,15 @@ E_Scan CMaker::refuseBits(unsigned int part, const CFields& node)
     return stop(PF_repeated, part);
 }
 
+/// Whether a value is one of the valid ones. \param bits  the part of bits that is not, or none
+bool CMaker::isValid(unsigned int part, const tScalar& value, unsigned int& bits) const
+{
+    const tItem& item = part4(part).m_tItem;
+    const std::size_t invalid = findInvalidBits(item, value.m_ullValue, 0);
+    bits = invalid < item.m_vBits.size() ? static_cast<unsigned int>(invalid) : s_cuiNone;
+    return isValidValue(item, value) && bits == s_cuiNone;
+}
+
 /// Compares what was filled in with what the data says.
 E_Scan CMaker::agree()
 {

@@ -37,7 +37,8 @@ constexpr const char* s_cpRuleRich = R"({
   "groups" = [ {
     "entries" = [ {
       "kind" = (ACF1fix) "E", "amount" = (ANF6) 0, "@amount" = "decimals 2; pad blank",
-      "words" = [ (ACF3) "" ], "@words" = "until . = \"end\"", "note" = { "@" = "optional", (ACF1fix) "#", "t" = (ACF2) "" }
+      "words" = [ (ACF3) "" ], "@words" = "until . = \"end\"",
+      "note" = { "@" = "optional", (ACF1fix) "#", "t" = (ACF2) "" }
     } ],
     "total" = {
       "kind" = (ACF1fix) "T", "n" = (ANF4) 0, "@n" = "records of entries", "sum" = (ANF8) 0,
