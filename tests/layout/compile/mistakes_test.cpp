@@ -145,6 +145,12 @@ constexpr tExpected s_ctNumbers[] = {
 constexpr tExpected s_ctLeaves[] = {
     {"aPrefixHoldsItsLiteral", R"~("t" = (ACV1fix) ^"twelve bytes")~", "t",
      R"~(The length prefix is too narrow for the literal)~"},
+    {"aLiteralHoldsNoMarkOfTheSetAround",
+     R"~("s" = { "@" = "between \"|\"", "x" = (ACF2fix) ^"a|", "y" = (ACF0) "" })~", "s.x",
+     R"~(The literal contains a mark at which reading would end it)~"},
+    {"aLiteralHoldsNoLineEnd",
+     R"~({ "@" = "layout 1; lines", "l" = [ { "x" = (ACF2fix) ^"a\n", "y" = (ACF1) "" } ] })~", "l.x",
+     R"~(The literal contains a mark at which reading would end it)~"},
     {"aLiteralFits", R"~((ACF2fix) ^"abc")~", "",
      R"~(The literal does not fit its item: The value does not fit the item)~"},
     {"aLiteralNumberFits", R"~("t" = (ANF2fix) ^100)~", "t",
