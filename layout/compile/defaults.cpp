@@ -38,14 +38,14 @@ E_PacketFault makeDefault(const tPart& leaf, std::string& bytes)
     return item.m_ucPrefix != 0 ? makePrefix(item, bytes.size(), prefix) : PF_none;
 }
 
-/// Whether reading would end the value, or a part around it, at a mark in the bytes.
+/// Whether reading would end the value, or a part around it, at a mark in the bytes. That of a literal belongs to it.
 bool holdsMark(tCompile& compile, unsigned int index, const std::string& bytes)
 {
     const auto holds = [&bytes](const std::string& mark) { return bytes.find(mark) != std::string::npos; };
     const tFrame& frame = compile.m_tPlan.m_tFrame;
     const std::vector<std::string>& own = compile.part(index).m_vMarks;
-    bool isHeld = std::any_of(own.begin(), own.end(), holds) || (frame.m_eKind == FR_lines && holds("\n")) ||
-                  (frame.m_eKind == FR_mark && holds(frame.m_strMark));
+    bool isHeld = (!compile.part(index).m_bLiteral && std::any_of(own.begin(), own.end(), holds)) ||
+                  (frame.m_eKind == FR_lines && holds("\n")) || (frame.m_eKind == FR_mark && holds(frame.m_strMark));
     for (unsigned int at = compile.part(index).m_uiParent; at != s_cuiNone && !isHeld && compile.spend(1);
          at = compile.part(at).m_uiParent)
         isHeld = !compile.part(at).m_strBetween.empty() && holds(compile.part(at).m_strBetween);
@@ -60,6 +60,8 @@ void checkDefaults(tCompile& compile)
     {
         const tPart& leaf = compile.part(i);
         std::string bytes;
+        if (leaf.m_bLiteral && !compile.m_tMistakes.isFaulty(i) && holdsMark(compile, i, leaf.m_strLiteral))
+            compile.refusePart(i, "The literal contains a mark at which reading would end it");
         if (!isUsed(leaf) || compile.m_tMistakes.isFaulty(i) ||
             !compile.spend(static_cast<unsigned int>(leaf.m_strDefault.size())))
             continue;

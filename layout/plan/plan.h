@@ -126,6 +126,7 @@ struct tPlan
     std::vector<bool> m_vMayLack;                             // by link: it rules a part that may be absent
     std::vector<std::vector<unsigned int>> m_vLinks4Record;   // by part: these links of the record
     std::vector<unsigned int> m_vOrder4Link;                  // by link: totals of lower order come first
+    std::vector<unsigned int> m_vStep4Record;                 // by part: its ST_record, or none
     std::vector<tPlaceInRun> m_vPlace4Part;                   // by part: where a leaf of fixed width lies
     std::vector<tHeadTable> m_vHeadTables;                    // by array; without bytes where one byte does not tell
     std::vector<std::vector<tHead>> m_vEnds4Array;            // by array: its end mark, in the form of a head
