@@ -3,6 +3,7 @@
 #include <set>
 
 #include "murv/layout.h"
+#include "tests/support/sanitized.h"
 #include "tests/tools/sales.h"
 #include "tests/tools/sample_lines.h"
 
