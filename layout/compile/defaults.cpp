@@ -15,11 +15,12 @@ namespace murv::detail
 namespace
 {
 
-/// Whether making may take the value: not where it is filled in, nor where it is null for one that the data must have.
+/// Whether making may take the value: not where it is filled in. Null says that there is none; then the data must have it,
+/// unless the item can say null.
 bool isUsed(const tPart& leaf)
 {
-    const bool isMissing = leaf.m_eDefault == DT_null && leaf.m_bRequired;
-    return leaf.m_eKind == PK_leaf && !leaf.m_bLiteral && !leaf.m_bComputed && !leaf.m_bAsks && !isMissing;
+    return leaf.m_eKind == PK_leaf && !leaf.m_bLiteral && !leaf.m_bComputed && !leaf.m_bAsks &&
+           leaf.m_eDefault != DT_null;
 }
 
 /// Makes the value in an item that is not much wider than it, so that padding takes no memory.
