@@ -1,11 +1,14 @@
-// tools/wireshark_runtime.h - the engine of dissectors, as Lua. The build makes it a text of the program.
+// tools/wireshark_runtime.h - the engine of dissectors, as Lua.
+//
+// It is written in the files of tools/wireshark/, which the build makes texts of the program.
 #pragma once
 
-#include <string_view>
+#include <string>
 
 namespace murv::tool
 {
 
-extern const std::string_view s_cstrvWiresharkRuntime;
+/// The engine; it needs a local variable `layout` before it.
+std::string wiresharkRuntime();
 
 }  // namespace murv::tool

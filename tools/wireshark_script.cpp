@@ -231,7 +231,7 @@ std::string head4Script(const CLayout& layout, const tWiresharkOptions& options,
 
 std::string makeWiresharkScript(const CLayout& layout, tWiresharkOptions options, std::string& script)
 {
-    const std::string tooDeep = whyTooDeep(layout);
+    std::string tooDeep = whyTooDeep(layout);
     if (!tooDeep.empty())
         return tooDeep;
     CFields description;
@@ -247,7 +247,7 @@ std::string makeWiresharkScript(const CLayout& layout, tWiresharkOptions options
         namer.name(description["parts"][part], part);
     const std::string title = title4Comment(layout.getPart(0).m_strvComment, shownText(options.m_strLayout));
     script = head4Script(layout, options, noStream, description) + lua4Description(description, options, title) + "\n" +
-             std::string(s_cstrvWiresharkRuntime);
+             wiresharkRuntime();
     return {};
 }
 

@@ -54,7 +54,7 @@ public:
         prepare();
         for (unsigned int part = 0; part < m_tParts.getChildCount(); ++part)
         {
-            const std::string why = whyNot(part);
+            std::string why = whyNot(part);
             if (!why.empty())
                 return why;
         }
