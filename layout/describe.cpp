@@ -324,13 +324,13 @@ void CLayout::describe(CFields& description) const
     CFields& parts = description.addChildRef("parts");
     for (unsigned int part = 0; part < plan.m_vParts.size(); ++part)
         putPart(parts.addArrayAt(CFields()), plan, part);
-    CFields& spans = description.addChildRef("spans");
+    CFields& spans = description.addChildRef("spans") = DT_array;
     for (const tSpan& span : plan.m_vSpans)
         putSpan(spans.addArrayAt(CFields()), span);
-    CFields& links = description.addChildRef("links");
+    CFields& links = description.addChildRef("links") = DT_array;
     for (unsigned int link = 0; link < plan.m_vLinks.size(); ++link)
         putLink(links.addArrayAt(CFields()), plan, link);
-    putPages(description.addChildRef("pages"), plan);
+    putPages(description.addChildRef("pages") = DT_fields, plan);
 }
 
 }  // namespace murv
