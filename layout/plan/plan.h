@@ -57,8 +57,8 @@ struct tRun
         unsigned int m_uiPart;
         unsigned int m_uiOffset;  // from the beginning of the run
         unsigned int m_uiLength;
-        bool m_bReads;  // any bytes are a value of the item
-        bool m_bPlain;  // making it is nothing but making its value
+        E_QuickForm m_eCheck;  // the form in which its usual bytes are seen to be right
+        bool m_bPlain;         // making it is nothing but making its value
         E_QuickForm m_eQuick;
         bool m_bQuickRead;  // its usual values are all valid
         // A row of fields that are made side by side: those of it that are left, and their bytes.
@@ -66,6 +66,7 @@ struct tRun
         unsigned short m_usRowBytes = 0;
     };
     std::vector<tField> m_vFields;
+    std::vector<unsigned int> m_vChecked;   // indexes of fields of which not any bytes are a value
     std::vector<unsigned int> m_vLiterals;  // indexes of fields that are literals
     std::vector<unsigned int> m_vKept;      // indexes of fields whose values are kept in registers
     unsigned int m_uiLength = 0;
