@@ -1,0 +1,42 @@
+// everyday.cpp - the shorthands of docs/everyday.md, at work on one document.
+#include <iostream>
+
+#include "murv/everyday.h"
+#include "murv/murv.h"
+
+using namespace murv;
+
+namespace
+{
+constexpr const char* s_cpDocument = R"({
+  "name" = "shop",
+  "listen" = { "port" = 8080, "host" = "::1" },
+  #7 "orders" =
+  [
+    { "price" = 19.5, "lines" = 2 },
+    { "price" = 5, "note" = "gift" }
+  ]
+})";
+
+void followPaths(const CFields& tree)
+{
+    const CFields* note = find(tree, "orders[1].note");
+    const CFields* same = find(tree, "/orders/1/note");
+    const CFields* price = find(tree, "#7[0].price");
+    const CFields* none = find(tree, "orders[5].note");
+    std::cout << (note == same) << " " << price->asDouble() << " " << (none == nullptr) << "\n";
+    std::cout << pathOf(tree, *note).value() << " or " << pointerOf(tree, *note).value() << "\n";
+}
+}  // namespace
+
+int main()
+{
+    CFields tree;
+    CLoaders loader;
+    if (!loader.loading(s_cpDocument, tree))
+    {
+        std::cerr << loader.getLastErrMsg();
+        return 1;
+    }
+    followPaths(tree);
+}

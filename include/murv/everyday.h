@@ -1,0 +1,9 @@
+// murv/everyday.h - shorthands for everyday work with trees: all headers of docs/everyday.md.
+//
+// Apart from murv.h, because some names are those of the standard library.
+#ifndef MURV_EVERYDAY_H
+#define MURV_EVERYDAY_H
+
+#include "murv/path.h"
+
+#endif
