@@ -27,6 +27,23 @@ void followPaths(const CFields& tree)
     std::cout << (note == same) << " " << price->asDouble() << " " << (none == nullptr) << "\n";
     std::cout << pathOf(tree, *note).value() << " or " << pointerOf(tree, *note).value() << "\n";
 }
+
+void readValues(const CFields& tree)
+{
+    const std::optional<int> port = get<int>(tree, "listen.port");
+    const std::string host = valueOr(tree, "listen.host", "localhost");
+    const int backlog = valueOr(tree, "listen.backlog", 128);
+    const double second = at<double>(tree, "orders[1].price");  // written as 5
+    std::cout << *port << " " << host << " " << backlog << " " << second << "\n";
+    try
+    {
+        at<signed char>(tree, "listen.port", s_cpDocument);
+    }
+    catch (const CValueError& error)
+    {
+        std::cout << error.what() << "\n";
+    }
+}
 }  // namespace
 
 int main()
@@ -39,4 +56,5 @@ int main()
         return 1;
     }
     followPaths(tree);
+    readValues(tree);
 }
