@@ -44,6 +44,14 @@ void readValues(const CFields& tree)
         std::cout << error.what() << "\n";
     }
 }
+
+void loop(const CFields& tree)
+{
+    for (const auto& [name, value] : items(at(tree, "listen")))
+        std::cout << name << ": " << typeName(value) << "\n";
+    for (const auto& [index, order] : enumerate(at(tree, "orders")))
+        std::cout << index << ": " << order["price"].asString() << "\n";
+}
 }  // namespace
 
 int main()
@@ -57,4 +65,5 @@ int main()
     }
     followPaths(tree);
     readValues(tree);
+    loop(tree);
 }

@@ -5,6 +5,7 @@
 #define MURV_EVERYDAY_H
 
 #include "murv/get.h"
+#include "murv/items.h"
 #include "murv/path.h"
 
 #endif
