@@ -1,5 +1,6 @@
 // everyday.cpp - the shorthands of docs/everyday.md, at work on one document.
 #include <iostream>
+#include <utility>
 
 #include "murv/everyday.h"
 #include "murv/murv.h"
@@ -52,6 +53,16 @@ void loop(const CFields& tree)
     for (const auto& [index, order] : enumerate(at(tree, "orders")))
         std::cout << index << ": " << order["price"].asString() << "\n";
 }
+
+void change(CFields& tree)
+{
+    CFields order = fields({{"price", 7.25}, {"lines", 1}, {"tags", array({"new", 3, false})}});
+    append(at(tree, "orders"), std::move(order));
+    set(tree, "listen.port", 9090);
+    set(tree, "limits.requests", 100U);  // makes "limits"
+    set(tree, "/orders/2/tags/-", true);
+    std::cout << at(tree, "orders[2]") << "\n" << at(tree, "limits") << "\n";
+}
 }  // namespace
 
 int main()
@@ -66,4 +77,5 @@ int main()
     followPaths(tree);
     readValues(tree);
     loop(tree);
+    change(tree);
 }

@@ -6,6 +6,7 @@
 
 #include "murv/get.h"
 #include "murv/items.h"
+#include "murv/make.h"
 #include "murv/path.h"
 
 #endif
