@@ -63,6 +63,21 @@ void change(CFields& tree)
     set(tree, "/orders/2/tags/-", true);
     std::cout << at(tree, "orders[2]") << "\n" << at(tree, "limits") << "\n";
 }
+
+void show(const CFields& tree)
+{
+    walk(tree, [](const CFields& node, const CWalkPlace& place) {
+        if (node.isArray() && place.path() == "orders[2].tags")
+            return WN_skip;
+        std::string text;
+        visit(
+            node, [&](double number) { text = "number " + std::to_string(number); },
+            [&](std::string_view string) { text = "text " + std::string(string); }, [](auto&&) {});
+        if (place.depth() == 3 && !text.empty())
+            std::cout << place.path() << ": " << text << "\n";
+        return WN_members;
+    });
+}
 }  // namespace
 
 int main()
@@ -78,4 +93,5 @@ int main()
     readValues(tree);
     loop(tree);
     change(tree);
+    show(tree);
 }

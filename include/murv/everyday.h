@@ -8,5 +8,6 @@
 #include "murv/items.h"
 #include "murv/make.h"
 #include "murv/path.h"
+#include "murv/walk.h"
 
 #endif
