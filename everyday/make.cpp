@@ -4,23 +4,19 @@
 #include "murv/make.h"
 
 #include "core/field_access.h"
-#include "core/field_vector.h"
+#include "everyday/member_edit.h"
 #include "murv/text.h"
 
 namespace murv
 {
 
+using detail::appendValue;
+using detail::isMemberName;
+using detail::s_cpNameSize;
 using detail::tFieldAccess;
 
 namespace
 {
-constexpr const char* s_cpNameSize = "a name has 1 to 255 bytes";
-
-bool isName(std::string_view name)
-{
-    return !name.empty() && name.size() <= detail::s_cuiLongestName;
-}
-
 [[noreturn]] void refuseMember(std::string_view name, const char* why)
 {
     throw CLogicError("Cannot make the member " + ToQuotedEscapeString(name.substr(0, 200)) + ": " + why);
@@ -44,7 +40,7 @@ tNewStep newNamed(const CFields& container, std::string_view name)
 {
     if (!container.isNull() && !container.isField())
         return {false, "a name adds to field sets only"};
-    return {false, isName(name) ? nullptr : s_cpNameSize};
+    return {false, isMemberName(name) ? nullptr : s_cpNameSize};
 }
 
 tNewStep newStep(const CFields& container, const tPathPart& step)
@@ -62,22 +58,6 @@ tNewStep newStep(const CFields& container, const tPathPart& step)
     if (container.isArray() || (container.isNull() && step.m_uiNumber == 0))
         return newElement(container, step.m_uiNumber);
     return newNamed(container, step.m_strName);
-}
-
-/// Moves a value into a new member at the end. When memory runs out, nothing has changed.
-/// \param name  of a member of a field set; empty for an element
-CFields& appendValue(CFields& container, std::string_view name, CFields&& value)
-{
-    if (name.empty())
-        value.clearName();
-    else
-        value.setName(name);
-    if (tFieldAccess::members(container) == nullptr)
-        detail::makeContainer(container, name.empty() ? DT_array : DT_fields);
-    CFields& member =
-        name.empty() ? tFieldAccess::append(container) : tFieldAccess::appendMember(container, nullptr, 0, 0);
-    tFieldAccess::take(member, value);
-    return member;
 }
 
 /// The step that leads to a new member; throws when there can be none.
@@ -114,7 +94,7 @@ CFields fields(std::initializer_list<tNewMember> members)
     for (const tNewMember& member : members)
     {
         const std::string_view name = member.m_svName;
-        if (!isName(name))
+        if (!isMemberName(name))
             refuseMember(name, s_cpNameSize);
         if (set.isValidChild(name))
             refuseMember(name, "there is one of this name");

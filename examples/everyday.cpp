@@ -78,6 +78,18 @@ void show(const CFields& tree)
         return WN_members;
     });
 }
+
+void edit(CFields& tree)
+{
+    insertAt(at(tree, "orders"), 0, fields({{"price", 1}}));
+    eraseIf(at(tree, "orders"), [](const CFields& order) { return valueOr(order, "price", 0.0) > 15; });
+    CFields before = tree;
+    merge(tree, fields({{"listen", fields({{"port", 8443}, {"host", nullptr}})}, {"name", "store"}}));
+    for (const tDifference& difference : diff(before, tree))
+        std::cout << difference.path() << (difference.m_pNew == nullptr ? " went" : " changed") << "\n";
+    sortMembers(tree);
+    std::cout << tree[0].getName() << " " << sameTree(before, tree) << "\n";
+}
 }  // namespace
 
 int main()
@@ -94,4 +106,5 @@ int main()
     loop(tree);
     change(tree);
     show(tree);
+    edit(tree);
 }
