@@ -1,6 +1,10 @@
 // everyday.cpp - the shorthands of docs/everyday.md, at work on one document.
 #include <iostream>
+#include <optional>
+#include <string>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 #include "murv/everyday.h"
 #include "murv/murv.h"
@@ -18,6 +22,24 @@ constexpr const char* s_cpDocument = R"({
     { "price" = 5, "note" = "gift" }
   ]
 })";
+
+struct tListen
+{
+    unsigned short m_usPort = 80;
+    std::optional<std::string> m_oHost;
+    std::vector<std::string> m_vNames;
+};
+MURV_NAMED_MEMBERS(tListen, (m_usPort, "port"), (m_oHost, "host"), (m_vNames, "names"))
+
+struct tPoint
+{
+    double m_dX = 0;
+    double m_dY = 0;
+};
+constexpr auto murvMembers(const tPoint*)
+{
+    return std::make_tuple(murv::member("x", &tPoint::m_dX), murv::memberOr("y", &tPoint::m_dY));
+}
 
 void followPaths(const CFields& tree)
 {
@@ -90,6 +112,22 @@ void edit(CFields& tree)
     sortMembers(tree);
     std::cout << tree[0].getName() << " " << sameTree(before, tree) << "\n";
 }
+
+void convert()
+{
+    std::cout << toTree(std::vector<tPoint>{{1.5, 2}}).toMURV(ER_SER_PKT) << "\n";
+    CFields listen = fields({{"port", 443}, {"names", array({"a", 5})}});
+    try
+    {
+        std::cout << fromTree<tListen>(listen).m_usPort << "\n";
+    }
+    catch (const CValueError& error)
+    {
+        std::cout << error.what() << "\n";
+    }
+    set(listen, "names[1]", "b");
+    std::cout << fromTree<tListen>(listen).m_vNames.size() << "\n";
+}
 }  // namespace
 
 int main()
@@ -107,4 +145,5 @@ int main()
     change(tree);
     show(tree);
     edit(tree);
+    convert();
 }

@@ -4,6 +4,7 @@
 #ifndef MURV_EVERYDAY_H
 #define MURV_EVERYDAY_H
 
+#include "murv/convert.h"
 #include "murv/edit.h"
 #include "murv/get.h"
 #include "murv/items.h"
