@@ -215,6 +215,10 @@ std::optional<T> get(const CFields& node, const tNodePath& path)
 template <typename T, std::enable_if_t<std::is_same_v<T, std::string_view>, int> = 0>
 std::optional<T> get(const CFields&& node, std::string_view path) = delete;
 
+/// As for `find`, a literal 0 is no path.
+template <typename T, typename tIndex, std::enable_if_t<std::is_integral_v<tIndex>, int> = 0>
+std::optional<T> get(const CFields& node, tIndex index) = delete;
+
 /// The value at a path as the type of the fallback, or the fallback when there is none of that type.
 ///
 /// A value of another type counts as missing, and so does a number that does not fit; use `at` where that is an error.
@@ -240,6 +244,8 @@ T valueOr(const CFields&& node, std::string_view path, T fallback) = delete;
 /// \throw CValueError when nothing is there
 MURV_API const CFields& at(const CFields& node, std::string_view path, std::string_view source = {});
 MURV_API CFields& at(CFields& node, std::string_view path, std::string_view source = {});
+template <typename... tNone, typename tIndex, std::enable_if_t<std::is_integral_v<tIndex>, int> = 0>
+const CFields& at(const CFields& node, tIndex index, std::string_view source = {}) = delete;
 
 /// The value at a path as a T, as `get` reads it. Parameters and errors as above.
 /// \throw CValueError when nothing is there, or no T

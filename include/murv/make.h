@@ -123,6 +123,8 @@ struct tNewMember
 ///        a name that is not 1 to 255 bytes, or asks for an ID or a place from the end that is not there
 MURV_API CFields& set(CFields& node, std::string_view path, CNewValue value);
 MURV_API CFields& set(CFields& node, const tNodePath& path, CNewValue value);
+template <typename tIndex, std::enable_if_t<std::is_integral_v<tIndex>, int> = 0>
+CFields& set(CFields& node, tIndex index, CNewValue value) = delete;
 
 /// Appends an element to an array; a null node becomes one. A node loses its name. \return the element
 /// \throw CLogicError for any other node

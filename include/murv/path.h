@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "murv/error.h"
@@ -94,6 +95,9 @@ MURV_API CFields* find(CFields& root, const tNodePath& path, std::size_t* taken 
 /// name; names from elsewhere go through pathName. Throws CPathError when the text is malformed.
 MURV_API const CFields* find(const CFields& root, std::string_view path);
 MURV_API CFields* find(CFields& root, std::string_view path);
+/// An index is a path in brackets; a literal 0 would be taken for a null text.
+template <typename T, std::enable_if_t<std::is_integral_v<T>, int> = 0>
+const CFields* find(const CFields& root, T index) = delete;
 
 /// The path from a root to a node in its tree: `find` leads back to this very node.
 ///

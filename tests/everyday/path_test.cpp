@@ -105,6 +105,14 @@ TEST(Path, mistakesNameTheirPlace)
         EXPECT_EQ(fault(parsePath(text)), message) << text;
 }
 
+TEST(Path, aLiteralZeroIsNoPath)
+{
+    const auto finds = [](auto index) -> decltype(find(std::declval<CFields&>(), index)) { return nullptr; };
+    static_assert(!std::is_invocable_v<decltype(finds), int>);
+    static_assert(!std::is_invocable_v<decltype(finds), std::size_t>);
+    static_assert(std::is_invocable_v<decltype(finds), const char*>);
+}
+
 TEST(Path, stepsSayWhereTheyEnd)
 {
     const tNodePath path = parsePath("a[12].\"b\".#3");
