@@ -15,8 +15,8 @@ namespace murv::detail
 namespace
 {
 
-/// Whether making may take the value: not where it is filled in. Null says that there is none; then the data must have it,
-/// unless the item can say null.
+/// Whether making may take the value: not where it is filled in. Null says that there is none; then the data must have
+/// it, unless the item can say null.
 bool isUsed(const tPart& leaf)
 {
     return leaf.m_eKind == PK_leaf && !leaf.m_bLiteral && !leaf.m_bComputed && !leaf.m_bAsks &&

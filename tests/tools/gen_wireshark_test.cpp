@@ -1,4 +1,4 @@
-// tests/tools/gen_wireshark_test.cpp - murv gen wireshark: the call, and what the script says; tests/wireshark/ runs it.
+// murv gen wireshark: the call, and what the script says; tests/wireshark/ runs it.
 #include <gtest/gtest.h>
 
 #include "tests/tools/tool.h"
