@@ -16,7 +16,7 @@ using detail::tFieldAccess;
 
 namespace
 {
-constexpr unsigned int s_cuiNoIndex = CFields::maxUint32;  // no container holds so many
+constexpr unsigned int s_cuiNoIndex = CFields::maxUint32;  // more members than any container holds
 
 class CPathReader
 {

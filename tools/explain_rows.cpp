@@ -88,9 +88,6 @@ public:
         m_uiRecord = part;
         m_bInRecord = true;
     }
-    void onRecordEnd(unsigned int) override
-    {
-    }
     void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) override
     {
         tExplainRow row = row4Part(part, ER_leaf);

@@ -178,21 +178,22 @@ struct tByteRange
     std::uint64_t m_ullLength;
 };
 
-/// Sees the parts of a packet in their order, while it is read. Parts are told by their numbers in the layout.
+/// Sees the parts of a packet in their order, while it is read. Parts are told by their numbers in the layout. Override
+/// what you want to know; the functions do nothing by themselves.
 class MURV_API IPacketVisitor
 {
 public:
     virtual ~IPacketVisitor();
-    virtual void onFields(unsigned int part) = 0;
-    virtual void onFieldsEnd(unsigned int part) = 0;
-    virtual void onArray(unsigned int part) = 0;
-    virtual void onElement(unsigned int part, std::uint64_t index) = 0;
-    virtual void onArrayEnd(unsigned int part) = 0;
+    virtual void onFields(unsigned int part);
+    virtual void onFieldsEnd(unsigned int part);
+    virtual void onArray(unsigned int part);
+    virtual void onElement(unsigned int part, std::uint64_t index);
+    virtual void onArrayEnd(unsigned int part);
     /// A record begins at that offset of the input; numbers count from 1.
-    virtual void onRecord(unsigned int part, std::uint64_t number, std::uint64_t offset) = 0;
-    virtual void onRecordEnd(unsigned int part) = 0;
+    virtual void onRecord(unsigned int part, std::uint64_t number, std::uint64_t offset);
+    virtual void onRecordEnd(unsigned int part);
     /// A value, with the place of its bytes, without length prefix and end mark.
-    virtual void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) = 0;
+    virtual void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place);
 };
 
 /// Reads packets and files that are wholly in memory. One thread each.

@@ -57,10 +57,11 @@ struct tRun
         unsigned int m_uiPart;
         unsigned int m_uiOffset;  // from the beginning of the run
         unsigned int m_uiLength;
-        E_QuickForm m_eCheck;  // the form in which its usual bytes are seen to be right
-        bool m_bPlain;         // making it is nothing but making its value
-        E_QuickForm m_eQuick;
-        bool m_bQuickRead;  // its usual values are all valid
+        bool m_bPlain;  // making it is nothing but making its value
+        // The forms in which its usual values are made, read, and seen to be right without being asked for.
+        E_QuickForm m_eMake;
+        E_QuickForm m_eRead;
+        E_QuickForm m_eCheck;
         // A row of fields that are made side by side: those of it that are left, and their bytes.
         unsigned short m_usRow = 0;
         unsigned short m_usRowBytes = 0;

@@ -49,8 +49,8 @@ void appendToRun(tPlan& plan, unsigned int index, unsigned int part)
     E_QuickForm quick = item.m_vBits.empty() && !leaf.m_bAsks ? item.m_eQuick : QF_none;
     if (quick == QF_digits && item.m_uiLength <= s_cuiWord && run.m_uiLength + item.m_uiLength >= s_cuiWord)
         quick = QF_digitsAfter;
-    run.m_vFields.push_back({part, run.m_uiLength, item.m_uiLength, checkForm4(item, quick), isPlain, quick,
-                             quick != QF_none && !item.m_bTested});
+    run.m_vFields.push_back({part, run.m_uiLength, item.m_uiLength, isPlain, quick, item.m_bTested ? QF_none : quick,
+                             checkForm4(item, quick)});
     if (!alwaysReads(item, quick))
         run.m_vChecked.push_back(field);
     plan.m_vPlace4Part[part] = {index, run.m_uiLength, item.m_uiLength, quick};
@@ -69,7 +69,7 @@ void makeRows(tPlan& plan, tRun& run)
     {
         const bool isNamed = !plan.m_vParts[field->m_uiPart].m_strName.empty();
         const bool fits =
-            field->m_bPlain && isNamed && field->m_eQuick != QF_none && field->m_uiLength <= s_cuiMostRowBytes;
+            field->m_bPlain && isNamed && field->m_eMake != QF_none && field->m_uiLength <= s_cuiMostRowBytes;
         const bool isLast = !fits || bytes + field->m_uiLength > s_cuiMostRowBytes;
         fields = fits ? (isLast ? 0 : fields) + 1 : 0;
         bytes = fits ? (isLast ? 0 : bytes) + field->m_uiLength : 0;

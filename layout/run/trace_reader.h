@@ -102,7 +102,7 @@ private:
         {
             for (const tRun::tField& field : run.m_vFields)
             {
-                if (!readField(field, field.m_bQuickRead ? field.m_eQuick : QF_none, trace, findings))
+                if (!readField(field, field.m_eRead, trace, findings))
                     return false;
             }
         }
@@ -118,8 +118,7 @@ private:
     }
 
     /// \param run  may end before the field, after a fault
-    inline bool readField(const tRun::tField& field, E_QuickForm quick, const tTrace& run,
-                          std::vector<tScanFault>& findings)
+    bool readField(const tRun::tField& field, E_QuickForm quick, const tTrace& run, std::vector<tScanFault>& findings)
     {
         if (field.m_uiOffset + field.m_uiLength > run.m_ullLength)
             return true;

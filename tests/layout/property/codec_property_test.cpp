@@ -173,12 +173,6 @@ public:
     explicit CCompareView(const CPacketView& view) : m_tView(view)
     {
     }
-    void onFields(unsigned int) override
-    {
-    }
-    void onFieldsEnd(unsigned int) override
-    {
-    }
     void onArray(unsigned int part) override
     {
         m_vScopes.push_back({part, m_vScopes.empty() ? m_tView.getAll() : m_vScopes.back().m_tElement, {}});
@@ -191,12 +185,6 @@ public:
     void onArrayEnd(unsigned int) override
     {
         m_vScopes.pop_back();
-    }
-    void onRecord(unsigned int, std::uint64_t, std::uint64_t) override
-    {
-    }
-    void onRecordEnd(unsigned int) override
-    {
     }
     void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) override
     {
