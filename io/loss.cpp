@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "core/error_table.h"
-#include "core/text/quote.h"
+#include "core/path_text.h"
 #include "io/load.h"
 #include "packet/pei_rules.h"
 
@@ -17,41 +17,6 @@ static_assert(s_cnMostLevels == std::size_t{tLoad::s_cnStackDepthLimit}, "what i
 
 namespace
 {
-
-/// A name that means the same without quotes, in a path and in a message.
-bool isPlainName(std::string_view name)
-{
-    return name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-") ==
-           std::string_view::npos;
-}
-
-void appendName(std::string& path, std::string_view name)
-{
-    if (!path.empty())
-        path += '.';
-    if (isPlainName(name))
-    {
-        path += name;
-        return;
-    }
-    const std::size_t before = path.size();
-    path.resize(before + quotedRoom(name.size()));
-    char* const end = writeQuotedCharacters(path.data() + before, name.data(), name.size());
-    path.resize(static_cast<std::size_t>(end - path.data()));
-}
-
-void appendStep(std::string& path, const tPathStep& step)
-{
-    const CFields& container = *step.m_pContainer;
-    const CFields& member = tFieldAccess::members(container)->at(step.m_uiIndex);
-    const std::string_view name = tFieldAccess::name(member);
-    // A name leads to the first member that has it.
-    if (tFieldAccess::type(container) == DT_fields && !name.empty() &&
-        container.findChildAt(name.data(), static_cast<unsigned int>(name.size())) == &member)
-        appendName(path, name);
-    else
-        path.append("[").append(std::to_string(step.m_uiIndex)).append("]");
-}
 
 /// Leaves out the middle of a path that is too long for a message, and no part of a character.
 void shorten(std::string& path)
@@ -92,7 +57,7 @@ std::string path4Steps(const std::vector<tPathStep>& steps)
         return "the root";
     std::string path;
     for (const tPathStep& step : steps)
-        appendStep(path, step);
+        appendPathStep(path, *step.m_pContainer, step.m_uiIndex);
     shorten(path);
     return path;
 }

@@ -12,6 +12,38 @@ using namespace detail;
 
 IPacketVisitor::~IPacketVisitor() = default;
 
+void IPacketVisitor::onFields(unsigned int)
+{
+}
+
+void IPacketVisitor::onFieldsEnd(unsigned int)
+{
+}
+
+void IPacketVisitor::onArray(unsigned int)
+{
+}
+
+void IPacketVisitor::onElement(unsigned int, std::uint64_t)
+{
+}
+
+void IPacketVisitor::onArrayEnd(unsigned int)
+{
+}
+
+void IPacketVisitor::onRecord(unsigned int, std::uint64_t, std::uint64_t)
+{
+}
+
+void IPacketVisitor::onRecordEnd(unsigned int)
+{
+}
+
+void IPacketVisitor::onLeaf(unsigned int, const tPacketValue&, const tByteRange&)
+{
+}
+
 struct CPacketReader::tState
 {
     tState(const CLayout& layout, const tReadOptions& options)

@@ -52,7 +52,7 @@ struct CPacketView::tState
 
     std::shared_ptr<const tPlan> m_pPlan;
     const tPlaceInRun* m_pPlaces = m_pPlan->m_vPlace4Part.data();
-    std::size_t m_uiParts = m_pPlan->m_vPlace4Part.size();
+    std::size_t m_nParts = m_pPlan->m_vPlace4Part.size();
     CScanner m_tScanner;
     std::vector<tRunEntry> m_vRuns;
     std::vector<tEntry> m_vParts;
@@ -173,7 +173,7 @@ bool CPacketView::tState::findIn(const tScope& scope, unsigned int part, tTrace&
 /// The usual value of an item in a run outside arrays. \return false when the general way must be asked
 inline bool CPacketView::tState::getQuickValue(unsigned int part, tPacketValue& value) const
 {
-    if (part >= m_uiParts)
+    if (part >= m_nParts)
         return false;
     const tPlaceInRun& place = m_pPlaces[part];
     if (place.m_eQuick == QF_none)

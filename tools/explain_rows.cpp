@@ -88,9 +88,6 @@ public:
         m_uiRecord = part;
         m_bInRecord = true;
     }
-    void onRecordEnd(unsigned int) override
-    {
-    }
     void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) override
     {
         tExplainRow row = row4Part(part, ER_leaf);
@@ -162,6 +159,7 @@ struct CExplainer::tState
     void put(tExplainRecord& record, tExplainRow row) const;
     void putBetween(tExplainRecord& record, std::uint64_t from, std::uint64_t to, const std::string& name) const;
     void putGap(tExplainRecord& record, std::uint64_t from, const tExplainRow& next) const;
+    bool markFailed(tExplainRecord& record, const tPacketFault& fault) const;
     void putFailed(tExplainRecord& record, std::uint64_t from) const;
     void putUnread(tExplainRecord& record, std::uint64_t from, std::uint64_t to) const;
     void attach(tExplainRecord& record, const tPacketFault& finding) const;
@@ -231,10 +229,25 @@ void CExplainer::tState::putGap(tExplainRecord& record, std::uint64_t from, cons
         record.m_vRow.back().m_uiDepth = next.m_uiDepth;
 }
 
+/// Marks the row of a number that was read before it proved wrong. \return false when no row has it
+bool CExplainer::tState::markFailed(tExplainRecord& record, const tPacketFault& fault) const
+{
+    const auto row = std::find_if(record.m_vRow.begin(), record.m_vRow.end(), [&fault](const tExplainRow& other) {
+        return other.m_eKind == ER_leaf && other.m_ullOffset == fault.m_ullOffset && other.m_strPath == fault.m_strPath;
+    });
+    if (row == record.m_vRow.end())
+        return false;
+    row->m_eKind = ER_failed;
+    row->m_tFault = fault;
+    return true;
+}
+
 /// The item at which reading stopped.
 void CExplainer::tState::putFailed(tExplainRecord& record, std::uint64_t from) const
 {
     const tPacketFault& fault = m_tReader.getFault();
+    if (fault.m_ullOffset < from && markFailed(record, fault))
+        return;
     const std::uint64_t begin = std::clamp<std::uint64_t>(fault.m_ullOffset, from, m_strvInput.size());
     putBetween(record, from, begin, "mark");
     tExplainRow row;

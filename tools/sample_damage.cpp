@@ -23,27 +23,6 @@ struct tValuePlace
 class CPlaceCollector : public IPacketVisitor
 {
 public:
-    void onFields(unsigned int) override
-    {
-    }
-    void onFieldsEnd(unsigned int) override
-    {
-    }
-    void onArray(unsigned int) override
-    {
-    }
-    void onElement(unsigned int, std::uint64_t) override
-    {
-    }
-    void onArrayEnd(unsigned int) override
-    {
-    }
-    void onRecord(unsigned int, std::uint64_t, std::uint64_t) override
-    {
-    }
-    void onRecordEnd(unsigned int) override
-    {
-    }
     void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) override
     {
         const bool isInteger = value.m_eType == DT_sint || value.m_eType == DT_uint;

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "tools/node_path.h"
+#include "murv/path.h"
 #include "tools/packet_leaf.h"
 
 namespace murv::tool
@@ -73,18 +73,17 @@ bool CSampleMaker::makeOnce(const tSampleStyle& style, CSampleRandom& random, tS
 bool CSampleMaker::mend(const tPacketFault& fault, const tSampleStyle& style, CSampleTree& builder, CFields& tree) const
 {
     const unsigned int part = m_tPlan.layout().findPart(pathInLayout(fault.m_strPath));
-    tNodePath path = parseNodePath(fault.m_strPath);
-    std::size_t taken = 0;
+    tNodePath path = parsePath(fault.m_strPath, PO_none);
     if (part == CLayout::s_cuiNoPart || path.m_pError != nullptr || path.m_vStep.empty())
         return false;
-    CFields* const node = findNode(tree, path, taken);
+    CFields* const node = find(tree, path);
     if (node == nullptr)
         return false;
     if (fault.m_eCode == PF_unwanted)
     {
         const std::string name(node->getName(), node->getNameLen());
         path.m_vStep.pop_back();
-        CFields* const around = path.m_vStep.empty() ? &tree : findNode(tree, path, taken);
+        CFields* const around = path.m_vStep.empty() ? &tree : find(tree, path);
         return around != nullptr && around->removeChildAt(name);
     }
     if (m_tPlan[part].m_tPart.m_eKind != LP_leaf || m_tPlan[part].m_tPart.m_bComputed)

@@ -32,7 +32,7 @@ public:
     {
         return most - least == ~std::uint64_t{0} ? next() : least + below(most - least + 1);
     }
-    /// True in so many of a hundred cases.
+    /// True in that percentage of cases.
     bool chance(unsigned int percent)
     {
         return below(100) < percent;

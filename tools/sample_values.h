@@ -22,7 +22,7 @@ enum E_SampleSize
 /// How wild a sample is.
 struct tSampleStyle
 {
-    unsigned int m_uiOptional = 50;   // so many of a hundred optional parts are there
+    unsigned int m_uiOptional = 50;   // percent of optional parts that are there
     std::uint64_t m_ullElements = 3;  // of an array, at most
     E_SampleSize m_eSize = SZ_any;
     bool m_bPlain = false;  // small numbers, short texts of letters and digits

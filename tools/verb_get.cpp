@@ -3,9 +3,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include "murv/path.h"
 #include "tools/input.h"
 #include "tools/json_text.h"
-#include "tools/node_path.h"
 #include "tools/text_format.h"
 
 namespace murv::tool
@@ -31,7 +31,7 @@ public:
     E_ExitCode run(tSession& session) override
     {
         session.m_tDiagnostics.setJson(m_bJson);
-        const tNodePath path = parseNodePath(m_strPath);
+        const tNodePath path = parsePath(m_strPath, PO_none);
         if (path.m_pError != nullptr)
             return reportPath(path, session.m_tDiagnostics);
         tInput input;
@@ -41,7 +41,7 @@ public:
         if (const E_ExitCode code = loadInput(input, m_tLoad, 0, SV_warning, session.m_tDiagnostics, tree))
             return code;
         std::size_t taken = 0;
-        CFields* const node = findNode(tree, path, taken);
+        CFields* const node = find(tree, path, &taken);
         if (node == nullptr)
             return reportMissing(input, path, taken, session.m_tDiagnostics);
         if (const E_ExitCode code = put(*node, input, session))

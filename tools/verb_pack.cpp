@@ -12,11 +12,11 @@
 #include <iostream>
 
 #include "murv/flags.h"
+#include "murv/path.h"
 #include "murv/records.h"
 #include "tools/json_tree.h"
 #include "tools/layout_input.h"
 #include "tools/mask_check.h"
-#include "tools/node_path.h"
 #include "tools/packet_report.h"
 #include "tools/replace_file.h"
 
@@ -38,14 +38,14 @@ bool isBinary(std::string_view packet)
 /// The node that a fault is about, or the nearest one around it.
 const CFields& node4Fault(CFields& tree, const std::string& path)
 {
-    tNodePath steps = parseNodePath(path);
+    tNodePath steps = parsePath(path, PO_none);
     std::size_t taken = 0;
     if (path.empty() || steps.m_pError != nullptr)
         return tree;
-    if (const CFields* const node = findNode(tree, steps, taken))
+    if (const CFields* const node = find(tree, steps, &taken))
         return *node;
     steps.m_vStep.resize(taken);
-    const CFields* const node = findNode(tree, steps, taken);
+    const CFields* const node = find(tree, steps, &taken);
     return node == nullptr ? tree : *node;
 }
 

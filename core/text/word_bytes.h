@@ -22,7 +22,7 @@ constexpr std::uint64_t reverseBytes(std::uint64_t word) noexcept
     return (word << 32) | (word >> 32);
 }
 
-/// A word whose first byte is the lowest on this machine, or the other way round: both ways are the same.
+/// Turns a word as this machine stores it into one whose first byte is the lowest, and back.
 template <typename tWord>
 constexpr tWord lowestFirst(tWord word) noexcept
 {

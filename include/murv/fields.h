@@ -127,6 +127,10 @@ public:
     CFields(const CStaticString& text);
     template <typename T, detail::tForeignPointer<T> = 0>
     CFields(T*) = delete;
+    /// A null node is CFields(); a null pointer is no text.
+    CFields(std::nullptr_t) = delete;
+    /// Neither a number nor a text: write 'c' as a text, or as an int.
+    CFields(char value) = delete;
 
     /// Deep copy of the whole node: values, name, ID, packet expression, comments, offsets and user pointer. Each value
     /// keeps its own type; a second value that setVK has not marked is left out.

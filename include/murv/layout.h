@@ -134,6 +134,14 @@ public:
     /// The path of a part, such as `batches.entries.entry.amount`; elements of arrays add nothing.
     std::string getPath(unsigned int number) const;
 
+    /// Describes the whole layout as a tree: what each part is, how its value is read, where it ends, when it is there,
+    /// and what numbers say about other parts. It is for programs that make programs, which read packets without this
+    /// library; docs/layout-description.md lists all members.
+    ///
+    /// \param description  is replaced
+    /// Throws CLogicError for a layout that is not compiled. Linear in the layout.
+    void describe(CFields& description) const;
+
     /// For the codec's own classes; null before a compilation.
     const std::shared_ptr<const detail::tPlan>& getPlan() const;
 
@@ -170,21 +178,22 @@ struct tByteRange
     std::uint64_t m_ullLength;
 };
 
-/// Sees the parts of a packet in their order, while it is read. Parts are told by their numbers in the layout.
+/// Sees the parts of a packet in their order, while it is read. Parts are told by their numbers in the layout. Override
+/// what you want to know; the functions do nothing by themselves.
 class MURV_API IPacketVisitor
 {
 public:
     virtual ~IPacketVisitor();
-    virtual void onFields(unsigned int part) = 0;
-    virtual void onFieldsEnd(unsigned int part) = 0;
-    virtual void onArray(unsigned int part) = 0;
-    virtual void onElement(unsigned int part, std::uint64_t index) = 0;
-    virtual void onArrayEnd(unsigned int part) = 0;
+    virtual void onFields(unsigned int part);
+    virtual void onFieldsEnd(unsigned int part);
+    virtual void onArray(unsigned int part);
+    virtual void onElement(unsigned int part, std::uint64_t index);
+    virtual void onArrayEnd(unsigned int part);
     /// A record begins at that offset of the input; numbers count from 1.
-    virtual void onRecord(unsigned int part, std::uint64_t number, std::uint64_t offset) = 0;
-    virtual void onRecordEnd(unsigned int part) = 0;
+    virtual void onRecord(unsigned int part, std::uint64_t number, std::uint64_t offset);
+    virtual void onRecordEnd(unsigned int part);
     /// A value, with the place of its bytes, without length prefix and end mark.
-    virtual void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) = 0;
+    virtual void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place);
 };
 
 /// Reads packets and files that are wholly in memory. One thread each.

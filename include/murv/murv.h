@@ -1,4 +1,4 @@
-// murv/murv.h - the whole interface of murv.
+// murv/murv.h - the whole interface of murv, but for the shorthands of everyday.h.
 //
 // Each header may also be included alone: fields.h to build trees, loader.h to read them, saver.h to write them.
 #ifndef MURV_MURV_H

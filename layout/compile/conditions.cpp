@@ -44,7 +44,8 @@ std::string findValue(tCompile& compile, unsigned int index, unsigned int set, c
         return nameOf(leaf) + " is no leaf, so it has no value";
     if (found.m_uiPart >= readBefore)
         return nameOf(leaf) + " is read later";
-    if (areAlternatives(compile, found.m_uiPart, index))
+    // Of the last element, "until" may ask for an alternative.
+    if (!isInside(compile, found.m_uiPart, index) && areAlternatives(compile, found.m_uiPart, index))
         return nameOf(leaf) + " is in another alternative";
     if (!leaf.m_tItem.m_vBits.empty() && found.m_uiBits == s_cuiNone)
         return nameOf(leaf) + " consists of bits; name one of them";

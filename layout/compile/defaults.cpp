@@ -15,11 +15,12 @@ namespace murv::detail
 namespace
 {
 
-/// Whether making may take the value: not where it is filled in, nor where it is null for one that the data must have.
+/// Whether making may take the value: not where it is filled in. Null says that there is none; then the data must have
+/// it, unless the item can say null.
 bool isUsed(const tPart& leaf)
 {
-    const bool isMissing = leaf.m_eDefault == DT_null && leaf.m_bRequired;
-    return leaf.m_eKind == PK_leaf && !leaf.m_bLiteral && !leaf.m_bComputed && !leaf.m_bAsks && !isMissing;
+    return leaf.m_eKind == PK_leaf && !leaf.m_bLiteral && !leaf.m_bComputed && !leaf.m_bAsks &&
+           leaf.m_eDefault != DT_null;
 }
 
 /// Makes the value in an item that is not much wider than it, so that padding takes no memory.
@@ -38,14 +39,14 @@ E_PacketFault makeDefault(const tPart& leaf, std::string& bytes)
     return item.m_ucPrefix != 0 ? makePrefix(item, bytes.size(), prefix) : PF_none;
 }
 
-/// Whether reading would end the value, or a part around it, at a mark in the bytes.
+/// Whether reading would end the value, or a part around it, at a mark in the bytes. That of a literal belongs to it.
 bool holdsMark(tCompile& compile, unsigned int index, const std::string& bytes)
 {
     const auto holds = [&bytes](const std::string& mark) { return bytes.find(mark) != std::string::npos; };
     const tFrame& frame = compile.m_tPlan.m_tFrame;
     const std::vector<std::string>& own = compile.part(index).m_vMarks;
-    bool isHeld = std::any_of(own.begin(), own.end(), holds) || (frame.m_eKind == FR_lines && holds("\n")) ||
-                  (frame.m_eKind == FR_mark && holds(frame.m_strMark));
+    bool isHeld = (!compile.part(index).m_bLiteral && std::any_of(own.begin(), own.end(), holds)) ||
+                  (frame.m_eKind == FR_lines && holds("\n")) || (frame.m_eKind == FR_mark && holds(frame.m_strMark));
     for (unsigned int at = compile.part(index).m_uiParent; at != s_cuiNone && !isHeld && compile.spend(1);
          at = compile.part(at).m_uiParent)
         isHeld = !compile.part(at).m_strBetween.empty() && holds(compile.part(at).m_strBetween);
@@ -60,6 +61,8 @@ void checkDefaults(tCompile& compile)
     {
         const tPart& leaf = compile.part(i);
         std::string bytes;
+        if (leaf.m_bLiteral && !compile.m_tMistakes.isFaulty(i) && holdsMark(compile, i, leaf.m_strLiteral))
+            compile.refusePart(i, "The literal contains a mark at which reading would end it");
         if (!isUsed(leaf) || compile.m_tMistakes.isFaulty(i) ||
             !compile.spend(static_cast<unsigned int>(leaf.m_strDefault.size())))
             continue;

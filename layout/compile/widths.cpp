@@ -121,8 +121,8 @@ void setTail(tCompile& compile, unsigned int index)
     if (findTail(compile, index, tail))
         compile.part(index).m_uiTail = static_cast<unsigned int>(tail);
     else
-        compile.refusePart(index, "What stands after " + nameOf(compile.part(index)) +
-                                      " must have a fixed size, up to the end of the part that encloses both");
+        compile.refuseEnd(index, "What stands after " + nameOf(compile.part(index)) +
+                                     " must have a fixed size, up to the end of the part that encloses both");
 }
 
 void checkElement(tCompile& compile, unsigned int index)

@@ -57,15 +57,17 @@ struct tRun
         unsigned int m_uiPart;
         unsigned int m_uiOffset;  // from the beginning of the run
         unsigned int m_uiLength;
-        bool m_bReads;  // any bytes are a value of the item
         bool m_bPlain;  // making it is nothing but making its value
-        E_QuickForm m_eQuick;
-        bool m_bQuickRead;  // its usual values are all valid
+        // The forms in which its usual values are made, read, and seen to be right without being asked for.
+        E_QuickForm m_eMake;
+        E_QuickForm m_eRead;
+        E_QuickForm m_eCheck;
         // A row of fields that are made side by side: those of it that are left, and their bytes.
         unsigned short m_usRow = 0;
         unsigned short m_usRowBytes = 0;
     };
     std::vector<tField> m_vFields;
+    std::vector<unsigned int> m_vChecked;   // indexes of fields of which not any bytes are a value
     std::vector<unsigned int> m_vLiterals;  // indexes of fields that are literals
     std::vector<unsigned int> m_vKept;      // indexes of fields whose values are kept in registers
     unsigned int m_uiLength = 0;
@@ -126,6 +128,7 @@ struct tPlan
     std::vector<bool> m_vMayLack;                             // by link: it rules a part that may be absent
     std::vector<std::vector<unsigned int>> m_vLinks4Record;   // by part: these links of the record
     std::vector<unsigned int> m_vOrder4Link;                  // by link: totals of lower order come first
+    std::vector<unsigned int> m_vStep4Record;                 // by part: its ST_record, or none
     std::vector<tPlaceInRun> m_vPlace4Part;                   // by part: where a leaf of fixed width lies
     std::vector<tHeadTable> m_vHeadTables;                    // by array; without bytes where one byte does not tell
     std::vector<std::vector<tHead>> m_vEnds4Array;            // by array: its end mark, in the form of a head

@@ -236,7 +236,7 @@ void CStepMaker::enter(unsigned int part)
     }
     beginMember(open);
     if (entered.m_bRecord)
-        add(ST_record, part);
+        m_tPlan.m_vStep4Record[part] = add(ST_record, part);
     if (!isMeasuredAlways(part))
         beginSpans(part);
     switch (entered.m_eKind)
@@ -302,6 +302,7 @@ void CStepMaker::endAbsent(const tOpen& open)
 void CStepMaker::make()
 {
     m_tPlan.m_vPlace4Part.resize(m_tPlan.m_vParts.size());
+    m_tPlan.m_vStep4Record.assign(m_tPlan.m_vParts.size(), s_cuiNone);
     for (unsigned int part = 0; part < m_tPlan.m_vParts.size(); ++part)
     {
         while (!m_vOpen.empty() && m_tPlan.m_vParts[m_vOpen.back().m_uiPart].m_uiAfter <= part)

@@ -151,6 +151,8 @@ std::string CMaker::unknownWords() const
     std::vector<std::string_view> names;
     for (const unsigned int member : set.m_vMembers)
         names.push_back(part4(member).m_strName);
+    for (const tBitField& bits : set.m_tItem.m_vBits)
+        names.push_back(bits.m_strName);
     const std::string_view nearest = nearestName(m_strUnknown, names);
     std::string words = "The layout has no part \"" + m_strUnknown + "\" here";
     if (!nearest.empty())

@@ -24,6 +24,14 @@ E_PacketFault fault4Link(E_Link link)
     }
 }
 
+/// What is wrong with data that is no number of the width of its bits.
+E_PacketFault code4Bits(const CFields& member)
+{
+    if (member.getDT() == DT_sint && member.asSint64() < 0)
+        return PF_negative;
+    return member.getDT() == DT_sint || member.getDT() == DT_uint ? PF_tooLong : PF_type;
+}
+
 }  // namespace
 
 E_Scan CMaker::takeScalar(unsigned int part, const CFields& node, tScalar& value)
@@ -42,8 +50,10 @@ E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
 {
     unsigned long long number = part4(part).m_ullDefault;  // which says the bits that the data lacks
     unsigned int matched = 0;
-    for (const tBitField& field : part4(part).m_tItem.m_vBits)
+    const std::vector<tBitField>& fields = part4(part).m_tItem.m_vBits;
+    for (unsigned int i = 0; i < fields.size(); ++i)
     {
+        const tBitField& field = fields[i];
         const CFields* const member =
             node.findChildAt(field.m_strName.data(), static_cast<unsigned int>(field.m_strName.size()));
         if (member == nullptr)
@@ -55,7 +65,7 @@ E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
         if (isNumber)
             bits = member->asUint64();
         if (!isNumber || bits > mask)
-            return stop(isNumber ? PF_tooLong : PF_type, part, "A part of the bits does not fit");
+            return stop(code4Bits(*member), part, nullptr, 0, i);
         number = (number & ~(mask << field.m_uiShift)) | bits << field.m_uiShift;
     }
     if (matched != node.getChildCount())
@@ -69,17 +79,32 @@ E_Scan CMaker::takeBits(unsigned int part, const CFields& node, tScalar& value)
 E_Scan CMaker::refuseBits(unsigned int part, const CFields& node)
 {
     const std::vector<tBitField>& fields = part4(part).m_tItem.m_vBits;
-    const auto isKnown = [&](const CFields& member) {
-        return std::any_of(fields.begin(), fields.end(), [&](const tBitField& field) {
-            return tFieldAccess::name(member) == std::string_view(field.m_strName);
-        });
-    };
+    std::vector<bool> seen(fields.size());
     for (const CFields& member : node)
     {
-        if (!isKnown(member))
-            return stop(PF_unknown, part, "The data has bits that the layout does not name");
+        const std::string_view name = tFieldAccess::name(member);
+        const auto known = std::find_if(fields.begin(), fields.end(),
+                                        [name](const tBitField& field) { return field.m_strName == name; });
+        const auto index = static_cast<std::size_t>(known - fields.begin());
+        if (known == fields.end())
+        {
+            m_strUnknown.assign(name);
+            return stop(PF_unknown, part);
+        }
+        if (seen[index])
+            return stop(PF_repeated, part, nullptr, 0, static_cast<unsigned int>(index));
+        seen[index] = true;
     }
     return stop(PF_repeated, part);
+}
+
+/// Whether a value is one of the valid ones. \param bits  the part of bits that is not, or none
+bool CMaker::isValid(unsigned int part, const tScalar& value, unsigned int& bits) const
+{
+    const tItem& item = part4(part).m_tItem;
+    const std::size_t invalid = findInvalidBits(item, value.m_ullValue, 0);
+    bits = invalid < item.m_vBits.size() ? static_cast<unsigned int>(invalid) : s_cuiNone;
+    return isValidValue(item, value) && bits == s_cuiNone;
 }
 
 /// Compares what was filled in with what the data says.

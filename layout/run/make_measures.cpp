@@ -38,7 +38,9 @@ E_Scan CMaker::beginHole(unsigned int part, tHole& hole)
     hole.m_ullRecord = m_bInRecord ? m_ullRecord : 0;
     hole.m_ullRecordOffset = m_bInRecord ? m_ullRecordStart : m_pOut->size();
     hole.m_ullOffset = m_pOut->size();
-    hole.m_vElements = elements();
+    hole.m_nElements = m_vHoleElements.size();
+    addElements(m_vHoleElements);
+    hole.m_nArrays = m_vHoleElements.size() - hole.m_nElements;
     hole.m_pData = find(part);
     hole.m_tValue = leaf.m_bComputed ? makeScalar(false, 0) : defaultOf(leaf);
     if (hole.m_pData != nullptr && !leaf.m_tItem.m_vBits.empty())
@@ -309,8 +311,16 @@ E_Scan CMaker::fillChecks()
 E_Scan CMaker::stopAtHole(E_PacketFault code, unsigned int hole, const char* text, unsigned int bits)
 {
     const tHole& open = m_vHoles[hole];
-    m_tFault = {code, open.m_uiPart,   open.m_ullOffset, open.m_ullLength, 0, open.m_ullRecord, open.m_ullRecordOffset,
-                text, open.m_vElements};
+    const auto first = m_vHoleElements.begin() + static_cast<std::ptrdiff_t>(open.m_nElements);
+    m_tFault = {code,
+                open.m_uiPart,
+                open.m_ullOffset,
+                open.m_ullLength,
+                0,
+                open.m_ullRecord,
+                open.m_ullRecordOffset,
+                text,
+                {first, first + static_cast<std::ptrdiff_t>(open.m_nArrays)}};
     m_tFault.m_uiBits = bits;
     return SC_fault;
 }

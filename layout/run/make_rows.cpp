@@ -53,7 +53,7 @@ std::ptrdiff_t CMaker::makeRow(const tRun::tField& first)
         const std::string& name = part4(field->m_uiPart).m_strName;
         if (!tFieldAccess::isNamed(node, name.data(), static_cast<unsigned int>(name.size())) ||
             tFieldAccess::isContainer(node) ||
-            !makeQuick(field->m_eQuick, value4Data(node), out + (field->m_uiOffset - first.m_uiOffset),
+            !makeQuick(field->m_eMake, value4Data(node), out + (field->m_uiOffset - first.m_uiOffset),
                        field->m_uiLength))
             break;
         next.skip();

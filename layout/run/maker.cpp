@@ -52,6 +52,7 @@ void CMaker::begin()
 void CMaker::beginNumbers()
 {
     m_vHoles.clear();
+    m_vHoleElements.clear();
     m_vHole4Link.assign(m_tPlan.m_vLinks.size(), s_cuiNone);
     m_vHole4Part.assign(m_tPlan.m_vParts.size(), s_cuiNone);
     m_vMeasures.assign(m_tPlan.m_vSpans.size(), tMeasure());
@@ -86,12 +87,10 @@ bool CMaker::makePasses(const CFields& tree, unsigned int from, E_Step last)
 
 bool CMaker::makeRecord(unsigned int part, const CFields& record, const tMakeOptions& options, std::string& out)
 {
-    const auto begins = [part](const tStep& step) { return step.m_eStep == ST_record && step.m_uiA == part; };
-    const auto first = std::find_if(m_tPlan.m_vSteps.begin(), m_tPlan.m_vSteps.end(), begins);
     m_tOptions = options;
     m_pOut = &out;
     m_uiAlone = part;
-    const bool isMade = makePasses(record, static_cast<unsigned int>(first - m_tPlan.m_vSteps.begin()), ST_recordEnd);
+    const bool isMade = makePasses(record, m_tPlan.m_vStep4Record[part], ST_recordEnd);
     m_uiAlone = s_cuiNone;
     return isMade;
 }
@@ -294,15 +293,6 @@ E_Scan CMaker::putTested(unsigned int part, const tScalar& value, bool isOwn)
     return isValid(part, value, bits) ? SC_next : stop(PF_invalid, part, nullptr, m_pOut->size() - begin, bits);
 }
 
-/// Whether a value is one of the valid ones. \param bits  the part of bits that is not, or none
-bool CMaker::isValid(unsigned int part, const tScalar& value, unsigned int& bits) const
-{
-    const tItem& item = part4(part).m_tItem;
-    const std::size_t invalid = findInvalidBits(item, value.m_ullValue, 0);
-    bits = invalid < item.m_vBits.size() ? static_cast<unsigned int>(invalid) : s_cuiNone;
-    return isValidValue(item, value) && bits == s_cuiNone;
-}
-
 /// Appends prefix and bytes of a value. The layout's own value may be padded where data may not.
 E_PacketFault CMaker::appendValue(const tPart& leaf, const tScalar& value, bool isOwn, std::size_t& length)
 {
@@ -382,12 +372,17 @@ E_Scan CMaker::keep(unsigned int part, std::string_view bytes)
 tElements CMaker::elements() const
 {
     tElements elements;
+    addElements(elements);
+    return elements;
+}
+
+void CMaker::addElements(tElements& elements) const
+{
     for (const tCursor& cursor : m_vCursors)
     {
         if (part4(cursor.m_uiPart).m_eKind == PK_array)
             elements.push_back(cursor.m_ullCount == 0 ? 0 : cursor.m_ullCount - 1);
     }
-    return elements;
 }
 
 E_Scan CMaker::stopAtValue(E_PacketFault code, unsigned int part, const tScalar& value)

@@ -79,7 +79,8 @@ private:
         const CFields* m_pData = nullptr;  // what the data says, or null
         std::uint64_t m_ullRecord = 0;     // as in a fault
         std::uint64_t m_ullRecordOffset = 0;
-        tElements m_vElements;
+        std::size_t m_nElements = 0;  // where its elements begin among those of all holes
+        std::size_t m_nArrays = 0;    // how many they are
     };
     struct tMeasure
     {
@@ -134,6 +135,7 @@ private:
         return m_tPlan.m_vParts[part];
     }
     tElements elements() const;
+    void addElements(tElements& elements) const;
     void add(E_Trace trace, unsigned int index, std::uint64_t offset, std::uint64_t length = 0)
     {
         if (!m_tPlan.m_bSelfEvident)
@@ -211,6 +213,7 @@ private:
     CKeptValues m_tKept;
     std::vector<tHole> m_vHoles;
     std::vector<tHole> m_vGuesses;           // of the pass before
+    tElements m_vHoleElements;               // of the arrays around each hole, one after the other
     std::vector<unsigned int> m_vHole4Link;  // that the link fills in next, or none
     std::vector<unsigned int> m_vHole4Part;  // of the last instance of a part
     std::vector<tMeasure> m_vMeasures;

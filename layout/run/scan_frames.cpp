@@ -210,6 +210,7 @@ void CScanner::distrustTotals()
     for (tTotal& total : m_vTotals)
     {
         total.m_vNumbers.clear();
+        total.m_vElements.clear();
         total.m_bUnknown = true;
     }
     // Nor are numbers compared whose part the damaged record may have had.

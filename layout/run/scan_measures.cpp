@@ -183,7 +183,8 @@ E_Scan CScanner::onLink(unsigned int index)
     {
         constexpr std::uint64_t mostShown = 64;
         const std::string_view shown = bytes(last.m_ullOffset, std::min(last.m_ullLength, mostShown));
-        m_vTotals[index].m_vNumbers.push_back({number, elements(), std::string(shown)});
+        m_vTotals[index].m_vNumbers.push_back({number, std::string(shown)});
+        addElements(m_vTotals[index].m_vElements);
         return SC_next;
     }
     if (link.m_uiSpan == s_cuiNone)
@@ -250,14 +251,19 @@ void CScanner::compareTotal(const tLink& link, tTotal& total)
 {
     const unsigned long long sum =
         addToTotal(total4Item(m_tPlan, link), total.m_ullSum, static_cast<unsigned long long>(link.m_llPlus));
+    const std::size_t arrays = total.m_vNumbers.empty() ? 0 : total.m_vElements.size() / total.m_vNumbers.size();
+    auto elements = total.m_vElements.begin();
     for (const tTotalNumber& number : total.m_vNumbers)
     {
+        const auto first = elements;
+        elements += static_cast<std::ptrdiff_t>(arrays);
         if (number.m_tNumber.m_ullValue == sum || total.m_bUnknown)
             continue;
         m_vFindings.push_back(makeFault(PF_total, link, number.m_tNumber, nullptr));
-        m_vFindings.back().m_vElements = number.m_vElements;
+        m_vFindings.back().m_vElements.assign(first, elements);
         m_vFindings.back().m_strBytes = number.m_strBytes;
     }
+    total.m_vElements.clear();
     total.m_vNumbers.clear();
     total.m_ullSum = 0;
     total.m_bUnknown = false;

@@ -332,6 +332,11 @@ tElements CScanner::elements() const
 void CScanner::getElements(tElements& elements) const
 {
     elements.clear();
+    addElements(elements);
+}
+
+void CScanner::addElements(tElements& elements) const
+{
     for (const tLoop& loop : m_vLoops)
         elements.push_back(loop.m_ullCount - (loop.m_ullCount == 0 ? 0 : 1));
 }

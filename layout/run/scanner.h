@@ -148,6 +148,7 @@ public:
     tElements elements() const;
     /// The same into a list that is kept for its memory.
     void getElements(tElements& elements) const;
+    void addElements(tElements& elements) const;
 
 private:
     static constexpr std::uint64_t s_cullUnknown = ~std::uint64_t{0};
@@ -193,7 +194,6 @@ private:
     struct tTotalNumber
     {
         tNumber m_tNumber;
-        tElements m_vElements;
         std::string m_strBytes;  // the first of them
     };
     /// What is counted over an instance of a base, and the numbers that must equal it.
@@ -201,6 +201,7 @@ private:
     {
         unsigned long long m_ullSum = 0;
         std::vector<tTotalNumber> m_vNumbers;
+        tElements m_vElements;  // of the arrays around each number, one after the other
         bool m_bUnknown = false;
     };
 

@@ -98,20 +98,35 @@ private:
     {
         const tRun& run = m_tPlan.m_vRuns[trace.m_uiIndex];
         m_tSink.run(run);
-        for (const tRun::tField& field : run.m_vFields)
+        if constexpr (tSink::s_cbWantsValues)
         {
-            if (field.m_uiOffset + field.m_uiLength > trace.m_ullLength)
-                break;
-            if (!tSink::s_cbWantsValues && field.m_bReads)
-                continue;
-            const tTrace item{TR_item, field.m_uiPart, trace.m_ullOffset + field.m_uiOffset, field.m_uiLength};
-            tScalar value;
-            if (field.m_bQuickRead &&
-                readQuick(field.m_eQuick, m_tScanner.at(item.m_ullOffset), field.m_uiLength, value))
-                m_tSink.leaf(field.m_uiPart, value, item);
-            else if (!readLeaf(item, findings))
-                return false;
+            for (const tRun::tField& field : run.m_vFields)
+            {
+                if (!readField(field, field.m_eRead, trace, findings))
+                    return false;
+            }
         }
+        else
+        {
+            for (const unsigned int index : run.m_vChecked)
+            {
+                if (!readField(run.m_vFields[index], run.m_vFields[index].m_eCheck, trace, findings))
+                    return false;
+            }
+        }
+        return true;
+    }
+
+    /// \param run  may end before the field, after a fault
+    bool readField(const tRun::tField& field, E_QuickForm quick, const tTrace& run, std::vector<tScanFault>& findings)
+    {
+        if (field.m_uiOffset + field.m_uiLength > run.m_ullLength)
+            return true;
+        const tTrace item{TR_item, field.m_uiPart, run.m_ullOffset + field.m_uiOffset, field.m_uiLength};
+        tScalar value;
+        if (!readQuick(quick, m_tScanner.at(item.m_ullOffset), field.m_uiLength, value))
+            return readLeaf(item, findings);
+        m_tSink.leaf(field.m_uiPart, value, item);
         return true;
     }
 

@@ -266,4 +266,10 @@ bool findChecksum(std::string_view name, std::string_view variant, E_Checksum& k
     return false;
 }
 
+std::string words4Checksum(E_Checksum kind)
+{
+    const tChecksumRow& row = s_ctChecksums[kind];
+    return *row.m_pVariant == '\0' ? row.m_pName : std::string(row.m_pName) + " " + row.m_pVariant;
+}
+
 }  // namespace murv::detail

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace murv::detail
@@ -49,5 +50,8 @@ private:
 
 /// Finds a kind by its words, such as "crc16" and "modbus", "inet" and "". \return false when there is none
 bool findChecksum(std::string_view name, std::string_view variant, E_Checksum& kind);
+
+/// The words of a kind, such as "crc16 modbus" and "inet".
+std::string words4Checksum(E_Checksum kind);
 
 }  // namespace murv::detail

@@ -1,8 +1,8 @@
 // layout/values/quick_values.h - the values that most items have, without a call.
 //
-// Whole numbers in digits or bytes and texts with blanks after them, all of fixed width, fill nearly every packet. Their
-// usual values are read from their place and written to it here; the table of forms answers for everything else, so
-// each function may decline what it likes.
+// Whole numbers in digits or bytes and texts with blanks after them, all of fixed width, fill nearly every packet.
+// Their usual values are read from their place and written to it here; the table of forms answers for everything else,
+// so each function may decline what it likes.
 #pragma once
 
 #include <algorithm>

@@ -104,6 +104,20 @@ E_QuickForm quickForm4(const tItem& item)
     return item.m_ePadding == PAD_blanksAfter ? QF_text : item.m_ePadding == PAD_none ? QF_bytes : QF_none;
 }
 
+/// Whether a number is zero, however it is given.
+bool isZero(const tScalar& number)
+{
+    switch (number.m_eType)
+    {
+    case DT_sint:
+    case DT_uint: return number.m_ullValue == 0;
+    case DT_double: return number.m_dValue == 0;
+    case DT_codelist:
+        return !number.m_strvText.empty() && number.m_strvText.find_first_not_of("0.") == std::string_view::npos;
+    default: return false;
+    }
+}
+
 E_PacketFault makeRow(const tItem& item, const tScalar& value, E_Origin origin, std::string& out)
 {
     const std::size_t before = out.size();
@@ -144,6 +158,8 @@ E_PacketFault makeOwnValue(const tItem& item, const tScalar& value, std::string&
     tScalar own = value;
     if (own.m_eType == DT_codelist && isDecimal(item.m_eForm) && !item.m_bExact)
         own.m_strvText = withoutZeros(own.m_strvText);
+    if (item.m_bZeroIsNull && isZero(own))
+        own = {};
     return makeRow(item, own, OR_layout, out);
 }
 

@@ -24,7 +24,7 @@ namespace
 const std::string s_cstrOverEnd = "No more parsing. Over the data length.";
 
 #if defined(__linux__) && !defined(MURV_TEST_SANITIZED)
-/// While one lives, the process gets no more than so many further bytes of address space.
+/// While one lives, the process gets no more than a given number of further bytes of address space.
 class CLimitedMemory
 {
 public:
@@ -389,7 +389,7 @@ TEST(HostileFile, missingMemoryLeavesLoaderAndTargetUsable)
     if (!CFailingMalloc::isNewReached())
         GTEST_SKIP() << "NOT TESTED: allocations cannot be made to fail here";
     CFields expected = sampleTree();
-    for (int i = 0; i < 100; ++i)  // so many that their members come out of larger pieces
+    for (int i = 0; i < 100; ++i)  // enough for their members to come out of larger pieces
         expected.addChildRef("pair " + std::to_string(i)).addArrayAt(i);
     const std::string file = save(expected, SAVE_ALL, "pw");
     bool failed = true;

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "murv/error.h"
 #include "murv/fields.h"
 
 namespace
@@ -37,6 +38,19 @@ TEST(Interface, aPointerToAnythingButCharIsNoNode)
     static_assert(!std::is_constructible_v<CFields, tSomething>);
     char text[] = "text";
     EXPECT_EQ("text", CFields(text).asString());
+}
+
+TEST(Interface, aNullPointerAndACharacterAreNoNode)
+{
+    static_assert(!std::is_constructible_v<CFields, std::nullptr_t>);
+    static_assert(!std::is_convertible_v<std::nullptr_t, CFields>);
+    static_assert(!std::is_constructible_v<CFields, char>);
+    static_assert(!std::is_convertible_v<char, CFields>);
+    static_assert(std::is_constructible_v<CFields, signed char>);
+    static_assert(std::is_constructible_v<CFields, unsigned char>);
+    EXPECT_TRUE(CFields().isNull());
+    EXPECT_EQ(CFields(std::string(1, 'c')), CFields("c"));
+    EXPECT_THROW(CFields(static_cast<const char*>(nullptr)), CLogicError);
 }
 
 TEST(Interface, everyNumberTypeConverts)

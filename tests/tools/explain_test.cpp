@@ -74,6 +74,19 @@ TEST(Explain, marksWhatFailsAndShowsWhatWasUnderstoodBefore)
               "  000B  0A                       .         (end of the record)\n");
 }
 
+TEST(Explain, aNumberThatProvesWrongLaterIsMarkedWhereItStands)
+{
+    const tRun run = explain(R"("a" = (BCV1+1) "", "n" = (BNF1) 0, "@n" = "size of a", "z" = (BNF1) 0)", "01 41 05 07");
+    EXPECT_EQ(run.m_iExit, 4);
+    EXPECT_EQ(run.m_strOutput,
+              "record 1 - does not fit\n"
+              "  0000  01                       .         (length)\n"
+              "  0001  41                       A         a           \"A\"  BCV1+1\n"
+              "  0002  05                       .         n           5    BNF1; size of a\n"
+              "        ^^ error: The size does not agree with the part\n"
+              "  0003  07                       .         (not read)\n");
+}
+
 TEST(Explain, masksHoldInWhatCouldNotBeRead)
 {
     const tRun run = explain("\"a\" = (ANF1) 0, \"b\" = (ACF4) \"\", \"@b\" = \"mask\"", "78 31 32 33 34");

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "murv/layout.h"
+#include "tests/support/sanitized.h"
 #include "tests/tools/sales.h"
 #include "tests/tools/sample_lines.h"
 
@@ -41,7 +42,6 @@ tRun gen(const std::string& text, std::vector<std::string> options)
     return murvOn(text, options);
 }
 
-constexpr const char* s_cpMessage = "\"n\" = (BNF1) 0, \"text\" = (BCV1+1) \"\"";
 }  // namespace
 
 TEST(GenSamples, aSeedGivesTheSameBytesOnEveryMachine)
@@ -196,7 +196,7 @@ TEST(GenSamples, filesThatCannotFollowOneAnotherAreNotMadeToAStream)
 TEST(GenSamples, largeStreamsNeedNoMoreMemory)
 {
     tSurroundings around;
-    around.m_strInput = layout(s_cpMessage);
+    around.m_strInput = layout(R"("n" = (BNF1) 0, "text" = (BCV1+1) "")");
     around.m_strOutputFile = "/dev/null";
     around.m_ullMostMemory = 28'000'000;
     const tRun run = runProgram({MURV_TOOL_PATH, "gen", "samples", "-l", "-", "-n", "300000"}, around);

@@ -48,15 +48,12 @@ TEST(DefaultValues, areOfTheItemsKind)
     EXPECT_EQ(mistake4(R"("a" = (ACF2) ^5)"), "The item does not take a value of this kind");
     EXPECT_EQ(mistake4(R"("a" = (BNF2) ^-1)"), "The number is below zero, and the item has no sign");
     EXPECT_EQ(mistake4(R"("a" = (ACF2) ^"\xFF", "@a" = "ascii")"), "The item's code page does not have this character");
-    EXPECT_EQ(mistake4(R"("a" = (ANF2) ^null)"), "The item cannot say null");
 }
 
 TEST(DefaultValues, loseNothing)
 {
     EXPECT_EQ(mistake4(R"("a" = (ANF4) ^1.5)"), "The number has decimals, which the item does not have");
     EXPECT_EQ(mistake4(R"("a" = (ANF4) ^1.555, "@a" = "decimals 2")"), "The number has more decimals than the item");
-    EXPECT_EQ(mistake4(R"("a" = (ANF4) ^0, "@a" = "zero is null")"),
-              "The number is zero, which would come back as null");
 }
 
 TEST(DefaultValues, holdNoMarkAtWhichReadingWouldEndThem)
@@ -74,6 +71,34 @@ TEST(DefaultValues, mayBeShorterAndEndInPadding)
          {R"("a" = (ACF4) "x ")", R"("a" = (BCF4) "x")", R"("a" = (ACF4) "x", "@a" = "keep")", R"("a" = (ACF4) null)",
           R"("a" = (ANF4) "007")", R"("a" = (ANF4) null, "@a" = "blank is null")", R"("a" = (ANF8YYYYMMDD) 0)"})
         EXPECT_EQ(mistake4(members + std::string("^")), "compiles") << members;
+}
+
+TEST(DefaultValues, ofZeroAreNullWhereZerosAre)
+{
+    for (const char* const leaf : {R"((ANF4) ^0)", R"((ANF4) ^0.0)", R"((ANF4) ^"0000")", R"((BNF4YYYYMMDD) ^0)"})
+        EXPECT_EQ(mistake4(std::string("\"a\" = ") + leaf + ", \"@a\" = \"zero is null\""), "compiles") << leaf;
+    CLayout layout;
+    ASSERT_TRUE(layout.compile(R"({"@" = "layout 1", "a" = (ANF4) 0, "@a" = "zero is null"})"));
+    CPacketMaker maker(layout);
+    CPacketReader reader(layout);
+    std::string packet;
+    CFields tree;
+    ASSERT_TRUE(maker.make(CFields(DT_fields), packet));
+    EXPECT_EQ(packet, "0000");
+    ASSERT_TRUE(reader.read(packet, tree));
+    EXPECT_TRUE(tree[0].isNull());
+}
+
+TEST(DefaultValues, mayBeMissing)
+{
+    EXPECT_EQ(mistake4(R"("a" = (ANF2)^)"), "compiles");
+    EXPECT_EQ(mistake4(R"("a" = (ANF2) ^null)"), "compiles");
+    CLayout layout;
+    ASSERT_TRUE(layout.compile(R"({"@" = "layout 1", "a" = (ANF2)})"));
+    CPacketMaker maker(layout);
+    std::string packet;
+    EXPECT_FALSE(maker.make(CFields(DT_fields), packet));
+    EXPECT_EQ(maker.getFault().m_eCode, PF_null);
 }
 
 TEST(DefaultValues, thatAreNeverTakenMayBeMissing)

@@ -145,6 +145,12 @@ constexpr tExpected s_ctNumbers[] = {
 constexpr tExpected s_ctLeaves[] = {
     {"aPrefixHoldsItsLiteral", R"~("t" = (ACV1fix) ^"twelve bytes")~", "t",
      R"~(The length prefix is too narrow for the literal)~"},
+    {"aLiteralHoldsNoMarkOfTheSetAround",
+     R"~("s" = { "@" = "between \"|\"", "x" = (ACF2fix) ^"a|", "y" = (ACF0) "" })~", "s.x",
+     R"~(The literal contains a mark at which reading would end it)~"},
+    {"aLiteralHoldsNoLineEnd",
+     R"~({ "@" = "layout 1; lines", "l" = [ { "x" = (ACF2fix) ^"a\n", "y" = (ACF1) "" } ] })~", "l.x",
+     R"~(The literal contains a mark at which reading would end it)~"},
     {"aLiteralFits", R"~((ACF2fix) ^"abc")~", "",
      R"~(The literal does not fit its item: The value does not fit the item)~"},
     {"aLiteralNumberFits", R"~("t" = (ANF2fix) ^100)~", "t",
@@ -232,6 +238,15 @@ TEST(LayoutMistakes, aMistakeHidesWhatOnlyFollowsFromIt)
     EXPECT_FALSE(layout.compile(R"({ "@" = "layout 1", "n" = (BNF2) 0, "@n" = "size of bdy", "body" = (ACF0) "" })"));
     ASSERT_EQ(layout.getMistakes().size(), 1u);
     EXPECT_EQ(layout.getMistakes()[0].m_strMessage, "There is no part \"bdy\" here or around; did you mean \"body\"?");
+}
+
+TEST(LayoutMistakes, aLostSizeHidesThatPartsAfterItsPartVary)
+{
+    murv::CLayout layout;
+    EXPECT_FALSE(layout.compile(R"({ "@" = "layout 1", "n" = (BNF2) 0, "@n" = "sise of b",
+        "b" = { "t" = (ACF0) "", "@t" = "to end" }, "c" = (ACV1) "" })"));
+    ASSERT_EQ(layout.getMistakes().size(), 1u);
+    EXPECT_EQ(layout.getMistakes()[0].m_strMessage, "There is no rule \"sise of b\"; did you mean \"size of\"?");
 }
 
 TEST(LayoutMistakes, aTextThatDoesNotLoadIsOneMistake)

@@ -62,7 +62,7 @@ TEST(LayoutWords, paddingAndNullAreSaidByWords)
     EXPECT_EQ(itemOf("\"a\" = (BCF4) \"\", \"@a\" = \"pad zero\"").m_ePadding, PAD_zeroBytes);
     EXPECT_EQ(itemOf("\"a\" = (BCF4) \"\", \"@a\" = \"pad blank\"").m_ePadding, PAD_blanksAfter);
     EXPECT_TRUE(itemOf("\"a\" = (ANF4) 0, \"@a\" = \"blank is null\"").m_bBlankIsNull);
-    EXPECT_TRUE(itemOf("\"a\" = (BNF4YYYYMMDD) null, \"@a\" = \"zero is null\"").m_bZeroIsNull);
+    EXPECT_TRUE(itemOf("\"a\" = (BNF4YYYYMMDD) 0, \"@a\" = \"zero is null\"").m_bZeroIsNull);
     EXPECT_TRUE(itemOf("\"a\" = (ANF6YYMMDD) 0, \"@a\" = \"keep\"").m_bKeep);
 }
 

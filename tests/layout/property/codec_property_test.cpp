@@ -1,6 +1,8 @@
 // tests/layout/property/codec_property_test.cpp - what holds for every layout, tried on random ones.
 #include <gtest/gtest.h>
 
+#include "layout/plan/plan.h"
+#include "layout/run/scanner.h"
 #include "murv/layout.h"
 #include "murv/records.h"
 #include "murv/saver.h"
@@ -171,12 +173,6 @@ public:
     explicit CCompareView(const CPacketView& view) : m_tView(view)
     {
     }
-    void onFields(unsigned int) override
-    {
-    }
-    void onFieldsEnd(unsigned int) override
-    {
-    }
     void onArray(unsigned int part) override
     {
         m_vScopes.push_back({part, m_vScopes.empty() ? m_tView.getAll() : m_vScopes.back().m_tElement, {}});
@@ -189,12 +185,6 @@ public:
     void onArrayEnd(unsigned int) override
     {
         m_vScopes.pop_back();
-    }
-    void onRecord(unsigned int, std::uint64_t, std::uint64_t) override
-    {
-    }
-    void onRecordEnd(unsigned int) override
-    {
     }
     void onLeaf(unsigned int part, const tPacketValue& value, const tByteRange& place) override
     {
@@ -229,6 +219,92 @@ TEST(RandomLayouts, aViewGivesWhatTheReaderGives)
             CCompareView compare(view);
             EXPECT_TRUE(CPacketReader(layout).visit(packet, compare)) << text;
         });
+}
+
+/// Compares where the parts of a packet lie with what the layout says of them.
+class CComparePlaces
+{
+public:
+    CComparePlaces(const CLayout& layout, const detail::CScanner& scanner)
+        : m_tLayout(layout), m_tPlan(*layout.getPlan()), m_vBegins(layout.getPartCount())
+    {
+        for (const detail::tTrace& trace : scanner.trace())
+            compare(trace);
+    }
+    unsigned int compared() const
+    {
+        return m_uiCompared;
+    }
+
+private:
+    void compare(const detail::tTrace& trace)
+    {
+        const unsigned int part = trace.m_uiIndex;
+        switch (trace.m_eTrace)
+        {
+        case detail::TR_run: compareRun(trace); break;
+        case detail::TR_item: compareItem(trace); break;
+        case detail::TR_open:
+        case detail::TR_array:
+        case detail::TR_record: m_vBegins[part] = trace.m_ullOffset; break;
+        case detail::TR_element: m_vBegins[m_tPlan.m_vParts[part].m_vMembers.front()] = trace.m_ullOffset; break;
+        case detail::TR_close:
+        case detail::TR_arrayEnd: comparePart(part, m_vBegins[part], trace.m_ullOffset); break;
+        case detail::TR_recordEnd:
+        case detail::TR_skip: break;
+        }
+    }
+    void compareRun(const detail::tTrace& run)
+    {
+        for (const detail::tRun::tField& field : m_tPlan.m_vRuns[run.m_uiIndex].m_vFields)
+            comparePart(field.m_uiPart, run.m_ullOffset + field.m_uiOffset,
+                        run.m_ullOffset + field.m_uiOffset + field.m_uiLength);
+    }
+    void compareItem(const detail::tTrace& item)
+    {
+        const detail::tPart& leaf = m_tPlan.m_vParts[item.m_uiIndex];
+        const std::size_t mark = leaf.m_eEnd == detail::LE_mark ? leaf.m_vMarks.front().size() : 0;
+        comparePart(item.m_uiIndex, item.m_ullOffset - leaf.m_tItem.m_ucPrefix,
+                    item.m_ullOffset + item.m_ullLength + mark);
+    }
+    void comparePart(unsigned int number, std::uint64_t begin, std::uint64_t end)
+    {
+        const tLayoutPart part = m_tLayout.getPart(number);
+        // What lies around records belongs to no part.
+        if (!m_tPlan.m_vParts[number].m_bInRecord && m_tPlan.m_tFrame.m_eKind != detail::FR_none)
+            return;
+        EXPECT_GE(end - begin, part.m_ullLeast) << m_tLayout.getPath(number);
+        EXPECT_LE(end - begin, part.m_ullMost) << m_tLayout.getPath(number);
+        if (part.m_uiBase == CLayout::s_cuiNoPart)
+            return;
+        ++m_uiCompared;
+        if (part.m_uiBase != number)
+            EXPECT_EQ(begin, m_vBegins[part.m_uiBase] + part.m_ullOffset) << m_tLayout.getPath(number);
+        else
+            EXPECT_EQ(part.m_ullOffset, 0u) << m_tLayout.getPath(number);
+    }
+
+    const CLayout& m_tLayout;
+    const detail::tPlan& m_tPlan;
+    std::vector<std::uint64_t> m_vBegins;  // by part: of the last one
+    unsigned int m_uiCompared = 0;
+};
+
+TEST(RandomLayouts, partsLieWhereTheLayoutSaysAndAreAsLong)
+{
+    unsigned int compared = 0;
+    forRandomPackets(6, [&compared](const std::string& text, const CLayout& layout, const CFields&,
+                                    const std::string& packet, tRandom&) {
+        detail::CScanner scanner(*layout.getPlan());
+        scanner.show(packet.data(), 0, packet.size(), true);
+        detail::E_Scan result = detail::SC_record;
+        while (result == detail::SC_record)
+            result = scanner.run();
+        ASSERT_EQ(result, detail::SC_done) << text;
+        compared += CComparePlaces(layout, scanner).compared();
+        EXPECT_FALSE(testing::Test::HasFailure()) << text;
+    });
+    EXPECT_GT(compared, 10U * s_cuiLayouts);
 }
 
 }  // namespace

@@ -111,4 +111,13 @@ TEST(Arrays, elementsMustBeOfTheRightKind)
     EXPECT_EQ(make(layout4(pairs("", "")), R"({"a"=[{"k"="x","w"=1}]})"), "unknown at a[0]");
 }
 
+TEST(Arrays, theLastElementMayBeAnAlternative)
+{
+    const CLayout layout = layout4(R"("l" = [ { "@" = "one of", "a" = { "k" = (ACF1fix) "a", "m" = (ANF1) 0 },
+        "b" = { "k" = (ACF1fix) "b", "m" = (ANF1) 0 } } ], "@l" = "until a.m = 0", "t" = (ACF1) "")");
+    expectBoth(layout, "a1b0a0x",
+               R"({"l"=[{"a"={"k"="a","m"=1}},{"b"={"k"="b","m"=0}},{"a"={"k"="a","m"=0}}],"t"="x"})");
+    EXPECT_EQ(make(layout, R"({"l"=[{"b"={"m"=0}}],"t"="x"})"), "count at l");
+}
+
 }  // namespace murv::tests

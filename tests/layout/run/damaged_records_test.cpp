@@ -31,27 +31,6 @@ public:
     explicit CNames(const CLayout& layout) : m_tLayout(layout)
     {
     }
-    void onFields(unsigned int) override
-    {
-    }
-    void onFieldsEnd(unsigned int) override
-    {
-    }
-    void onArray(unsigned int) override
-    {
-    }
-    void onElement(unsigned int, std::uint64_t) override
-    {
-    }
-    void onArrayEnd(unsigned int) override
-    {
-    }
-    void onRecord(unsigned int, std::uint64_t, std::uint64_t) override
-    {
-    }
-    void onRecordEnd(unsigned int) override
-    {
-    }
     void onLeaf(unsigned int part, const tPacketValue&, const tByteRange&) override
     {
         m_strNames += m_tLayout.getPart(part).m_strvName;

@@ -37,7 +37,7 @@ TEST(Defaults, aSuggestionIsNotKeptForAnotherFault)
     std::string packet;
     EXPECT_FALSE(maker.make(tree4(R"({"amuont"=1})"), packet));
     EXPECT_FALSE(maker.make(tree4(R"({"f"={"y"=1}})"), packet));
-    EXPECT_EQ(maker.getFault().m_strMessage, "The data has bits that the layout does not name");
+    EXPECT_EQ(maker.getFault().m_strMessage, "The layout has no part \"y\" here; did you mean \"x\"?");
     EXPECT_FALSE(maker.make(tree4(R"({#8=1})"), packet));
     EXPECT_EQ(maker.getFault().m_strMessage, "The layout does not know this part");
 }
@@ -71,7 +71,22 @@ TEST(Defaults, booleansAreNoNumbersAsReadingGivesNone)
 {
     EXPECT_EQ(make(layout4(R"("a" = (ANF1) 0)"), R"({"a"=true})"), "type at a");
     EXPECT_EQ(make(layout4(R"("b" = (BNF1) 0)"), R"({"b"=false})"), "type at b");
-    EXPECT_EQ(make(layout4(R"("b" = (BNF1) 0, "@b" = "bits 1 on, 7 rest")"), R"({"b"={"on"=true}})"), "type at b");
+    EXPECT_EQ(make(layout4(R"("b" = (BNF1) 0, "@b" = "bits 1 on, 7 rest")"), R"({"b"={"on"=true}})"), "type at b.on");
+}
+
+TEST(Defaults, partsOfBitsAreRefusedAtTheirPaths)
+{
+    const CLayout layout = layout4(R"("l" = [ { "b" = (BNF1) 0, "@b" = "bits 1 on, 4 level, 3 \"a.b\"" } ])");
+    EXPECT_EQ(make(layout, R"({"l"=[{},{"b"={"level"=16}}]})"), "tooLong at l[1].b.level");
+    EXPECT_EQ(makingFault(layout, R"({"l"=[{"b"={"level"=16}}]})"), "The value does not fit the item");
+    EXPECT_EQ(make(layout, R"({"l"=[{"b"={"a.b"=-1}}]})"), R"(negative at l[0].b."a.b")");
+    EXPECT_EQ(make(layout, R"({"l"=[{"b"={"level"="1"}}]})"), "type at l[0].b.level");
+    EXPECT_EQ(make(layout, R"({"l"=[{"b"={"level"=1.5}}]})"), "type at l[0].b.level");
+    EXPECT_EQ(make(layout, R"({"l"=[{"b"={"level"=null}}]})"), "type at l[0].b.level");
+    EXPECT_EQ(make(layout, R"({"l"=[{"b"={"on"=1,"on"=0}}]})"), "repeated at l[0].b.on");
+    EXPECT_EQ(make(layout, R"({"l"=[{"b"={"levle"=1}}]})"), "unknown at l[0].b");
+    EXPECT_EQ(makingFault(layout, R"({"l"=[{"b"={"levle"=1}}]})"),
+              "The layout has no part \"levle\" here; did you mean \"level\"?");
 }
 
 TEST(Defaults, aTreeIsReplacedByReading)

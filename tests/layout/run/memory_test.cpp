@@ -202,4 +202,27 @@ TEST(Memory, recordWritersAreWhereTheyWereAfterEachFailure)
              });
 }
 
+TEST(Memory, numbersAboutOthersTakeNoBlockEach)
+{
+    if (!CFailingMalloc::isNewReached())
+        GTEST_SKIP() << "NOT TESTED: allocations cannot be counted here";
+    const CLayout layout = layout4(R"("k" = (BNF2) 0, "@k" = "count of l", "l" = [ { "n" = (BNF1) 0, "@n" = "size of b",
+        "b" = (ACF0) "", "all" = (BNF2) 0, "@all" = "sum of l.x", "x" = (BNF1) 0, "m" = [ { "t" = (ACF1fix) "-",
+        "c" = (BNF2) 0, "@c" = "count of l.m" } ] } ], "@l" = "align 2")");
+    std::string tree;
+    for (int i = 0; i < 500; ++i)
+        tree += R"({"b"="abc","x"=1,"m"=[{},{}]},)";
+    const CFields data = tree4("{\"l\"=[" + tree.substr(0, tree.size() - 1) + "]}");
+    CPacketMaker maker(layout);
+    CPacketReader reader(layout);
+    std::string packet;
+    ASSERT_TRUE(maker.make(data, packet)) << place4(maker.getFault());
+    ASSERT_TRUE(reader.check(packet));
+    const CFailingMalloc counting(0);
+    EXPECT_TRUE(maker.make(data, packet));
+    EXPECT_LT(counting.asked(), 200);
+    EXPECT_TRUE(reader.check(packet));
+    EXPECT_LT(counting.asked(), 300);
+}
+
 }  // namespace murv::tests

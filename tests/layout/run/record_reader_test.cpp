@@ -3,6 +3,7 @@
 
 #include "murv/records.h"
 #include "tests/layout/run/run_helpers.h"
+#include "tests/support/breaking_buffer.h"
 
 namespace murv::tests
 {
@@ -79,25 +80,6 @@ std::string counts4(const CRecordReader& reader)
     return std::to_string(counts.m_ullRecords) + " read, " + std::to_string(counts.m_ullDamaged) + " damaged, " +
            std::to_string(counts.m_ullFindings) + " findings, " + std::to_string(counts.m_ullBytes) + " bytes";
 }
-
-/// Breaks after some bytes.
-class CBreakingBuffer : public std::streambuf
-{
-public:
-    explicit CBreakingBuffer(std::string text) : m_strText(std::move(text))
-    {
-        setg(m_strText.data(), m_strText.data(), m_strText.data() + m_strText.size());
-    }
-
-protected:
-    int_type underflow() override
-    {
-        throw std::runtime_error("broken");
-    }
-
-private:
-    std::string m_strText;
-};
 
 }  // namespace
 
@@ -423,27 +405,6 @@ TEST(RecordReader, afterAnExceptionOnlyOpenHelps)
     class CThrowing : public IPacketVisitor
     {
     public:
-        void onFields(unsigned int) override
-        {
-        }
-        void onFieldsEnd(unsigned int) override
-        {
-        }
-        void onArray(unsigned int) override
-        {
-        }
-        void onElement(unsigned int, std::uint64_t) override
-        {
-        }
-        void onArrayEnd(unsigned int) override
-        {
-        }
-        void onRecord(unsigned int, std::uint64_t, std::uint64_t) override
-        {
-        }
-        void onRecordEnd(unsigned int) override
-        {
-        }
         void onLeaf(unsigned int, const tPacketValue&, const tByteRange&) override
         {
             throw 5;

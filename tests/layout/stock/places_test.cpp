@@ -21,25 +21,13 @@ public:
     {
         m_vBegins[part] = s_cullNone;
     }
-    void onFieldsEnd(unsigned int) override
-    {
-    }
-    void onArray(unsigned int) override
-    {
-    }
     void onElement(unsigned int part, std::uint64_t) override
     {
         m_vBegins[part + 1] = s_cullNone;
     }
-    void onArrayEnd(unsigned int) override
-    {
-    }
     void onRecord(unsigned int part, std::uint64_t, std::uint64_t offset) override
     {
         m_vBegins[part] = offset;
-    }
-    void onRecordEnd(unsigned int) override
-    {
     }
     void onLeaf(unsigned int number, const tPacketValue&, const tByteRange& place) override
     {

@@ -35,27 +35,9 @@ constexpr tSample s_ctSamples[] = {
 class CCounter : public IPacketVisitor
 {
 public:
-    void onFields(unsigned int) override
-    {
-    }
-    void onFieldsEnd(unsigned int) override
-    {
-    }
-    void onArray(unsigned int) override
-    {
-    }
-    void onElement(unsigned int, std::uint64_t) override
-    {
-    }
-    void onArrayEnd(unsigned int) override
-    {
-    }
     void onRecord(unsigned int, std::uint64_t, std::uint64_t offset) override
     {
         m_vOffsets.push_back(offset);
-    }
-    void onRecordEnd(unsigned int) override
-    {
     }
     void onLeaf(unsigned int, const tPacketValue&, const tByteRange&) override
     {
