@@ -21,7 +21,7 @@ TEST(CheckMistakes, allAreShownAtTheirPlaces)
 {
     const tRun run = check("{\n  \"a\" = x,\n  \"b\" = 1 \"c\" = 2,\n  \"d\" = \"\\q\"\n}\n");
     EXPECT_EQ(run.m_iExit, 3);
-    EXPECT_EQ(run.m_strErrors,
+    EXPECT_EQ(run.m_strError,
               "in:2:9: error: Syntax error: value, field or array expected.\n"
               "  \"a\" = x,\n"
               "        ^\n"
@@ -40,7 +40,7 @@ TEST(CheckMistakes, noMoreAreShownThanWanted)
 {
     const tRun run = check("[x, x, x, x]\n", {"--max-errors", "2"});
     EXPECT_EQ(run.m_iExit, 3);
-    EXPECT_EQ(run.m_strErrors,
+    EXPECT_EQ(run.m_strError,
               "in:1:2: error: Syntax error: value, field or array expected.\n"
               "[x, x, x, x]\n"
               " ^\n"
