@@ -1,4 +1,4 @@
-// tests/ser/lossless_any_tree_test.cpp - lossless savings of any tree: it comes back equal, or a node is refused by path.
+// tests/ser/lossless_any_tree_test.cpp - lossless savings of any tree come back equal, or name a node by its path.
 //
 // The trees hold what no document says: any ten bytes as packet expression, comments of any bytes after their slash,
 // keywords that nobody knows, names in arrays, expressions on containers. What is refused must be worth it, too.
