@@ -142,6 +142,19 @@ TEST(LosslessBinary, commentsComeBackWhateverTheyEndIn)
     EXPECT_EQ(back[0].getCommentCopy(CP_trailing), "// ends in line feeds\n\n");
 }
 
+TEST(LosslessBinary, filesThatCannotBeLoadedAreRefusedBeforeTheyAreMade)
+{
+    // Borrowed text: the tree is small, and its body larger than 32 bits can say once it is encoded.
+    static const std::string text(std::size_t{1} << 20U, 'x');
+    CFields tree(DT_array);
+    for (int i = 0; i < 3300; ++i)
+        tree.addArrayAt(CFields(CStaticString(text.c_str())));
+    EXPECT_EQ(refusal(tree), "the root: a binary file cannot hold more than 2147483647 bytes");
+    tree.resizeArray(2);
+    std::string message;
+    EXPECT_NE(savedLossless(tree, message), "") << message;
+}
+
 TEST(LosslessBinary, theErrorPathLeadsToTheRefusedNode)
 {
     CFields tree(DT_fields);
