@@ -142,7 +142,7 @@ TEST(LosslessBinary, commentsComeBackWhateverTheyEndIn)
     EXPECT_EQ(back[0].getCommentCopy(CP_trailing), "// ends in line feeds\n\n");
 }
 
-TEST(LosslessBinary, filesThatCannotBeLoadedAreRefusedBeforeTheyAreMade)
+TEST(LosslessBinary, filesOfHugeSizeAreRefusedBeforeTheyAreMade)
 {
     // Borrowed text: the tree is small, and its body larger than 32 bits can say once it is encoded.
     static const std::string text(std::size_t{1} << 20U, 'x');
