@@ -59,7 +59,7 @@ struct tVerbRow
 inline constexpr tVerbRow s_ctVerbs[] = {
     {"fmt", "Lay out documents anew; comments are kept", &makeFmtVerb},
     {"check", "Accept documents, or show every error", &makeCheckVerb},
-    {"get", "Print one value of a document", &makeGetVerb},
+    {"get", "Print values of a document", &makeGetVerb},
     {"stat", "Count what documents hold", &makeStatVerb},
     {"convert", "Turn text into binary files and back", &makeConvertVerb},
     {"info", "Show what a binary file says about itself", &makeInfoVerb},
