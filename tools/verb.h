@@ -61,7 +61,7 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"check", "Accept documents, or show every error", &makeCheckVerb},
     {"get", "Print values of a document", &makeGetVerb},
     {"stat", "Count what documents hold", &makeStatVerb},
-    {"convert", "Turn text into binary files and back", &makeConvertVerb},
+    {"convert", "Turn text into binary files or JSON, and back", &makeConvertVerb},
     {"info", "Show what a binary file says about itself", &makeInfoVerb},
     {"unpack", "Turn packets and files of records into documents, JSON or tables", &makeUnpackVerb},
     {"pack", "Turn documents and JSON into packets and files of records", &makePackVerb},

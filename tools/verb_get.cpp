@@ -10,6 +10,7 @@
 #include "murv/path.h"
 #include "tools/input.h"
 #include "tools/json_text.h"
+#include "tools/json_writer.h"
 #include "tools/text_format.h"
 
 namespace murv::tool

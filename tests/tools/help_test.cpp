@@ -64,7 +64,7 @@ TEST(Help, speaksOfVerbsAndNamesEachOptionOnce)
 
 TEST(Help, saysWhichValuesAnOptionTakes)
 {
-    EXPECT_NE(murvOn("", {"help", "convert"}).m_strOutput.find("  --to text|compact|binary (required)\n"),
+    EXPECT_NE(murvOn("", {"help", "convert"}).m_strOutput.find("  --to text|compact|binary|json (required)\n"),
               std::string::npos);
     EXPECT_NE(murvOn("", {"help", "fmt"}).m_strOutput.find("  --indent N|tab (2) "), std::string::npos);
 }

@@ -61,7 +61,7 @@ void runExamples(const std::string& section)
     unsigned int runs = 0;
     for (const tExample& example : examplesOf(section))
     {
-        if (example.m_strCommand.rfind(s_svShow, 0) == 0)
+        if (example.m_strCommand.rfind(s_svShow, 0) == 0 && example.m_strCommand.find('|') == std::string::npos)
         {
             files.write(example.m_strCommand.substr(s_svShow.size()), example.m_strOutput);
             continue;
@@ -77,6 +77,11 @@ void runExamples(const std::string& section)
 TEST(ToolPage, examplesOfGet)
 {
     runExamples("get");
+}
+
+TEST(ToolPage, examplesOfConvert)
+{
+    runExamples("convert");
 }
 
 }  // namespace murv::tests
