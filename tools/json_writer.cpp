@@ -197,7 +197,7 @@ private:
             putKey(JK_id, isInNode);
             m_strOut += std::to_string(node.getID());
         }
-        if (node.isComment())
+        if (m_tStyle.m_bComments && node.isComment())
             putComments(node, isInNode);
         std::string_view expression;
         if (const char* const loss = m_tExpressions.text4Node(node, expression))
@@ -352,12 +352,12 @@ bool checkJson(const CFields& tree, const tJsonStyle& style, tLoss& loss)
 
 std::string json4Value(const CFields& node)
 {
-    return text4Style(node, {JF_shown, JB_none, true});
+    return text4Style(node, {JF_shown, JB_none, false, true});
 }
 
-std::string exactJson4Node(const CFields& node)
+std::string exactJson4Node(const CFields& node, bool withComments)
 {
-    return text4Style(node, {JF_exact, JB_hex, true});
+    return text4Style(node, {JF_exact, JB_hex, withComments, true});
 }
 
 }  // namespace murv::tool

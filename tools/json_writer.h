@@ -18,6 +18,7 @@ struct tJsonStyle
 {
     E_JsonForm m_eForm = JF_exact;
     E_JsonBytes m_eBytes = JB_none;
+    bool m_bComments = true;   // else they are left out
     bool m_bTolerant = false;  // what JSON cannot hold is left out or replaced, instead of being an error
 };
 
@@ -41,6 +42,6 @@ std::string json4Value(const CFields& node);
 
 /// The node for programs that compare: exact, with bytes as hexadecimal digits. Packet expressions that documents have
 /// no text for are left out.
-std::string exactJson4Node(const CFields& node);
+std::string exactJson4Node(const CFields& node, bool withComments = true);
 
 }  // namespace murv::tool

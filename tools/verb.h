@@ -35,6 +35,7 @@ public:
 
 std::unique_ptr<IVerb> makeCheckVerb();
 std::unique_ptr<IVerb> makeConvertVerb();
+std::unique_ptr<IVerb> makeDiffVerb();
 std::unique_ptr<IVerb> makeExplainVerb();
 std::unique_ptr<IVerb> makeDocVerb();
 std::unique_ptr<IVerb> makeFmtVerb();
@@ -60,6 +61,7 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"fmt", "Lay out documents anew; comments are kept", &makeFmtVerb},
     {"check", "Accept documents, or show every error", &makeCheckVerb},
     {"get", "Print values of a document", &makeGetVerb},
+    {"diff", "Show what two documents say differently", &makeDiffVerb},
     {"stat", "Count what documents hold", &makeStatVerb},
     {"convert", "Turn text into binary files or JSON, and back", &makeConvertVerb},
     {"info", "Show what a binary file says about itself", &makeInfoVerb},

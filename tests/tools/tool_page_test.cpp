@@ -79,6 +79,11 @@ TEST(ToolPage, examplesOfGet)
     runExamples("get");
 }
 
+TEST(ToolPage, examplesOfDiff)
+{
+    runExamples("diff");
+}
+
 TEST(ToolPage, examplesOfConvert)
 {
     runExamples("convert");
