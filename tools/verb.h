@@ -45,6 +45,7 @@ std::unique_ptr<IVerb> makeHelpVerb();
 std::unique_ptr<IVerb> makeInfoVerb();
 std::unique_ptr<IVerb> makeLayoutVerb();
 std::unique_ptr<IVerb> makeLayoutsVerb();
+std::unique_ptr<IVerb> makeMergeVerb();
 std::unique_ptr<IVerb> makePackVerb();
 std::unique_ptr<IVerb> makePictureVerb();
 std::unique_ptr<IVerb> makeStatVerb();
@@ -62,6 +63,7 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"check", "Accept documents, or show every error", &makeCheckVerb},
     {"get", "Print values of a document", &makeGetVerb},
     {"diff", "Show what two documents say differently", &makeDiffVerb},
+    {"merge", "Change a document by merge patches", &makeMergeVerb},
     {"stat", "Count what documents hold", &makeStatVerb},
     {"convert", "Turn text into binary files or JSON, and back", &makeConvertVerb},
     {"info", "Show what a binary file says about itself", &makeInfoVerb},

@@ -7,15 +7,14 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 
 #include "murv/loader.h"
 #include "murv/saver.h"
 #include "tools/input.h"
-#include "tools/json_reader.h"
+#include "tools/json_input.h"
 #include "tools/json_writer.h"
 #include "tools/replace_file.h"
-#include "tools/text_format.h"
+#include "tools/whole_text.h"
 
 namespace murv::tool
 {
@@ -84,11 +83,7 @@ private:
 
     bool isFromJson() const
     {
-        constexpr std::string_view ending = ".json";
-        if (!m_strFrom.empty())
-            return m_strFrom == s_svJson;
-        return m_strFile.size() > ending.size() &&
-               m_strFile.compare(m_strFile.size() - ending.size(), ending.size(), ending) == 0;
+        return m_strFrom.empty() ? isJsonName(m_strFile) : m_strFrom == s_svJson;
     }
 
     /// The source that spellings, comments and remarks are in; empty when they are in none.
@@ -128,19 +123,7 @@ private:
     {
         if (!isFromJson())
             return loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, tree);
-        tDiagnostic diagnostic;
-        diagnostic.m_strFile = input.m_strName;
-        tJsonFault fault;
-        if (input.m_bTooBig)
-            return diagnostics.fail(input.m_strName, "has more than 2147483647 bytes", EC_malformed);
-        if (readJson(input.text(), {m_bPlain, !m_strBytes.empty(), m_bNearest}, tree, fault))
-            return EC_done;
-        const std::size_t place = std::min(fault.m_nOffset, input.text().size());
-        diagnostic.m_strMessage = fault.m_strMessage;
-        diagnostic.m_svSource = input.text();
-        diagnostic.m_tRange = {place, place + fault.m_nLength};
-        diagnostics.report(diagnostic);
-        return EC_malformed;
+        return loadJsonInput(input, {m_bPlain, !m_strBytes.empty(), m_bNearest}, diagnostics, tree);
     }
 
     E_ExitCode convert(const tInput& input, CFields& tree, CDiagnostics& diagnostics, std::string& result) const
@@ -155,14 +138,12 @@ private:
     E_ExitCode putJson(const tInput& input, const CFields& tree, tSession& session) const
     {
         CDiagnostics& diagnostics = session.m_tDiagnostics;
-        const tJsonStyle style = {m_bPlain ? JF_plain : JF_exact,
-                                  m_strBytes.empty()    ? JB_none
-                                  : m_strBytes == "hex" ? JB_hex
-                                                        : JB_base64,
-                                  false};
+        const tJsonStyle style = {m_bPlain ? JF_plain : JF_exact, m_strBytes.empty()    ? JB_none
+                                                                  : m_strBytes == "hex" ? JB_hex
+                                                                                        : JB_base64};
         if (!m_bPlain)
         {
-            if (const E_ExitCode code = checkComments(input, tree, diagnostics))
+            if (const E_ExitCode code = checkWholeTree(input, documentText(input), tree, diagnostics))
                 return code;
         }
         tLoss loss;
@@ -177,20 +158,10 @@ private:
         return result.finish(diagnostics);
     }
 
-    /// Finds comments and remarks of a text document that its tree lacks.
-    E_ExitCode checkComments(const tInput& input, const CFields& tree, CDiagnostics& diagnostics) const
-    {
-        if (documentText(input).empty())
-            return EC_done;
-        CFields spent = tree;
-        std::string unused;
-        return writeWhole(input, spent, {}, diagnostics, unused);
-    }
-
     E_ExitCode toBinary(const tInput& input, CFields& tree, const std::string& password, CDiagnostics& diagnostics,
                         std::string& result) const
     {
-        if (const E_ExitCode code = checkComments(input, tree, diagnostics))
+        if (const E_ExitCode code = checkWholeTree(input, documentText(input), tree, diagnostics))
             return code;
         tLoss loss;
         if (!writeBinary(tree, password, result, loss))
@@ -210,28 +181,14 @@ private:
         return errors.empty() ? withoutFunction(loader.getLastErrMsg()) : errors.front().m_strMessage;
     }
 
-    /// Writes the text with all comments and remarks of FILE; text on one line has none.
-    E_ExitCode writeWhole(const tInput& input, CFields& tree, const tFormat& format, CDiagnostics& diagnostics,
-                          std::string& text) const
-    {
-        tLoss loss;
-        const std::string_view source = documentText(input);
-        if (!writeText(tree, source, format, text, loss))
-            return reportLoss(input, loss, diagnostics);
-        const bool isKept = format.m_bCompact || source.empty() || keepsComments(input, text, diagnostics);
-        return isKept ? EC_done : EC_malformed;
-    }
-
     E_ExitCode toText(const tInput& input, CFields& tree, CDiagnostics& diagnostics, std::string& result) const
     {
         tFormat format;
         format.m_bCompact = m_strTo == "compact";
         const CFields before = tree;  // writing changes the values
-        if (const E_ExitCode code = writeWhole(input, tree, format, diagnostics, result))
+        if (const E_ExitCode code = writeWholeText(input, documentText(input), tree, format, diagnostics, result))
             return code;
-        CLoader4SER loader(m_tLoad.flags() | LCBC_DUPLICATE);
-        CFields again;
-        if (loader.loading(result, again) && isSameDocument(before, again, !format.m_bCompact))
+        if (isTextOf(result, m_tLoad.flags(), before, !format.m_bCompact))
             return EC_done;
         return diagnostics.fail(input.m_strName, "text cannot hold it: the result does not read back equal",
                                 EC_malformed);

@@ -84,6 +84,11 @@ TEST(ToolPage, examplesOfDiff)
     runExamples("diff");
 }
 
+TEST(ToolPage, examplesOfMerge)
+{
+    runExamples("merge");
+}
+
 TEST(ToolPage, examplesOfConvert)
 {
     runExamples("convert");
