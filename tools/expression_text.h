@@ -1,7 +1,7 @@
 // tools/expression_text.h - packet expressions as documents write them: ACF8YYYYMMDD, and back.
 //
-// They are written and read by the library's own saver and loader, so that they mean the same everywhere. A document has
-// few that differ: each is looked at once.
+// They are written and read by the library's own saver and loader, so that they mean the same everywhere. A document
+// has few that differ: each is looked at once.
 #pragma once
 
 #include <string>

@@ -1,8 +1,8 @@
 // tools/json_form.h - how JSON says what it has no words for.
 //
-// Trees have more than JSON: IDs, comments, packet expressions, two types of integers, names that repeat. An object whose
-// names are all in the table, one of them content, stands for a node with these. A field set that has just such names is
-// written with its members as pairs, so that nothing is taken for something else.
+// Trees have more than JSON: IDs, comments, packet expressions, two types of integers, names that repeat. An object
+// whose names are all in the table, one of them content, stands for a node with these. A field set that has just such
+// names is written with its members as pairs, so that nothing is taken for something else.
 #pragma once
 
 #include <cstddef>

@@ -25,8 +25,8 @@ struct tJsonStyle
 /// Takes pieces of a result. \return false when no more can be taken
 using tTakePiece = std::function<bool(std::string_view)>;
 
-/// Writes a tree as JSON on one line, without a line feed. Goes to any depth, and needs memory for the depth and a piece
-/// of the result only.
+/// Writes a tree as JSON on one line, without a line feed. Goes to any depth, and needs memory for the depth and a
+/// piece of the result only.
 ///
 /// \param loss  given the first thing that JSON cannot hold, with its path; none in JF_shown
 /// \return false when there is such a thing, or when `take` refused

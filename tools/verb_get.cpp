@@ -25,8 +25,8 @@ public:
     {
         verb.add_option("FILE", m_strFile, "Document; - for the standard input")->required();
         verb.add_option("PATH", m_strPath,
-                        "Where the value is: orders[3].price, \"quoted name\".x, #7 for the ID 7, . for the root;\n"
-                        "or several: orders[*].price, items[2..5], *.port")
+                        "Where the value is: orders[3].price, \"quoted name\".x, #7 for the ID 7, . for the root; or "
+                        "several: orders[*].price, items[2..5], *.port")
             ->required();
         CLI::Option* const raw = verb.add_flag(
             "-r,--raw", m_bRaw, "The value and nothing else: a string as its bytes, no line feed after a single one");

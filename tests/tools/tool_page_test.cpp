@@ -1,7 +1,7 @@
 // tests/tools/tool_page_test.cpp - the examples of docs/tool.md print what the page says.
 //
-// Blocks of the sections listed here begin with "$ ": "$ cat FILE" shows a file of the example, which is made here; other
-// commands are run by a shell, in the order of the section, and must print the lines that follow them.
+// Blocks of the sections listed here begin with "$ ": "$ cat FILE" shows a file of the example, which is made here;
+// other commands are run by a shell, in the order of the section, and must print the lines that follow them.
 #include <gtest/gtest.h>
 
 #include <fstream>
