@@ -76,18 +76,23 @@ bool hasSameComments(const CFields& a, const CFields& b)
     return true;
 }
 
-bool isSameNode(const CFields& a, const CFields& b, unsigned int options)
+bool hasSameHead(const CFields& a, const CFields& b)
 {
-    if (tFieldAccess::name(a) != tFieldAccess::name(b) || tFieldAccess::id(a) != tFieldAccess::id(b) ||
-        !isSameValue(a, b) || memberCount(a) != memberCount(b))
-        return false;
-    if ((options & ST_comments) != 0 && !hasSameComments(a, b))
-        return false;
-    if ((options & ST_expressions) == 0)
-        return true;
+    return tFieldAccess::name(a) == tFieldAccess::name(b) && tFieldAccess::id(a) == tFieldAccess::id(b);
+}
+
+bool hasSameExpression(const CFields& a, const CFields& b)
+{
     return std::memcmp(&tFieldAccess::pei(a), &tFieldAccess::pei(b), sizeof(tPacketExpInfo)) == 0 &&
            tFieldAccess::kind(a) == tFieldAccess::kind(b) &&
            (tFieldAccess::kind(a) == VK_actual || isSameValue(a, b, VK_fix));
+}
+
+bool isSameNode(const CFields& a, const CFields& b, unsigned int options)
+{
+    return hasSameHead(a, b) && isSameValue(a, b) && memberCount(a) == memberCount(b) &&
+           ((options & ST_comments) == 0 || hasSameComments(a, b)) &&
+           ((options & ST_expressions) == 0 || hasSameExpression(a, b));
 }
 
 /// Members of two containers that are compared with each other.
@@ -143,6 +148,10 @@ std::vector<tPair> pairByName(const CFields& a, const CFields& b)
 class CDiffer
 {
 public:
+    explicit CDiffer(unsigned int options) : m_uiOptions(options)
+    {
+    }
+
     std::vector<tDifference> run(const CFields& before, const CFields& after)
     {
         m_pSteps = std::make_shared<detail::tDiffSteps>();
@@ -168,10 +177,19 @@ private:
 
     void compare(const CFields* before, const CFields* after, std::uint32_t index)
     {
-        if (before == nullptr || after == nullptr || !isSameValue(*before, *after))
+        const bool isSame = before != nullptr && after != nullptr && isSameValue(*before, *after);
+        if (!isSame || !hasSameParts(*before, *after))
             m_vFound.push_back({before, after, m_pSteps, rowOfContainer(), index});
-        else if (memberCount(*before) != 0 || memberCount(*after) != 0)
+        if (isSame && (memberCount(*before) != 0 || memberCount(*after) != 0))
             open(*before, *after, index);
+    }
+
+    /// What counts besides the values.
+    bool hasSameParts(const CFields& before, const CFields& after) const
+    {
+        return ((m_uiOptions & DF_heads) == 0 || hasSameHead(before, after)) &&
+               ((m_uiOptions & DF_comments) == 0 || hasSameComments(before, after)) &&
+               ((m_uiOptions & DF_expressions) == 0 || hasSameExpression(before, after));
     }
 
     void open(const CFields& before, const CFields& after, std::uint32_t index)
@@ -222,6 +240,7 @@ private:
         return m_vOpen.empty() ? s_cnNone : m_vOpen.back().m_nStep;
     }
 
+    unsigned int m_uiOptions;
     std::shared_ptr<detail::tDiffSteps> m_pSteps;
     std::vector<tOpen> m_vOpen;
     std::vector<tDifference> m_vFound;
@@ -274,9 +293,9 @@ std::string tDifference::path() const
     return path;
 }
 
-std::vector<tDifference> diff(const CFields& before, const CFields& after)
+std::vector<tDifference> diff(const CFields& before, const CFields& after, unsigned int options)
 {
-    return CDiffer().run(before, after);
+    return CDiffer(options).run(before, after);
 }
 
 bool sameTree(const CFields& a, const CFields& b, unsigned int options)

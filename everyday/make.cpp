@@ -52,6 +52,7 @@ tNewStep newStep(const CFields& container, const tPathPart& step)
     case PS_token: break;
     case PS_fromEnd: return {false, "there is no such element"};
     case PS_id: return {false, "there is no node with this ID"};
+    case PS_range: return {false, "a range leads to several nodes"};
     }
     if (step.m_strName == "-" && !container.isField())
         return newElement(container, container.getChildCount());

@@ -1,22 +1,19 @@
-// everyday/path.cpp - reads paths step by step, follows them into a tree, and finds the path of a node.
+// everyday/path.cpp - reads paths and pointers step by step, and writes their steps.
 #include "murv/path.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "core/field_access.h"
-#include "core/field_vector.h"
 #include "core/path_text.h"
 #include "murv/text.h"
 
 namespace murv
 {
 
-using detail::tFieldAccess;
-
 namespace
 {
 constexpr unsigned int s_cuiNoIndex = CFields::maxUint32;  // more members than any container holds
+constexpr std::string_view s_svRange = "..";
 
 class CPathReader
 {
@@ -62,19 +59,62 @@ private:
 
     void readIndex()
     {
-        const std::size_t digits = ++m_nAt;
-        const bool isFromEnd = (m_uiOptions & PO_fromEnd) != 0 && isAt('-');
-        m_nAt += isFromEnd ? 1 : 0;
-        unsigned int index = 0;
-        if (!readNumber(index) || (isFromEnd && index == 0))
+        ++m_nAt;
+        tPathPart part{PS_index, {}, 0, 0};
+        if (allows(PO_several) && isAt('*'))
         {
-            m_nAt = digits;
-            return fail("an index is needed");
+            ++m_nAt;
+            part = everything();
         }
+        else if (!readRange(part))
+            return fail("an index is needed");
         if (!isAt(']'))
             return fail("\"]\" expected");
         ++m_nAt;
-        add(isFromEnd ? PS_fromEnd : PS_index, {}, index);
+        add(std::move(part));
+    }
+
+    /// An index, or two with ".." between them, which may be left out.
+    bool readRange(tPathPart& part)
+    {
+        if (!isAtRange() && !readNumber(part.m_uiNumber, part.m_bFirstFromEnd))
+            return false;
+        part.m_eStep = part.m_bFirstFromEnd ? PS_fromEnd : PS_index;
+        if (!isAtRange())
+            return true;
+        m_nAt += s_svRange.size();
+        part.m_eStep = PS_range;
+        part.m_uiAfter = s_cuiNoIndex;
+        return isAt(']') || readNumber(part.m_uiAfter, part.m_bAfterFromEnd);
+    }
+
+    bool allows(E_PathOption option) const
+    {
+        return (m_uiOptions & option) != 0;
+    }
+
+    bool isAtRange() const
+    {
+        return allows(PO_several) && m_svText.substr(m_nAt, s_svRange.size()) == s_svRange;
+    }
+
+    static tPathPart everything()
+    {
+        tPathPart part{PS_range, {}, 0, 0};
+        part.m_uiAfter = s_cuiNoIndex;
+        return part;
+    }
+
+    /// An index, which may count from the end. \return false, at its digits, when there is none
+    bool readNumber(unsigned int& number, bool& isFromEnd)
+    {
+        const std::size_t begin = m_nAt;
+        isFromEnd = allows(PO_fromEnd) && isAt('-');
+        m_nAt += isFromEnd ? 1 : 0;
+        if (readNumber(number) && !(isFromEnd && number == 0))
+            return true;
+        m_nAt = begin;
+        return false;
     }
 
     void readId()
@@ -83,7 +123,7 @@ private:
         unsigned int id = 0;
         if (!readNumber(id) || id == 0 || id > static_cast<unsigned int>(CFields::maxSint32))
             return fail("an ID from 1 to 2147483647 is needed");
-        add(PS_id, {}, id);
+        add({PS_id, {}, id, 0});
     }
 
     void readName()
@@ -93,7 +133,9 @@ private:
             return fail("a name is needed");
         std::string name(m_svText.substr(m_nAt, end - m_nAt));
         m_nAt = end;
-        add(PS_name, std::move(name), 0);
+        if (allows(PO_several) && name == "*")
+            return add(everything());
+        add({PS_name, std::move(name), 0, 0});
     }
 
     void readQuotedName()
@@ -105,7 +147,7 @@ private:
         if (end >= m_svText.size())
             return fail("the quote is not closed");
         m_nAt = end + 1;
-        add(PS_name, ToUnescapeString(m_svText.substr(begin, end - begin), false), 0);
+        add({PS_name, ToUnescapeString(m_svText.substr(begin, end - begin), false), 0, 0});
     }
 
     bool readNumber(unsigned int& number)
@@ -124,9 +166,10 @@ private:
         return true;
     }
 
-    void add(E_PathStep step, std::string name, unsigned int number)
+    void add(tPathPart part)
     {
-        m_tPath.m_vStep.push_back({step, std::move(name), number, m_nAt});
+        part.m_nEnd = m_nAt;
+        m_tPath.m_vStep.push_back(std::move(part));
     }
 
     void fail(const char* message)
@@ -174,70 +217,9 @@ bool unescapeToken(std::string_view token, std::string& name, std::size_t& wrong
     return true;
 }
 
-const CFields* memberAt(const CFields& node, unsigned int index)
-{
-    return node.isValidChild(index) ? &node[index] : nullptr;
-}
-
-const CFields* memberNamed(const CFields& node, std::string_view name)
-{
-    if (name.size() > detail::s_cuiLongestName)
-        return nullptr;
-    return node.findChildAt(name.data(), static_cast<unsigned int>(name.size()));
-}
-
-const CFields* follow(const CFields& node, const tPathPart& step)
-{
-    switch (step.m_eStep)
-    {
-    case PS_name: return memberNamed(node, step.m_strName);
-    case PS_id: return node.findID(step.m_uiNumber);
-    case PS_fromEnd:
-        return step.m_uiNumber > node.getChildCount() ? nullptr
-                                                      : memberAt(node, node.getChildCount() - step.m_uiNumber);
-    case PS_token: return node.isArray() ? memberAt(node, step.m_uiNumber) : memberNamed(node, step.m_strName);
-    case PS_index: break;
-    }
-    return memberAt(node, step.m_uiNumber);
-}
-
 std::string quoted4Message(std::string_view path)
 {
     return path.data() == nullptr ? "" : " " + ToQuotedEscapeString(path.substr(0, 200));
-}
-
-struct tLevel
-{
-    const CFields* m_pContainer;
-    std::uint32_t m_uiIndex;
-};
-
-/// The members that lead from the root to a node. \return false when the node is not in the tree
-bool findSteps(const CFields& root, const CFields& node, std::vector<tLevel>& levels)
-{
-    if (&root == &node)
-        return true;
-    if (!tFieldAccess::isMember(node))
-        return false;
-    const auto enter = [&levels](const CFields& container) {
-        if (detail::memberCount(container) != 0)
-            levels.push_back({&container, 0});
-    };
-    enter(root);
-    while (!levels.empty())
-    {
-        const CFieldVector& members = *tFieldAccess::members(*levels.back().m_pContainer);
-        const std::size_t depth = levels.size();
-        const CFields& member = members.at(levels.back().m_uiIndex);
-        if (&member == &node)
-            return true;
-        enter(member);
-        if (levels.size() != depth)
-            continue;
-        while (!levels.empty() && ++levels.back().m_uiIndex == detail::memberCount(*levels.back().m_pContainer))
-            levels.pop_back();
-    }
-    return false;
 }
 }  // namespace
 
@@ -281,74 +263,6 @@ tNodePath parsePointer(std::string_view text)
         at = end;
     }
     return path;
-}
-
-const CFields* find(const CFields& root, const tNodePath& path, std::size_t* taken)
-{
-    if (path.m_pError != nullptr)
-        throw CPathError({}, path.m_pError, path.m_nErrorAt);
-    const CFields* node = &root;
-    std::size_t steps = 0;
-    for (; steps < path.m_vStep.size(); ++steps)
-    {
-        const CFields* const next = follow(*node, path.m_vStep[steps]);
-        if (next == nullptr)
-            break;
-        node = next;
-    }
-    if (taken != nullptr)
-        *taken = steps;
-    return steps == path.m_vStep.size() ? node : nullptr;
-}
-
-CFields* find(CFields& root, const tNodePath& path, std::size_t* taken)
-{
-    return const_cast<CFields*>(find(static_cast<const CFields&>(root), path, taken));
-}
-
-const CFields* find(const CFields& root, std::string_view path)
-{
-    if (!path.empty() && path.find_first_of(".[]#\"/") == std::string_view::npos)
-        return memberNamed(root, path);  // most are plain names
-    const tNodePath steps = !path.empty() && path.front() == '/' ? parsePointer(path) : parsePath(path);
-    if (steps.m_pError != nullptr)
-        throw CPathError(path, steps.m_pError, steps.m_nErrorAt);
-    return find(root, steps);
-}
-
-CFields* find(CFields& root, std::string_view path)
-{
-    return const_cast<CFields*>(find(static_cast<const CFields&>(root), path));
-}
-
-std::optional<std::string> pathOf(const CFields& root, const CFields& node)
-{
-    std::vector<tLevel> levels;
-    if (!findSteps(root, node, levels))
-        return std::nullopt;
-    std::string path;
-    for (const tLevel& level : levels)
-        detail::appendPathStep(path, *level.m_pContainer, level.m_uiIndex);
-    return levels.empty() ? "." : path;
-}
-
-std::optional<std::string> pointerOf(const CFields& root, const CFields& node)
-{
-    std::vector<tLevel> levels;
-    if (!findSteps(root, node, levels))
-        return std::nullopt;
-    std::string pointer;
-    for (const tLevel& level : levels)
-    {
-        const CFields& member = tFieldAccess::members(*level.m_pContainer)->at(level.m_uiIndex);
-        if (level.m_pContainer->isArray())
-            pointer.append("/").append(std::to_string(level.m_uiIndex));
-        else if (detail::isFoundByName(*level.m_pContainer, member))
-            pointer += pointerToken(tFieldAccess::name(member));
-        else
-            return std::nullopt;
-    }
-    return pointer;
 }
 
 std::string pathName(std::string_view name)

@@ -49,6 +49,8 @@ void followPaths(const CFields& tree)
     const CFields* none = find(tree, "orders[5].note");
     std::cout << (note == same) << " " << price->asDouble() << " " << (none == nullptr) << "\n";
     std::cout << pathOf(tree, *note).value() << " or " << pointerOf(tree, *note).value() << "\n";
+    for (const CFields* each : findAll(tree, "orders[*].price"))
+        std::cout << pathOf(tree, *each).value() << ": " << each->asString() << "\n";
 }
 
 void readValues(const CFields& tree)

@@ -1,14 +1,10 @@
-// tools/json_text.cpp - JSON strings and values.
-//
-// The walk over a value keeps a stack of its own: the depth of a tree must not decide how deep the program recurses.
+// tools/json_text.cpp - JSON strings and numbers.
 #include "tools/json_text.h"
 
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <vector>
 
-#include "murv/text.h"
 #include "tools/hex_text.h"
 #include "tools/utf8.h"
 
@@ -56,34 +52,6 @@ std::size_t plainLength(std::string_view text)
         ++length;
     return length;
 }
-
-std::string json4Double(double value)
-{
-    if (std::isnan(value))
-        return "null";
-    if (std::isinf(value))
-        return ToString(value);
-    char text[32];
-    const std::to_chars_result result = std::to_chars(text, text + sizeof text, value);
-    return {text, result.ptr};
-}
-
-std::string json4Scalar(const CFields& node)
-{
-    switch (node.getDT())
-    {
-    case DT_null: return "null";
-    case DT_double: return json4Double(node.asDouble());
-    case DT_codelist: return json4Text(node.asString());
-    default: return node.asString();
-    }
-}
-
-struct tOpen
-{
-    const CFields* m_pNode;
-    unsigned int m_uiNext;
-};
 }  // namespace
 
 std::string json4Text(std::string_view text)
@@ -153,45 +121,6 @@ void appendDouble(std::string& out, double value)
     out += digits;
     if (digits.find_first_of(".e") == std::string_view::npos)
         out += ".0";
-}
-
-std::string json4Value(const CFields& node)
-{
-    std::string out;
-    std::vector<tOpen> open;
-    const CFields* next = &node;
-    while (next != nullptr || !open.empty())
-    {
-        if (next != nullptr)
-        {
-            if (next->isField() || next->isArray())
-            {
-                out += next->isField() ? '{' : '[';
-                open.push_back({next, 0});
-            }
-            else
-            {
-                out += json4Scalar(*next);
-            }
-        }
-        next = nullptr;
-        if (open.empty())
-            continue;
-        tOpen& top = open.back();
-        const bool named = top.m_pNode->isField();
-        if (top.m_uiNext == top.m_pNode->getChildCount())
-        {
-            out += named ? '}' : ']';
-            open.pop_back();
-            continue;
-        }
-        if (top.m_uiNext != 0)
-            out += ',';
-        next = &top.m_pNode->getChildAt(top.m_uiNext++);
-        if (named)
-            out += json4Text({next->getName(), next->getNameLen()}) + ":";
-    }
-    return out;
 }
 
 }  // namespace murv::tool

@@ -1,12 +1,10 @@
-// tools/json_text.h - JSON for other programs: diagnostics, statistics, values.
+// tools/json_text.h - JSON strings and numbers: for diagnostics, statistics, values.
 //
 // Documents hold bytes and JSON holds characters; what has no place in JSON is decided here, once.
 #pragma once
 
 #include <string>
 #include <string_view>
-
-#include "murv/fields.h"
 
 namespace murv::tool
 {
@@ -28,11 +26,5 @@ void appendDouble(std::string& out, double value);
 
 /// The same for JSON, where the words become texts.
 void appendJsonDouble(std::string& out, double value);
-
-/// The node's value as JSON on one line.
-///
-/// Field sets become objects in which a member without a name has the key "", arrays and scalars what they are. Doubles
-/// have the fewest digits that read back the same; a NaN, which JSON does not have, becomes null.
-std::string json4Value(const CFields& node);
 
 }  // namespace murv::tool

@@ -100,11 +100,7 @@ public:
     }
     bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception& error) override
     {
-        // "[json.exception.parse_error.101] parse error at line 1, column 5: syntax error while ..."
-        const std::string text = error.what();
-        const std::size_t colon = text.find(": ");
-        m_tFault.m_nOffset = position == 0 ? 0 : position - 1;
-        m_tFault.m_strMessage = "no JSON: " + (colon == std::string::npos ? text : text.substr(colon + 2));
+        m_tFault = fault4Parser(position, error.what());
         return false;
     }
 

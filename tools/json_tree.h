@@ -10,16 +10,10 @@
 #include <vector>
 
 #include "murv/layout.h"
+#include "tools/json_fault.h"
 
 namespace murv::tool
 {
-
-/// What is wrong with a JSON text.
-struct tJsonFault
-{
-    std::size_t m_nOffset = 0;
-    std::string m_strMessage;
-};
 
 /// The members of the parts of a layout, by the keys that JSON has for them.
 class CJsonKeys

@@ -35,6 +35,7 @@ public:
 
 std::unique_ptr<IVerb> makeCheckVerb();
 std::unique_ptr<IVerb> makeConvertVerb();
+std::unique_ptr<IVerb> makeDiffVerb();
 std::unique_ptr<IVerb> makeExplainVerb();
 std::unique_ptr<IVerb> makeDocVerb();
 std::unique_ptr<IVerb> makeFmtVerb();
@@ -44,6 +45,7 @@ std::unique_ptr<IVerb> makeHelpVerb();
 std::unique_ptr<IVerb> makeInfoVerb();
 std::unique_ptr<IVerb> makeLayoutVerb();
 std::unique_ptr<IVerb> makeLayoutsVerb();
+std::unique_ptr<IVerb> makeMergeVerb();
 std::unique_ptr<IVerb> makePackVerb();
 std::unique_ptr<IVerb> makePictureVerb();
 std::unique_ptr<IVerb> makeStatVerb();
@@ -59,9 +61,11 @@ struct tVerbRow
 inline constexpr tVerbRow s_ctVerbs[] = {
     {"fmt", "Lay out documents anew; comments are kept", &makeFmtVerb},
     {"check", "Accept documents, or show every error", &makeCheckVerb},
-    {"get", "Print one value of a document", &makeGetVerb},
+    {"get", "Print values of a document", &makeGetVerb},
+    {"diff", "Show what two documents say differently", &makeDiffVerb},
+    {"merge", "Change a document by merge patches", &makeMergeVerb},
     {"stat", "Count what documents hold", &makeStatVerb},
-    {"convert", "Turn text into binary files and back", &makeConvertVerb},
+    {"convert", "Turn text into binary files or JSON, and back", &makeConvertVerb},
     {"info", "Show what a binary file says about itself", &makeInfoVerb},
     {"unpack", "Turn packets and files of records into documents, JSON or tables", &makeUnpackVerb},
     {"pack", "Turn documents and JSON into packets and files of records", &makePackVerb},

@@ -1,7 +1,7 @@
-// tools/verb_convert.cpp - murv convert: text to binary files and back.
+// tools/verb_convert.cpp - murv convert: text to binary files and back, and to and from JSON.
 //
-// Savings are lossless: the verb names what a text or a binary file cannot hold. It writes a result only after reading
-// it back and finding the same tree.
+// Savings are lossless: the verb names what a text, a binary file or JSON cannot hold. It writes a result only after
+// reading it back and finding the same tree, except JSON, which it writes in pieces.
 #include "tools/verb.h"
 
 #include <unistd.h>
@@ -12,24 +12,36 @@
 #include "murv/saver.h"
 #include "tools/file_option.h"
 #include "tools/input.h"
+#include "tools/json_input.h"
+#include "tools/json_writer.h"
 #include "tools/replace_file.h"
-#include "tools/text_format.h"
+#include "tools/whole_text.h"
 
 namespace murv::tool
 {
 
 namespace
 {
+constexpr std::string_view s_svJson = "json";
+
 class CConvertVerb : public IVerb
 {
 public:
     void declare(CLI::App& verb) override
     {
-        verb.add_option("FILE", m_strFile, "Document, text or binary; - for the standard input")->required();
+        verb.add_option("FILE", m_strFile, "Document, text or binary, or JSON; - for the standard input")->required();
         verb.add_option("--to", m_strTo, "Encoding of the result")
             ->required()
-            ->check(CLI::IsMember({"text", "compact", "binary"}));
+            ->check(CLI::IsMember({"text", "compact", "binary", "json"}));
+        verb.add_option("--from", m_strFrom, "What FILE is, instead of JSON for *.json and a document for others")
+            ->check(CLI::IsMember({"document", "json"}));
         takeFile(verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output"));
+        verb.add_flag("--plain", m_bPlain,
+                      "JSON has values alone: no IDs, comments, packet expressions; no \"$\" keys");
+        verb.add_option("--bytes", m_strBytes, "How JSON holds strings that are not UTF-8, instead of an error")
+            ->check(CLI::IsMember({"hex", "base64"}));
+        verb.add_flag("--nearest", m_bNearest,
+                      "Read numbers that JSON gives more exactly than a double as the nearest one");
         verb.add_flag("--json", m_bJson, "Diagnostics as JSON lines");
         m_tLoad.declare(verb);
         CLI::Option* const without =
@@ -47,9 +59,14 @@ public:
             return session.m_tDiagnostics.fail("", fault, EC_wrongCall);
         tInput input;
         std::string result;
+        CFields tree;
         if (const E_ExitCode code = readInput(m_strFile, session.m_tDiagnostics, input))
             return code;
-        if (const E_ExitCode code = convert(input, session.m_tDiagnostics, result))
+        if (const E_ExitCode code = load(input, session.m_tDiagnostics, tree))
+            return code;
+        if (m_strTo == s_svJson)
+            return putJson(input, tree, session);
+        if (const E_ExitCode code = convert(input, tree, session.m_tDiagnostics, result))
             return code;
         if (!m_strOutput.empty())
             return writeFile(m_strOutput, result, session.m_tDiagnostics);
@@ -63,9 +80,24 @@ private:
         return m_strTo == "binary";
     }
 
+    bool isFromJson() const
+    {
+        return m_strFrom.empty() ? isJsonName(m_strFile) : m_strFrom == s_svJson;
+    }
+
+    /// The source that spellings, comments and remarks are in; empty when they are in none.
+    std::string_view documentText(const tInput& input) const
+    {
+        return input.isText() && !isFromJson() ? input.text() : std::string_view();
+    }
+
     /// What is wrong with the call, as far as the options alone show; or null.
     const char* callFault() const
     {
+        if ((m_bPlain || !m_strBytes.empty()) && m_strTo != s_svJson && !isFromJson())
+            return "--plain and --bytes are for JSON";
+        if (m_bNearest && !isFromJson())
+            return "--nearest is for numbers read from JSON";
         if (isBinary() && m_strOutput.empty() && isatty(STDOUT_FILENO) == 1)
             return "a binary result is not for a terminal; use --output";
         // Whoever asks for a password would take the text for protected.
@@ -86,11 +118,15 @@ private:
         return m_tOutputPassword.isGiven() ? m_tOutputPassword.read(input, diagnostics, password) : EC_done;
     }
 
-    E_ExitCode convert(const tInput& input, CDiagnostics& diagnostics, std::string& result) const
+    E_ExitCode load(const tInput& input, CDiagnostics& diagnostics, CFields& tree) const
     {
-        CFields tree;
-        if (const E_ExitCode code = loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, tree))
-            return code;
+        if (!isFromJson())
+            return loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, tree);
+        return loadJsonInput(input, {m_bPlain, !m_strBytes.empty(), m_bNearest}, diagnostics, tree);
+    }
+
+    E_ExitCode convert(const tInput& input, CFields& tree, CDiagnostics& diagnostics, std::string& result) const
+    {
         std::string password;
         if (const E_ExitCode code = readOutputPassword(input, diagnostics, password))
             return code;
@@ -98,16 +134,34 @@ private:
                           : toText(input, tree, diagnostics, result);
     }
 
+    E_ExitCode putJson(const tInput& input, const CFields& tree, tSession& session) const
+    {
+        CDiagnostics& diagnostics = session.m_tDiagnostics;
+        const tJsonStyle style = {m_bPlain ? JF_plain : JF_exact, m_strBytes.empty()    ? JB_none
+                                                                  : m_strBytes == "hex" ? JB_hex
+                                                                                        : JB_base64};
+        if (!m_bPlain)
+        {
+            if (const E_ExitCode code = checkWholeTree(input, documentText(input), tree, diagnostics))
+                return code;
+        }
+        tLoss loss;
+        if (!checkJson(tree, style, loss))
+            return reportLoss(input, loss, diagnostics);
+        CResultFile result(m_strOutput, session.m_tOutput);
+        if (const E_ExitCode code = result.open(diagnostics))
+            return code;
+        if (writeJson(
+                tree, style, [&result](std::string_view piece) { return result.put(piece); }, loss))
+            result.put("\n");
+        return result.finish(diagnostics);
+    }
+
     E_ExitCode toBinary(const tInput& input, CFields& tree, const std::string& password, CDiagnostics& diagnostics,
                         std::string& result) const
     {
-        if (input.isText())
-        {
-            CFields spent = tree;
-            std::string unused;
-            if (const E_ExitCode code = writeWhole(input, spent, {}, diagnostics, unused))
-                return code;  // the tree lacks what the text has
-        }
+        if (const E_ExitCode code = checkWholeTree(input, documentText(input), tree, diagnostics))
+            return code;
         tLoss loss;
         if (!writeBinary(tree, password, result, loss))
             return reportLoss(input, loss, diagnostics);
@@ -126,27 +180,14 @@ private:
         return errors.empty() ? withoutFunction(loader.getLastErrMsg()) : errors.front().m_strMessage;
     }
 
-    /// Writes the text with all comments and remarks of FILE; text on one line has none.
-    static E_ExitCode writeWhole(const tInput& input, CFields& tree, const tFormat& format, CDiagnostics& diagnostics,
-                                 std::string& text)
-    {
-        tLoss loss;
-        if (!writeText(tree, input.isText() ? input.text() : std::string_view(), format, text, loss))
-            return reportLoss(input, loss, diagnostics);
-        const bool isKept = format.m_bCompact || !input.isText() || keepsComments(input, text, diagnostics);
-        return isKept ? EC_done : EC_malformed;
-    }
-
     E_ExitCode toText(const tInput& input, CFields& tree, CDiagnostics& diagnostics, std::string& result) const
     {
         tFormat format;
         format.m_bCompact = m_strTo == "compact";
         const CFields before = tree;  // writing changes the values
-        if (const E_ExitCode code = writeWhole(input, tree, format, diagnostics, result))
+        if (const E_ExitCode code = writeWholeText(input, documentText(input), tree, format, diagnostics, result))
             return code;
-        CLoader4SER loader(m_tLoad.flags() | LCBC_DUPLICATE);
-        CFields again;
-        if (loader.loading(result, again) && isSameDocument(before, again, !format.m_bCompact))
+        if (isTextOf(result, m_tLoad.flags(), before, !format.m_bCompact))
             return EC_done;
         return diagnostics.fail(input.m_strName, "text cannot hold it: the result does not read back equal",
                                 EC_malformed);
@@ -154,10 +195,14 @@ private:
 
     std::string m_strFile;
     std::string m_strTo;
+    std::string m_strFrom;
+    std::string m_strBytes;
     std::string m_strOutput;
     tLoadOptions m_tLoad;
     CPasswordSource m_tOutputPassword;
     bool m_bNoOutputPassword = false;
+    bool m_bPlain = false;
+    bool m_bNearest = false;
     bool m_bJson = false;
 };
 }  // namespace

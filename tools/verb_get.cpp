@@ -1,11 +1,16 @@
-// tools/verb_get.cpp - murv get: finds one value by its path and prints it as text, as raw bytes or as JSON.
+// tools/verb_get.cpp - murv get: finds values by a path and prints them as text, as raw bytes or as JSON.
 #include "tools/verb.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
 
 #include "murv/path.h"
 #include "tools/input.h"
 #include "tools/json_text.h"
+#include "tools/json_writer.h"
 #include "tools/text_format.h"
 
 namespace murv::tool
@@ -20,18 +25,22 @@ public:
     {
         verb.add_option("FILE", m_strFile, "Document; - for the standard input")->required();
         verb.add_option("PATH", m_strPath,
-                        "Where the value is: orders[3].price, \"quoted name\".x, #7 for the ID 7, . for the root")
+                        "Where the value is: orders[3].price, \"quoted name\".x, #7 for the ID 7, . for the root; or "
+                        "several: orders[*].price, items[2..5], *.port")
             ->required();
         CLI::Option* const raw = verb.add_flag(
-            "-r,--raw", m_bRaw, "The value and nothing else: a string as its bytes, no line feed after it");
-        verb.add_flag("--json", m_bJson, "The value as JSON, diagnostics as JSON lines")->excludes(raw);
+            "-r,--raw", m_bRaw, "The value and nothing else: a string as its bytes, no line feed after a single one");
+        verb.add_flag("--json", m_bJson, "The value as JSON, several as an array; diagnostics as JSON lines")
+            ->excludes(raw);
+        m_pDefault = verb.add_option("--default", m_strDefault, "Printed, with exit code 0, when nothing is found")
+                         ->type_name("VALUE");
         m_tLoad.declare(verb);
     }
 
     E_ExitCode run(tSession& session) override
     {
         session.m_tDiagnostics.setJson(m_bJson);
-        const tNodePath path = parsePath(m_strPath, PO_none);
+        const tNodePath path = parsePath(m_strPath, PO_fromEnd | PO_several);
         if (path.m_pError != nullptr)
             return reportPath(path, session.m_tDiagnostics);
         tInput input;
@@ -41,11 +50,18 @@ public:
         if (const E_ExitCode code = loadInput(input, m_tLoad, 0, SV_warning, session.m_tDiagnostics, tree))
             return code;
         std::size_t taken = 0;
-        CFields* const node = find(tree, path, &taken);
-        if (node == nullptr)
-            return reportMissing(input, path, taken, session.m_tDiagnostics);
-        if (const E_ExitCode code = put(*node, input, session))
+        const std::vector<CFields*> nodes = findAll(tree, path, &taken);
+        std::string out;
+        if (nodes.empty())
+        {
+            if (m_pDefault->count() == 0)
+                return reportMissing(input, path, taken, session.m_tDiagnostics);
+            out = default4Output();
+        }
+        else if (const E_ExitCode code = isMany(path) ? appendAll(nodes, input, session.m_tDiagnostics, out)
+                                                      : appendOne(*nodes.front(), input, session.m_tDiagnostics, out))
             return code;
+        session.m_tOutput.put(out);
         return session.m_tOutput.finish(session.m_tDiagnostics);
     }
 
@@ -72,22 +88,58 @@ private:
         return EC_no;
     }
 
-    E_ExitCode put(CFields& node, const tInput& input, tSession& session) const
+    /// Whether the path may lead to several nodes: the form of the result must not depend on how many there are.
+    static bool isMany(const tNodePath& path)
+    {
+        return std::any_of(path.m_vStep.begin(), path.m_vStep.end(),
+                           [](const tPathPart& step) { return step.m_eStep == PS_range; });
+    }
+
+    std::string default4Output() const
     {
         if (m_bJson)
+            return (nlohmann::json::accept(m_strDefault) ? m_strDefault : json4Text(m_strDefault)) + "\n";
+        return m_strDefault + (m_bRaw ? "" : "\n");
+    }
+
+    E_ExitCode appendAll(const std::vector<CFields*>& nodes, const tInput& input, CDiagnostics& diagnostics,
+                         std::string& out) const
+    {
+        char separator = '[';
+        for (CFields* const node : nodes)
         {
-            session.m_tOutput.put(json4Value(node) + "\n");
-            return EC_done;
+            if (m_bJson)
+            {
+                out += std::exchange(separator, ',');
+                out += json4Value(*node);
+            }
+            else if (const E_ExitCode code = appendValue(*node, input, true, diagnostics, out))
+                return code;
+            else if (m_bRaw)
+                out += '\n';
         }
-        if (m_bRaw && node.isCodelist())
+        out += m_bJson ? "]\n" : "";
+        return EC_done;
+    }
+
+    E_ExitCode appendOne(CFields& node, const tInput& input, CDiagnostics& diagnostics, std::string& out) const
+    {
+        if (!m_bJson)
+            return appendValue(node, input, false, diagnostics, out);
+        out = json4Value(node) + "\n";
+        return EC_done;
+    }
+
+    /// \param isOneLine  for one of several: containers have no line breaks and comments
+    E_ExitCode appendValue(CFields& node, const tInput& input, bool isOneLine, CDiagnostics& diagnostics,
+                           std::string& out) const
+    {
+        const bool isInteger = node.getDT() == DT_sint || node.getDT() == DT_uint;
+        if (isInteger || (m_bRaw && node.isCodelist()))
         {
-            session.m_tOutput.put(node.asString());
-            return EC_done;
-        }
-        if (node.getDT() == DT_sint || node.getDT() == DT_uint)
-        {
-            // Programs read it: without the zero that tells lossless readers the type.
-            session.m_tOutput.put(node.asString() + (m_bRaw ? "" : "\n"));
+            // Programs read integers: without the zero that tells lossless readers the type.
+            out += node.asString();
+            out += m_bRaw ? "" : "\n";
             return EC_done;
         }
         // The value alone: what belongs to the member (name, ID, packet expression, comments) is left out.
@@ -97,17 +149,20 @@ private:
         value.setOffsetEnd(node.getOffsetEnd());
         value.setVK(VK_actual);
         tFormat format;
+        format.m_bCompact = isOneLine;
         format.m_bFinalNewline = !m_bRaw;
         std::string text;
         tLoss loss;
         if (!writeText(value, input.isText() ? input.text() : std::string_view(), format, text, loss))
-            return reportLoss(input, loss, session.m_tDiagnostics);
-        session.m_tOutput.put(text);
+            return reportLoss(input, loss, diagnostics);
+        out += text;
         return EC_done;
     }
 
     std::string m_strFile;
     std::string m_strPath;
+    std::string m_strDefault;
+    CLI::Option* m_pDefault = nullptr;
     tLoadOptions m_tLoad;
     bool m_bRaw = false;
     bool m_bJson = false;

@@ -102,12 +102,25 @@ struct tDifference
     std::uint32_t m_uiIndex;                             ///< for path
 };
 
+/// What diff looks at besides types and values; bits.
+enum E_Diff : unsigned int
+{
+    DF_values = 0,
+    DF_heads = 1,  ///< IDs, and the names of the roots and of elements of arrays
+    DF_comments = 2,
+    DF_expressions = 4,  ///< packet expressions, second values and value kinds
+    DF_all = 7,
+};
+
 /// What differs between two trees by type and value, in the order of the first one; nothing for equal trees.
 ///
 /// Members of field sets are compared by name wherever they are, several of one name in their order; elements by index.
-/// Containers of one type are compared member by member, anything else is one difference. Names and IDs of the roots,
-/// other IDs, comments and packet expressions do not count; NaN is equal to itself, and 1 differs from 1U and 1.0.
-[[nodiscard]] MURV_API std::vector<tDifference> diff(const CFields& before, const CFields& after);
+/// Containers of one type are compared member by member, anything else is one difference. NaN is equal to itself, and 1
+/// differs from 1U and 1.0. Names and IDs of the roots, other IDs, comments and packet expressions count when the
+/// options say so: then a container may be in the result for itself, before what differs in it.
+/// \param options  bits of E_Diff
+[[nodiscard]] MURV_API std::vector<tDifference> diff(const CFields& before, const CFields& after,
+                                                     unsigned int options = DF_values);
 
 /// What sameTree looks at besides names, IDs, types and values; bits.
 enum E_SameTree : unsigned int

@@ -26,6 +26,7 @@ enum E_PathStep : unsigned int
     PS_fromEnd,  ///< the member that many places before the end; 1 is the last
     PS_id,       ///< the first node with that ID: this node, or one at any depth below it
     PS_token,    ///< of a pointer: a name in field sets, an index in arrays
+    PS_range,    ///< the members from one index up to another, in arrays and field sets; for findAll
 };
 
 /// One step of a path.
@@ -35,6 +36,13 @@ struct tPathPart
     std::string m_strName;    ///< of PS_name and PS_token, without quotes and escapes
     unsigned int m_uiNumber;  ///< index, places or ID; of a PS_token that is no index the largest number
     std::size_t m_nEnd;       ///< where the step ends in the text, in bytes
+
+    /// \name Of a range, whose first index is m_uiNumber. An index that counts from the end is places before it.
+    /// @{
+    unsigned int m_uiAfter = 0;    ///< the index after the last one
+    bool m_bFirstFromEnd = false;  ///< m_uiNumber counts from the end
+    bool m_bAfterFromEnd = false;  ///< m_uiAfter counts from the end
+    /// @}
 };
 
 /// A path, or why a text is none. Without steps it leads to the root.
@@ -50,6 +58,7 @@ enum E_PathOption : unsigned int
 {
     PO_none = 0,
     PO_fromEnd = 1,  ///< an index may be negative: [-1] is the last member
+    PO_several = 2,  ///< steps may lead to several members: "*" and [*] to all, [2..5] to those at 2, 3 and 4
 };
 
 /// A text that should be a path is none.
@@ -73,6 +82,8 @@ private:
 /// Reads a path: names with dots between them, indexes in brackets, "#" and a number for an ID; "." alone is the root.
 ///
 /// Names that hold `.`, `[`, `]`, `#` or a double quote stand in double quotes, with the escapes of documents.
+/// With PO_several, "*" instead of a name or index stands for all members, and [2..5] for those from the index 2 up to
+/// before 5; both may be left out, and with PO_fromEnd both may be negative. A name that is "*" then needs quotes.
 /// Linear in the length of the text. Mistakes are in the result; only std::bad_alloc is thrown.
 /// \param options  bits of E_PathOption
 MURV_API tNodePath parsePath(std::string_view text, unsigned int options = PO_fromEnd);
@@ -85,7 +96,7 @@ MURV_API tNodePath parsePointer(std::string_view text);
 /// Follows a path.
 ///
 /// Nothing is there when a name, index or ID is not found, or when the path goes on below a scalar; that throws
-/// nothing. A path that is none (m_pError) throws CPathError.
+/// nothing. A path that is none (m_pError) throws CPathError, and so does a range on the way.
 /// \param taken  if not null: how many steps led somewhere
 /// \return the node, which belongs to the tree and is valid as references to members are; null when nothing is there.
 /// Cost: a look-up for each step; all steps by ID together pass each node at most once.
@@ -98,6 +109,19 @@ MURV_API CFields* find(CFields& root, std::string_view path);
 /// An index is a path in brackets; a literal 0 would be taken for a null text.
 template <typename T, std::enable_if_t<std::is_integral_v<T>, int> = 0>
 const CFields* find(const CFields& root, T index) = delete;
+
+/// Follows a path to all nodes that it leads to, in the order of the document; for a path without range that is one
+/// node or none. Of a range, what lies outside the container is left out.
+/// \param taken  if not null: the most steps that led somewhere
+/// \return the nodes, which belong to the tree; none of them twice, and none below another one
+/// Throws CPathError for a path that is none. Goes to any depth. Cost: a look-up for each node and step on the way; all
+/// steps by ID together pass each node at most once.
+MURV_API std::vector<const CFields*> findAll(const CFields& root, const tNodePath& path, std::size_t* taken = nullptr);
+MURV_API std::vector<CFields*> findAll(CFields& root, const tNodePath& path, std::size_t* taken = nullptr);
+/// The same for a text: a pointer when it begins with "/", else a path with all options. Throws CPathError when it is
+/// malformed.
+MURV_API std::vector<const CFields*> findAll(const CFields& root, std::string_view path);
+MURV_API std::vector<CFields*> findAll(CFields& root, std::string_view path);
 
 /// The path from a root to a node in its tree: `find` leads back to this very node.
 ///

@@ -27,10 +27,10 @@ std::string merged(const std::string& target, const std::string& patch)
     return textOf(tree);
 }
 
-std::string differencesOf(const CFields& a, const CFields& b)
+std::string differencesOf(const CFields& a, const CFields& b, unsigned int options = DF_values)
 {
     std::string all;
-    for (const tDifference& one : diff(a, b))
+    for (const tDifference& one : diff(a, b, options))
     {
         all += one.path() + ":";
         all += one.m_pOld == nullptr ? "-" : one.m_pOld->isField() || one.m_pOld->isArray() ? "c" : "0";
@@ -237,6 +237,21 @@ TEST(Diff, typesCountAndNanIsEqualToItself)
     CFields b = array({1U, 1U, 1, std::numeric_limits<double>::quiet_NaN(), ""});
     EXPECT_EQ(differencesOf(a, b), "[0]:0>0 [2]:0>0 ");
     EXPECT_EQ(differencesOf(a, a), "");
+}
+
+TEST(Diff, whatBelongsToNodesCountsWhenAsked)
+{
+    const CFields a = load("#1 \"r\" = { /*a*/ \"a\" = [1, 2 /*x*/], #3 \"b\" = (ACF2) 5, \"c\" = 0 }");
+    const CFields b = load("#2 \"s\" = { \"a\" = [1, 2 /*y*/], #4 \"b\" = (ACF3) 5, \"c\" = 1 }");
+    EXPECT_EQ(differencesOf(a, b), "c:0>0 ");
+    EXPECT_EQ(differencesOf(a, b, DF_heads), ".:c>c b:0>0 c:0>0 ");
+    EXPECT_EQ(differencesOf(a, b, DF_comments), "a:c>c a[1]:0>0 c:0>0 ");
+    EXPECT_EQ(differencesOf(a, b, DF_expressions), "b:0>0 c:0>0 ");
+    EXPECT_EQ(differencesOf(a, b, DF_all), ".:c>c a:c>c a[1]:0>0 b:0>0 c:0>0 ");
+    EXPECT_EQ(differencesOf(a, a, DF_all), "");
+    CFields named = array({1});
+    named[0].setName("n");
+    EXPECT_EQ(differencesOf(named, array({1}), DF_heads), "[0]:0>0 ");
 }
 
 TEST(Diff, ofDeepTreesCostsLinearSpace)

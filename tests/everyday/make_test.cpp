@@ -254,4 +254,12 @@ TEST(Make, withoutMemoryNothingChanges)
     EXPECT_EQ(tree["d"]["f"][0][0]["x"].getRawBytes(), 1000U);
 }
 
+TEST(Make, setTakesNoPathsToSeveralNodes)
+{
+    CFields tree = load("[1, 2]");
+    const tNodePath path = parsePath("[*]", PO_several);
+    EXPECT_EQ(thrown([&] { set(tree, path, 3); }), "Malformed path, byte 3: a range leads to several nodes");
+    EXPECT_EQ(textOf(tree), "[1,2]");
+}
+
 }  // namespace murv::tests

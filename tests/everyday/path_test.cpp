@@ -138,6 +138,138 @@ TEST(Path, followingWhatIsNoPathThrows)
     EXPECT_EQ(CPathError("x", "y", 3).getOffset(), 3U);
 }
 
+namespace
+{
+/// What findAll gives, with a blank after each value.
+std::string all(const CFields& tree, const std::string& path)
+{
+    std::string text;
+    for (const CFields* const node : findAll(tree, path))
+        text += (node->isField() || node->isArray() ? textOf(*node) : node->asString()) + " ";
+    return text;
+}
+
+constexpr const char* s_cpList = R"({ "list" = [0, 1, 2, 3, 4, 5], "two" = { "a" = [6], "b" = 7, "*" = 8 } })";
+}  // namespace
+
+TEST(FindAll, starLeadsToAllMembers)
+{
+    const CFields tree = load(s_cpOrders);
+    EXPECT_EQ(all(tree, "orders[*].price"), "19.5 1.5 ");
+    EXPECT_EQ(all(tree, "orders.*.price"), "19.5 1.5 ");
+    EXPECT_EQ(all(tree, "[1][*][0]"), "1 2 ");
+    EXPECT_EQ(all(tree, "*[*].id"), "1 2 ");
+    EXPECT_EQ(all(tree, "#9.*"), "true 5 \"list\"=[1,[2,3]] ");
+    EXPECT_EQ(all(tree, "*.#7"), "1 ");
+    EXPECT_EQ(all(tree, "shop.*"), "");
+    EXPECT_EQ(all(tree, "shop"), "x ");
+    EXPECT_EQ(all(tree, "/orders/1/id"), "2 ");
+    EXPECT_EQ(all(tree, "missing"), "");
+    EXPECT_EQ(findAll(tree, ".").at(0), &tree);
+}
+
+TEST(FindAll, starIsANameInQuotesAndInPartsOfNames)
+{
+    const CFields tree = load(R"({ "*" = 1, "*a" = 2, "c*" = { "*" = 3 } })");
+    EXPECT_EQ(all(tree, "\"*\""), "1 ");
+    EXPECT_EQ(all(tree, "*a"), "2 ");
+    EXPECT_EQ(all(tree, "c*.*"), "3 ");
+    EXPECT_EQ(at(tree, "*"), "1");
+    EXPECT_EQ(pathName("*"), "\"*\"");
+}
+
+TEST(FindAll, rangesEndBeforeTheirSecondIndex)
+{
+    const CFields tree = load(s_cpList);
+    const std::pair<const char*, const char*> ranges[] = {
+        {"list[2..5]", "2 3 4 "}, {"list[2..]", "2 3 4 5 "},
+        {"list[..2]", "0 1 "},    {"list[-2..]", "4 5 "},
+        {"list[..-4]", "0 1 "},   {"list[-3..-1]", "3 4 "},
+        {"list[1..-4]", "1 "},    {"list[4..99]", "4 5 "},
+        {"list[-99..1]", "0 "},   {"list[..]", "0 1 2 3 4 5 "},
+        {"list[3..3]", ""},       {"list[4..2]", ""},
+        {"list[6..]", ""},        {"list[99..100]", ""},
+        {"list[..-99]", ""},      {"list[0..99999999999]", "0 1 2 3 4 5 "},
+        {"two[1..]", "7 8 "},     {"two[..2][-1..]", "6 "},
+    };
+    for (const auto& [path, values] : ranges)
+        EXPECT_EQ(all(tree, path), values) << path;
+}
+
+TEST(FindAll, saysHowFarTheFurthestWayLed)
+{
+    const CFields tree = load(s_cpList);
+    const auto taken = [&tree](const char* path) {
+        std::size_t steps = 99;
+        findAll(tree, parsePath(path, PO_fromEnd | PO_several), &steps);
+        return steps;
+    };
+    EXPECT_EQ(taken("*.a.x"), 2U);
+    EXPECT_EQ(taken("*[0]"), 2U);
+    EXPECT_EQ(taken("list[7..]"), 1U);
+    EXPECT_EQ(taken("none[*].x"), 0U);
+    EXPECT_EQ(taken("."), 0U);
+}
+
+TEST(FindAll, mutableTreesGiveMutableNodes)
+{
+    CFields tree = load(s_cpList);
+    for (CFields* const node : findAll(tree, "list[1..3]"))
+        *node = 9;
+    for (CFields* const node : findAll(tree, parsePath("two.b")))
+        *node = 10;
+    EXPECT_EQ(all(tree, "list[..4]"), "0 9 9 3 ");
+    EXPECT_EQ(all(tree, "two.b"), "10 ");
+}
+
+TEST(FindAll, mistakesNameTheirPlace)
+{
+    const std::pair<const char*, const char*> texts[] = {
+        {"a[*", "3: \"]\" expected"},         {"a[*..2]", "3: \"]\" expected"},
+        {"a[1..", "5: an index is needed"},   {"a[1..-0]", "5: an index is needed"},
+        {"a[1..x]", "5: an index is needed"}, {"a[x..1]", "2: an index is needed"},
+        {"a[1.2]", "3: \"]\" expected"},      {"a[1..2", "6: \"]\" expected"},
+        {"a[1..2..3]", "6: \"]\" expected"},  {"a.*x.*", "none"},
+    };
+    for (const auto& [text, message] : texts)
+        EXPECT_EQ(fault(parsePath(text, PO_fromEnd | PO_several)), message) << text;
+    EXPECT_EQ(fault(parsePath("a[*]")), "2: an index is needed");
+    EXPECT_EQ(fault(parsePath("a[1..2]")), "3: \"]\" expected");
+    EXPECT_EQ(fault(parsePath("a[-1..]", PO_several)), "2: an index is needed");
+}
+
+TEST(FindAll, isForPathsThatLeadToSeveralNodes)
+{
+    CFields tree = load(s_cpList);
+    const tNodePath path = parsePath("list[*]", PO_several);
+    EXPECT_EQ(thrown([&] { find(tree, path); }), "Malformed path, byte 7: a range leads to several nodes");
+    EXPECT_EQ(thrown([&] { findAll(tree, "a["); }), "Malformed path \"a[\", byte 2: an index is needed");
+    EXPECT_EQ(thrown([&] { findAll(tree, parsePath("a[")); }), "Malformed path, byte 2: an index is needed");
+}
+
+TEST(FindAll, hostilePathsAndDepthsCostLinearTime)
+{
+    CFields tree = deepTree(200000);
+    std::string path;
+    std::string ids;
+    CFields* node = &tree;
+    for (unsigned int level = 1; level < 200000; ++level)
+    {
+        path += "[*]";
+        node = &(*node)[0];
+        node->setID(level);
+        ids += (ids.empty() ? "*.#" : ".#") + std::to_string(level);
+    }
+    ASSERT_EQ(findAll(tree, path).size(), 1U);
+    EXPECT_EQ(findAll(tree, path)[0], node);
+    EXPECT_EQ(findAll(tree, path + "[*]").size(), 0U);
+    EXPECT_EQ(findAll(tree, ids).at(0), node);
+    CFields wide(DT_array);
+    for (int i = 0; i < 100000; ++i)
+        wide.addArrayAt(CFields(i));
+    EXPECT_EQ(findAll(wide, "[*]").size(), 100000U);
+}
+
 TEST(Pointer, leadsAsRfc6901Says)
 {
     CFields tree;

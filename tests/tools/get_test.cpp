@@ -1,6 +1,9 @@
 // tests/tools/get_test.cpp - paths and the values they lead to.
 #include <gtest/gtest.h>
 
+#include <limits>
+
+#include "murv/murv.h"
 #include "tests/tools/tool.h"
 
 namespace murv::tests
@@ -115,7 +118,9 @@ TEST(Get, malformedPathsAreAWrongCall)
         {"", "PATH:1:1: error: a path is needed; . is the root\n\n^\n"},
         {"a[", "PATH:1:3: error: an index is needed\na[\n  ^\n"},
         {"a[1", "PATH:1:4: error: \"]\" expected\na[1\n   ^\n"},
-        {"a[-1]", "PATH:1:3: error: an index is needed\na[-1]\n  ^\n"},
+        {"a[-0]", "PATH:1:3: error: an index is needed\na[-0]\n  ^\n"},
+        {"a[1..x]", "PATH:1:6: error: an index is needed\na[1..x]\n     ^\n"},
+        {"a[*", "PATH:1:4: error: \"]\" expected\na[*\n   ^\n"},
         {"a..b", "PATH:1:3: error: a name is needed\na..b\n  ^\n"},
         {"a.", "PATH:1:3: error: a name is needed\na.\n  ^\n"},
         {"[0]a", "PATH:1:4: error: \".\" or \"[\" expected\n[0]a\n   ^\n"},
@@ -130,6 +135,79 @@ TEST(Get, malformedPathsAreAWrongCall)
         EXPECT_EQ(run.m_iExit, 2) << path;
         EXPECT_EQ(run.m_strError, message);
     }
+}
+
+TEST(Get, negativeIndexesCountFromTheEnd)
+{
+    EXPECT_EQ(value("orders[-1].id"), "2\n");
+    EXPECT_EQ(value("[-1].list[-1][-2]"), "2\n");
+    EXPECT_EQ(get("orders[-3]").m_strError, "<stdin>: note: nothing at orders[-3]\n");
+}
+
+TEST(Get, severalValuesAreALineEach)
+{
+    EXPECT_EQ(value("orders[*].price"), "19.99\n1.0\n");
+    EXPECT_EQ(value("orders.*.note"), "\"\"\n");
+    EXPECT_EQ(value("#9.*"), "true\nnull\n[1,[2,3]]\n");
+    EXPECT_EQ(value("orders[..1]"), "{#7\"id\"=1,\"price\"=19.99}\n");
+    EXPECT_EQ(value("*.list[0..99]"), "1\n[2,3]\n");
+    EXPECT_EQ(murvOn("[\"a\\nb\", 08, 1.50, // c\n 1e3]", {"get", "-", "[*]"}).m_strOutput,
+              "\"a\\nb\"\n8\n1.50\n1e3\n");
+}
+
+TEST(Get, severalRawValuesEndWithALineFeedEach)
+{
+    EXPECT_EQ(value("orders[1].*", {"-r"}), "2\n1.0\n\n");
+    EXPECT_EQ(murvOn("[\"a\", [1, 2]]", {"get", "-r", "-", "[*]"}).m_strOutput, "a\n[1,2]\n");
+}
+
+TEST(Get, severalValuesAreOneJsonArray)
+{
+    EXPECT_EQ(value("orders[*].price", {"--json"}), "[19.99,1]\n");
+    EXPECT_EQ(value("orders[-1..]", {"--json"}), "[{\"id\":2,\"price\":1,\"note\":\"\"}]\n");
+}
+
+TEST(Get, severalValuesMayBeNone)
+{
+    for (const char* path : {"orders[2..]", "orders[*].x", "shop[*]", "missing[*].x"})
+    {
+        const tRun run = get(path, {"--json"});
+        EXPECT_EQ(run.m_iExit, 1) << path;
+        EXPECT_EQ(run.m_strOutput, "");
+    }
+    EXPECT_EQ(get("orders[*].name.first").m_strError, "<stdin>: note: nothing at orders[*].name\n");
+}
+
+TEST(Get, valuesThatTextCannotHoldGiveNothing)
+{
+    const CTemporaryDirectory files;
+    CFields tree(DT_array);
+    tree.addArrayAt(CFields(1));
+    tree.addArrayAt(CFields(std::numeric_limits<double>::quiet_NaN()));
+    files.write("a.murf", CSavers(SCBC_LOSSLESS).saving(tree, ER_BER));
+    const tRun run = murv(files, {"get", "a.murf", "[*]"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strOutput, "");
+    EXPECT_EQ(run.m_strError, "a.murf: error: the root: text cannot hold NaN\n");
+}
+
+TEST(Get, defaultStandsForWhatIsMissing)
+{
+    EXPECT_EQ(value("missing", {"--default", "8080"}), "8080\n");
+    EXPECT_EQ(value("missing", {"--default", ""}), "\n");
+    EXPECT_EQ(value("missing", {"--default=a b", "--raw"}), "a b");
+    EXPECT_EQ(value("orders[*].x", {"--default", "none"}), "none\n");
+    EXPECT_EQ(value("orders[0].price", {"--default", "5"}), "19.99\n");
+    EXPECT_EQ(value("#9.none", {"--default", "5"}), "null\n");
+    EXPECT_EQ(get("a[", {"--default", "5"}).m_iExit, 2);
+    EXPECT_EQ(murvOn("{", {"get", "-", "a", "--default", "5"}).m_iExit, 3);
+}
+
+TEST(Get, defaultIsJsonOrATextInJson)
+{
+    EXPECT_EQ(value("missing", {"--json", "--default", "[1, {}]"}), "[1, {}]\n");
+    EXPECT_EQ(value("missing", {"--json", "--default", "a \"b\""}), "\"a \\\"b\\\"\"\n");
+    EXPECT_EQ(value("missing", {"--json", "--default", ""}), "\"\"\n");
 }
 
 TEST(Get, rawAndJsonExcludeEachOther)

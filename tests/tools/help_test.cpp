@@ -14,9 +14,10 @@ TEST(Help, namesEveryVerbAndExitCode)
     EXPECT_EQ(run.m_iExit, 0);
     EXPECT_EQ(run.m_strError, "");
     for (const char* part :
-         {"\n  fmt ", "\n  check ", "\n  get ", "\n  stat ", "\n  unpack ", "\n  pack ", "\n  explain ", "\n  layouts ",
-          "\n  help ", "\n  0   done", "\n  1   the answer is no", "\n  2   wrong call", "\n  3   malformed document",
-          "\n  4   the packet or tree does not fit", "\n  5   reading or writing failed", "\n  70  internal error"})
+         {"\n  fmt ", "\n  check ", "\n  get ", "\n  diff ", "\n  merge ", "\n  stat ", "\n  unpack ", "\n  pack ",
+          "\n  explain ", "\n  layouts ", "\n  help ", "\n  0   done", "\n  1   the answer is no", "\n  2   wrong call",
+          "\n  3   malformed document", "\n  4   the packet or tree does not fit", "\n  5   reading or writing failed",
+          "\n  70  internal error"})
         EXPECT_NE(run.m_strOutput.find(part), std::string::npos) << part;
 }
 
@@ -42,8 +43,8 @@ TEST(Help, ofAnUnknownVerbIsAWrongCall)
 
 TEST(Help, speaksOfVerbsAndNamesEachOptionOnce)
 {
-    for (const char* const verb : {"", "fmt", "check", "get", "stat", "convert", "info", "unpack", "pack", "explain",
-                                   "layout", "picture", "doc", "gen", "layouts", "help"})
+    for (const char* const verb : {"", "fmt", "check", "get", "diff", "merge", "stat", "convert", "info", "unpack",
+                                   "pack", "explain", "layout", "picture", "doc", "gen", "layouts", "help"})
     {
         const std::string help =
             *verb == '\0' ? murvOn("", {"--help"}).m_strOutput : murvOn("", {"help", verb}).m_strOutput;
@@ -64,7 +65,7 @@ TEST(Help, speaksOfVerbsAndNamesEachOptionOnce)
 
 TEST(Help, saysWhichValuesAnOptionTakes)
 {
-    EXPECT_NE(murvOn("", {"help", "convert"}).m_strOutput.find("  --to text|compact|binary (required)\n"),
+    EXPECT_NE(murvOn("", {"help", "convert"}).m_strOutput.find("  --to text|compact|binary|json (required)\n"),
               std::string::npos);
     EXPECT_NE(murvOn("", {"help", "fmt"}).m_strOutput.find("  --indent N|tab (2) "), std::string::npos);
 }

@@ -1,0 +1,174 @@
+// tests/tools/merge_test.cpp - murv merge: patches of RFC 7386, and what they leave alone.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <limits>
+
+#include "murv/murv.h"
+#include "tests/tools/tool.h"
+
+namespace murv::tests
+{
+
+namespace
+{
+/// The result of a patch that is a document.
+std::string merged(const std::string& document, const std::string& patch)
+{
+    const CTemporaryDirectory files;
+    files.write("a", document);
+    files.write("p", patch);
+    const tRun run = murv(files, {"merge", "a", "p"});
+    EXPECT_EQ(run.m_iExit, 0) << document << patch;
+    EXPECT_EQ(run.m_strError, "");
+    return run.m_strOutput;
+}
+
+/// The same on one line, of a patch that is JSON.
+std::string mergedJson(const std::string& document, const std::string& patch)
+{
+    const CTemporaryDirectory files;
+    files.write("a", document);
+    files.write("p.json", patch);
+    const tRun run = murv(files, {"merge", "a", "p.json", "-o", "out"});
+    EXPECT_EQ(run.m_strError, "");
+    const std::string text = murv(files, {"convert", "out", "--to", "compact"}).m_strOutput;
+    return text.substr(0, text.size() - 1);
+}
+}  // namespace
+
+TEST(Merge, patchesAreThoseOfRfc7386)
+{
+    const char* const cases[][3] = {
+        {"{\"a\"=\"b\"}", "{\"a\":\"c\"}", "{\"a\"=\"c\"}"},
+        {"{\"a\"=\"b\"}", "{\"b\":\"c\"}", "{\"a\"=\"b\",\"b\"=\"c\"}"},
+        {"{\"a\"=\"b\"}", "{\"a\":null}", "{}"},
+        {"{\"a\"=\"b\",\"b\"=\"c\"}", "{\"a\":null}", "{\"b\"=\"c\"}"},
+        {"{\"a\"=[\"b\"]}", "{\"a\":\"c\"}", "{\"a\"=\"c\"}"},
+        {"{\"a\"=\"c\"}", "{\"a\":[\"b\"]}", "{\"a\"=[\"b\"]}"},
+        {"{\"a\"={\"b\"=\"c\"}}", "{\"a\":{\"b\":\"d\",\"c\":null}}", "{\"a\"={\"b\"=\"d\"}}"},
+        {"{\"a\"=[{\"b\"=\"c\"}]}", "{\"a\":[1]}", "{\"a\"=[1]}"},
+        {"[\"a\",\"b\"]", "[\"c\",\"d\"]", "[\"c\",\"d\"]"},
+        {"{\"a\"=\"b\"}", "[\"c\"]", "[\"c\"]"},
+        {"{\"a\"=\"foo\"}", "null", "null"},
+        {"{\"a\"=\"foo\"}", "\"bar\"", "\"bar\""},
+        {"{\"e\"=null}", "{\"a\":1}", "{\"e\"=null,\"a\"=1}"},
+        {"[1,2]", "{\"a\":\"b\",\"c\":null}", "{\"a\"=\"b\"}"},
+        {"{}", "{\"a\":{\"bb\":{\"ccc\":null}}}", "{\"a\"={\"bb\"={}}}"},
+    };
+    for (const auto& [document, patch, result] : cases)
+        EXPECT_EQ(mergedJson(document, patch), result) << document << patch;
+}
+
+TEST(Merge, keepsCommentsIdsAndSpellingsOfWhatStays)
+{
+    EXPECT_EQ(merged("// shop\n"
+                     "{\n"
+                     "  #7 \"port\" = 8080, // main\n"
+                     "  \"rate\" = 1.50,\n"
+                     "  // gone\n"
+                     "  \"old\" = 1,\n"
+                     "  \"weight\" = 2e3\n"
+                     "}\n"
+                     "// end\n",
+                     "{ \"port\" = 8443, \"old\" = null, \"weight\" = 2.50,\n/* new */\n#9 \"fee\" = 0.10 }"),
+              "// shop\n"
+              "{\n"
+              "  #7 \"port\" = 8443, // main\n"
+              "  \"rate\" = 1.50,\n"
+              "  \"weight\" = 2.5,\n"
+              "  /* new */\n"
+              "  #9 \"fee\" = 0.1\n"
+              "}\n"
+              "// end\n");
+}
+
+TEST(Merge, placesInThePatchAreNoSpellings)
+{
+    // The doubles of the patch stand where the document has other numbers.
+    EXPECT_EQ(merged("[1e3, 2e3]", "[1.5, 2.5, 3.5]"), "[1.5, 2.5, 3.5]\n");
+    EXPECT_EQ(merged("{ \"a\" = 1e3 }", "{ \"b\" = 2.5 }"), "{\n  \"a\" = 1e3,\n  \"b\" = 2.5\n}\n");
+}
+
+TEST(Merge, severalPatchesAreAppliedInTurn)
+{
+    const CTemporaryDirectory files;
+    files.write("a", "{\"a\"=1}");
+    files.write("p", "{\"b\"=2}");
+    files.write("q.json", "{\"a\":null,\"b\":3}");
+    EXPECT_EQ(murv(files, {"merge", "a", "p", "q.json"}).m_strOutput, "{\n  \"b\" = 3\n}\n");
+}
+
+TEST(Merge, inPlaceReplacesTheFileWhenItChanges)
+{
+    const CTemporaryDirectory files;
+    const std::string before = "{\"a\"=1,\n   \"b\"=2}";
+    files.write("a", before);
+    files.write("same.json", "{\"a\":1}");
+    files.write("other.json", "{\"a\":5}");
+    EXPECT_EQ(murv(files, {"merge", "-i", "a", "same.json"}).m_iExit, 0);
+    EXPECT_EQ(files.read("a"), before);
+    const tRun run = murv(files, {"merge", "-i", "a", "other.json"});
+    EXPECT_EQ(run.m_iExit, 0);
+    EXPECT_EQ(run.m_strOutput, "");
+    EXPECT_EQ(files.read("a"), "{\n  \"a\" = 5,\n  \"b\" = 2\n}\n");
+    EXPECT_EQ(murv(files, {"fmt", "--check", "a"}).m_iExit, 0);
+    EXPECT_EQ(files.names(), "a other.json same.json");
+}
+
+TEST(Merge, nothingIsReplacedWhenSomethingIsWrong)
+{
+    const CTemporaryDirectory files;
+    const std::string before = "{\"a\"=1}";
+    files.write("a", before);
+    files.write("nameless", "{\"a\"=2,{5}}");
+    files.write("broken.json", "{\"a\":2");
+    const tRun nameless = murv(files, {"merge", "-i", "a", "nameless"});
+    EXPECT_EQ(nameless.m_iExit, 3);
+    EXPECT_EQ(nameless.m_strError, "nameless: error: Cannot merge: the member [1] of the patch has no name\n");
+    EXPECT_EQ(murv(files, {"merge", "-i", "a", "broken.json"}).m_iExit, 3);
+    EXPECT_EQ(murv(files, {"merge", "-i", "a", "missing"}).m_iExit, 5);
+    EXPECT_EQ(files.read("a"), before);
+    files.write("lost", "{ \"a\" = 1 /*x*/ /*y*/ }");
+    EXPECT_EQ(murv(files, {"merge", "lost", "a"}).m_iExit, 3);
+}
+
+TEST(Merge, binaryDocumentsBecomeText)
+{
+    const CTemporaryDirectory files;
+    files.write("a.murv", "{ \"a\" = 1.50 }");
+    files.write("p.json", "{\"b\":2}");
+    EXPECT_EQ(murv(files, {"convert", "a.murv", "--to", "binary", "-o", "a.murf"}).m_iExit, 0);
+    EXPECT_EQ(murv(files, {"merge", "a.murf", "p.json"}).m_strOutput, "{\n  \"a\" = 1.5,\n  \"b\" = 2\n}\n");
+    EXPECT_EQ(murv(files, {"merge", "a.murv", "a.murf"}).m_strOutput, "{\n  \"a\" = 1.50\n}\n");
+    const tRun run = murv(files, {"merge", "-i", "a.murf", "p.json"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError, "a.murf: error: is binary; --in-place is for text\n");
+}
+
+TEST(Merge, whatTextCannotHoldIsNamedByItsPath)
+{
+    const CTemporaryDirectory files;
+    files.write("a", "{}");
+    files.write("p.json", "{\"a\":[{\"$double\":\"NaN\"}]}");
+    const tRun run = murv(files, {"merge", "a", "p.json"});
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError, "a: error: a[0]: text cannot hold NaN\n");
+}
+
+TEST(Merge, oneOfThemMayComeFromTheStandardInput)
+{
+    const CTemporaryDirectory files;
+    files.write("a", "{\"a\"=1}");
+    tSurroundings around;
+    around.m_strInput = "{\"a\"=2}";
+    EXPECT_EQ(murv(files, {"merge", "a", "-"}, around).m_strOutput, "{\n  \"a\" = 2\n}\n");
+    EXPECT_EQ(murv(files, {"merge", "-", "a"}, around).m_strOutput, "{\n  \"a\" = 1\n}\n");
+    EXPECT_EQ(murv(files, {"merge", "-", "-"}, around).m_strError,
+              "murv: error: the standard input cannot hold several documents\n");
+    EXPECT_EQ(murv(files, {"merge", "-i", "-", "a"}, around).m_iExit, 2);
+    EXPECT_EQ(murv(files, {"merge", "-i", "a", "a", "-o", "b"}).m_iExit, 2);
+    EXPECT_EQ(murv(files, {"merge", "a"}).m_iExit, 2);
+}
+
+}  // namespace murv::tests
