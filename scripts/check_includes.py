@@ -31,6 +31,7 @@ ALLOWED = {
     "layout/run": [*CORE, "packet", "layout/values", "layout/plan"],
     "layout": [*CORE, "packet", "layout/values", "layout/plan", "layout/compile", "layout/run"],
     "tools": ["ber", "ber/cipher"],
+    "tools/reference": ["tools"],
     "examples": [],
     "tests/package/consumer": [],
 }
