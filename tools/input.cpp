@@ -11,6 +11,7 @@
 #include <new>
 
 #include "murv/loader.h"
+#include "murv/syntax.h"
 #include "tools/binary_header.h"
 #include "tools/descriptor.h"
 #include "tools/progress.h"
@@ -124,26 +125,58 @@ tDiagnostic noteOnOffsets(const tInput& input)
     return note;
 }
 
-void reportErrors(const tInput& input, const ILoaderBase& loader, CDiagnostics& diagnostics)
+void reportPlace(const tInput& input, const tErrorPlace& place, CDiagnostics& diagnostics)
+{
+    // Only the loader knows which it was: a file with a binary header may say in it that it is text.
+    const bool isText = place.m_uiLine != 0;
+    const auto diagnostic4 = isText ? &diagnostic4Range : &diagnostic4Body;
+    tDiagnostic diagnostic = diagnostic4(input, SV_error, place.m_strMessage, {place.m_uiStart, place.m_uiEnd});
+    if (place.m_tSecond)
+    {
+        const std::size_t second = place.m_tSecond->m_uiOffset;
+        diagnostic.m_vNote.push_back(diagnostic4(input, SV_note, "see here for detail", {second, second + 1}));
+    }
+    if (!isText)
+        diagnostic.m_vNote.push_back(noteOnOffsets(input));
+    diagnostics.report(diagnostic);
+}
+
+/// The mistakes of a text after the one at which the loader stopped.
+void reportMore(const tInput& input, const tErrorPlace& first, const tLoadOptions& options, CDiagnostics& diagnostics)
+{
+    std::size_t shown = 1;
+    std::size_t left = 0;
+    for (const tErrorPlace& place : findMistakes(input.text(), options.flags()))
+    {
+        if (place.m_uiStart <= first.m_uiStart)
+            continue;
+        if (shown == options.m_nMostMistakes)
+            ++left;
+        else
+        {
+            ++shown;
+            reportPlace(input, place, diagnostics);
+        }
+    }
+    if (left == 0)
+        return;
+    tDiagnostic note;
+    note.m_eSeverity = SV_note;
+    note.m_strFile = input.m_strName;
+    note.m_strMessage = std::to_string(left) + (left == 1 ? " more mistake is" : " more mistakes are") + " not shown";
+    diagnostics.report(note);
+}
+
+void reportErrors(const tInput& input, const ILoaderBase& loader, const tLoadOptions& options,
+                  CDiagnostics& diagnostics)
 {
     const std::vector<tErrorPlace> places = loader.getErrorPlaces();
     if (places.empty())
         diagnostics.error(input.m_strName, withoutFunction(loader.getLastErrMsg()));
     for (const tErrorPlace& place : places)
-    {
-        // Only the loader knows which it was: a file with a binary header may say in it that it is text.
-        const bool isText = place.m_uiLine != 0;
-        const auto diagnostic4 = isText ? &diagnostic4Range : &diagnostic4Body;
-        tDiagnostic diagnostic = diagnostic4(input, SV_error, place.m_strMessage, {place.m_uiStart, place.m_uiEnd});
-        if (place.m_tSecond)
-        {
-            const std::size_t second = place.m_tSecond->m_uiOffset;
-            diagnostic.m_vNote.push_back(diagnostic4(input, SV_note, "see here for detail", {second, second + 1}));
-        }
-        if (!isText)
-            diagnostic.m_vNote.push_back(noteOnOffsets(input));
-        diagnostics.report(diagnostic);
-    }
+        reportPlace(input, place, diagnostics);
+    if (options.m_nMostMistakes > 1 && loader.getLoadFault() == LF_text && !places.empty() && places[0].m_uiLine != 0)
+        reportMore(input, places[0], options, diagnostics);
 }
 
 struct tFaultRow
@@ -169,8 +202,8 @@ E_ExitCode code4Fault(E_LoadFault fault)
 }
 
 /// One load, with everything that goes wrong turned into diagnostics and an exit code.
-E_ExitCode loadBy(ILoaderBase& loader, const tInput& input, const std::string& password, CDiagnostics& diagnostics,
-                  CFields& tree)
+E_ExitCode loadBy(ILoaderBase& loader, const tInput& input, const tLoadOptions& options, const std::string& password,
+                  CDiagnostics& diagnostics, CFields& tree)
 {
     CProgress progress(input.m_strName, input.m_nSize);
     progress.show("loading");
@@ -180,7 +213,7 @@ E_ExitCode loadBy(ILoaderBase& loader, const tInput& input, const std::string& p
         if (loader.loading(std::string_view(input.m_pBytes.get(), input.m_nSize), tree, password.c_str(), true))
             return EC_done;
         progress.hide();
-        reportErrors(input, loader, diagnostics);
+        reportErrors(input, loader, options, diagnostics);
     }
     catch (const CLogicError& error)
     {
@@ -206,10 +239,10 @@ E_ExitCode loadBytes(const tInput& input, const tLoadOptions& options, unsigned 
     if (input.m_nSize < s_cnFrontLoaderLeast)  // it would refuse fewer bytes; they can only be text
     {
         CLoader4SER loader(flags);
-        return loadBy(loader, input, password, diagnostics, tree);
+        return loadBy(loader, input, options, password, diagnostics, tree);
     }
     CLoaders loader(flags);
-    return loadBy(loader, input, password, diagnostics, tree);
+    return loadBy(loader, input, options, password, diagnostics, tree);
 }
 
 /// Reports text after the document. \return false when it makes the document malformed
