@@ -37,7 +37,7 @@ needPackages()
 # What each kind of work needs.
 s_packagesBuild=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
 s_packagesTest=("${s_packagesBuild[@]}" git make pkg-config python3 libgtest-dev libgmock-dev
-    libssl-dev tshark mandoc)
+    libssl-dev tshark mandoc zsh fish)
 s_packagesClang=(clang libclang-rt-14-dev)
 s_packagesCheck=("${s_packagesTest[@]}" "${s_packagesClang[@]}" clang-format clang-tidy)
 s_packagesCross=(cmake ninja-build g++-s390x-linux-gnu g++-i686-linux-gnu qemu-user-static libgtest-dev)

@@ -1,10 +1,11 @@
-// tools/reference/main.cpp - writes the manual's section 1; part of the build, not installed.
+// tools/reference/main.cpp - writes the manual's section 1 and the completions; part of the build, not installed.
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
 
+#include "tools/reference/completion.h"
 #include "tools/reference/man_page.h"
 
 namespace
@@ -28,6 +29,11 @@ void writeAllFiles(const fs::path& directory, const std::string& date)
     fs::create_directories(directory / "man1");
     for (const tReferenceVerb* const verb : flatVerbs(reference))
         writeFile(directory / "man1" / (manName(*verb) + ".1"), manPage(reference, *verb, date));
+    // Called as each shell finds them by itself.
+    fs::create_directories(directory / "completions");
+    writeFile(directory / "completions/murv", bashCompletion(reference));
+    writeFile(directory / "completions/_murv", zshCompletion(reference));
+    writeFile(directory / "completions/murv.fish", fishCompletion(reference));
 }
 }  // namespace
 

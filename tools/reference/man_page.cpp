@@ -197,8 +197,8 @@ std::string examples(const tReferenceVerb& program, const tReferenceVerb& verb)
         // The program's page has the first example of each verb.
         const bool isFirst = &row == s_ctVerbExamples || std::string((&row)[-1].m_pVerb) != row.m_pVerb;
         if (verb.m_strCall == row.m_pVerb || (&verb == &program && isFirst))
-            text += (text.empty() ? ".Sh EXAMPLES\n" : ".Pp\n") + sentences(capital(row.m_pMeaning) + ":") + ".Pp\n.Dl " +
-                    argument(row.m_pCall) + "\n";
+            text += (text.empty() ? ".Sh EXAMPLES\n" : ".Pp\n") + sentences(capital(row.m_pMeaning) + ":") +
+                    ".Pp\n.Dl " + argument(row.m_pCall) + "\n";
     }
     return text;
 }
