@@ -16,8 +16,9 @@ program, expected = (block.replace("\\e", "\\") for block in blocks)
 with tempfile.TemporaryDirectory() as directory:
     place = pathlib.Path(directory)
     (place / "main.cpp").write_text(program)
-    subprocess.run([compiler, *shlex.split(flags), "-DMURV_STATIC", f"-I{delivered.SOURCES}/include", place / "main.cpp",
-                    library, "-o", place / "main"], check=True)
+    includes = f"-I{delivered.SOURCES}/include"
+    subprocess.run([compiler, *shlex.split(flags), "-DMURV_STATIC", includes, place / "main.cpp", library,
+                    "-o", place / "main"], check=True)
     printed = subprocess.run([place / "main"], capture_output=True, text=True, check=True).stdout
 if printed.strip() != expected:
     sys.exit(f"murv(3): it prints\n{printed}")

@@ -1,7 +1,7 @@
 // tools/reference/completion_bash.cpp - tables of verbs and options, and a function that follows the call by them.
 //
-// The file works without bash-completion. Names of layouts are compared, never expanded: compgen -W would run what looks
-// like a command in them.
+// The file works without bash-completion. Names of layouts are compared, never expanded: compgen -W would run what
+// looks like a command in them.
 #include "tools/reference/completion.h"
 
 namespace murv::tool
