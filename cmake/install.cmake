@@ -46,6 +46,8 @@ install(
     PATTERN "*.cmake" EXCLUDE
     PATTERN "*.expected" EXCLUDE)
 
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/editors DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
 install(EXPORT murvTargets NAMESPACE murv:: DESTINATION ${murv_package_dir})
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/murvConfig.cmake.in ${PROJECT_BINARY_DIR}/murvConfig.cmake

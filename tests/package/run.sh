@@ -74,7 +74,7 @@ for name in man/man3/murv.3 man/man5/murv.5 man/man5/murv-layout.5 doc/murv/LICE
     doc/murv/examples/weather.cpp doc/murv/examples/weather.murv; do
     expectFile $name
 done
-for page in README.md docs/tool.md docs/layouts.md; do
+for page in README.md docs/install.md docs/tool.md docs/layouts.md; do
     for link in $(grep -oE '\]\([^):#]+' "$work/prefix/share/doc/murv/$page" | cut -c3- | sort -u); do
         case $link in
         *CONTRIBUTING.md) ;;  # for those who have the sources
