@@ -141,23 +141,14 @@ void reportPlace(const tInput& input, const tErrorPlace& place, CDiagnostics& di
     diagnostics.report(diagnostic);
 }
 
-/// The mistakes of a text after the one at which the loader stopped.
-void reportMore(const tInput& input, const tErrorPlace& first, const tLoadOptions& options, CDiagnostics& diagnostics)
+/// Reports as many places as the options say, and the number of others.
+void reportPlaces(const tInput& input, const std::vector<tErrorPlace>& places, const tLoadOptions& options,
+                  CDiagnostics& diagnostics)
 {
-    std::size_t shown = 1;
-    std::size_t left = 0;
-    for (const tErrorPlace& place : findMistakes(input.text(), options.flags()))
-    {
-        if (place.m_uiStart <= first.m_uiStart)
-            continue;
-        if (shown == options.m_nMostMistakes)
-            ++left;
-        else
-        {
-            ++shown;
-            reportPlace(input, place, diagnostics);
-        }
-    }
+    const std::size_t shown = std::min(places.size(), options.m_nMostMistakes);
+    for (std::size_t i = 0; i != shown; ++i)
+        reportPlace(input, places[i], diagnostics);
+    const std::size_t left = places.size() - shown;
     if (left == 0)
         return;
     tDiagnostic note;
@@ -170,13 +161,23 @@ void reportMore(const tInput& input, const tErrorPlace& first, const tLoadOption
 void reportErrors(const tInput& input, const ILoaderBase& loader, const tLoadOptions& options,
                   CDiagnostics& diagnostics)
 {
-    const std::vector<tErrorPlace> places = loader.getErrorPlaces();
+    std::vector<tErrorPlace> places = loader.getErrorPlaces();
     if (places.empty())
         diagnostics.error(input.m_strName, withoutFunction(loader.getLastErrMsg()));
-    for (const tErrorPlace& place : places)
-        reportPlace(input, place, diagnostics);
-    if (options.m_nMostMistakes > 1 && loader.getLoadFault() == LF_text && !places.empty() && places[0].m_uiLine != 0)
-        reportMore(input, places[0], options, diagnostics);
+    const bool isText = loader.getLoadFault() == LF_text && !places.empty() && places[0].m_uiLine != 0;
+    if (!isText || options.m_nMostMistakes == 1)
+    {
+        for (const tErrorPlace& place : places)
+            reportPlace(input, place, diagnostics);
+        return;
+    }
+    const unsigned int first = places[0].m_uiStart;
+    for (tErrorPlace& place : findMistakes(input.text(), options.flags()))
+    {
+        if (place.m_uiStart > first)  // the loader stops at the first one
+            places.push_back(std::move(place));
+    }
+    reportPlaces(input, places, options, diagnostics);
 }
 
 struct tFaultRow
@@ -309,6 +310,11 @@ E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned 
     if (input.isText() && !checkTextAfter(input, tree, textAfter, diagnostics))
         return EC_malformed;
     return EC_done;
+}
+
+void reportMistakes(const tInput& input, const tLoadOptions& options, unsigned int flags, CDiagnostics& diagnostics)
+{
+    reportPlaces(input, findMistakes(input.text(), options.flags() | flags), options, diagnostics);
 }
 
 }  // namespace murv::tool

@@ -85,4 +85,8 @@ E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput&
 E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags, E_Severity textAfter,
                      CDiagnostics& diagnostics, CFields& tree);
 
+/// Reports the mistakes of a text, up to the number that the options say.
+/// \param flags  bits of E_LoaderConfigBit besides those of the options
+void reportMistakes(const tInput& input, const tLoadOptions& options, unsigned int flags, CDiagnostics& diagnostics);
+
 }  // namespace murv::tool
