@@ -28,35 +28,46 @@ CHANGES = """# Changelog
 IDENTITY = {f"GIT_{who}_{what}": value for who in ("AUTHOR", "COMMITTER")
             for what, value in (("NAME", "tester"), ("EMAIL", "tester@localhost"))}
 
+ENVIRONMENT = {**{name: value for name, value in os.environ.items() if not name.startswith("GIT_")}, **IDENTITY,
+               "GIT_CONFIG_GLOBAL": "/dev/null", "GIT_CONFIG_SYSTEM": "/dev/null"}
+
+
+def git(place, *arguments):
+    return subprocess.run(["git", *arguments], cwd=place, env=ENVIRONMENT, capture_output=True, text=True,
+                          check=True).stdout
+
+
+def commit(place):
+    git(place, "add", "--all")
+    git(place, "commit", "--quiet", "--message", "a commit")
+
 
 class Release(unittest.TestCase):
-    def setUp(self):
+    @classmethod
+    def setUpClass(cls):
         holder = tempfile.TemporaryDirectory()
-        self.addCleanup(holder.cleanup)
-        self.place = pathlib.Path(holder.name)
+        cls.addClassCleanup(holder.cleanup)
+        cls.first = pathlib.Path(holder.name) / "first"
         for name in FILES:
-            (self.place / name).parent.mkdir(parents=True, exist_ok=True)
-            shutil.copy(delivered.SOURCES / name, self.place / name)
-        self.set_changes(CHANGES)
-        self.environment = {**os.environ, **IDENTITY, "GIT_CONFIG_GLOBAL": "/dev/null", "GIT_CONFIG_SYSTEM": "/dev/null"}
-        for name in ("GIT_DIR", "GIT_WORK_TREE", "GIT_INDEX_FILE"):
-            self.environment.pop(name, None)
-        self.git("init", "--quiet", "--initial-branch=main")
-        self.commit()
+            (cls.first / name).parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(delivered.SOURCES / name, cls.first / name)
+        (cls.first / "CHANGELOG.md").write_text(CHANGES)
+        git(cls.first, "init", "--quiet", "--initial-branch=main")
+        commit(cls.first)
+
+    def setUp(self):
+        self.place = self.first.with_name("place")
+        shutil.copytree(self.first, self.place)
+        self.addCleanup(shutil.rmtree, self.place)
 
     def set_changes(self, text):
         (self.place / "CHANGELOG.md").write_text(text)
 
     def git(self, *arguments):
-        return subprocess.run(["git", *arguments], cwd=self.place, env=self.environment, capture_output=True, text=True,
-                              check=True).stdout
-
-    def commit(self):
-        self.git("add", "--all")
-        self.git("commit", "--quiet", "--message", "first")
+        return git(self.place, *arguments)
 
     def release(self, *arguments):
-        return subprocess.run([self.place / "scripts/release", *arguments], env=self.environment, capture_output=True,
+        return subprocess.run([self.place / "scripts/release", *arguments], env=ENVIRONMENT, capture_output=True,
                               text=True)
 
     def expect_refusal(self, message, *arguments):
@@ -102,8 +113,9 @@ class Release(unittest.TestCase):
     def test_releases_follow_each_other(self):
         self.release("7.8.9")
         self.assertIn("nothing has changed", self.release("7.9.0").stderr)
-        self.set_changes((self.place / "CHANGELOG.md").read_text().replace("[Unreleased]\n", "[Unreleased]\n\n- New.\n"))
-        self.commit()
+        changes = (self.place / "CHANGELOG.md").read_text()
+        self.set_changes(changes.replace("[Unreleased]\n", "[Unreleased]\n\n- New.\n"))
+        commit(self.place)
         self.assertEqual(self.release("7.9.0").returncode, 0)
         self.assertEqual(self.git("tag"), "v7.8.9\nv7.9.0\n")
 
@@ -118,14 +130,14 @@ class Release(unittest.TestCase):
 
     def test_refuses_a_version_that_is_there(self):
         self.set_changes(CHANGES.replace("0.9.0", "7.8.9"))
-        self.commit()
+        commit(self.place)
         self.expect_refusal("a section [7.8.9] already", "7.8.9")
         self.git("tag", "v7.8.9")
         self.assertIn("a tag v7.8.9 already", self.release("7.8.9").stderr)
 
     def test_refuses_without_changes(self):
         self.set_changes(CHANGES.replace("- A feature.\n", ""))
-        self.commit()
+        commit(self.place)
         self.expect_refusal("nothing has changed", "7.8.9")
 
     def test_the_copies_of_the_version_are_the_same(self):
