@@ -1,4 +1,4 @@
-# Installation: headers, libraries, layouts, the CMake package and the pkg-config file.
+# Installation: headers, libraries, layouts, manual, documentation, the CMake package and the pkg-config file.
 #
 # Both descriptions find everything relative to themselves, so an installed tree may be moved as a whole.
 set(murv_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/murv)
@@ -20,6 +20,34 @@ install(
     DESTINATION ${CMAKE_INSTALL_DATADIR}/murv
     FILES_MATCHING
     PATTERN "*.murv")
+
+# Sections 3 and 5 of the manual; section 1 comes with the tool.
+foreach(section IN ITEMS 3 5)
+    install(
+        DIRECTORY ${PROJECT_SOURCE_DIR}/docs/man/
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section}
+        FILES_MATCHING
+        PATTERN "*.${section}")
+endforeach()
+
+# The folders keep their places, so that links between pages lead somewhere.
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(
+    DIRECTORY ${PROJECT_SOURCE_DIR}/docs
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    FILES_MATCHING
+    PATTERN "*.md"
+    PATTERN man EXCLUDE)
+install(
+    DIRECTORY ${PROJECT_SOURCE_DIR}/examples
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    PATTERN CMakeLists.txt EXCLUDE
+    PATTERN "*.cmake" EXCLUDE
+    PATTERN "*.expected" EXCLUDE)
+
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/editors DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
 install(EXPORT murvTargets NAMESPACE murv:: DESTINATION ${murv_package_dir})
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/murvConfig.cmake.in ${PROJECT_BINARY_DIR}/murvConfig.cmake

@@ -33,6 +33,7 @@ ALLOWED = {
     "layout/run": [*CORE, "packet", "layout/values", "layout/plan"],
     "layout": [*CORE, "packet", "layout/values", "layout/plan", "layout/compile", "layout/run"],
     "tools": ["ber", "ber/cipher"],
+    "tools/reference": ["tools"],
     "examples": [],
     "tests/package/consumer": [],
 }

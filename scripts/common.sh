@@ -20,6 +20,23 @@ die()
     exit 1
 }
 
+# wantNodePackages - installs into build/node what tests/delivery/package.json names; without npm, tests are skipped.
+wantNodePackages()
+{
+    local wanted=tests/delivery/package.json installed=build/node/package.json
+    if [ -d build/node/node_modules ] && cmp -s $wanted $installed; then
+        return
+    fi
+    if ! command -v npm >/dev/null; then
+        echo "NOT TESTED: npm is not installed, and so neither are the packages of $wanted"
+        return
+    fi
+    mkdir -p build/node
+    cp $wanted $installed
+    npm install --prefix build/node --no-audit --no-fund --loglevel=error >/dev/null \
+        || echo "NOT TESTED: npm cannot install the packages of $wanted"
+}
+
 # buildPreset PRESET [TARGET...] - configures and builds build/PRESET; all targets when none is named.
 buildPreset()
 {

@@ -37,9 +37,10 @@ needPackages()
 # What each kind of work needs.
 s_packagesBuild=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
 s_packagesTest=("${s_packagesBuild[@]}" git make pkg-config python3 libgtest-dev libgmock-dev
-    libssl-dev tshark)
+    libssl-dev tshark mandoc zsh fish vim)
 s_packagesClang=(clang libclang-rt-14-dev)
 s_packagesCheck=("${s_packagesTest[@]}" "${s_packagesClang[@]}" clang-format clang-tidy)
+s_packagesPackage=("${s_packagesBuild[@]}" git make pkg-config debhelper dpkg-dev fakeroot lintian mmdebstrap)
 s_packagesCross=(cmake ninja-build g++-s390x-linux-gnu g++-i686-linux-gnu qemu-user-static libgtest-dev)
 s_packagesBench=("${s_packagesBuild[@]}" libbenchmark-dev rapidjson-dev libsimdjson-dev
     libmsgpack-cxx-dev libssl-dev libprotobuf-dev protobuf-compiler)

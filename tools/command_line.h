@@ -17,7 +17,17 @@ class CHelpFormatter : public CLI::Formatter
 public:
     CHelpFormatter();
     std::string make_option_opts(const CLI::Option* option) const override;
+    std::string make_footer(const CLI::App* app) const override;
 };
+
+/// The name of an option's value, such as "FILE" or "text|compact|binary"; empty for a flag.
+std::string valueName(const CLI::Option& option);
+
+/// The words that an option's value may be: "tab" of "N|tab". What has capitals is a name for other values.
+std::vector<std::string> allowedWords(const CLI::Option& option);
+
+/// The words that call a verb, with blanks between, without the program's name: "gen samples". Empty for the program.
+std::string callName(const CLI::App& app);
 
 /// The names of all verbs.
 std::vector<std::string> verbNames();

@@ -37,6 +37,8 @@ inline constexpr tExitCodeRow s_ctExitCodes[] = {
     {EC_internal, "internal error, or out of memory"},
 };
 
+inline constexpr const char* s_cpCodeOfSeveral = "A run over several files ends with the largest of their codes.";
+
 /// The code of a run over several files: the graver one has the larger number.
 inline E_ExitCode graver(E_ExitCode a, E_ExitCode b)
 {

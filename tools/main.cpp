@@ -6,29 +6,15 @@
 
 #include "murv/layout.h"
 #include "tools/command_line.h"
+#include "tools/program.h"
 #include "tools/utf8.h"
 #include "tools/verb.h"
-
-#ifndef MURV_VERSION
-#error "the build defines MURV_VERSION"
-#endif
 
 namespace murv::tool
 {
 
 namespace
 {
-std::string exitCodeHelp()
-{
-    std::string text = "Exit codes:\n";
-    for (const tExitCodeRow& row : s_ctExitCodes)
-    {
-        const std::string number = std::to_string(row.m_eCode);
-        text += "  " + number + std::string(4 - number.size(), ' ') + row.m_pMeaning + "\n";
-    }
-    return text + "A run over several files ends with the largest of their codes.\n";
-}
-
 /// What parsing the command line threw: a wish for help or the version, or a wrong call.
 E_ExitCode answer(const CLI::App& tool, const CLI::ParseError& error, tSession& session)
 {
@@ -49,33 +35,17 @@ E_ExitCode answer(const CLI::App& tool, const CLI::ParseError& error, tSession& 
 E_ExitCode runTool(int argc, char** argv)
 {
     tSession session;
-    CLI::App tool("Reads, checks and lays out murv documents.", "murv");
-    tool.formatter(std::make_shared<CHelpFormatter>());
-    tool.set_version_flag("--version", MURV_VERSION, "Print the version and exit");
-    tool.require_subcommand(1);
-    tool.footer(exitCodeHelp());
-
-    std::vector<std::pair<CLI::App*, std::unique_ptr<IVerb>>> verbs;
-    for (const tVerbRow& row : s_ctVerbs)
-    {
-        CLI::App* const app = tool.add_subcommand(row.m_pName, row.m_pSummary)->group("Verbs");
-        verbs.emplace_back(app, row.m_pMake());
-        verbs.back().second->declare(*app);
-    }
+    CProgram program;
     try
     {
-        tool.parse(argc, argv);
+        program.app().parse(argc, argv);
     }
     catch (const CLI::ParseError& error)
     {
-        return answer(tool, error, session);
+        return answer(program.app(), error, session);
     }
-    for (const auto& [app, verb] : verbs)
-    {
-        if (app->parsed())
-            return verb->run(session);
-    }
-    return EC_wrongCall;
+    IVerb* const verb = program.calledVerb();
+    return verb != nullptr ? verb->run(session) : EC_wrongCall;
 }
 }  // namespace
 

@@ -19,6 +19,7 @@ public:
     void declare(CLI::App& verb) override
     {
         verb.add_option("LAYOUT", m_strLayout, "Layout: a file, or the name of an installed one")->required();
+        verb.footer("The page goes to the standard output. It needs no other file, and no scripts.\n");
     }
 
     E_ExitCode run(tSession& session) override

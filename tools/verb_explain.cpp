@@ -35,7 +35,7 @@ public:
             verb.add_option("FILE", m_strFile, "Packet or file of records; - or none for the standard input");
         CLI::Option* const layout = declareLayout(verb, m_strLayout);
         verb.add_option("-e,--layout-text", m_strLayoutText, "The layout itself, for a try")
-            ->type_name("LAYOUT")
+            ->type_name("PARTS")
             ->excludes(layout);
         m_pHex = verb.add_option("-x,--hex", m_strHex, "The packet itself, as hexadecimal digits")
                      ->type_name("HEX")
@@ -45,9 +45,7 @@ public:
         CLI::Option* const json =
             verb.add_flag("--json", m_bJson, "One JSON object a record, diagnostics as JSON lines");
         verb.add_flag("--html", m_bHtml, "One HTML page, which needs no other file")->excludes(json);
-        verb.footer(
-            "A layout for -e may lack its braces and the rule \"layout 1\":\n"
-            "  murv explain -e '\"age\" = (BNF1) 0, \"name\" = (BCV1+1) \"\"' -x '2A 03 41 64 61'\n");
+        verb.footer("A layout for -e may lack its braces and the rule \"layout 1\".\n");
     }
 
     E_ExitCode run(tSession& session) override

@@ -67,6 +67,7 @@ public:
         verb.add_flag("--unmask", m_bUnmask, "Take stars for a masked value as they are");
         verb.add_flag("--json", m_bJson, "Diagnostics as JSON lines");
         m_tLoad.declare(verb);
+        verb.footer("What TREE lacks takes the layout's value; numbers that the layout can compute are filled in.\n");
     }
 
     E_ExitCode run(tSession& session) override

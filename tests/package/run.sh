@@ -63,7 +63,32 @@ fi
 # 4. The installed layouts are those of the sources.
 diff -r ../../share/murv/layouts "$work/prefix/share/murv/layouts" >&2 || fail "other layouts are installed"
 
-# 5. The installed tool, where one was built.
+# expectFile NAME - there must be a file of that name, below share/, with text.
+expectFile()
+{
+    [ -s "$work/prefix/share/$1" ] || fail "share/$1 was not installed"
+}
+
+# 5. The manual of the library, licence, pages and examples; links between pages lead somewhere.
+for name in man/man3/murv.3 man/man5/murv.5 man/man5/murv-layout.5 doc/murv/LICENSE doc/murv/docs/layouts.md \
+    doc/murv/examples/weather.cpp doc/murv/examples/weather.murv; do
+    expectFile $name
+done
+for page in README.md docs/install.md docs/tool.md docs/layouts.md; do
+    for link in $(grep -oE '\]\([^):#]+' "$work/prefix/share/doc/murv/$page" | cut -c3- | sort -u); do
+        case $link in
+        *CONTRIBUTING.md) ;;  # for those who have the sources
+        *) expectFile "doc/murv/$(dirname $page)/$link" || exit 1 ;;
+        esac
+    done
+done
+
+# 6. The installed tool, where one was built, with manual and completions.
 if [ -x "$work/prefix/bin/murv" ]; then
     "$work/prefix/bin/murv" --help >/dev/null || fail "the installed tool does not start"
+    "$work/prefix/bin/murv" layouts >/dev/null || fail "the installed tool finds no layouts"
+    for name in man/man1/murv.1 man/man1/murv-fmt.1 bash-completion/completions/murv zsh/site-functions/_murv \
+        fish/vendor_completions.d/murv.fish; do
+        expectFile $name
+    done
 fi

@@ -1,0 +1,1 @@
+autocmd BufNewFile,BufRead *.murv,*.layout setfiletype murv
