@@ -24,6 +24,7 @@ ALLOWED = {
     "ber/cipher": ["core/text"],
     "ber": [*CORE, "packet", "io", "io/ids", "ber/cipher"],
     "front": [*CORE, "packet", "io", "ser", "ber"],
+    "syntax": [*CORE, "packet", "io", "ser"],
     "everyday": [*CORE],
     "layout/values": [*CORE, "packet"],
     "layout/plan": [*CORE, "packet", "layout/values"],
@@ -34,7 +35,7 @@ ALLOWED = {
     "examples": [],
     "tests/package/consumer": [],
 }
-LIBRARY = ["include/murv", *CORE, "packet", "io", "io/ids", "ser", "ber", "ber/cipher", "front", "everyday",
+LIBRARY = ["include/murv", *CORE, "packet", "io", "io/ids", "ser", "ber", "ber/cipher", "front", "everyday", "syntax",
            "layout/values", "layout/plan", "layout/compile", "layout/run", "layout"]
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)

@@ -7,6 +7,7 @@
 
 #include "core/text/byte_scan.h"
 #include "ser/text_parser.h"
+#include "ser/token_text.h"
 
 namespace murv::detail
 {
@@ -15,45 +16,11 @@ namespace murv::detail
 bool CTextParser::loadComment(const char*& p)
 {
     const char* const begin = p - 1;
-    if (p == m_pEnd)
-        return false;
-    const char second = *p++;
-    if (second == '/')
-        skipCppStyleComment(p);
-    else if (second != '*' || !skipCStyleComment(p))
+    if (!takeComment(p, m_pEnd))
         return false;
     if (m_bComments)
         addComment(begin, p, position4Comment(begin, p));
     return true;
-}
-
-bool CTextParser::skipCStyleComment(const char*& p) const
-{
-    for (;;)
-    {
-        const auto left = static_cast<std::size_t>(m_pEnd - p);
-        const void* const star = left == 0 ? nullptr : std::memchr(p, '*', left);
-        if (star == nullptr)
-        {
-            p = m_pEnd;
-            return false;
-        }
-        p = static_cast<const char*>(star) + 1;
-        if (p != m_pEnd && *p == '/')
-        {
-            ++p;
-            return true;
-        }
-    }
-}
-
-void CTextParser::skipCppStyleComment(const char*& p) const
-{
-    p = findLineEnd(p, m_pEnd);
-    if (p == m_pEnd)
-        return;
-    const bool pair = *p == '\r' && p + 1 != m_pEnd && p[1] == '\n';
-    p += pair ? 2 : 1;
 }
 
 // A comment on the line of the last value belongs to that value, unless it is a block comment of several lines.

@@ -4,48 +4,13 @@
 // rare, are in source files.
 #pragma once
 
-#include <array>
-#include <cstring>
-
 #include "core/field_access.h"
-#include "core/text/byte_scan.h"
 #include "packet/pei_rules.h"
 #include "ser/text_parser.h"
+#include "ser/token_text.h"
 
 namespace murv::detail
 {
-
-/// Bytes that begin a kind of token.
-struct tTokenRow
-{
-    std::string_view m_strvBytes;
-    E_TokenType m_eType;
-};
-
-inline constexpr tTokenRow s_ctTokenRows[] = {
-    {{"\0", 1}, TT_end}, {"{", TT_fieldsBegin}, {"}", TT_fieldsEnd}, {"[", TT_arrayBegin},       {"]", TT_arrayEnd},
-    {"(", TT_peiBegin},  {")", TT_peiEnd},      {"\"", TT_string},   {"-0123456789", TT_number}, {"t", TT_true},
-    {"f", TT_false},     {"n", TT_null},        {"#", TT_id},        {"=", TT_assign},           {",", TT_comma},
-    {"/", TT_comment},
-};
-
-// What kind of token a byte begins; bytes that stand in no row begin none.
-inline constexpr auto s_ctType4Byte = [] {
-    std::array<unsigned char, 256> types{};
-    for (unsigned char& type : types)
-        type = TT_error;
-    for (const tTokenRow& row : s_ctTokenRows)
-    {
-        for (const char byte : row.m_strvBytes)
-            types[static_cast<unsigned char>(byte)] = static_cast<unsigned char>(row.m_eType);
-    }
-    return types;
-}();
-
-inline E_TokenType type4Byte(char byte)
-{
-    return static_cast<E_TokenType>(s_ctType4Byte[static_cast<unsigned char>(byte)]);
-}
 
 inline void CTextParser::loadToken(const char*& p, tTokenInfo& token)
 {
@@ -71,11 +36,11 @@ inline void CTextParser::loadToken(const char*& p, tTokenInfo& token)
         if (m_bPeiAllowed)
             loadPEI(p, token);
         break;
-    case TT_string: valid = loadString(p); break;
-    case TT_number: loadNumber(p); break;
-    case TT_true: valid = takeWord(p, "rue"); break;
-    case TT_false: valid = takeWord(p, "alse"); break;
-    case TT_null: valid = takeWord(p, "ull"); break;
+    case TT_string: valid = takeString(p, m_pEnd, m_bClean); break;
+    case TT_number: takeNumber(p, m_pEnd); break;
+    case TT_true: valid = takeWord(p, m_pEnd, "rue"); break;
+    case TT_false: valid = takeWord(p, m_pEnd, "alse"); break;
+    case TT_null: valid = takeWord(p, m_pEnd, "ull"); break;
     case TT_id: p = skipDigits(p, m_pEnd); break;
     case TT_comment: valid = loadComment(p); break;
     default: break;
@@ -96,45 +61,6 @@ inline void CTextParser::skipComments(const char*& p, tTokenInfo& token)
 {
     while (token.m_eType == TT_comment)
         loadToken(p, token);
-}
-
-// Whether there are digits at all is not checked here: a lone "-" and "1." are tokens, too.
-inline void CTextParser::loadNumber(const char*& p) const
-{
-    p = skipDigits(p, m_pEnd);
-    if (p != m_pEnd && *p == '.')
-        p = skipDigits(p + 1, m_pEnd);
-    if (p != m_pEnd && (*p == 'e' || *p == 'E'))
-    {
-        ++p;
-        if (p != m_pEnd && (*p == '+' || *p == '-'))
-            ++p;
-        p = skipDigits(p, m_pEnd);
-    }
-}
-
-inline bool CTextParser::loadString(const char*& p)
-{
-    const char* at = findStringStop(p, m_pEnd);
-    m_bClean = at != m_pEnd && *at == '"';
-    while (at != m_pEnd && *at == '\\')
-    {
-        // The byte after a backslash is skipped, too; escapes often follow each other.
-        at = m_pEnd - at > 2 ? at + 2 : m_pEnd;
-        if (at != m_pEnd && *at != '\\')
-            at = findStringStop(at, m_pEnd);
-    }
-    const bool isClosed = at != m_pEnd;
-    p = isClosed ? at + 1 : at;
-    return isClosed;
-}
-
-inline bool CTextParser::takeWord(const char*& p, std::string_view word) const
-{
-    if (static_cast<std::size_t>(m_pEnd - p) < word.size() || std::memcmp(p, word.data(), word.size()) != 0)
-        return false;
-    p += word.size();
-    return true;
 }
 
 inline void CTextParser::startValue(CFields& node)

@@ -43,16 +43,11 @@ private:
     void skipCommentTokens(const char*& p, tTokenInfo& token);
     /// The next token that is no comment, from `token` on.
     void skipComments(const char*& p, tTokenInfo& token);
-    void loadNumber(const char*& p) const;
-    bool loadString(const char*& p);
-    bool takeWord(const char*& p, std::string_view word) const;
     unsigned int extractID(const tTokenInfo& token) const;
 
     // Comments: ser/text_comments.cpp
 
     bool loadComment(const char*& p);
-    bool skipCStyleComment(const char*& p) const;
-    void skipCppStyleComment(const char*& p) const;
     E_CommentPosition position4Comment(const char* begin, const char* end);
     void addComment(const char* begin, const char* end, E_CommentPosition position);
     /// Gives a node the comments that wait for one; `more`: after those that it got before its value began.
@@ -115,7 +110,6 @@ private:
     /// The bytes of a string token; valid until the next call.
     bool toUnescapeString(const tTokenInfo& token, std::string_view& bytes);
     void loadPEI(const char*& p, tTokenInfo& token);
-    const char* findPeiEnd(const char*& p, std::string_view& text) const;
     bool decodePEI(const tTokenInfo& token);
 
     // Errors: ser/text_lexer.cpp

@@ -20,8 +20,6 @@ namespace detail
 {
 namespace
 {
-constexpr const char* s_cpNoPeiEnd = "Missing ')' in packet expression";
-
 /// Replaces the value of any node.
 void replaceByNumber(CFields& node, const tScannedNumber& number)
 {
@@ -128,7 +126,7 @@ void CTextParser::loadPEI(const char*& p, tTokenInfo& token)
     else
     {
         node.setOffsetStart(offset(token.m_pBegin));
-        fault = findPeiEnd(p, m_strPei);
+        fault = takePeiText(p, m_pEnd, m_strPei);
     }
     m_bPeiPending = fault == nullptr;
     if (fault == nullptr)
@@ -140,33 +138,6 @@ void CTextParser::loadPEI(const char*& p, tTokenInfo& token)
     addError(fault, token);
     if (fault == s_cpNoPeiEnd)
         recover4Error(p, TT_peiEnd);
-}
-
-/// Reads up to the ")" that ends a packet expression. \return null, or the message
-const char* CTextParser::findPeiEnd(const char*& p, std::string_view& text) const
-{
-    skipSpaces(p);
-    if (p != m_pEnd && *p == ')')
-    {
-        ++p;
-        return "This packet expression empty";
-    }
-    const char* const begin = p;
-    while (p != m_pEnd && *p != ')' && !tLineStop::isStop(static_cast<unsigned char>(*p)) && *p != ' ' && *p != '\t')
-        ++p;
-    if (p == m_pEnd)
-        return "Found not ')' in packet expression";
-    text = {begin, static_cast<std::size_t>(p - begin)};
-    if (text.size() < 4)
-        return "The packet expression is too short";
-    if (text.size() > 255)
-        return "The packet expression is too long";
-    // Anything between the expression and the ")" is a remark.
-    const void* const close = std::memchr(p, ')', static_cast<std::size_t>(m_pEnd - p));
-    if (close == nullptr)
-        return s_cpNoPeiEnd;
-    p = static_cast<const char*>(close) + 1;
-    return nullptr;
 }
 
 bool CTextParser::decodePEI(const tTokenInfo& token)

@@ -11,6 +11,7 @@
 #include <new>
 
 #include "murv/loader.h"
+#include "murv/syntax.h"
 #include "tools/binary_header.h"
 #include "tools/descriptor.h"
 #include "tools/progress.h"
@@ -124,26 +125,59 @@ tDiagnostic noteOnOffsets(const tInput& input)
     return note;
 }
 
-void reportErrors(const tInput& input, const ILoaderBase& loader, CDiagnostics& diagnostics)
+void reportPlace(const tInput& input, const tErrorPlace& place, CDiagnostics& diagnostics)
 {
-    const std::vector<tErrorPlace> places = loader.getErrorPlaces();
+    // Only the loader knows which it was: a file with a binary header may say in it that it is text.
+    const bool isText = place.m_uiLine != 0;
+    const auto diagnostic4 = isText ? &diagnostic4Range : &diagnostic4Body;
+    tDiagnostic diagnostic = diagnostic4(input, SV_error, place.m_strMessage, {place.m_uiStart, place.m_uiEnd});
+    if (place.m_tSecond)
+    {
+        const std::size_t second = place.m_tSecond->m_uiOffset;
+        diagnostic.m_vNote.push_back(diagnostic4(input, SV_note, "see here for detail", {second, second + 1}));
+    }
+    if (!isText)
+        diagnostic.m_vNote.push_back(noteOnOffsets(input));
+    diagnostics.report(diagnostic);
+}
+
+/// Reports as many places as the options say, and the number of others.
+void reportPlaces(const tInput& input, const std::vector<tErrorPlace>& places, const tLoadOptions& options,
+                  CDiagnostics& diagnostics)
+{
+    const std::size_t shown = std::min(places.size(), options.m_nMostMistakes);
+    for (std::size_t i = 0; i != shown; ++i)
+        reportPlace(input, places[i], diagnostics);
+    const std::size_t left = places.size() - shown;
+    if (left == 0)
+        return;
+    tDiagnostic note;
+    note.m_eSeverity = SV_note;
+    note.m_strFile = input.m_strName;
+    note.m_strMessage = std::to_string(left) + (left == 1 ? " more mistake is" : " more mistakes are") + " not shown";
+    diagnostics.report(note);
+}
+
+void reportErrors(const tInput& input, const ILoaderBase& loader, const tLoadOptions& options,
+                  CDiagnostics& diagnostics)
+{
+    std::vector<tErrorPlace> places = loader.getErrorPlaces();
     if (places.empty())
         diagnostics.error(input.m_strName, withoutFunction(loader.getLastErrMsg()));
-    for (const tErrorPlace& place : places)
+    const bool isText = loader.getLoadFault() == LF_text && !places.empty() && places[0].m_uiLine != 0;
+    if (!isText || options.m_nMostMistakes == 1)
     {
-        // Only the loader knows which it was: a file with a binary header may say in it that it is text.
-        const bool isText = place.m_uiLine != 0;
-        const auto diagnostic4 = isText ? &diagnostic4Range : &diagnostic4Body;
-        tDiagnostic diagnostic = diagnostic4(input, SV_error, place.m_strMessage, {place.m_uiStart, place.m_uiEnd});
-        if (place.m_tSecond)
-        {
-            const std::size_t second = place.m_tSecond->m_uiOffset;
-            diagnostic.m_vNote.push_back(diagnostic4(input, SV_note, "see here for detail", {second, second + 1}));
-        }
-        if (!isText)
-            diagnostic.m_vNote.push_back(noteOnOffsets(input));
-        diagnostics.report(diagnostic);
+        for (const tErrorPlace& place : places)
+            reportPlace(input, place, diagnostics);
+        return;
     }
+    const unsigned int first = places[0].m_uiStart;
+    for (tErrorPlace& place : findMistakes(input.text(), options.flags()))
+    {
+        if (place.m_uiStart > first)  // the loader stops at the first one
+            places.push_back(std::move(place));
+    }
+    reportPlaces(input, places, options, diagnostics);
 }
 
 struct tFaultRow
@@ -169,8 +203,8 @@ E_ExitCode code4Fault(E_LoadFault fault)
 }
 
 /// One load, with everything that goes wrong turned into diagnostics and an exit code.
-E_ExitCode loadBy(ILoaderBase& loader, const tInput& input, const std::string& password, CDiagnostics& diagnostics,
-                  CFields& tree)
+E_ExitCode loadBy(ILoaderBase& loader, const tInput& input, const tLoadOptions& options, const std::string& password,
+                  CDiagnostics& diagnostics, CFields& tree)
 {
     CProgress progress(input.m_strName, input.m_nSize);
     progress.show("loading");
@@ -180,7 +214,7 @@ E_ExitCode loadBy(ILoaderBase& loader, const tInput& input, const std::string& p
         if (loader.loading(std::string_view(input.m_pBytes.get(), input.m_nSize), tree, password.c_str(), true))
             return EC_done;
         progress.hide();
-        reportErrors(input, loader, diagnostics);
+        reportErrors(input, loader, options, diagnostics);
     }
     catch (const CLogicError& error)
     {
@@ -206,10 +240,10 @@ E_ExitCode loadBytes(const tInput& input, const tLoadOptions& options, unsigned 
     if (input.m_nSize < s_cnFrontLoaderLeast)  // it would refuse fewer bytes; they can only be text
     {
         CLoader4SER loader(flags);
-        return loadBy(loader, input, password, diagnostics, tree);
+        return loadBy(loader, input, options, password, diagnostics, tree);
     }
     CLoaders loader(flags);
-    return loadBy(loader, input, password, diagnostics, tree);
+    return loadBy(loader, input, options, password, diagnostics, tree);
 }
 
 /// Reports text after the document. \return false when it makes the document malformed
@@ -276,6 +310,11 @@ E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned 
     if (input.isText() && !checkTextAfter(input, tree, textAfter, diagnostics))
         return EC_malformed;
     return EC_done;
+}
+
+void reportMistakes(const tInput& input, const tLoadOptions& options, unsigned int flags, CDiagnostics& diagnostics)
+{
+    reportPlaces(input, findMistakes(input.text(), options.flags() | flags), options, diagnostics);
 }
 
 }  // namespace murv::tool

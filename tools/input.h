@@ -29,9 +29,10 @@ class CProgress;
 /// How documents are to be loaded.
 struct tLoadOptions
 {
-    bool m_bUtf8 = false;         // \u escapes give UTF-8
-    bool m_bNumberNames = false;  // numbers are accepted as member names
-    CPasswordSource m_tPassword;  // of binary files
+    bool m_bUtf8 = false;             // \u escapes give UTF-8
+    bool m_bNumberNames = false;      // numbers are accepted as member names
+    CPasswordSource m_tPassword;      // of binary files
+    std::size_t m_nMostMistakes = 1;  // of a text, which are shown
 
     /// Declares the options that every verb with documents has.
     void declare(CLI::App& verb);
@@ -83,5 +84,9 @@ E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput&
 ///                   malformed
 E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags, E_Severity textAfter,
                      CDiagnostics& diagnostics, CFields& tree);
+
+/// Reports the mistakes of a text, up to the number that the options say.
+/// \param flags  bits of E_LoaderConfigBit besides those of the options
+void reportMistakes(const tInput& input, const tLoadOptions& options, unsigned int flags, CDiagnostics& diagnostics);
 
 }  // namespace murv::tool

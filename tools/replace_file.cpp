@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <linux/magic.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -115,16 +116,77 @@ std::string takePlace(const tTarget& target, CTemporaryFile& file, const tFileId
     return error == 0 ? std::string() : text4Error(error);
 }
 
+/// What is in a file, while one of these lives.
+class CMappedFile
+{
+public:
+    explicit CMappedFile(int descriptor)
+    {
+        struct stat file = {};
+        if (fstat(descriptor, &file) != 0)
+            m_iError = errno;
+        if (m_iError != 0 || file.st_size == 0)
+            return;
+        m_nSize = static_cast<std::size_t>(file.st_size);
+        m_pBytes = mmap(nullptr, m_nSize, PROT_READ, MAP_PRIVATE, descriptor, 0);
+        m_iError = m_pBytes == MAP_FAILED ? errno : 0;
+    }
+    CMappedFile(const CMappedFile&) = delete;
+    CMappedFile& operator=(const CMappedFile&) = delete;
+    ~CMappedFile()
+    {
+        if (m_nSize != 0 && m_iError == 0)
+            munmap(m_pBytes, m_nSize);
+    }
+    /// \return 0, or an errno
+    int error() const
+    {
+        return m_iError;
+    }
+    std::string_view text() const
+    {
+        return {static_cast<const char*>(m_pBytes), m_nSize};
+    }
+
+private:
+    int m_iError = 0;
+    std::size_t m_nSize = 0;
+    void* m_pBytes = nullptr;
+};
+
+/// New content of a file, in pieces.
+struct tContent
+{
+    const std::function<void(const tPutPiece&)>& m_tWrite;
+    const std::function<bool(std::string_view)>& m_tIsRight;
+};
+
+/// \return empty, or what failed
+std::string writeContent(const tContent& content, int descriptor)
+{
+    int error = 0;
+    content.m_tWrite([&](std::string_view piece) {
+        if (error == 0)
+            error = writeAll(descriptor, piece);
+    });
+    if (error != 0)
+        return text4Error(error);
+    const CMappedFile written(descriptor);
+    if (written.error() != 0)
+        return text4Error(written.error());
+    return content.m_tIsRight(written.text()) ? std::string() : "the new text does not read back equal";
+}
+
 /// Puts the new content in the place of a file that exists. \return empty, or what failed
-std::string replace(const tTarget& target, std::string_view content, const tFileIdentity& readBefore)
+std::string replace(const tTarget& target, const tContent& content, const tFileIdentity& readBefore)
 {
     if (std::string fault = fault4Replacing(target); !fault.empty())
         return fault;
     CTemporaryFile file(target.m_strPath, 0600);
     if (std::string fault = fault4Making(target, file); !fault.empty())
         return fault;
-    if (const int error = writeAll(file.descriptor(), content))
-        return text4Error(error);
+    if (std::string fault = writeContent(content, file.descriptor()); !fault.empty())
+        return fault;
     return takePlace(target, file, &readBefore, true);
 }
 
@@ -146,11 +208,19 @@ E_ExitCode checkReplaceable(const std::string& path, CDiagnostics& diagnostics)
 
 E_ExitCode replaceFile(const tInput& input, std::string_view content, CDiagnostics& diagnostics)
 {
+    return replaceFile(
+        input, [content](const tPutPiece& put) { put(content); },
+        [content](std::string_view written) { return written == content; }, diagnostics);
+}
+
+E_ExitCode replaceFile(const tInput& input, const std::function<void(const tPutPiece&)>& write,
+                       const std::function<bool(std::string_view)>& isRight, CDiagnostics& diagnostics)
+{
     tTarget target;
     int error = findTarget(input.m_strPath, target);
     if (error == 0 && !target.m_bExists)
         error = ENOENT;
-    const std::string fault = error == 0 ? replace(target, content, input.m_tIdentity) : text4Error(error);
+    const std::string fault = error == 0 ? replace(target, {write, isRight}, input.m_tIdentity) : text4Error(error);
     return report(input.m_strName, "not replaced", fault, diagnostics);
 }
 

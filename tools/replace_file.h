@@ -4,6 +4,7 @@
 // fails, and whenever, the name leads either to the old content or to the new.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,6 +26,14 @@ E_ExitCode checkReplaceable(const std::string& path, CDiagnostics& diagnostics);
 /// Mode, owner, group and extended attributes are kept. The file is left alone when they cannot be kept, when nobody
 /// may write to it, and when it has changed since it was read. A symbolic link stays, and its target is replaced.
 E_ExitCode replaceFile(const tInput& input, std::string_view content, CDiagnostics& diagnostics);
+
+using tPutPiece = std::function<void(std::string_view)>;
+
+/// The same for content that comes in pieces and that is read back before the file is replaced.
+/// \param write    is called once, and gives the pieces to the function that it gets
+/// \param isRight  whether what was written is what was meant
+E_ExitCode replaceFile(const tInput& input, const std::function<void(const tPutPiece&)>& write,
+                       const std::function<bool(std::string_view)>& isRight, CDiagnostics& diagnostics);
 
 /// Makes a file, or replaces the content of one that exists, in the same manner. For a symbolic link that leads to
 /// nothing, the target is made. A pipe or a device takes the bytes, and so does what is open already: /dev/stdout.

@@ -102,7 +102,7 @@ CTemporaryFile::CTemporaryFile(const std::string& target, mode_t mode) : m_strTa
     m_strPath = directory4Path(target) + name;
     catchEndingSignals();
     const CSignalsHeld held;
-    m_iDescriptor = open(m_strPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    m_iDescriptor = open(m_strPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
     m_bExists = m_iDescriptor >= 0;
     m_iError = m_bExists ? 0 : errno;
     if (m_bExists)

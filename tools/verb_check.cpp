@@ -60,7 +60,7 @@ private:
     void declareOwn(CLI::App& verb) override
     {
         declareLayout(verb, m_strLayout);
-        verb.add_option("--max-errors", m_ullMost, "With -l: show no more than that of a file")
+        verb.add_option("--max-errors", m_ullMost, "Show no more than that of a file")
             ->type_name("N")
             ->capture_default_str();
         verb.add_flag("-q,--quiet", m_bQuiet, "Say nothing about files that are accepted");
@@ -80,7 +80,9 @@ private:
     E_ExitCode runInput(const tInput& input, tSession& session) const override
     {
         CFields tree;
-        E_ExitCode code = loadInput(input, loadOptions(), 0, SV_warning, session.m_tDiagnostics, tree);
+        tLoadOptions options = loadOptions();
+        options.m_nMostMistakes = static_cast<std::size_t>(m_ullMost);
+        E_ExitCode code = loadInput(input, options, 0, SV_warning, session.m_tDiagnostics, tree);
         if (code == EC_done && isLayout(tree))
             code = checkLayout(input, session.m_tDiagnostics);
         if (isJson())

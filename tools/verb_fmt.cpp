@@ -1,13 +1,16 @@
 // tools/verb_fmt.cpp - murv fmt: gives documents a new layout.
 //
-// It loses nothing that a document says. A comment or text that the result would lack is an error, and a file is
-// replaced only after the new text was read back and gave the same tree.
+// A text keeps every token as it stands, so nothing can be lost; the result is written as it is made, and takes no
+// memory. A file is replaced only when the new text, read back, has the tokens of the old one. Binary files are loaded
+// and saved as text.
 #include "tools/verb.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <functional>
 
 #include "murv/flags.h"
+#include "murv/syntax.h"
 #include "tools/files_verb.h"
 #include "tools/json_text.h"
 #include "tools/replace_file.h"
@@ -19,6 +22,11 @@ namespace murv::tool
 
 namespace
 {
+constexpr std::size_t s_cnMostMistakes = 20;  // that are shown of a text
+
+/// Members of equal names all stay: the program that loads the document chooses among them.
+constexpr unsigned int s_cuiFlags = LCBC_DUPLICATE;
+
 /// "tab", or a number of blanks. \return an empty text for anything else
 std::string unit4Option(const std::string& option)
 {
@@ -45,13 +53,17 @@ private:
             verb.add_flag("-i,--in-place", m_bInPlace, "Replace each file, safely, when its layout differs");
         verb.add_flag("-c,--check", m_bCheck, "Only name the files whose layout differs; exit 1 when any does")
             ->excludes(inPlace);
-        verb.add_flag("--compact", m_tFormat.m_bCompact, "One line, without blanks and comments");
+        verb.add_flag("--compact", m_tLayout.m_bCompact, "One line, without blanks and comments");
         verb.add_option("--indent", m_strIndent, "Blanks for each level, 1 to 16, or tab")
             ->default_str("2")
             ->type_name("N|tab")
             ->check([](const std::string& option) {
                 return unit4Option(option).empty() ? "neither 1 to 16 nor tab" : std::string();
             });
+        verb.add_option("--width", m_tLayout.m_uiWidth, "Longest line of a container that stands on one line")
+            ->capture_default_str()
+            ->type_name("N")
+            ->check(CLI::Range(1, 10000));
         verb.add_flag("--no-one-line-arrays", m_bNoOneLineArrays, "Every element on a line of its own");
         verb.add_flag("--no-null-word", m_bNoNullWord, "Write null as nothing instead of \"null\"");
         verb.add_flag("--no-final-newline", m_bNoFinalNewline, "Do not end with a line feed");
@@ -59,10 +71,10 @@ private:
 
     E_ExitCode begin(CDiagnostics& diagnostics) override
     {
-        m_tFormat.m_strIndentUnit = unit4Option(m_strIndent);
-        m_tFormat.m_bOneLineArrays = !m_bNoOneLineArrays;
-        m_tFormat.m_bNullWord = !m_bNoNullWord;
-        m_tFormat.m_bFinalNewline = !m_bNoFinalNewline;
+        m_tLayout.m_strIndent = unit4Option(m_strIndent);
+        m_tLayout.m_bOneLineArrays = !m_bNoOneLineArrays;
+        m_tLayout.m_bNullWord = !m_bNoNullWord;
+        m_tLayout.m_bFinalNewline = !m_bNoFinalNewline;
         return checkCall(diagnostics);
     }
 
@@ -83,61 +95,83 @@ private:
 
     E_ExitCode runInput(const tInput& input, tSession& session) const override
     {
-        std::string text;
-        if (const E_ExitCode code = layOut(input, session.m_tDiagnostics, text))
-            return code;
-        const bool differs = text != input.text();
-        if (m_bCheck)
+        if (!input.isText() || input.m_bTooBig)
+            return layOutTree(input, session);
+        bool isText = false;
+        bool isSame = true;
+        if (m_bCheck || m_bInPlace)
+            isText = compare(input, isSame);
+        else
+            isText = layOut(input, [&](std::string_view piece) { session.m_tOutput.put(piece); });
+        if (!isText)
         {
-            if (differs)
-                session.m_tOutput.put(isJson() ? "{\"file\":" + json4Text(input.m_strName) + ",\"differs\":true}\n"
-                                               : shownText(input.m_strName) + "\n");
-            return differs ? EC_no : EC_done;
+            tLoadOptions options = loadOptions();
+            options.m_nMostMistakes = s_cnMostMistakes;
+            reportMistakes(input, options, s_cuiFlags, session.m_tDiagnostics);
+            return EC_malformed;
         }
+        if (isSame)
+            return EC_done;
+        return m_bInPlace ? replace(input, session.m_tDiagnostics) : tellDifference(input, session);
+    }
+
+    /// \return false when the text has mistakes
+    bool layOut(const tInput& input, const tPutPiece& receive) const
+    {
+        return formatText(input.text(), loadOptions().flags() | s_cuiFlags, m_tLayout, receive);
+    }
+
+    /// \param isSame  set: the text is laid out already. \return false when the text has mistakes
+    bool compare(const tInput& input, bool& isSame) const
+    {
+        std::string_view left = input.text();
+        const bool isText = layOut(input, [&](std::string_view piece) {
+            isSame = isSame && left.substr(0, piece.size()) == piece;
+            left.remove_prefix(std::min(piece.size(), left.size()));
+        });
+        isSame = isSame && left.empty();
+        return isText;
+    }
+
+    E_ExitCode tellDifference(const tInput& input, tSession& session) const
+    {
+        session.m_tOutput.put(isJson() ? "{\"file\":" + json4Text(input.m_strName) + ",\"differs\":true}\n"
+                                       : shownText(input.m_strName) + "\n");
+        return EC_no;
+    }
+
+    E_ExitCode replace(const tInput& input, CDiagnostics& diagnostics) const
+    {
+        const auto write = [&](const tPutPiece& put) { layOut(input, put); };
+        const auto isRight = [&](std::string_view text) { return haveSameTokens(input.text(), text, m_tLayout); };
+        return replaceFile(input, write, isRight, diagnostics);
+    }
+
+    /// What is no text is loaded and saved as one.
+    E_ExitCode layOutTree(const tInput& input, tSession& session) const
+    {
         if (m_bInPlace)
-            return differs ? replace(input, text, session.m_tDiagnostics) : EC_done;
+            return session.m_tDiagnostics.fail(input.m_strName, "is binary; --in-place is for text", EC_malformed);
+        CFields tree;
+        if (const E_ExitCode code = loadInput(input, loadOptions(), s_cuiFlags, SV_error, session.m_tDiagnostics, tree))
+            return code;
+        tFormat format;
+        format.m_bCompact = m_tLayout.m_bCompact;
+        format.m_bOneLineArrays = m_tLayout.m_bOneLineArrays;
+        format.m_bNullWord = m_tLayout.m_bNullWord;
+        format.m_bFinalNewline = m_tLayout.m_bFinalNewline;
+        format.m_strIndentUnit = m_tLayout.m_strIndent;
+        std::string text;
+        tLoss loss;
+        if (!writeText(tree, std::string_view(), format, text, loss))
+            return reportLoss(input, loss, session.m_tDiagnostics);
+        if (m_bCheck)
+            return tellDifference(input, session);
         session.m_tOutput.put(text);
         return EC_done;
     }
 
-    E_ExitCode layOut(const tInput& input, CDiagnostics& diagnostics, std::string& text) const
-    {
-        CFields tree;
-        // Members of equal names all stay: the program that loads the document chooses among them.
-        if (const E_ExitCode code = loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_error, diagnostics, tree))
-            return code;
-        tLoss loss;
-        if (!writeText(tree, input.isText() ? input.text() : std::string_view(), m_tFormat, text, loss))
-            return reportLoss(input, loss, diagnostics);
-        if (m_tFormat.m_bCompact || !input.isText())
-            return EC_done;
-        return keepsComments(input, text, diagnostics) ? EC_done : EC_malformed;
-    }
-
-    E_ExitCode replace(const tInput& input, const std::string& text, CDiagnostics& diagnostics) const
-    {
-        if (!input.isText())
-            return diagnostics.fail(input.m_strName, "is binary; --in-place is for text", EC_malformed);
-        if (!readsBackEqual(input, text, diagnostics))
-            return diagnostics.fail(input.m_strName, "not replaced: the new text does not read back equal",
-                                    EC_internal);
-        return replaceFile(input, text, diagnostics);
-    }
-
-    bool readsBackEqual(const tInput& input, const std::string& text, CDiagnostics& diagnostics) const
-    {
-        tInput again;
-        again.m_strPath = again.m_strName = "the new text of " + input.m_strName;
-        again.m_pBytes.reset(new char[text.size() + 1]);
-        again.m_nSize = text.copy(again.m_pBytes.get(), text.size());
-        CFields before;
-        CFields after;
-        return loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_error, diagnostics, before) == EC_done &&
-               loadInput(again, loadOptions(), LCBC_DUPLICATE, SV_error, diagnostics, after) == EC_done &&
-               isSameDocument(before, after, false);
-    }
-
-    tFormat m_tFormat;
+    tTextLayout m_tLayout;
     std::string m_strIndent = "2";
     bool m_bInPlace = false;
     bool m_bCheck = false;

@@ -20,6 +20,7 @@
 #include "murv/records.h"
 #include "murv/saver.h"
 #include "murv/strings.h"
+#include "murv/syntax.h"
 #include "murv/text.h"
 #include "murv/token.h"
 #include "murv/types.h"

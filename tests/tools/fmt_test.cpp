@@ -26,10 +26,7 @@ constexpr const char* s_cpUgly = "{\"a\"=1,#7 \"sub\"={\"x\"=5},\"list\"=[1,2,3]
 constexpr const char* s_cpPretty =
     "{\n"
     "  \"a\" = 1,\n"
-    "  #7 \"sub\" =\n"
-    "  {\n"
-    "    \"x\" = 5\n"
-    "  },\n"
+    "  #7 \"sub\" = { \"x\" = 5 },\n"
     "  \"list\" = [1, 2, 3]\n"
     "} // end\n";
 
@@ -73,8 +70,8 @@ TEST(Fmt, compactWritesOneLineWithoutComments)
 
 TEST(Fmt, indentTakesBlanksOrTabs)
 {
-    EXPECT_EQ(fmt("{\"a\"={\"b\"=1}}", {"--indent", "4"}), "{\n    \"a\" =\n    {\n        \"b\" = 1\n    }\n}\n");
-    EXPECT_EQ(fmt("{\"a\"={\"b\"=1}}", {"--indent", "tab"}), "{\n\t\"a\" =\n\t{\n\t\t\"b\" = 1\n\t}\n}\n");
+    EXPECT_EQ(fmt("{\"a\"={\n\"b\"=1}}", {"--indent", "4"}), "{\n    \"a\" =\n    {\n        \"b\" = 1\n    }\n}\n");
+    EXPECT_EQ(fmt("{\"a\"={\n\"b\"=1}}", {"--indent", "tab"}), "{\n\t\"a\" =\n\t{\n\t\t\"b\" = 1\n\t}\n}\n");
 }
 
 TEST(Fmt, indentOutsideItsRangeIsAWrongCall)
@@ -90,7 +87,7 @@ TEST(Fmt, oneLineArraysCanBeSwitchedOff)
 
 TEST(Fmt, nullWordCanBeSwitchedOff)
 {
-    EXPECT_EQ(fmt("{\"a\"=null,\"b\"=}"), "{\n  \"a\" = null,\n  \"b\" = null\n}\n");
+    EXPECT_EQ(fmt("{\"a\"=null,\"b\"=}"), "{\n  \"a\" = null,\n  \"b\" =\n}\n");
     EXPECT_EQ(fmt("{\"a\"=null,\"b\"=1}", {"--no-null-word"}), "{\n  \"a\" =,\n  \"b\" = 1\n}\n");
 }
 
@@ -101,8 +98,8 @@ TEST(Fmt, finalNewlineCanBeSwitchedOff)
 
 TEST(Fmt, numbersKeepTheirSpelling)
 {
-    EXPECT_EQ(fmt("[0.1, 1.0, 1e3, -0.0, 1.50, 123456789.123456789, 1e400]"),
-              "[0.1, 1.0, 1e3, -0.0, 1.50, 123456789.123456789, 1e400]\n");
+    EXPECT_EQ(fmt("[0.1, 1.0, 1e3, -0.0, 1.50, 123456789.123456789, 1e400, 007, 05]"),
+              "[0.1, 1.0, 1e3, -0.0, 1.50, 123456789.123456789, 1e400, 007, 05]\n");
 }
 
 TEST(Fmt, emptyStringsStayStrings)
@@ -133,15 +130,16 @@ TEST(Fmt, packetExpressionsStay)
               "{\n  \"amount\" = (ANF12) 0.50,\n  \"at\" = (ANF8YYYYMMDD) 0,\n  \"fixed\" = (ACF4fix) \"\"\n}\n");
 }
 
-TEST(Fmt, charactersStandAsThemselvesAndHiddenOnesAsEscapes)
+TEST(Fmt, stringsKeepTheirSpelling)
 {
-    EXPECT_EQ(fmt("[\"\xC3\xBC \\xC3\\xBC\"]"), "[\"\xC3\xBC \xC3\xBC\"]\n");
-    EXPECT_EQ(fmt("[\"\xE2\x80\xAE \xFF\"]"), "[\"\\xE2\\x80\\xAE \\xFF\"]\n");
+    EXPECT_EQ(fmt("[\"\xC3\xBC \\xC3\\xBC \\u0041 \\/\",\"\xE2\x80\xAE \xFF\"]"),
+              "[\"\xC3\xBC \\xC3\\xBC \\u0041 \\/\", \"\xE2\x80\xAE \xFF\"]\n");
 }
 
-TEST(Fmt, integersKeepTheZeroThatTellsTheirType)
+TEST(Fmt, namesOfAnyLengthStay)
 {
-    EXPECT_EQ(fmt("[5, 05, 007]"), "[5, 05, 7]\n");
+    const std::string name(300, 'n');
+    EXPECT_EQ(fmt("{\"" + name + "\"=1}"), "{\n  \"" + name + "\" = 1\n}\n");
 }
 
 TEST(Fmt, leavesNoNullOutThatAContainerNeeds)
@@ -151,6 +149,7 @@ TEST(Fmt, leavesNoNullOutThatAContainerNeeds)
     EXPECT_EQ(bare, "{\n  \"a\" = 1,\n   null // c3\n}\n");
     EXPECT_EQ(fmt(bare, {"--no-null-word"}), bare);
     EXPECT_EQ(fmt("null", {"--no-null-word"}), "null\n");
+    EXPECT_EQ(fmt("[/* one */ null, 2]", {"--no-null-word"}), "[/* one */ null, 2]\n");
     EXPECT_EQ(fmt("[1,null,(ACF4) null]", {"--no-null-word"}), "[1, , (ACF4)]\n");
     EXPECT_EQ(fmt("{\"a\"=[null,null],\"b\"=}", {"--no-null-word", "--compact"}), "{\"a\"=[,],\"b\"=}\n");
 }
@@ -161,46 +160,51 @@ TEST(Fmt, keepsEveryCommentOfABlockAsItIs)
     EXPECT_EQ(fmt(document), document);
 }
 
-TEST(Fmt, unicodeEscapesFollowTheOption)
-{
-    EXPECT_EQ(fmt("[\"\\u0041\"]"), "[\"\\x00A\"]\n");
-    EXPECT_EQ(fmt("[\"\\u0041\"]", {"--utf8"}), "[\"A\"]\n");
-}
-
 TEST(Fmt, numbersAsNamesNeedTheOption)
 {
-    EXPECT_EQ(fmt("{1=2}", {"--number-names"}), "{\n  \"1\" = 2\n}\n");
+    EXPECT_EQ(fmt("{1=2}", {"--number-names"}), "{\n  1 = 2\n}\n");
     EXPECT_EQ(refusal("{1=2}"), "<stdin>:1:2: error: Missing '}' or field member name\n{1=2}\n ^\n");
 }
 
-TEST(Fmt, refusesToLoseTextAfterTheDocument)
+TEST(Fmt, textAfterTheDocumentStays)
 {
-    EXPECT_EQ(refusal("{\"a\"=1} // fine\n\"more\"\n"),
-              "<stdin>:2:1: error: text after the document would be lost\n\"more\"\n^\n");
+    EXPECT_EQ(fmt("{\"a\"=1} // fine\n\"more\",  {\n"), "{\n  \"a\" = 1\n} // fine\n\"more\",  {\n");
+    EXPECT_EQ(fmt("[1]  2"), "[1] 2\n");
 }
 
-TEST(Fmt, refusesToLoseAComment)
+TEST(Fmt, commentsStayInTheirOrderAndContainer)
 {
-    EXPECT_EQ(refusal("[ 1, /* first */ // second\n 2 ]"),
-              "<stdin>:1:6: error: this comment would be lost: a value keeps one comment on its line\n"
-              "[ 1, /* first */ // second\n"
-              "     ^~~~~~~~~~~\n");
+    EXPECT_EQ(fmt("[ 1, /* first */ // second\n 2 /* third */ , // fourth\n3\n// last\n]"),
+              "[\n  1, /* first */ // second\n  2 /* third */, // fourth\n  3\n  // last\n]\n");
 }
 
-TEST(Fmt, refusesToLoseARemark)
+TEST(Fmt, remarksStay)
 {
-    EXPECT_EQ(refusal("{\"a\"=(ANF4 cents) 1}"),
-              "<stdin>:1:12: error: this remark in a packet expression would be lost\n"
-              "{\"a\"=(ANF4 cents) 1}\n"
-              "           ^~~~~\n");
+    EXPECT_EQ(fmt("{\"a\"=(ANF4 cents) 1,\"b\"=( ACV2+128 )2}"),
+              "{\n  \"a\" = (ANF4 cents) 1,\n  \"b\" = ( ACV2+128 ) 2\n}\n");
+    EXPECT_EQ(fmt("{\"a\"=(ANF4 cents) 1}", {"--compact"}), "{\"a\"=(ANF4)1}\n");
 }
 
-TEST(Fmt, refusesToLoseThePacketExpressionOfAContainer)
+TEST(Fmt, packetExpressionsOfContainersStay)
 {
-    EXPECT_EQ(refusal("[(ACF4) [1]]"),
-              "<stdin>:1:9: error: the packet expression of this container would be lost\n"
-              "[(ACF4) [1]]\n"
-              "        ^\n");
+    EXPECT_EQ(fmt("[(ACF4) [1]]"), "[(ACF4) [1]]\n");
+}
+
+TEST(Fmt, showsEveryMistake)
+{
+    EXPECT_EQ(
+        refusal("{\"a\"=1x,\"b\"=#}"),
+        "<stdin>:1:7: error: Missing ',' or '}' in field declaration\n{\"a\"=1x,\"b\"=#}\n      ^\n"
+        "<stdin>:1:13: error: Syntax error: value, field or array expected.\n{\"a\"=1x,\"b\"=#}\n            ^\n");
+}
+
+TEST(Fmt, widthDecidesWhatStaysOnOneLine)
+{
+    const std::string numbers = "111111111111, 222222222222, 333333333333, 444444444444, 555555555555, 666666666666";
+    const std::string lines =
+        "111111111111,\n    222222222222,\n    333333333333,\n    444444444444,\n    555555555555,\n    666666666666";
+    EXPECT_EQ(fmt("{\"a\"=[" + numbers + "]}"), "{\n  \"a\" = [" + numbers + "]\n}\n");
+    EXPECT_EQ(fmt("{\"a\"=[" + numbers + "]}", {"--width", "80"}), "{\n  \"a\" =\n  [\n    " + lines + "\n  ]\n}\n");
 }
 
 TEST(Fmt, compactPutsABlankBetweenAnIdAndANumber)
