@@ -32,6 +32,7 @@ ALLOWED = {
     "layout/run": [*CORE, "packet", "layout/values", "layout/plan"],
     "layout": [*CORE, "packet", "layout/values", "layout/plan", "layout/compile", "layout/run"],
     "tools": ["ber", "ber/cipher"],
+    "explorer": [],
     "examples": [],
     "tests/package/consumer": [],
 }
