@@ -8,6 +8,7 @@
 #include <string>
 
 #include "ber/binary_parser.h"
+#include "core/text/bit_cast.h"
 #include "packet/pei_rules.h"
 
 namespace murv::detail
@@ -160,7 +161,7 @@ const char* CBinaryParser::decodeValue(std::size_t length, tSlot& value) const
     else if (value.m_eType == DT_uint)
         value.m_uValue.m_ullValue = readNumber<std::uint32_t>(from, m_bLittleEndian);
     else
-        value.m_uValue.m_dValue = std::bit_cast<float>(readNumber<std::uint32_t>(from, m_bLittleEndian));
+        value.m_uValue.m_dValue = bitCast<float>(readNumber<std::uint32_t>(from, m_bLittleEndian));
     return nullptr;
 }
 

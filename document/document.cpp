@@ -190,20 +190,37 @@ void CDocument::tState::becomeContainer(const CDocumentPath& way, const CFields&
 
 void CDocument::set(std::string_view path, CNewValue value)
 {
+    setSpelled(path, value.take(), {});
+}
+
+void CDocument::setText(std::string_view path, std::string_view notation)
+{
+    CLoader4SER loader(m_pState->m_uiConfig);
+    CFields value;
+    const bool isLoaded = loader.loading(notation, value);
+    const bool isBare = isLoaded && value.getNameLen() == 0 && value.getID() == 0 && !value.isComment() &&
+                        CFields::pkt_IsNullExp(value.pkt_GetExp());
+    const auto end = isLoaded ? static_cast<std::size_t>(value.getOffsetEnd()) : 0;
+    if (!isBare || notation.find_first_not_of(" \t\r\n", end) != std::string_view::npos)
+        throw CLogicError("The text is not one value");
+    setSpelled(path, std::move(value), notation);
+}
+
+void CDocument::setSpelled(std::string_view path, CFields fresh, std::string_view notation)
+{
     tState& state = *m_pState;
     state.collect();
     CDocumentPath way(state.m_tTree, state.m_tSource, path);
-    CFields fresh = value.take();
     way.requireDepth(fresh, s_cnDeepest);
     CFields& node = way.node();
     if (way.isWhole())
     {
         strip(fresh);
-        if (isSet(node, fresh))
+        if (notation.empty() && isSet(node, fresh))
             return;
         way.requireNoExpression(fresh);
         CSourceEdit edit = state.edit();
-        edit.prepareValue(way.place(), fresh);
+        edit.prepareValue(way.place(), fresh, notation);
         murv::set(state.m_tTree, way.steps(), std::move(fresh));
         edit.commitValue(way.place());
         return state.changed();
@@ -218,7 +235,8 @@ void CDocument::set(std::string_view path, CNewValue value)
         if (wasNull)
             state.becomeContainer(way, node);
         else
-            state.edit().insertMember(way.place().m_uiNode, count, node.getChildAt(count));
+            state.edit().insertMember(way.place().m_uiNode, count, node.getChildAt(count),
+                                      way.isLastMissing() ? notation : std::string_view());
     }
     catch (...)
     {

@@ -41,6 +41,12 @@ public:
         return m_nTaken == m_tSteps.m_vStep.size();
     }
 
+    /// Whether all but the last step lead to nodes.
+    bool isLastMissing() const
+    {
+        return m_nTaken + 1 == m_tSteps.m_vStep.size();
+    }
+
     void requireWhole() const;
     /// Throws CLogicError where a value would lie too deep, in levels of containers.
     void requireDepth(const CFields& value, std::size_t deepest) const;

@@ -26,6 +26,15 @@ std::string savedText(const CFields& node)
     return text;
 }
 
+/// What a member is written with before its value.
+std::string savedHead(const CFields& node)
+{
+    CFields null;
+    null.setName(node.getName(), node.getNameLen());
+    std::string text = savedText(null);
+    return text.substr(0, text.size() - std::string_view("null").size());
+}
+
 std::string_view withoutBlanksAtEnd(std::string_view text)
 {
     const std::size_t last = text.find_last_not_of(" \t\r\n");
@@ -91,9 +100,9 @@ std::string tightHead(std::string_view head)
 }  // namespace
 
 /// Writes a node and cuts its text. \param layout  no longer inline when the text needs lines of its own
-std::uint32_t CSourceEdit::addText(const CFields& node, tMemberLayout& layout)
+std::uint32_t CSourceEdit::addText(const CFields& node, std::string_view notation, tMemberLayout& layout)
 {
-    const std::string saved = savedText(node);
+    const std::string saved = notation.empty() ? savedText(node) : savedHead(node) + std::string(notation);
     if (hasCommentOfLine(saved))
         layout.m_bInline = layout.m_bOneLine = false;
     std::string formatted = formatMember(saved, m_uiConfig, layout);
@@ -111,52 +120,54 @@ std::uint32_t CSourceEdit::addText(const CFields& node, tMemberLayout& layout)
     return added;
 }
 
-void CSourceEdit::insertMember(std::uint32_t container, std::size_t index, const CFields& member)
+void CSourceEdit::insertMember(std::uint32_t container, std::size_t index, const CFields& member,
+                               std::string_view notation)
 {
     tMemberLayout layout = layout4New(m_tTree, container, index, m_tLayout);
-    const std::uint32_t added = addText(member, layout);
+    const std::uint32_t added = addText(member, notation, layout);
     tSourceNode& set = m_tTree[container];
     tSourceNode& node = m_tTree[added];
     set.m_vMember.reserve(set.m_vMember.size() + 1);
     const bool isLast = index == set.m_vMember.size();
     const bool isFirst = index == 0;
-    const bool isArray = set.m_strvInner.back() == ']';
-    const std::string_view blank = isArray && isFirst ? "" : " ";
+    tSourceNode* const previous = isFirst ? nullptr : &m_tTree[set.m_vMember[index - 1]];
+    m_tPrepared = {};
+    if (isLast && !isFirst)
+        prepareComma(set);
+    const std::string_view blank = isFirst && set.m_strvInner.back() == ']' ? "" : " ";
     const std::string_view line = layout.m_bInline ? blank : this->line(layout.m_strIndent);
-    const std::string_view piece = isFirst ? set.m_strvValue : m_tTree[set.m_vMember[index - 1]].m_strvAfter;
-    const std::string_view before = afterPiece(piece, std::string(line) + std::string(node.m_strvBefore));
+    const std::string_view before = afterPiece(isFirst ? set.m_strvValue : previous->m_strvAfter,
+                                               std::string(line) + std::string(node.m_strvBefore));
     const std::string_view after = isLast ? node.m_strvAfter : m_tTree.keep("," + std::string(node.m_strvAfter));
-    tSourceNode* const previous = isLast && !isFirst ? &m_tTree[set.m_vMember.back()] : nullptr;
-    std::string_view beforePrevious;
-    std::string_view afterPrevious;
-    if (previous != nullptr)
-    {
-        // Its comma follows what is before it when nothing stands for it.
-        const std::string_view piece4Previous =
-            index == 1 ? set.m_strvValue : m_tTree[set.m_vMember[index - 2]].m_strvAfter;
-        beforePrevious = previous->m_strvBefore;
-        if (previous->isMissing())
-            beforePrevious = afterPiece(piece4Previous, std::string(beforePrevious));
-        afterPrevious = m_tTree.keep("," + std::string(previous->m_strvAfter));
-    }
-    std::string inner(set.m_strvInner);
-    if (isLast && isFirst)
-        inner = innerForFirst(set, layout);
+    const std::string inner = isLast && isFirst ? innerForFirst(set, layout) : std::string(set.m_strvInner);
     const std::string_view newInner = isLast ? afterPiece(after, inner) : set.m_strvInner;
-    const std::string_view beforeNext =
-        isLast ? std::string_view() : beforeSecond(m_tTree[set.m_vMember[index]], after);
+    if (!isLast)
+        m_tPrepared.m_strvNextBefore = beforeSecond(m_tTree[set.m_vMember[index]], after);
     // From here on nothing fails.
-    if (previous != nullptr)
+    if (isLast && !isFirst)
     {
-        previous->m_strvBefore = beforePrevious;
-        previous->m_strvAfter = afterPrevious;
+        previous->m_strvBefore = m_tPrepared.m_strvBefore;
+        previous->m_strvAfter = m_tPrepared.m_strvAfter;
     }
     if (!isLast)
-        m_tTree[set.m_vMember[index]].m_strvBefore = beforeNext;
+        m_tTree[set.m_vMember[index]].m_strvBefore = m_tPrepared.m_strvNextBefore;
     set.m_strvInner = newInner;
     node.m_strvBefore = before;
     node.m_strvAfter = after;
     set.m_vMember.insert(set.m_vMember.begin() + static_cast<std::ptrdiff_t>(index), added);
+}
+
+/// The last member of a container gets a comma. Where nothing stands for it, that follows what is before it.
+void CSourceEdit::prepareComma(const tSourceNode& container)
+{
+    const std::size_t last = container.m_vMember.size() - 1;
+    const tSourceNode& node = m_tTree[container.m_vMember[last]];
+    m_tPrepared.m_strvBefore = node.m_strvBefore;
+    const std::string_view piece =
+        last == 0 ? container.m_strvValue : m_tTree[container.m_vMember[last - 1]].m_strvAfter;
+    if (node.isMissing())
+        m_tPrepared.m_strvBefore = afterPiece(piece, std::string(node.m_strvBefore));
+    m_tPrepared.m_strvAfter = m_tTree.keep("," + std::string(node.m_strvAfter));
 }
 
 /// What stands before a member that another one is put before. It may have been the first.
@@ -186,11 +197,11 @@ std::string_view CSourceEdit::afterPiece(std::string_view piece, const std::stri
     return m_tTree.keep(isLine ? text.substr(first) : std::string(m_tLayout.m_strvLineEnd) + text);
 }
 
-void CSourceEdit::prepareValue(const tSourcePlace& place, const CFields& value)
+void CSourceEdit::prepareValue(const tSourcePlace& place, const CFields& value, std::string_view notation)
 {
     tMemberLayout layout =
         layout4Value(m_tTree, place.m_uiNode, place.m_bRoot ? nullptr : &place.m_uiParent, m_tLayout);
-    tSourceNode value4Node = m_tTree[addText(value, layout)];
+    tSourceNode value4Node = m_tTree[addText(value, notation, layout)];
     const tSourceNode& node = m_tTree[place.m_uiNode];
     m_tPrepared = {};
     m_tPrepared.m_strvHead = headForValue(node, value4Node, layout);

@@ -33,10 +33,12 @@ public:
     {
     }
 
-    /// \param member  with all that it has. Throws CLogicError when no text can hold it
-    void insertMember(std::uint32_t container, std::size_t index, const CFields& member);
+    /// \param member    with all that it has. Throws CLogicError when no text can hold it
+    /// \param notation  its value as it is to be spelled; empty to write it as savers do
+    void insertMember(std::uint32_t container, std::size_t index, const CFields& member,
+                      std::string_view notation = {});
     /// \param value  without name, ID, comments and packet expression
-    void prepareValue(const tSourcePlace& place, const CFields& value);
+    void prepareValue(const tSourcePlace& place, const CFields& value, std::string_view notation = {});
     void commitValue(const tSourcePlace& place) noexcept;
     void prepareRemoval(const tSourcePlace& place);
     void commitRemoval(const tSourcePlace& place) noexcept;
@@ -61,7 +63,8 @@ private:
         std::string_view m_strvOnlyValue;
     };
 
-    std::uint32_t addText(const CFields& node, tMemberLayout& layout);
+    std::uint32_t addText(const CFields& node, std::string_view notation, tMemberLayout& layout);
+    void prepareComma(const tSourceNode& container);
     std::string_view headForValue(const tSourceNode& node, const tSourceNode& value, const tMemberLayout& layout);
     std::string commentBefore(const tSourcePlace& place, std::string_view comment);
     std::string commentAfter(const tSourcePlace& place, std::string_view comment);

@@ -4,10 +4,10 @@
 #include "packet/item_make.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 
 #include "core/field_access.h"
+#include "core/text/bit_cast.h"
 #include "core/text/double_text.h"
 #include "core/text/integer_text.h"
 #include "core/text/word_bytes.h"
@@ -105,7 +105,7 @@ std::string_view binaryBytes(const CFields& leaf, char* scratch, const tReporter
     case DT_bool: *scratch = value.m_bValue ? 1 : 0; return {scratch, 1};
     case DT_sint: storeBigEndian(scratch, static_cast<std::uint64_t>(value.m_llValue)); return {scratch, s_cnWord};
     case DT_uint: storeBigEndian(scratch, value.m_ullValue); return {scratch, s_cnWord};
-    case DT_double: storeBigEndian(scratch, std::bit_cast<std::uint64_t>(value.m_dValue)); return {scratch, s_cnWord};
+    case DT_double: storeBigEndian(scratch, bitCast<std::uint64_t>(value.m_dValue)); return {scratch, s_cnWord};
     case DT_codelist: return tFieldAccess::codes(leaf);
     case DT_array:
     case DT_fields: break;

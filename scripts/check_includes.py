@@ -34,11 +34,12 @@ ALLOWED = {
     "layout": [*CORE, "packet", "layout/values", "layout/plan", "layout/compile", "layout/run"],
     "tools": ["ber", "ber/cipher"],
     "tools/reference": ["tools"],
+    "explorer": [],
     "examples": [],
     "tests/package/consumer": [],
 }
-LIBRARY = ["include/murv", *CORE, "packet", "io", "io/ids", "ser", "ber", "ber/cipher", "front", "everyday", "syntax", "document",
-           "layout/values", "layout/plan", "layout/compile", "layout/run", "layout"]
+LIBRARY = ["include/murv", *CORE, "packet", "io", "io/ids", "ser", "ber", "ber/cipher", "front", "everyday", "syntax",
+           "document", "layout/values", "layout/plan", "layout/compile", "layout/run", "layout"]
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)
 # Headers for processor instructions and sanitizers come with the compiler, as the standard library does.

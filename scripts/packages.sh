@@ -39,8 +39,10 @@ s_packagesBuild=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
 s_packagesTest=("${s_packagesBuild[@]}" git make pkg-config python3 libgtest-dev libgmock-dev
     libssl-dev tshark mandoc zsh fish vim)
 s_packagesClang=(clang libclang-rt-14-dev)
-s_packagesCheck=("${s_packagesTest[@]}" "${s_packagesClang[@]}" clang-format clang-tidy)
+s_packagesCheck=("${s_packagesTest[@]}" "${s_packagesClang[@]}" clang-format clang-tidy libc++-13-dev)
 s_packagesPackage=("${s_packagesBuild[@]}" git make pkg-config debhelper dpkg-dev fakeroot lintian mmdebstrap)
-s_packagesCross=(cmake ninja-build g++-s390x-linux-gnu g++-i686-linux-gnu qemu-user-static libgtest-dev)
+s_packagesCross=(cmake ninja-build g++-s390x-linux-gnu g++-i686-linux-gnu qemu-user-static libgtest-dev
+    clang libc++-13-dev libc++abi-13-dev)
 s_packagesBench=("${s_packagesBuild[@]}" libbenchmark-dev rapidjson-dev libsimdjson-dev
     libmsgpack-cxx-dev libssl-dev libprotobuf-dev protobuf-compiler)
+s_packagesExplorer=(cmake ninja-build emscripten nlohmann-json3-dev nodejs esbuild chromium)

@@ -7,7 +7,6 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -106,8 +105,12 @@ inline constexpr tSSTable s_cauiSS[4] = {makeSSTable(0), makeSSTable(1), makeSST
 constexpr std::array<std::uint32_t, 16> makeSeedConstants()
 {
     std::array<std::uint32_t, 16> constants{};
-    for (unsigned int i = 0; i < 16; ++i)
-        constants[i] = std::rotl(std::uint32_t{0x9E3779B9u}, static_cast<int>(i));
+    std::uint32_t constant = 0x9E3779B9u;
+    for (std::uint32_t& place : constants)
+    {
+        place = constant;
+        constant = constant << 1 | constant >> 31;
+    }
     return constants;
 }
 

@@ -10,6 +10,7 @@
 #include <limits>
 #include <string_view>
 
+#include "core/text/bit_cast.h"
 #include "core/text/decimal_scale.h"
 #include "core/text/integer_text.h"
 #include "core/text/word_bytes.h"
@@ -187,7 +188,7 @@ char* layOut(char* out, const tDecimal17& decimal) noexcept
 
 char* writeDouble(char* out, double value) noexcept
 {
-    const auto bits = std::bit_cast<std::uint64_t>(value);
+    const auto bits = bitCast<std::uint64_t>(value);
     const std::uint64_t magnitude = bits & ~s_cullSignBit;
     if (magnitude >> 52 == 0x7FF)
     {
@@ -198,7 +199,7 @@ char* writeDouble(char* out, double value) noexcept
     *out = '-';
     out += bits >> 63;
 
-    const auto positive = std::bit_cast<double>(magnitude);
+    const auto positive = bitCast<double>(magnitude);
     if (positive < s_cdFirstWithExponent)
     {
         const auto whole = static_cast<std::int64_t>(positive);

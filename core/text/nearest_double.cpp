@@ -7,6 +7,9 @@
 #include <limits>
 #include <system_error>
 
+#include "core/text/bit_cast.h"
+#include "core/text/exact_double.h"
+
 namespace murv::detail
 {
 
@@ -54,14 +57,24 @@ bool scaleToNearest(std::uint64_t mantissa, std::int64_t exponent, std::uint64_t
 }
 
 /// The slow exact way. `text` begins with a digit, or a point and a digit.
+#if defined(__cpp_lib_to_chars)
 std::uint64_t readExactly(const char* text, const char* end, const tDecimal& decimal) noexcept
 {
     double value = 0;
     const std::from_chars_result result = std::from_chars(text, end, value, std::chars_format::general);
     if (result.ec != std::errc::result_out_of_range)
-        return std::bit_cast<std::uint64_t>(value);
+        return bitCast<std::uint64_t>(value);
     return decimal.m_llExponent > 0 ? s_cullInfinity : 0;  // the mantissa has 64 bits: near either end this decides
 }
+#else
+std::uint64_t readExactly(const char* text, const char* end, const tDecimal& decimal) noexcept
+{
+    std::int64_t exponent = decimal.m_llExponent;
+    for (std::uint64_t mantissa = decimal.m_ullMantissa; mantissa >= 10; mantissa /= 10)
+        ++exponent;
+    return nearest4Digits(text, end, exponent);
+}
+#endif
 
 }  // namespace
 

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <limits>
 
+#include "core/text/bit_cast.h"
 #include "core/text/byte_scan.h"
 #include "core/text/nearest_double.h"
 #include "core/text/word_bytes.h"
@@ -161,7 +162,7 @@ tScannedNumber makeDouble(std::uint64_t bits, bool negative) noexcept
 {
     tScannedNumber number{};
     number.m_eType = DT_double;
-    number.m_uValue.m_dValue = std::bit_cast<double>(negative ? bits | s_cullSignBit : bits);
+    number.m_uValue.m_dValue = bitCast<double>(negative ? bits | s_cullSignBit : bits);
     return number;
 }
 

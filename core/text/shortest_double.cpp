@@ -4,10 +4,10 @@
 // within the range is the result. The file shares no functions with the 17-digit printer: these would no longer be
 // inlined there, and saving numbers would take 7 percent more instructions.
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 #include <cstring>
 
+#include "core/text/bit_cast.h"
 #include "core/text/decimal_scale.h"
 #include "core/text/double_text.h"
 #include "core/text/integer_text.h"
@@ -155,12 +155,12 @@ char* layOutShortest(char* out, const tDecimal& decimal) noexcept
 
 char* writeShortestDouble(char* out, double value) noexcept
 {
-    const auto bits = std::bit_cast<std::uint64_t>(value);
+    const auto bits = bitCast<std::uint64_t>(value);
     const std::uint64_t magnitude = bits & ~s_cullSignBit;
     *out = '-';
     out += bits >> 63;
 
-    const auto positive = std::bit_cast<double>(magnitude);
+    const auto positive = bitCast<double>(magnitude);
     if (positive < s_cdFirstInexact)
     {
         const auto whole = static_cast<std::int64_t>(positive);

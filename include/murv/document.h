@@ -63,6 +63,9 @@ public:
     /// Sets the value at a path, and makes what is missing on the way, as murv::set does. Where the value is there
     /// already, nothing changes.
     void set(std::string_view path, CNewValue value);
+    /// The same for a value in the notation, whose spelling is kept: `setText("rate", "1.50")`. Where members are made
+    /// on the way, it is written as the library does. \throw CLogicError also for a text that is not one value
+    void setText(std::string_view path, std::string_view notation);
     /// Removes a member, with the comments that stand at it: on its line, and before it without an empty line between.
     void remove(std::string_view path);
     /// Inserts a member before the one at `index`, or after the last, as insertAt does.
@@ -76,6 +79,8 @@ public:
     void comment(std::string_view path, std::string_view comment, E_CommentPosition position = CP_before);
 
 private:
+    void setSpelled(std::string_view path, CFields fresh, std::string_view notation);
+
     struct tState;
     std::unique_ptr<tState> m_pState;
 };

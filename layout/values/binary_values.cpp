@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "core/text/bit_cast.h"
 #include "core/text/double_text.h"
 #include "core/text/number_scan.h"
 #include "core/text/trim.h"
@@ -178,7 +179,7 @@ E_PacketFault readFloat(const tItem& item, std::string_view bytes, unsigned int,
     const std::uint64_t word = loadOrdered(bytes, item.m_bLittle);
     const bool isShort = bytes.size() == 4;
     const double number =
-        isShort ? std::bit_cast<float>(static_cast<std::uint32_t>(word)) : std::bit_cast<double>(word);
+        isShort ? bitCast<float>(static_cast<std::uint32_t>(word)) : bitCast<double>(word);
     if (std::isnan(number) && word != (isShort ? s_cuiQuiet4 : s_cullQuiet8))
         return PF_float;
     value.m_eType = DT_double;
@@ -192,14 +193,14 @@ E_PacketFault makeFloat(const tItem& item, const tScalar& value, E_Origin, std::
     if (const E_PacketFault fault = takeFloat(value, number); fault != PF_none)
         return fault;
     const bool isNan = std::isnan(number);
-    std::uint64_t word = isNan ? s_cullQuiet8 : std::bit_cast<std::uint64_t>(number);
+    std::uint64_t word = isNan ? s_cullQuiet8 : bitCast<std::uint64_t>(number);
     if (item.m_uiLength == 4)
     {
         // Beyond the last float and half of what would follow it, rounding would give infinity.
         const bool beyond = std::isfinite(number) && std::fabs(number) >= 0x1.FFFFFFp+127;
         if (beyond)
             return PF_tooLong;
-        word = isNan ? s_cuiQuiet4 : std::bit_cast<std::uint32_t>(static_cast<float>(number));
+        word = isNan ? s_cuiQuiet4 : bitCast<std::uint32_t>(static_cast<float>(number));
     }
     appendOrdered(word, item.m_uiLength == 4 ? 4 : s_cnWord, item.m_bLittle, out);
     return PF_none;

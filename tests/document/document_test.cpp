@@ -244,6 +244,23 @@ TEST(Document, aContainerOnOneLineIsFollowedByOneOfThatKind)
               "[\n  { \"a\" = 1 },\n  {\n    \"a\" = \"" + text + "\"\n  }\n]");
 }
 
+TEST(Document, valuesInTheNotationKeepTheirSpelling)
+{
+    EXPECT_EQ(changed("{ \"a\" = 1, \"b\" = 2 }",
+                      [](CDocument& d) {
+                          d.setText("a", "1.50");
+                          d.setText("b", "\"\\u0041\"");
+                          d.setText("c", " [007,\n 1e3] ");
+                      }),
+              "{ \"a\" = 1.50, \"b\" = \"\\u0041\", \"c\" = [007, 1e3] }");
+    EXPECT_EQ(changed("{ \"a\" = 1 }", [](CDocument& d) { d.setText("b.c", "1.50"); }),
+              "{ \"a\" = 1, \"b\" = { \"c\" = 1.5 } }");
+    CDocument document = loaded("{ \"a\" = 1 }");
+    for (const char* const text : {"", "1 2", "\"x\" = 1", "#3 4", "(ANF4) 5", "[1", "// c", "6 // c"})
+        EXPECT_THROW(document.setText("a", text), CLogicError) << text;
+    EXPECT_EQ(document.text(), "{ \"a\" = 1 }");
+}
+
 TEST(Document, pathsLeadByNumberAndId)
 {
     EXPECT_EQ(changed("{ \"x\" = [1, { #7 \"y\" = 2 }] }",

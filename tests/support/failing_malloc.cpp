@@ -42,6 +42,18 @@ bool isUnderValgrind()
     return preloaded != nullptr && std::strstr(preloaded, "vgpreload") != nullptr;
 }
 
+/// libc++ keeps a block from the first exception of a thread on, which no test must take for a leak.
+[[maybe_unused]] const bool s_bHasThrown = [] {
+    try
+    {
+        throw 0;
+    }
+    catch (int)
+    {
+        return true;
+    }
+}();
+
 /// Counts a request; false when it is the one to fail.
 bool mayPass() noexcept
 {
@@ -64,6 +76,7 @@ extern "C"
     void* MURV_TEST_ORIGINAL(malloc)(std::size_t size);
     void* MURV_TEST_ORIGINAL(calloc)(std::size_t count, std::size_t size);
     void* MURV_TEST_ORIGINAL(realloc)(void* block, std::size_t size);
+    void* MURV_TEST_ORIGINAL(memalign)(std::size_t alignment, std::size_t size);
     void MURV_TEST_ORIGINAL(free)(void* block);
 
     void* malloc(std::size_t size) noexcept
@@ -85,6 +98,14 @@ extern "C"
         void* const block = mayPass() ? MURV_TEST_ORIGINAL(realloc)(before, size) : nullptr;
         s_lLive += block != nullptr && before == nullptr ? 1 : 0;
         return block;
+    }
+
+    /// What libc++ takes the memory of exceptions from.
+    int posix_memalign(void** block, std::size_t alignment, std::size_t size) noexcept
+    {
+        *block = mayPass() ? MURV_TEST_ORIGINAL(memalign)(alignment, size) : nullptr;
+        s_lLive += *block != nullptr ? 1 : 0;
+        return *block != nullptr ? 0 : ENOMEM;
     }
 
     void free(void* block) noexcept

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
@@ -16,6 +15,7 @@
 #include <random>
 #include <string>
 
+#include "core/text/bit_cast.h"
 #include "core/text/decimal_scale.h"
 
 namespace
@@ -62,7 +62,7 @@ testing::AssertionResult isShortest(double value)
     if (!std::isfinite(value))
         return testing::AssertionSuccess();
     const std::string text = shortTextOf(value);
-    if (std::bit_cast<std::uint64_t>(std::strtod(text.c_str(), nullptr)) != std::bit_cast<std::uint64_t>(value))
+    if (bitCast<std::uint64_t>(std::strtod(text.c_str(), nullptr)) != bitCast<std::uint64_t>(value))
         return testing::AssertionFailure() << text << " reads as another number";
     if (text.find_first_of(".e") == std::string::npos)
         return testing::AssertionFailure() << text << " reads as an integer";
@@ -185,7 +185,7 @@ TEST(DoubleText, aMillionRandomBitPatternsMatchPrintf)
     std::mt19937_64 random(20240101);
     for (int i = 0; i < 1000000; ++i)
     {
-        const auto value = std::bit_cast<double>(random());
+        const auto value = bitCast<double>(random());
         if (!std::isfinite(value))
             continue;
         char text[s_cnDoubleTextRoom];
@@ -270,10 +270,10 @@ TEST(ShortestDouble, readsBackToTheSameBitsAndNoShorterTextDoes)
     for (int field = 0; field < 2047; ++field)
     {
         for (const std::uint64_t fraction : {std::uint64_t{0}, std::uint64_t{1}, (std::uint64_t{1} << 52) - 1})
-            ASSERT_TRUE(isShortest(std::bit_cast<double>(std::uint64_t(field) << 52 | fraction)));
+            ASSERT_TRUE(isShortest(bitCast<double>(std::uint64_t(field) << 52 | fraction)));
     }
     for (std::uint64_t bits = 0; bits < 1000; ++bits)
-        ASSERT_TRUE(isShortest(std::bit_cast<double>(bits)));
+        ASSERT_TRUE(isShortest(bitCast<double>(bits)));
     for (int power = -323; power <= 308; ++power)
     {
         const double value = std::strtod(("1e" + std::to_string(power)).c_str(), nullptr);
@@ -282,7 +282,7 @@ TEST(ShortestDouble, readsBackToTheSameBitsAndNoShorterTextDoes)
     }
     for (int i = 0; i < 20000; ++i)
     {
-        ASSERT_TRUE(isShortest(std::bit_cast<double>(random())));
+        ASSERT_TRUE(isShortest(bitCast<double>(random())));
         ASSERT_TRUE(isShortest(static_cast<double>(random() % 100000000) / 100));
         ASSERT_TRUE(isShortest(std::ldexp(static_cast<double>(random() >> 11), -static_cast<int>(random() % 64))));
     }

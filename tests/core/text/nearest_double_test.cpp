@@ -5,11 +5,12 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cstdint>
 #include <cstdlib>
 #include <random>
 #include <string>
+
+#include "core/text/bit_cast.h"
 
 namespace
 {
@@ -24,7 +25,7 @@ void expectNearest(std::uint64_t mantissa, int exponent, const std::string& cut 
         std::to_string(mantissa) + cut + "e" + std::to_string(exponent - static_cast<int>(cut.size()));
     const char* const begin = text.c_str();
     const std::uint64_t bits = nearest4Decimal({mantissa, exponent, isCut}, begin, begin + text.size());
-    ASSERT_EQ(std::bit_cast<std::uint64_t>(std::strtod(begin, nullptr)), bits) << text;
+    ASSERT_EQ(bitCast<std::uint64_t>(std::strtod(begin, nullptr)), bits) << text;
 }
 
 TEST(NearestDouble, ofAnyMantissaAndExponent)
@@ -53,7 +54,7 @@ TEST(NearestDouble, theFastPathOfFractionsLeavesTiesOpen)
     EXPECT_FALSE(nearest4Fraction(5, -1, bits));
     EXPECT_FALSE(nearest4Fraction(90071992547409930, -1, bits));
     EXPECT_TRUE(nearest4Fraction(1, -1, bits));
-    EXPECT_EQ(0.1, std::bit_cast<double>(bits));
+    EXPECT_EQ(0.1, bitCast<double>(bits));
 }
 
 }  // namespace

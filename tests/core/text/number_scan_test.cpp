@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cerrno>
 #include <cfloat>
 #include <climits>
@@ -17,6 +16,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/text/bit_cast.h"
 #include "tests/core/text_helpers.h"
 
 namespace
@@ -55,7 +55,7 @@ testing::AssertionResult isDouble(std::string_view text, double expected)
     if (number.m_eType != DT_double)
         return testing::AssertionFailure() << text << ": type " << number.m_eType;
     const double value = number.m_uValue.m_dValue;
-    if (std::bit_cast<std::uint64_t>(value) == std::bit_cast<std::uint64_t>(expected))
+    if (bitCast<std::uint64_t>(value) == bitCast<std::uint64_t>(expected))
         return testing::AssertionSuccess();
     char both[80];
     std::snprintf(both, sizeof both, "%.17g instead of %.17g", value, expected);
@@ -426,7 +426,7 @@ TEST(NumberScan, aMillionPrintedDoublesReadBack)
     std::mt19937_64 random(5);
     for (int i = 0; i < 1000000; ++i)
     {
-        const auto value = std::bit_cast<double>(random());
+        const auto value = bitCast<double>(random());
         if (!std::isfinite(value))
             continue;
         char text[40];
@@ -434,7 +434,7 @@ TEST(NumberScan, aMillionPrintedDoublesReadBack)
         const tScannedNumber number = scanNumber(text, static_cast<unsigned int>(size));
         if (number.m_eType != DT_double)
             continue;
-        ASSERT_EQ(std::bit_cast<std::uint64_t>(number.m_uValue.m_dValue), std::bit_cast<std::uint64_t>(value)) << text;
+        ASSERT_EQ(bitCast<std::uint64_t>(number.m_uValue.m_dValue), bitCast<std::uint64_t>(value)) << text;
     }
 }
 
@@ -450,8 +450,8 @@ TEST(NumberScan, aMillionRandomTextsReadLikeStrtod)
             text += "e" + std::to_string(static_cast<int>(random() % 700) - 350);
         const tScannedNumber number = scanNumber(text.data(), static_cast<unsigned int>(text.size()));
         ASSERT_EQ(number.m_eType, DT_double);
-        ASSERT_EQ(std::bit_cast<std::uint64_t>(number.m_uValue.m_dValue),
-                  std::bit_cast<std::uint64_t>(std::strtod(text.c_str(), nullptr)))
+        ASSERT_EQ(bitCast<std::uint64_t>(number.m_uValue.m_dValue),
+                  bitCast<std::uint64_t>(std::strtod(text.c_str(), nullptr)))
             << text;
     }
 }

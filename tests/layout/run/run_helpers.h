@@ -5,7 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <charconv>
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -62,8 +63,15 @@ inline std::string quotedText(std::string_view text)
 
 inline std::string text4Double(double number)
 {
-    char room[400];
-    return {room, std::to_chars(room, room + sizeof room, number).ptr};
+    // The fewest digits that read back the same; std::to_chars of libc++ 13 writes no doubles.
+    char room[40];
+    for (int digits = 1; digits <= 17; ++digits)
+    {
+        std::snprintf(room, sizeof room, "%.*g", digits, number);
+        if (std::strtod(room, nullptr) == number)
+            break;
+    }
+    return room;
 }
 
 inline std::string text4Tree(const CFields& node)
