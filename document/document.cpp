@@ -92,7 +92,7 @@ struct CDocument::tState
     }
     tSourcePlace place(const CDocumentPath& way) const;
     void replace(const CDocumentPath& way, CFields& fresh);
-    void becomeContainer(const CDocumentPath& way, const CFields& node);
+    void becomeContainer(const CDocumentPath& way, const CFields& node, const tSpelling& spelling = {});
 
     const unsigned int m_uiConfig;
     CFields m_tTree;
@@ -179,12 +179,12 @@ const std::string& CDocument::text() const
 }
 
 /// A null node that members were added to: its text shows them now.
-void CDocument::tState::becomeContainer(const CDocumentPath& way, const CFields& node)
+void CDocument::tState::becomeContainer(const CDocumentPath& way, const CFields& node, const tSpelling& spelling)
 {
     CFields value(node);
     strip(value);
     CSourceEdit edit = this->edit();
-    edit.prepareValue(way.place(), value);
+    edit.prepareValue(way.place(), value, spelling);
     edit.commitValue(way.place());
 }
 
@@ -220,7 +220,7 @@ void CDocument::setSpelled(std::string_view path, CFields fresh, std::string_vie
             return;
         way.requireNoExpression(fresh);
         CSourceEdit edit = state.edit();
-        edit.prepareValue(way.place(), fresh, notation);
+        edit.prepareValue(way.place(), fresh, {notation});
         murv::set(state.m_tTree, way.steps(), std::move(fresh));
         edit.commitValue(way.place());
         return state.changed();
@@ -233,10 +233,10 @@ void CDocument::setSpelled(std::string_view path, CFields fresh, std::string_vie
     try
     {
         if (wasNull)
-            state.becomeContainer(way, node);
+            state.becomeContainer(way, node, {notation, way.missing()});
         else
             state.edit().insertMember(way.place().m_uiNode, count, node.getChildAt(count),
-                                      way.isLastMissing() ? notation : std::string_view());
+                                      {notation, way.missing() - 1});
     }
     catch (...)
     {

@@ -41,10 +41,10 @@ public:
         return m_nTaken == m_tSteps.m_vStep.size();
     }
 
-    /// Whether all but the last step lead to nodes.
-    bool isLastMissing() const
+    /// Steps that lead to nothing yet.
+    std::size_t missing() const
     {
-        return m_nTaken + 1 == m_tSteps.m_vStep.size();
+        return m_tSteps.m_vStep.size() - m_nTaken;
     }
 
     void requireWhole() const;

@@ -26,13 +26,19 @@ std::string savedText(const CFields& node)
     return text;
 }
 
-/// What a member is written with before its value.
-std::string savedHead(const CFields& node)
+/// A node as it is written, but for a value in it that has a spelling of its own.
+std::string spelledText(const CFields& node, const tSpelling& spelling)
 {
-    CFields null;
-    null.setName(node.getName(), node.getNameLen());
-    std::string text = savedText(null);
-    return text.substr(0, text.size() - std::string_view("null").size());
+    if (spelling.m_strvNotation.empty())
+        return savedText(node);
+    CFields without(node);
+    CFields* value = &without;
+    for (std::size_t level = 0; level != spelling.m_nLevels; ++level)
+        value = &(*value)[0U];
+    value->removeAll();
+    std::string text = savedText(without);
+    constexpr std::string_view null = "null";  // nothing but brackets stands after it
+    return text.replace(text.rfind(null), null.size(), spelling.m_strvNotation);
 }
 
 std::string_view withoutBlanksAtEnd(std::string_view text)
@@ -100,9 +106,9 @@ std::string tightHead(std::string_view head)
 }  // namespace
 
 /// Writes a node and cuts its text. \param layout  no longer inline when the text needs lines of its own
-std::uint32_t CSourceEdit::addText(const CFields& node, std::string_view notation, tMemberLayout& layout)
+std::uint32_t CSourceEdit::addText(const CFields& node, const tSpelling& spelling, tMemberLayout& layout)
 {
-    const std::string saved = notation.empty() ? savedText(node) : savedHead(node) + std::string(notation);
+    const std::string saved = spelledText(node, spelling);
     if (hasCommentOfLine(saved))
         layout.m_bInline = layout.m_bOneLine = false;
     std::string formatted = formatMember(saved, m_uiConfig, layout);
@@ -121,10 +127,10 @@ std::uint32_t CSourceEdit::addText(const CFields& node, std::string_view notatio
 }
 
 void CSourceEdit::insertMember(std::uint32_t container, std::size_t index, const CFields& member,
-                               std::string_view notation)
+                               const tSpelling& spelling)
 {
     tMemberLayout layout = layout4New(m_tTree, container, index, m_tLayout);
-    const std::uint32_t added = addText(member, notation, layout);
+    const std::uint32_t added = addText(member, spelling, layout);
     tSourceNode& set = m_tTree[container];
     tSourceNode& node = m_tTree[added];
     set.m_vMember.reserve(set.m_vMember.size() + 1);
@@ -197,11 +203,11 @@ std::string_view CSourceEdit::afterPiece(std::string_view piece, const std::stri
     return m_tTree.keep(isLine ? text.substr(first) : std::string(m_tLayout.m_strvLineEnd) + text);
 }
 
-void CSourceEdit::prepareValue(const tSourcePlace& place, const CFields& value, std::string_view notation)
+void CSourceEdit::prepareValue(const tSourcePlace& place, const CFields& value, const tSpelling& spelling)
 {
     tMemberLayout layout =
         layout4Value(m_tTree, place.m_uiNode, place.m_bRoot ? nullptr : &place.m_uiParent, m_tLayout);
-    tSourceNode value4Node = m_tTree[addText(value, notation, layout)];
+    tSourceNode value4Node = m_tTree[addText(value, spelling, layout)];
     const tSourceNode& node = m_tTree[place.m_uiNode];
     m_tPrepared = {};
     m_tPrepared.m_strvHead = headForValue(node, value4Node, layout);

@@ -25,6 +25,13 @@ struct tSourcePlace
     std::size_t m_nIndex = 0;  // in its parent
 };
 
+/// How a value is to be spelled.
+struct tSpelling
+{
+    std::string_view m_strvNotation;  // empty: as savers write it
+    std::size_t m_nLevels = 0;        // containers around it, which it is the only value of
+};
+
 class CSourceEdit
 {
 public:
@@ -33,12 +40,11 @@ public:
     {
     }
 
-    /// \param member    with all that it has. Throws CLogicError when no text can hold it
-    /// \param notation  its value as it is to be spelled; empty to write it as savers do
+    /// \param member  with all that it has. Throws CLogicError when no text can hold it
     void insertMember(std::uint32_t container, std::size_t index, const CFields& member,
-                      std::string_view notation = {});
+                      const tSpelling& spelling = {});
     /// \param value  without name, ID, comments and packet expression
-    void prepareValue(const tSourcePlace& place, const CFields& value, std::string_view notation = {});
+    void prepareValue(const tSourcePlace& place, const CFields& value, const tSpelling& spelling = {});
     void commitValue(const tSourcePlace& place) noexcept;
     void prepareRemoval(const tSourcePlace& place);
     void commitRemoval(const tSourcePlace& place) noexcept;
@@ -63,7 +69,7 @@ private:
         std::string_view m_strvOnlyValue;
     };
 
-    std::uint32_t addText(const CFields& node, std::string_view notation, tMemberLayout& layout);
+    std::uint32_t addText(const CFields& node, const tSpelling& spelling, tMemberLayout& layout);
     void prepareComma(const tSourceNode& container);
     std::string_view headForValue(const tSourceNode& node, const tSourceNode& value, const tMemberLayout& layout);
     std::string commentBefore(const tSourcePlace& place, std::string_view comment);

@@ -35,6 +35,7 @@ public:
 
 std::unique_ptr<IVerb> makeCheckVerb();
 std::unique_ptr<IVerb> makeConvertVerb();
+std::unique_ptr<IVerb> makeDelVerb();
 std::unique_ptr<IVerb> makeDiffVerb();
 std::unique_ptr<IVerb> makeExplainVerb();
 std::unique_ptr<IVerb> makeDocVerb();
@@ -48,6 +49,7 @@ std::unique_ptr<IVerb> makeLayoutsVerb();
 std::unique_ptr<IVerb> makeMergeVerb();
 std::unique_ptr<IVerb> makePackVerb();
 std::unique_ptr<IVerb> makePictureVerb();
+std::unique_ptr<IVerb> makeSetVerb();
 std::unique_ptr<IVerb> makeStatVerb();
 std::unique_ptr<IVerb> makeUnpackVerb();
 
@@ -62,6 +64,8 @@ inline constexpr tVerbRow s_ctVerbs[] = {
     {"fmt", "Lay out documents anew; comments are kept", &makeFmtVerb},
     {"check", "Accept documents, or show every error", &makeCheckVerb},
     {"get", "Print values of a document", &makeGetVerb},
+    {"set", "Set one value of a document, and keep the rest as it is", &makeSetVerb},
+    {"del", "Remove one member of a document, and keep the rest as it is", &makeDelVerb},
     {"diff", "Show what two documents say differently", &makeDiffVerb},
     {"merge", "Change a document by merge patches", &makeMergeVerb},
     {"stat", "Count what documents hold", &makeStatVerb},

@@ -63,8 +63,8 @@ public:
     /// Sets the value at a path, and makes what is missing on the way, as murv::set does. Where the value is there
     /// already, nothing changes.
     void set(std::string_view path, CNewValue value);
-    /// The same for a value in the notation, whose spelling is kept: `setText("rate", "1.50")`. Where members are made
-    /// on the way, it is written as the library does. \throw CLogicError also for a text that is not one value
+    /// The same for a value in the notation, whose spelling is kept: `setText("rate", "1.50")`.
+    /// \throw CLogicError also for a text that is not one value
     void setText(std::string_view path, std::string_view notation);
     /// Removes a member, with the comments that stand at it: on its line, and before it without an empty line between.
     void remove(std::string_view path);

@@ -254,7 +254,9 @@ TEST(Document, valuesInTheNotationKeepTheirSpelling)
                       }),
               "{ \"a\" = 1.50, \"b\" = \"\\u0041\", \"c\" = [007, 1e3] }");
     EXPECT_EQ(changed("{ \"a\" = 1 }", [](CDocument& d) { d.setText("b.c", "1.50"); }),
-              "{ \"a\" = 1, \"b\" = { \"c\" = 1.5 } }");
+              "{ \"a\" = 1, \"b\" = { \"c\" = 1.50 } }");
+    EXPECT_EQ(changed("{ \"null\" = }", [](CDocument& d) { d.setText("null.null[0]", "1.50"); }),
+              "{ \"null\" = { \"null\" = [1.50] } }");
     CDocument document = loaded("{ \"a\" = 1 }");
     for (const char* const text : {"", "1 2", "\"x\" = 1", "#3 4", "(ANF4) 5", "[1", "// c", "6 // c"})
         EXPECT_THROW(document.setText("a", text), CLogicError) << text;
