@@ -10,6 +10,7 @@
 
 #include "murv/loader.h"
 #include "murv/saver.h"
+#include "tools/file_option.h"
 #include "tools/input.h"
 #include "tools/json_input.h"
 #include "tools/json_writer.h"
@@ -34,9 +35,7 @@ public:
             ->check(CLI::IsMember({"text", "compact", "binary", "json"}));
         verb.add_option("--from", m_strFrom, "What FILE is, instead of JSON for *.json and a document for others")
             ->check(CLI::IsMember({"document", "json"}));
-        verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output")
-            ->type_name("FILE")
-            ->check([](const std::string& name) { return name.empty() ? "names no file" : std::string(); });
+        takeFile(verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output"));
         verb.add_flag("--plain", m_bPlain,
                       "JSON has values alone: no IDs, comments, packet expressions; no \"$\" keys");
         verb.add_option("--bytes", m_strBytes, "How JSON holds strings that are not UTF-8, instead of an error")
