@@ -13,6 +13,7 @@
 #include "murv/edit.h"
 #include "murv/flags.h"
 #include "murv/syntax.h"
+#include "tools/file_option.h"
 #include "tools/json_input.h"
 #include "tools/node_walk.h"
 #include "tools/replace_file.h"
@@ -54,9 +55,7 @@ public:
         verb.add_option("FILE", m_strFile, "Document to change; - for the standard input")->required();
         verb.add_option("PATCH", m_vPatch, "Merge patches, applied in turn: documents, or JSON as *.json")->required();
         CLI::Option* const output =
-            verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output")
-                ->type_name("FILE")
-                ->check([](const std::string& name) { return name.empty() ? "names no file" : std::string(); });
+            takeFile(verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output"));
         verb.add_flag("-i,--in-place", m_bInPlace, "Replace FILE, safely, when the patches change it")
             ->excludes(output);
         verb.add_flag("--json", m_bJson, "Diagnostics as JSON lines");
