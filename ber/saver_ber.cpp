@@ -103,12 +103,7 @@ public:
     {
         if (level.m_nLevel > detail::s_cnMostLevels)
             return detail::s_cpLossOfLevel;
-        if (has(SAVE_PEI))
-        {
-            if (const char* const loss = lossOfExpression(node))
-                return loss;
-        }
-        return has(SAVE_COMMENT) && node.isComment() && !areCommentsHeld(node) ? detail::s_cpLossOfComment : nullptr;
+        return has(SAVE_PEI) ? lossOfExpression(node) : nullptr;
     }
 
 private:
@@ -127,17 +122,6 @@ private:
                 return detail::s_cpLossOfPei;
         }
         return has(SAVE_VALUE) ? detail::lossOfSecondValue(node) : nullptr;
-    }
-    /// A comment that is read loses a line feed at its end.
-    static bool areCommentsHeld(const CFields& node)
-    {
-        for (const E_CommentPosition position : {CP_before, CP_trailing, CP_after})
-        {
-            const char* const text = node.getCommentPtr(position);
-            if (text != nullptr && std::string_view(text).ends_with('\n'))
-                return false;
-        }
-        return true;
     }
 
     const unsigned char m_ucStyle;

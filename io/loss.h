@@ -43,7 +43,6 @@ const char* lossOfSecondValue(const CFields& node);
 inline constexpr const char* s_cpLossOfLevel = "values that nest deeper than 1000 levels";
 inline constexpr const char* s_cpLossOfContainerPei = "the packet expression of a container";
 inline constexpr const char* s_cpLossOfPei = "this packet expression";
-inline constexpr const char* s_cpLossOfComment = "this comment as it is";
 inline constexpr std::size_t s_cnMostLevels = 1000;
 inline constexpr std::size_t s_cnMostDocumentBytes = 2147483647;
 

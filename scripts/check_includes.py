@@ -26,6 +26,7 @@ ALLOWED = {
     "front": [*CORE, "packet", "io", "ser", "ber"],
     "syntax": [*CORE, "packet", "io", "ser"],
     "everyday": [*CORE],
+    "document": [*CORE, "io", "ser", "syntax", "everyday"],
     "layout/values": [*CORE, "packet"],
     "layout/plan": [*CORE, "packet", "layout/values"],
     "layout/compile": [*CORE, "packet", "layout/values", "layout/plan"],
@@ -36,7 +37,7 @@ ALLOWED = {
     "examples": [],
     "tests/package/consumer": [],
 }
-LIBRARY = ["include/murv", *CORE, "packet", "io", "io/ids", "ser", "ber", "ber/cipher", "front", "everyday", "syntax",
+LIBRARY = ["include/murv", *CORE, "packet", "io", "io/ids", "ser", "ber", "ber/cipher", "front", "everyday", "syntax", "document",
            "layout/values", "layout/plan", "layout/compile", "layout/run", "layout"]
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)

@@ -123,7 +123,7 @@ private:
         {
             const std::string_view text = comment4Node(node, position);
             if (!text.empty() && !isPlainComment(text))
-                return isReadBack(node, level) ? nullptr : s_cpLossOfComment;
+                return isReadBack(node, level) ? nullptr : "this comment as it is";
         }
         return nullptr;
     }

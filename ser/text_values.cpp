@@ -136,7 +136,7 @@ void CTextParser::loadPEI(const char*& p, tTokenInfo& token)
     }
     token.m_pEnd = p;
     addError(fault, token);
-    if (fault == s_cpNoPeiEnd)
+    if (fault == s_cNoPeiEnd)
         recover4Error(p, TT_peiEnd);
 }
 

@@ -72,7 +72,7 @@ const char* takePeiText(const char*& p, const char* end, std::string_view& text)
     // Anything between the expression and the ")" is a remark.
     const void* const close = std::memchr(p, ')', static_cast<std::size_t>(end - p));
     if (close == nullptr)
-        return s_cpNoPeiEnd;
+        return s_cNoPeiEnd;
     p = static_cast<const char*>(close) + 1;
     return nullptr;
 }

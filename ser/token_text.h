@@ -94,9 +94,10 @@ inline bool takeWord(const char*& p, const char* end, std::string_view rest)
 bool takeComment(const char*& p, const char* end);
 
 /// The text of a packet expression, without the blanks around it and the remark after it, up to the ")".
-/// \return null, or the loader's message; s_cpNoPeiEnd when only the ")" is missing
+/// \return null, or the loader's message; s_cNoPeiEnd when only the ")" is missing
 const char* takePeiText(const char*& p, const char* end, std::string_view& text);
 
-inline constexpr const char* s_cpNoPeiEnd = "Missing ')' in packet expression";
+// An array, whose address is one in all sources: callers compare addresses, not texts.
+inline constexpr char s_cNoPeiEnd[] = "Missing ')' in packet expression";
 
 }  // namespace murv::detail

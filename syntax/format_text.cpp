@@ -37,4 +37,19 @@ std::optional<std::string> formatText(std::string_view text, unsigned int config
     return result;
 }
 
+std::string detail::formatMember(std::string_view text, unsigned int config, const tMemberLayout& place)
+{
+    std::string result;
+    tTextLayout layout;
+    layout.m_strIndent = place.m_strUnit;
+    COneLineFinder finder(text.data(), layout);
+    CGrammarReader(text, config, finder).read();
+    const CTextFormatter::tReceive receive = [&result](std::string_view piece) { result += piece; };
+    CTextFormatter formatter(text, layout, finder.takeResult(), place.m_strvLineEnd, receive);
+    formatter.setPlace(place);
+    CGrammarReader(text, config, formatter).read();
+    formatter.finishMember();
+    return result;
+}
+
 }  // namespace murv

@@ -222,7 +222,7 @@ bool CGrammarReader::readExpression()
 {
     std::string_view text;
     const char* message = m_tScanner.takeExpression(m_tToken, text);
-    if (message == s_cpNoPeiEnd)
+    if (message == s_cNoPeiEnd)
     {
         fail(message, m_tToken);
         while (m_tToken.m_eType != TT_end)

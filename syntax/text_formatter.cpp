@@ -131,7 +131,7 @@ CTextFormatter::E_Between CTextFormatter::betweenOnLines(const tNeighbour& right
         return beforeComment(token);
     if (m_bMemberBegins && right.m_eRole != SR_close)
         return beforeMember(right);
-    const bool isOpening = right.m_eRole == SR_open && !opensInline && m_tLeft.m_eRole != SR_id;
+    const bool isOpening = right.m_eRole == SR_open && !opensInline && !m_bOpensOnLine && m_tLeft.m_eRole != SR_id;
     const bool isClosing = right.m_eRole == SR_close && m_tLeft.m_eRole != SR_open;
     if (m_bAfterLine || isOpening || isClosing)
         return BW_line;
@@ -184,6 +184,7 @@ void CTextFormatter::putBetween(E_Between between)
     if (between < BW_line)
         return;
     put(m_strvLineEnd);
+    put(m_strvBase);
     for (std::size_t level = 0; level != m_nLevel; ++level)
         put(m_tLayout.m_strIndent);
 }
@@ -197,6 +198,19 @@ void CTextFormatter::put(std::string_view text)
     m_strOut.clear();
 }
 
+void CTextFormatter::setPlace(const tMemberLayout& place)
+{
+    m_strvBase = place.m_strIndent;
+    m_bOpensOnLine = place.m_bOpensOnLine;
+    m_nInline = place.m_bInline || place.m_bOneLine ? 1 : 0;
+}
+
+void CTextFormatter::finishMember()
+{
+    if (!m_strOut.empty())
+        m_tReceive(m_strOut);
+}
+
 void CTextFormatter::finish()
 {
     const bool endsLine =
@@ -207,8 +221,7 @@ void CTextFormatter::finish()
         put(m_strvLineEnd);
     if (m_tLayout.m_bFinalNewline && isDoubled)
         put(m_strvLineEnd);
-    if (!m_strOut.empty())
-        m_tReceive(m_strOut);
+    finishMember();
 }
 
 }  // namespace murv::detail

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "murv/syntax.h"
+#include "syntax/format_member.h"
 #include "syntax/token_spacing.h"
 
 namespace murv::detail
@@ -36,6 +37,10 @@ public:
     }
     /// Writes what ends the text.
     void finish();
+    /// From the beginning on: the text becomes part of another one.
+    void setPlace(const tMemberLayout& place);
+    /// Writes the last piece, without a line end.
+    void finishMember();
 
 private:
     enum E_Between : unsigned char
@@ -72,6 +77,8 @@ private:
     const std::vector<bool> m_vOneLine;
     std::size_t m_nContainers = 0;  // opened so far
     std::string_view m_strvLineEnd;
+    std::string_view m_strvBase;  // begins every line
+    bool m_bOpensOnLine = false;  // brackets open on the line of what stands before them
     std::string m_strOut;
     tNeighbour m_tLeft{SR_comma, false};
     const char* m_pLeftEnd;

@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/file_option.h"
 #include "tools/input.h"
 
 namespace murv::tool
@@ -10,11 +11,8 @@ namespace murv::tool
 
 void CPasswordSource::declare(CLI::App& verb, const std::string& prefix, const std::string& whose, CLI::Option* instead)
 {
-    // An empty name is what a shell makes of a variable that is not set: it must not mean "no password".
-    CLI::Option* const file =
-        verb.add_option("--" + prefix + "password-file", m_strFile, "File that holds " + whose + " of a binary file")
-            ->type_name("FILE")
-            ->check([](const std::string& name) { return name.empty() ? "names no file" : std::string(); });
+    CLI::Option* const file = takeFile(
+        verb.add_option("--" + prefix + "password-file", m_strFile, "File that holds " + whose + " of a binary file"));
     CLI::Option* const input =
         verb.add_flag("--" + prefix + "password-stdin", m_bStandardInput, "Read " + whose + " from the standard input")
             ->excludes(file);

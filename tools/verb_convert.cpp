@@ -10,6 +10,7 @@
 
 #include "murv/loader.h"
 #include "murv/saver.h"
+#include "tools/file_option.h"
 #include "tools/input.h"
 #include "tools/replace_file.h"
 #include "tools/text_format.h"
@@ -28,9 +29,7 @@ public:
         verb.add_option("--to", m_strTo, "Encoding of the result")
             ->required()
             ->check(CLI::IsMember({"text", "compact", "binary"}));
-        verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output")
-            ->type_name("FILE")
-            ->check([](const std::string& name) { return name.empty() ? "names no file" : std::string(); });
+        takeFile(verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output"));
         verb.add_flag("--json", m_bJson, "Diagnostics as JSON lines");
         m_tLoad.declare(verb);
         CLI::Option* const without =

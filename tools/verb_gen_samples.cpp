@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "murv/records.h"
+#include "tools/file_option.h"
 #include "tools/hex_text.h"
 #include "tools/layout_input.h"
 #include "tools/sample_output.h"
@@ -64,10 +65,9 @@ public:
         CLI::Option* const lines =
             verb.add_flag("--lines", m_bLines, "One JSON object a sample: number, seed, bytes, tree or fault");
         CLI::Option* const file =
-            verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output")
-                ->type_name("FILE");
-        verb.add_option("-d,--directory", m_strDirectory, "Files there: each sample, its tree, and an index of all")
-            ->type_name("DIR")
+            takeFile(verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output"));
+        takeDirectory(verb.add_option("-d,--directory", m_strDirectory,
+                                      "Files there: each sample, its tree, and an index of all"))
             ->excludes(file)
             ->excludes(lines);
         verb.add_flag("--json", m_bJson, "Trees in the directory as JSON, diagnostics as JSON lines");

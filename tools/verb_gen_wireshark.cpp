@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 
+#include "tools/file_option.h"
 #include "tools/layout_input.h"
 #include "tools/replace_file.h"
 #include "tools/verb_gen.h"
@@ -30,8 +31,7 @@ public:
         verb.add_flag("--tcp", m_bTcp, "For TCP alone, where records are put together from segments")->excludes(udp);
         verb.add_option("--name", m_strName, "Name of the protocol in filters, instead of the layout's")
             ->type_name("NAME");
-        verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output")
-            ->type_name("FILE");
+        takeFile(verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output"));
         verb.footer(
             "Without --udp and --tcp the dissector is for both, or for UDP when a stream would not do; its first\n"
             "lines say so. Fields are called NAME.PATH in filters, such as hsrp.body.state.priority.\n");

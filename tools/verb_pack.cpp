@@ -14,6 +14,7 @@
 #include "murv/flags.h"
 #include "murv/path.h"
 #include "murv/records.h"
+#include "tools/file_option.h"
 #include "tools/json_tree.h"
 #include "tools/layout_input.h"
 #include "tools/mask_check.h"
@@ -56,8 +57,7 @@ public:
     {
         verb.add_option("TREE", m_strFile, "Document, or JSON from unpack; - or none for the standard input");
         declareLayout(verb, m_strLayout)->required();
-        verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output")
-            ->type_name("FILE");
+        takeFile(verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output"));
         verb.add_flag("--lines", m_bLines, "TREE has one JSON object a record, as unpack can write them");
         verb.add_flag("--now", m_tOptions.m_bNow,
                       "Dates and times become the present one, but for those with \"keep\"");

@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 #include <cerrno>
 
+#include "tools/file_option.h"
 #include "tools/json_text.h"
 #include "tools/layout_input.h"
 #include "tools/packet_csv.h"
@@ -123,8 +124,7 @@ public:
     {
         verb.add_option("FILE", m_strFile, "Packet or file of records; - or none for the standard input");
         declareLayout(verb, m_strLayout)->required();
-        verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output")
-            ->type_name("FILE");
+        takeFile(verb.add_option("-o,--output", m_strOutput, "File for the result instead of the standard output"));
         CLI::Option* const json = verb.add_flag("--json", m_bJson, "One JSON value for all, diagnostics as JSON lines");
         CLI::Option* const lines = verb.add_flag("--lines", m_bLines, "One JSON object a record, in constant memory");
         verb.add_option("--csv", m_strKind, "A table of the records of one kind, in constant memory")
@@ -187,7 +187,7 @@ private:
             return "--on-fault is stop, skip or collect FILE, not " + word;
         m_bStop = word == "stop";
         const bool hasSecond = m_vOnFault.size() == 2;
-        if (word == "collect" && !hasSecond)
+        if (word == "collect" && (!hasSecond || m_vOnFault.back().empty()))
             return "--on-fault collect needs the name of a file";
         if (word == "collect")
             m_strCollect = m_vOnFault.back();

@@ -19,8 +19,9 @@ static_assert(s_cucVernamPad < s_cucVernamFirst && s_cucVernamPad > ' ', "the pa
 static_assert(s_cucVernamPad != '=' && s_cucVernamFirst > '=', "not to be taken for base64");
 
 /// Size of the text of `length` bytes: three become four symbols, and the last group is filled up with pad symbols.
-/// \pre the size fits std::size_t
-constexpr std::size_t vernamTextSize(std::size_t length)
+/// \pre the size fits the type, which on 32-bit machines may be wider than std::size_t
+template <typename tSize>
+constexpr tSize vernamTextSize(tSize length)
 {
     return (length + 2) / 3 * 4;
 }

@@ -122,10 +122,37 @@ TEST(LosslessBinary, whatAFileCannotHoldIsRefusedWithItsPath)
 
     leaf.setValue(2, VK_fix);
     EXPECT_EQ(refusal(tree), "x: a binary file cannot hold a second value without the keyword \"fix\" or \"valid\"");
-    leaf.setValue(DT_null, VK_fix);
+}
 
-    leaf.setComment("// ends in a line feed\n\n", CP_before);
-    EXPECT_EQ(refusal(tree), "x: a binary file cannot hold this comment as it is");
+TEST(LosslessBinary, commentsComeBackWhateverTheyEndIn)
+{
+    CFields tree(DT_fields);
+    CFields& leaf = tree.addChildRef("x");
+    for (const E_CommentPosition position : {CP_before, CP_trailing, CP_after})
+    {
+        leaf.setComment("// ends in line feeds\n\n\n", position);
+        tree.setComment("/* not closed, \r\n\n", position);
+    }
+    std::string message;
+    const std::string file = savedLossless(tree, message);
+    EXPECT_EQ(message, "");
+    CFields back;
+    ASSERT_TRUE(CLoader4BER(LCBC_COMMENT | LCBC_LOSSLESS).loading(file, back));
+    EXPECT_EQ(difference(tree, back, SP_all & ~SP_offsets), "");
+    EXPECT_EQ(back[0].getCommentCopy(CP_trailing), "// ends in line feeds\n\n");
+}
+
+TEST(LosslessBinary, filesOfHugeSizeAreRefusedBeforeTheyAreMade)
+{
+    // Borrowed text: the tree is small, and its body larger than 32 bits can say once it is encoded.
+    static const std::string text(std::size_t{1} << 20U, 'x');
+    CFields tree(DT_array);
+    for (int i = 0; i < 3300; ++i)
+        tree.addArrayAt(CFields(CStaticString(text.c_str())));
+    EXPECT_EQ(refusal(tree), "the root: a binary file cannot hold more than 2147483647 bytes");
+    tree.resizeArray(2);
+    std::string message;
+    EXPECT_NE(savedLossless(tree, message), "") << message;
 }
 
 TEST(LosslessBinary, theErrorPathLeadsToTheRefusedNode)

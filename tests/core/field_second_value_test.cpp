@@ -321,28 +321,39 @@ const std::vector<std::pair<const char*, std::function<CFields(const CFields&)>>
     return all;
 }
 
-void setSecond(CFields& node, const CFields& value)
+/// Every type that a value slot may hold; of strings owned ones, borrowed ones, and those that never got text.
+const std::vector<std::function<void(CFields&, E_ValueKind)>>& slotValues()
 {
-    switch (value.getDT())
-    {
-    case DT_bool: node.setValue(value.asBool(), VK_fix); break;
-    case DT_sint: node.setValue(value.asSint64(), VK_fix); break;
-    case DT_uint: node.setValue(value.asUint64(), VK_fix); break;
-    case DT_double: node.setValue(value.asDouble(), VK_fix); break;
-    default: node.setValue(value.asString(), VK_fix); break;
-    }
-    node.setVK(VK_fix);
+    static const CStaticString text("static");
+    static const std::vector<std::function<void(CFields&, E_ValueKind)>> all = {
+        [](CFields& node, E_ValueKind vk) { node.setValue(DT_null, vk); },
+        [](CFields& node, E_ValueKind vk) { node.setValue(true, vk); },
+        [](CFields& node, E_ValueKind vk) { node.setValue(-1, vk); },
+        [](CFields& node, E_ValueKind vk) { node.setValue(7U, vk); },
+        [](CFields& node, E_ValueKind vk) { node.setValue(0.3, vk); },
+        [](CFields& node, E_ValueKind vk) { node.setValue("text", vk); },
+        [](CFields& node, E_ValueKind vk) { node.setValue("", vk); },
+        [](CFields& node, E_ValueKind vk) { node.setValue(text, vk); },
+        [](CFields& node, E_ValueKind vk) { node.setValue(DT_codelist, vk); },
+    };
+    return all;
 }
 
 TEST(SecondValueCopy, eachValueKeepsItsOwnType)
 {
-    const CFields values[] = {true, -1, 7U, 0.3, "text"};
-    for (const CFields& first : values)
+    for (const auto& setFirst : slotValues())
     {
-        for (const CFields& second : values)
+        for (const auto& setSecond : slotValues())
         {
-            CFields source(first);
-            setSecond(source, second);
+            CFields source;
+            setFirst(source, VK_actual);
+            source.setVK(VK_fix);
+            setSecond(source, VK_fix);
+            source.setVK(VK_fix);
+            CFields second;
+            setSecond(second, VK_actual);
+            const E_DataType wanted = second.isNull() ? source.getDT() : second.getDT();
+            EXPECT_EQ(wanted, source.getDT(VK_fix));
             for (const auto& [name, copy] : copies())
                 EXPECT_EQ(describe(source), describe(copy(source))) << name;
         }
@@ -352,7 +363,8 @@ TEST(SecondValueCopy, eachValueKeepsItsOwnType)
 TEST(SecondValueCopy, addArrayAtOfTheValueOnlyKeepsBothTypes)
 {
     CFields source(12U);
-    setSecond(source, "12");
+    source.setValue("12", VK_fix);
+    source.setVK(VK_fix);
     CFields list;
     const CFields& element = list.addArrayAt(source, true);
     EXPECT_EQ(describe(source), describe(element));

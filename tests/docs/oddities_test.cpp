@@ -47,6 +47,7 @@ TEST(Oddities, emptyBracesHoldOneNull)
     EXPECT_EQ(load("{}").getChildCount(), 1U);
     EXPECT_TRUE(load("[]")[0].isNull());
     EXPECT_EQ(errorOf("{}", LCBC_COMMENT), "* Line 1, Column 2\n  Syntax error: value, field or array expected.\n");
+    EXPECT_EQ(load("{}", s_cuiDefault | LCBC_LOSSLESS).getChildCount(), 0U);
 }
 
 TEST(Oddities, commaBeforeTheEndAddsANull)
@@ -170,6 +171,29 @@ TEST(Oddities, aStreamEndsAtAByteOf255)
 
 // Writing text
 
+TEST(Oddities, ofWritingTextDoNotHappenToLosslessText)
+{
+    constexpr unsigned int read = s_cuiDefault | LCBC_LOSSLESS;
+    const CFields tree =
+        load("{\"a\"=\"\",\"b\"=null,\"c\"=25.0,\"d\"=-0.0,\"e\"=0.1,\"f\"=\"\xC3\xBC\",\"g\"=[1,2],#3 5}", read);
+    CSavers saver(SCBC_LOSSLESS | SCBC_ONE_LINE_ARRAY);
+    EXPECT_EQ(saver.saving(tree, ER_SER_PKT),
+              "{\"a\"=\"\",\"b\"=null,\"c\"=25.0,\"d\"=-0.0,\"e\"=0.1,\"f\"=\"\xC3\xBC\",\"g\"=[1,2],#3 5}");
+    EXPECT_NE(saver.saving(tree, ER_SER_HFW).find("\"g\" = [1, 2]"), std::string::npos);
+    EXPECT_EQ(saver.saving(tree, 3), "") << "an unknown rule";
+    EXPECT_FALSE(saver.isError());
+    for (const double value : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()})
+    {
+        EXPECT_EQ(saver.saving(CFields(value), ER_SER_PKT), "");
+        EXPECT_TRUE(saver.isError());
+        saver.clearError();
+    }
+    CFields list(DT_array);
+    for (int i = 0; i < 25; ++i)
+        list.addArrayAt(CFields(1));
+    EXPECT_NE(saver.saving(list, ER_SER_HFW).find('\n'), std::string::npos) << "25 elements";
+}
+
 TEST(Oddities, emptyStringsAreWrittenAsNothing)
 {
     CFields tree;
@@ -255,6 +279,9 @@ TEST(Oddities, aFileWithAnEmptyContainerCannotBeReadBack)
     CLoaders loader;
     EXPECT_FALSE(loader.loading(file, tree));
     EXPECT_EQ(loader.getLastErrMsg(), "* Offset 0\n  Element number must be bigger than 0\n");
+    EXPECT_TRUE(CLoaders(s_cuiDefault | LCBC_LOSSLESS).loading(file, tree));
+    EXPECT_EQ(tree.getDT(), DT_array);
+    EXPECT_EQ(tree.getChildCount(), 0U);
 }
 
 // Trees
@@ -341,6 +368,7 @@ TEST(Oddities, asIntegerDropsTheFraction)
 TEST(Oddities, aNotANumberIsTrue)
 {
     EXPECT_TRUE(CFields(std::numeric_limits<double>::quiet_NaN()).asBool());
+    EXPECT_FALSE(CFields(0.0).asBool());
 }
 
 TEST(Oddities, everyNumberIsADouble)

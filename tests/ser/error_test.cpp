@@ -87,6 +87,11 @@ TEST(Error, commentsInWhatIsSkippedAreKept)
     EXPECT_EQ(show(tLoad("[1, @ /*of the number*/ ]").m_tTree), "[]");
 }
 
+TEST(Error, commentsAfterAPacketExpressionThatIsNotClosedAreKept)
+{
+    EXPECT_EQ(show(tLoad("/*c*/(ACF8 note\n// d\n5").m_tTree), "null<0:/*c*/\\10// d>");
+}
+
 TEST(Error, commentsAfterARootWithoutValueFollowTheDocument)
 {
     EXPECT_EQ(show(tLoad("\"n\" = @ // x").m_tTree), "n=null<2:// x>");

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "tests/support/sanitized.h"
+#include "tests/tools/sales.h"
 #include "tests/tools/tool.h"
 
 namespace murv::tests
@@ -80,6 +81,31 @@ TEST(InputOutput, pipesAndDevicesAreReadToTheirEnd)
     around.m_strInput = document + "]";
     const tRun run = murv(files, {"get", "/dev/stdin", "[100000]"}, around);
     EXPECT_EQ(run.m_strOutput, "99999\n");
+}
+
+TEST(InputOutput, resultsWithoutANameAreWrongCalls)
+{
+    const CTemporaryDirectory files;
+    files.write("sales.murv", s_cpSalesLayout);
+    files.write("day.txt", s_cpSales);
+    const std::pair<std::vector<std::string>, const char*> calls[] = {
+        {{"unpack", "-l", "sales.murv", "day.txt", "-o", ""}, "--output: names no file (see murv help unpack)"},
+        {{"pack", "-l", "sales.murv", "day.murv", "--output", ""}, "--output: names no file (see murv help pack)"},
+        {{"gen", "samples", "-l", "sales.murv", "-o", ""}, "--output: names no file (see murv gen samples --help)"},
+        {{"gen", "samples", "-l", "sales.murv", "-d", ""},
+         "--directory: names no directory (see murv gen samples --help)"},
+        {{"gen", "wireshark", "sales.murv", "-o", ""}, "--output: names no file (see murv gen wireshark --help)"},
+        {{"unpack", "-l", "sales.murv", "day.txt", "--on-fault", "collect", ""},
+         "--on-fault collect needs the name of a file"},
+    };
+    for (const auto& [call, message] : calls)
+    {
+        const tRun run = murv(files, call);
+        EXPECT_EQ(run.m_iExit, 2) << call[0];
+        EXPECT_EQ(run.m_strOutput, "") << call[0];
+        EXPECT_EQ(run.m_strError, "murv: error: " + std::string(message) + "\n");
+    }
+    EXPECT_EQ(files.names(), "day.txt sales.murv");
 }
 
 TEST(InputOutput, fullDiskIsAnOutputFailure)

@@ -1,6 +1,7 @@
 // tests/tools/names_test.cpp - names of files and parts of documents are shown so that a terminal cannot be fooled.
 #include <gtest/gtest.h>
 
+#include "tests/tools/sales.h"
 #include "tests/tools/tool.h"
 
 namespace murv::tests
@@ -38,6 +39,44 @@ TEST(Names, areShownSafelyOnBothStreams)
         const std::string missing = std::string("no ") + name;
         EXPECT_EQ(murv(files, {"check", missing}).m_strError,
                   "no " + safe + ": error: cannot be read: No such file or directory\n");
+    }
+}
+
+TEST(Names, ofLayoutsAndPacketsAreShownSafely)
+{
+    for (const std::string name : {s_cpName, s_cpRaw})
+    {
+        const CTemporaryDirectory files;
+        const std::string packets = "p" + name;
+        const std::string missing = "missing " + name;
+        files.write(name, s_cpSalesLayout);
+        files.write(packets, std::string(s_cpSales).replace(33, 1, "O"));
+        const std::vector<std::vector<std::string>> calls = {
+            {"check", "-l", name, packets},
+            {"check", "-l", missing, packets},
+            {"unpack", "-l", name, packets},
+            {"unpack", "-l", name, packets, "--on-fault", "collect", missing + "/x"},
+            {"unpack", "-l", name, packets, "-o", missing + "/x"},
+            {"unpack", "-l", packets, name},
+            {"unpack", "-l", name, missing},
+            {"pack", "-l", name, packets},
+            {"explain", "-l", name, packets, "--html"},
+            {"explain", "-l", name, missing},
+            {"layout", packets},
+            {"picture", packets},
+            {"doc", name},
+            {"gen", "wireshark", packets},
+            {"gen", "samples", "-l", name, "-d", packets},
+        };
+        for (const std::vector<std::string>& call : calls)
+        {
+            const tRun run = murv(files, call);
+            const std::string shown = run.m_strOutput + run.m_strError;
+            EXPECT_NE(shown, "") << call[0];
+            for (const char* const unsafe :
+                 {"\x1b", "\x7f", "\xC2\x9B", "\xE2\x80\xAE", "\xE2\x81\xA6", "\xFF", "\xC3."})
+                EXPECT_EQ(shown.find(unsafe), std::string::npos) << call[0] << "\n" << shown;
+        }
     }
 }
 
