@@ -5,6 +5,7 @@
 
 #include "murv/error.h"
 #include "murv/loader.h"
+#include "murv/syntax.h"
 
 namespace murv::explorer
 {
@@ -124,7 +125,7 @@ void load(std::string_view text, unsigned int flags, tDocument& document)
     {
         if (loader.loading(text, document.m_tTree))
             return;
-        document.m_vErrors = loader.getErrorPlaces();
+        document.m_vErrors = findMistakes(text, flags);
         message = loader.getLastErrMsg();
     }
     catch (const CLogicError& error)

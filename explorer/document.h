@@ -36,7 +36,7 @@ struct tDocument
     std::vector<tErrorPlace> m_vErrors;  // none when it was loaded
 };
 
-/// Loads a text, with all of its places.
+/// Loads a text, and finds all that is wrong with it.
 /// \param flags  of E_LoaderConfigBit
 void load(std::string_view text, unsigned int flags, tDocument& document);
 

@@ -59,7 +59,9 @@ bool CLayoutMap::compile(std::string_view text)
         const tLayoutPart seen = m_tLayout.getPart(part);
         if (seen.m_uiParent != CLayout::s_cuiNoPart)
             m_vMembers[seen.m_uiParent].push_back(part);
-        m_vLeftOut.push_back(seen.m_bLiteral && seen.m_strvName.empty() && seen.m_uiID == 0);
+        const bool isElement =
+            seen.m_uiParent != CLayout::s_cuiNoPart && m_tLayout.getPart(seen.m_uiParent).m_eKind == LP_array;
+        m_vLeftOut.push_back(seen.m_bLiteral && seen.m_strvName.empty() && seen.m_uiID == 0 && !isElement);
     }
     walk(text);
     return true;

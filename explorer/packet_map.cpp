@@ -77,6 +77,7 @@ struct tOpen
     std::int32_t m_iGroup;
     unsigned int m_uiNext = 0;  // index of the next member
     std::size_t m_nMember = 0;  // where to look first among the members of the part
+    unsigned int m_uiLast = 0;  // the last of its parts that was there
 };
 
 class CTie
@@ -127,6 +128,7 @@ private:
         tOpen& top = m_vOpen.back();
         if (top.m_uiNext == top.m_tPair.m_pRead->getChildCount())
         {
+            passLeftOut(top, CLayout::s_cuiNoPart);
             m_vGroups[static_cast<std::size_t>(top.m_iGroup)].m_iAfter = static_cast<std::int32_t>(m_nLeaf);
             m_vOpen.pop_back();
             return;
@@ -137,6 +139,8 @@ private:
         const tPair member = member4(top, at, isArray);
         if (member.m_uiPart == CLayout::s_cuiNoPart)
             return;
+        passLeftOut(top, member.m_uiPart);
+        top.m_uiLast = member.m_uiPart;
         const bool isLeaf = m_tLayout.layout().getPart(member.m_uiPart).m_eKind == LP_leaf;
         if (isLeaf)
             leaf(member, top.m_iGroup, index);
@@ -180,13 +184,29 @@ private:
         return nullptr;
     }
 
-    /// The next leaf, when it is of that part; those that trees leave out are passed.
+    unsigned int nextPart() const
+    {
+        return static_cast<unsigned int>(m_vLeaves[m_nLeaf].m_iPart);
+    }
+
+    /// Passes members of a group that trees leave out, up to a part.
+    void passLeftOut(tOpen& group, unsigned int before)
+    {
+        const auto isMember = [&](unsigned int part) {
+            return part > group.m_uiLast && part < before && m_tLayout.isLeftOut(part) &&
+                   m_tLayout.layout().getPart(part).m_uiParent == group.m_tPair.m_uiPart;
+        };
+        while (m_nLeaf < m_vLeaves.size() && isMember(nextPart()))
+        {
+            group.m_uiLast = nextPart();
+            m_vLeaves[m_nLeaf++].m_iGroup = group.m_iGroup;
+        }
+    }
+
+    /// The next leaf, when it is of that part.
     void leaf(const tPair& pair, std::int32_t group, std::int32_t index)
     {
-        const auto part = [this]() { return static_cast<unsigned int>(m_vLeaves[m_nLeaf].m_iPart); };
-        while (m_nLeaf < m_vLeaves.size() && part() != pair.m_uiPart && m_tLayout.isLeftOut(part()))
-            m_vLeaves[m_nLeaf++].m_iGroup = group;
-        if (m_nLeaf == m_vLeaves.size() || part() != pair.m_uiPart)
+        if (m_nLeaf == m_vLeaves.size() || nextPart() != pair.m_uiPart)
             return;
         tLeaf& leaf = m_vLeaves[m_nLeaf++];
         const tRange place = range(pair.m_pText);

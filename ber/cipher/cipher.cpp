@@ -19,7 +19,7 @@ bool acceptAnyKey(std::uint32_t*, const void*, std::size_t)
 
 constexpr std::uint64_t vernamSize(std::uint64_t length, bool)
 {
-    return vernamTextSize(static_cast<std::size_t>(length));
+    return vernamTextSize(length);
 }
 
 constexpr std::uint64_t seedSize(std::uint64_t length, bool filledUp)

@@ -71,6 +71,7 @@ inline std::string place(const tPacketFault& fault)
 inline std::vector<std::string> places(const std::vector<tPacketFault>& faults)
 {
     std::vector<std::string> texts;
+    texts.reserve(faults.size());
     for (const tPacketFault& fault : faults)
         texts.push_back(place(fault));
     return texts;
