@@ -68,8 +68,8 @@ private:
         verb.add_flag("--no-null-word", m_bNoNullWord, "Write null as nothing instead of \"null\"");
         verb.add_flag("--no-final-newline", m_bNoFinalNewline, "Do not end with a line feed");
         verb.footer(
-            "Nothing but the layout changes: comments and values stay. What text cannot hold is an error at its place.\n"
-            "--in-place reads the new text back and compares it before the file is replaced.\n");
+            "Nothing but the layout changes: comments and values stay. What text cannot hold is an error at its\n"
+            "place. --in-place reads the new text back and compares it before the file is replaced.\n");
     }
 
     E_ExitCode begin(CDiagnostics& diagnostics) override

@@ -22,15 +22,15 @@ COMPLETIONS = delivered.REFERENCE / "completions"
 
 # A line before the cursor, and what may come there. Of the files and layouts below, so many begin like the last word.
 CASES = {
-    "murv f": ["fmt"],
-    "murv gen ": ["samples", "wireshark"],
+    "murv fm": ["fmt"],
+    "murv gen w": ["wireshark"],
     "murv --v": ["--version"],
     "murv fmt --no-": ["--no-one-line-arrays", "--no-null-word", "--no-final-newline"],
     "murv fmt --indent t": ["tab"],
-    "murv convert --to ": ["text", "compact", "binary"],
+    "murv unpack --on-fault ": ["stop", "skip", "collect"],
     "murv convert config.murv --to b": ["binary"],
     "murv convert --to=c": ["compact"],
-    "murv unpack --on-fault s": ["stop", "skip"],
+    "murv unpack -l ntp --on-fault s": ["stop", "skip"],
     "murv unpack --max-errors ": [],
     "murv gen wireshark --po": ["--port"],
     "murv unpack -l bi": ["binaryfile", "bill.murv"],
