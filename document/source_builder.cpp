@@ -95,8 +95,8 @@ std::uint32_t CSourceBuilder::finish()
     return m_uiRoot;
 }
 
-/// The end of the comments and blanks that follow on the line of a place, without the line end. Unless it is the last of
-/// its container, the place keeps them only when nothing else follows on the line: else they belong to what does.
+/// The end of the comments and blanks that follow on the line of a place, without the line end. Unless it is the last
+/// of its container, the place keeps them only when nothing else follows on the line: else they belong to what does.
 const char* CSourceBuilder::skipTrailing(const char* place, bool isLast) const
 {
     const char* end = place;

@@ -21,9 +21,10 @@ std::string savedText(const CFields& node)
     CSaver4SER_HFW saver;
     saver.setSCBC(SCBC_LOSSLESS | SCBC_ONE_LINE_ARRAY);
     std::string text = saver.saving(node);
-    if (saver.isError())
-        throw CLogicError("The value cannot be written as text: " + saver.getLastErrMsg());
-    return text;
+    if (!saver.isError())
+        return text;
+    const std::string& message = saver.getLastErrMsg();  // "[function#line] path: what"
+    throw CLogicError("The value cannot be written: " + message.substr(message.find("] ") + 2));
 }
 
 /// A node as it is written, but for a value in it that has a spelling of its own.

@@ -78,8 +78,16 @@ public:
     ///                  line of the value; a comment of several lines is refused
     void comment(std::string_view path, std::string_view comment, E_CommentPosition position = CP_before);
 
+    /// Changes the document by a merge patch (RFC 7386), as murv::merge changes a tree: members of the patch replace
+    /// those of the same name, null removes them, field sets are merged in turn, what is no field set replaces all.
+    /// When memory runs out, a part of the patch may have been applied.
+    void merge(const CFields& patch);
+
 private:
     void setSpelled(std::string_view path, CFields fresh, std::string_view notation);
+    void mergeMembers(const CFields& patch);
+    void removeNulls(const CFields& patch, const std::string& prefix);
+    void setMerged(const std::string& path, const CFields& value);
 
     struct tState;
     std::unique_ptr<tState> m_pState;

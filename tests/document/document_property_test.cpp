@@ -228,6 +228,33 @@ private:
 
 }  // namespace
 
+TEST(DocumentProperty, mergingGivesTheTreeThatMergingTreesGives)
+{
+    CRandomText random(6);
+    for (int i = 0; i < 3000; ++i)
+    {
+        const std::string text = random.document();
+        const std::string other = random.document();
+        CDocument document;
+        CDocument patch;
+        if (!document.load(text) || !patch.load(other))
+            continue;
+        CFields tree = document.tree();
+        try
+        {
+            document.merge(patch.tree());
+        }
+        catch (const CLogicError&)
+        {
+            ASSERT_EQ(document.text(), text);
+            continue;
+        }
+        merge(tree, patch.tree());
+        ASSERT_EQ(difference(tree, document.tree(), SP_values), "") << text << "\n" << other;
+        ASSERT_EQ(difference(tree, load(document.text()), SP_values), "") << text << "\n" << other;
+    }
+}
+
 TEST(DocumentProperty, textLoadsToTheTreeThatTheSameChangesGive)
 {
     CRandomText random(5);

@@ -263,6 +263,37 @@ TEST(Document, valuesInTheNotationKeepTheirSpelling)
     EXPECT_EQ(document.text(), "{ \"a\" = 1 }");
 }
 
+TEST(Document, mergeChangesWhatThePatchSays)
+{
+    const CFields patch = fields({{"port", 443},
+                                  {"hosts", nullptr},
+                                  {"limits", fields({{"width", 7}, {"x", nullptr}})},
+                                  {"new", fields({{"a", 1}, {"b", nullptr}})}});
+    std::string expected = replaced(s_cpService, "0080", "443");
+    expected = replaced(expected, "\n  // Who may call.\n  \"hosts\" = [ \"a\",\"b\" ],\n", "\n");
+    expected = replaced(expected, "12 // levels\n  }\n",
+                        "12, // levels\n    \"width\" = 7\n  },\n  \"new\" =\n  {\n    \"a\" = 1\n  }\n");
+    EXPECT_EQ(changed(s_cpService, [&](CDocument& d) { d.merge(patch); }), expected);
+    EXPECT_EQ(changed("{ \"a\" = 1, \"a\" = 2, \"b\" = 3 }",
+                      [](CDocument& d) {
+                          d.merge(fields({{"a", nullptr}}));
+                      }),
+              "{ \"b\" = 3 }");
+    EXPECT_EQ(changed("[1] // c",
+                      [&](CDocument& d) {
+                          d.merge(fields({{"a", nullptr}, {"b", 1}}));
+                      }),
+              "{\n  \"b\" = 1\n} // c");
+    EXPECT_EQ(changed("{ \"a\" = 1 }", [](CDocument& d) { d.merge(CFields(5)); }), "5");
+}
+
+TEST(Document, aPatchIsAppliedAsAWholeOrNotAtAll)
+{
+    CDocument document = loaded(s_cpService);
+    EXPECT_THROW(document.merge(fields({{"port", 1}, {"limits", fields({{"depth", array({1})}})}})), CLogicError);
+    EXPECT_EQ(document.text(), s_cpService);
+}
+
 TEST(Document, pathsLeadByNumberAndId)
 {
     EXPECT_EQ(changed("{ \"x\" = [1, { #7 \"y\" = 2 }] }",

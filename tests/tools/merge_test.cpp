@@ -83,11 +83,10 @@ TEST(Merge, keepsCommentsIdsAndSpellingsOfWhatStays)
               "// end\n");
 }
 
-TEST(Merge, placesInThePatchAreNoSpellings)
+TEST(Merge, everyByteStaysThatThePatchDoesNotChange)
 {
-    // The doubles of the patch stand where the document has other numbers.
-    EXPECT_EQ(merged("[1e3, 2e3]", "[1.5, 2.5, 3.5]"), "[1.5, 2.5, 3.5]\n");
-    EXPECT_EQ(merged("{ \"a\" = 1e3 }", "{ \"b\" = 2.5 }"), "{\n  \"a\" = 1e3,\n  \"b\" = 2.5\n}\n");
+    EXPECT_EQ(merged("[1e3, 2e3]", "[1.5, 2.5, 3.5]"), "[1.5, 2.5, 3.5]");
+    EXPECT_EQ(merged("{ \"a\" = 1e3 }", "{ \"b\" = 2.5 }"), "{ \"a\" = 1e3, \"b\" = 2.5 }");
 }
 
 TEST(Merge, severalPatchesAreAppliedInTurn)
@@ -96,7 +95,7 @@ TEST(Merge, severalPatchesAreAppliedInTurn)
     files.write("a", "{\"a\"=1}");
     files.write("p", "{\"b\"=2}");
     files.write("q.json", "{\"a\":null,\"b\":3}");
-    EXPECT_EQ(murv(files, {"merge", "a", "p", "q.json"}).m_strOutput, "{\n  \"b\" = 3\n}\n");
+    EXPECT_EQ(murv(files, {"merge", "a", "p", "q.json"}).m_strOutput, "{\"b\"=3}");
 }
 
 TEST(Merge, inPlaceReplacesTheFileWhenItChanges)
@@ -111,8 +110,7 @@ TEST(Merge, inPlaceReplacesTheFileWhenItChanges)
     const tRun run = murv(files, {"merge", "-i", "a", "other.json"});
     EXPECT_EQ(run.m_iExit, 0);
     EXPECT_EQ(run.m_strOutput, "");
-    EXPECT_EQ(files.read("a"), "{\n  \"a\" = 5,\n  \"b\" = 2\n}\n");
-    EXPECT_EQ(murv(files, {"fmt", "--check", "a"}).m_iExit, 0);
+    EXPECT_EQ(files.read("a"), "{\"a\"=5,\n   \"b\"=2}");
     EXPECT_EQ(files.names(), "a other.json same.json");
 }
 
@@ -129,8 +127,6 @@ TEST(Merge, nothingIsReplacedWhenSomethingIsWrong)
     EXPECT_EQ(murv(files, {"merge", "-i", "a", "broken.json"}).m_iExit, 3);
     EXPECT_EQ(murv(files, {"merge", "-i", "a", "missing"}).m_iExit, 5);
     EXPECT_EQ(files.read("a"), before);
-    files.write("lost", "{ \"a\" = 1 /*x*/ /*y*/ }");
-    EXPECT_EQ(murv(files, {"merge", "lost", "a"}).m_iExit, 3);
 }
 
 TEST(Merge, binaryDocumentsBecomeText)
@@ -140,7 +136,7 @@ TEST(Merge, binaryDocumentsBecomeText)
     files.write("p.json", "{\"b\":2}");
     EXPECT_EQ(murv(files, {"convert", "a.murv", "--to", "binary", "-o", "a.murf"}).m_iExit, 0);
     EXPECT_EQ(murv(files, {"merge", "a.murf", "p.json"}).m_strOutput, "{\n  \"a\" = 1.5,\n  \"b\" = 2\n}\n");
-    EXPECT_EQ(murv(files, {"merge", "a.murv", "a.murf"}).m_strOutput, "{\n  \"a\" = 1.50\n}\n");
+    EXPECT_EQ(murv(files, {"merge", "a.murv", "a.murf"}).m_strOutput, "{ \"a\" = 1.50 }");
     const tRun run = murv(files, {"merge", "-i", "a.murf", "p.json"});
     EXPECT_EQ(run.m_iExit, 3);
     EXPECT_EQ(run.m_strError, "a.murf: error: is binary; --in-place is for text\n");
@@ -153,7 +149,7 @@ TEST(Merge, whatTextCannotHoldIsNamedByItsPath)
     files.write("p.json", "{\"a\":[{\"$double\":\"NaN\"}]}");
     const tRun run = murv(files, {"merge", "a", "p.json"});
     EXPECT_EQ(run.m_iExit, 3);
-    EXPECT_EQ(run.m_strError, "a: error: a[0]: text cannot hold NaN\n");
+    EXPECT_EQ(run.m_strError, "p.json: error: a: The value cannot be written: [0]: text cannot hold NaN\n");
 }
 
 TEST(Merge, oneOfThemMayComeFromTheStandardInput)
@@ -162,8 +158,8 @@ TEST(Merge, oneOfThemMayComeFromTheStandardInput)
     files.write("a", "{\"a\"=1}");
     tSurroundings around;
     around.m_strInput = "{\"a\"=2}";
-    EXPECT_EQ(murv(files, {"merge", "a", "-"}, around).m_strOutput, "{\n  \"a\" = 2\n}\n");
-    EXPECT_EQ(murv(files, {"merge", "-", "a"}, around).m_strOutput, "{\n  \"a\" = 1\n}\n");
+    EXPECT_EQ(murv(files, {"merge", "a", "-"}, around).m_strOutput, "{\"a\"=2}");
+    EXPECT_EQ(murv(files, {"merge", "-", "a"}, around).m_strOutput, "{\"a\"=1}");
     EXPECT_EQ(murv(files, {"merge", "-", "-"}, around).m_strError,
               "murv: error: the standard input cannot hold several documents\n");
     EXPECT_EQ(murv(files, {"merge", "-i", "-", "a"}, around).m_iExit, 2);
