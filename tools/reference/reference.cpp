@@ -63,7 +63,7 @@ tReferenceOption reference4Option(const CLI::App& app, const CLI::Option& option
     const std::set<CLI::Option*> excluded = option.get_excludes();
     for (const CLI::Option* const other : app.get_options())
     {
-        if (std::find(excluded.begin(), excluded.end(), other) != excluded.end())
+        if (std::any_of(excluded.begin(), excluded.end(), [other](const CLI::Option* each) { return each == other; }))
             one.m_vExcluded.push_back(names4Option(*other).back());
     }
     return one;
