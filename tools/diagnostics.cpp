@@ -146,7 +146,8 @@ std::string CDiagnostics::rendered(const tDiagnostic& diagnostic) const
     std::string out = coloured(where + ":", s_cpBold) + " " +
                       coloured(std::string(severity.m_pName) + ":", severity.m_pColour) + " " +
                       (diagnostic.m_strSubject.empty() ? "" : shownText(diagnostic.m_strSubject) + ": ") +
-                      shownText(diagnostic.m_strMessage) + "\n";
+                      shownText(diagnostic.m_strMessage) +
+                      (diagnostic.m_strTag.empty() ? "" : " [" + diagnostic.m_strTag + "]") + "\n";
     std::vector<tExcerpt> excerpts = diagnostic.m_vExcerpt;
     if (excerpted)
         excerpts.insert(excerpts.begin(), excerpt4Range(diagnostic.m_svSource, *diagnostic.m_tRange));

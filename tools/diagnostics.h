@@ -31,6 +31,7 @@ struct tDiagnostic
     std::string m_strPlace;            // where in the file, when that is no place in a text: record and offset
     std::string m_strSubject;          // path of what the message is about; empty for none
     std::string m_strMessage;          // without line feed
+    std::string m_strTag;              // stands after the message for people; programs have it in m_strJson
     std::string_view m_svSource;       // text that the range lies in
     std::optional<tRange> m_tRange;    // nothing: it concerns the file as a whole
     std::vector<tExcerpt> m_vExcerpt;  // instead of lines of the source; marks may be empty

@@ -28,7 +28,9 @@ struct tExitCodeRow
 
 inline constexpr tExitCodeRow s_ctExitCodes[] = {
     {EC_done, "done, or the answer is yes"},
-    {EC_no, "the answer is no: fmt --check or diff found a difference, get and del found nothing, set cannot set, check has findings only"},
+    {EC_no,
+     "the answer is no: fmt --check or diff found a difference, get or del nothing, set cannot set, check has findings "
+     "or warnings only"},
     {EC_wrongCall, "wrong call: unknown verb or option, malformed PATH"},
     {EC_malformed, "malformed document or layout"},
     {EC_unfit, "the packet or tree does not fit the layout"},

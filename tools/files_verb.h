@@ -17,7 +17,7 @@ class CFilesVerb : public IVerb
 {
 public:
     void declare(CLI::App& verb) final;
-    E_ExitCode run(tSession& session) final;
+    E_ExitCode run(tSession& session) override;
 
 protected:
     /// \param jsonHelp, filesHelp  what the help says of --json and of FILE; the texts are not copied

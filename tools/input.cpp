@@ -25,6 +25,8 @@ constexpr std::size_t s_cnMostBytes = static_cast<std::size_t>(CFields::maxSint3
 constexpr std::size_t s_cnPiece = std::size_t{8} << 20U;
 constexpr std::size_t s_cnFrontLoaderLeast = 4;
 
+using vExplanations = std::vector<std::string_view>;
+
 /// Reads up to `most` bytes. \return 0, or the errno of the read that failed
 int readUpTo(int descriptor, char* to, std::size_t most, std::size_t& got, CProgress& progress)
 {
@@ -125,7 +127,21 @@ tDiagnostic noteOnOffsets(const tInput& input)
     return note;
 }
 
-void reportPlace(const tInput& input, const tErrorPlace& place, CDiagnostics& diagnostics)
+/// What may help with a mistake that many make. \param said  of this file so far; each is said once
+void addExplanation(const tInput& input, const tErrorPlace& place, vExplanations& said, tDiagnostic& diagnostic)
+{
+    const std::string_view explanation = explainMistake(input.text(), place);
+    if (explanation.empty() || std::find(said.begin(), said.end(), explanation) != said.end())
+        return;
+    said.push_back(explanation);
+    tDiagnostic note;
+    note.m_eSeverity = SV_note;
+    note.m_strFile = input.m_strName;
+    note.m_strMessage = explanation;
+    diagnostic.m_vNote.push_back(note);
+}
+
+void reportPlace(const tInput& input, const tErrorPlace& place, vExplanations& said, CDiagnostics& diagnostics)
 {
     // Only the loader knows which it was: a file with a binary header may say in it that it is text.
     const bool isText = place.m_uiLine != 0;
@@ -136,7 +152,9 @@ void reportPlace(const tInput& input, const tErrorPlace& place, CDiagnostics& di
         const std::size_t second = place.m_tSecond->m_uiOffset;
         diagnostic.m_vNote.push_back(diagnostic4(input, SV_note, "see here for detail", {second, second + 1}));
     }
-    if (!isText)
+    if (isText)
+        addExplanation(input, place, said, diagnostic);
+    else
         diagnostic.m_vNote.push_back(noteOnOffsets(input));
     diagnostics.report(diagnostic);
 }
@@ -146,8 +164,9 @@ void reportPlaces(const tInput& input, const std::vector<tErrorPlace>& places, c
                   CDiagnostics& diagnostics)
 {
     const std::size_t shown = std::min(places.size(), options.m_nMostMistakes);
+    vExplanations said;
     for (std::size_t i = 0; i != shown; ++i)
-        reportPlace(input, places[i], diagnostics);
+        reportPlace(input, places[i], said, diagnostics);
     const std::size_t left = places.size() - shown;
     if (left == 0)
         return;
@@ -167,8 +186,9 @@ void reportErrors(const tInput& input, const ILoaderBase& loader, const tLoadOpt
     const bool isText = loader.getLoadFault() == LF_text && !places.empty() && places[0].m_uiLine != 0;
     if (!isText || options.m_nMostMistakes == 1)
     {
+        vExplanations said;
         for (const tErrorPlace& place : places)
-            reportPlace(input, place, diagnostics);
+            reportPlace(input, place, said, diagnostics);
         return;
     }
     const unsigned int first = places[0].m_uiStart;
@@ -302,12 +322,12 @@ E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput&
     return diagnostics.fail(input.m_strName, std::string("cannot be read: ") + std::strerror(error), EC_inputOutput);
 }
 
-E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags, E_Severity textAfter,
-                     CDiagnostics& diagnostics, CFields& tree)
+E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags,
+                     std::optional<E_Severity> textAfter, CDiagnostics& diagnostics, CFields& tree)
 {
     if (const E_ExitCode code = loadBytes(input, options, options.flags() | flags, diagnostics, tree))
         return code;
-    if (input.isText() && !checkTextAfter(input, tree, textAfter, diagnostics))
+    if (textAfter && input.isText() && !checkTextAfter(input, tree, *textAfter, diagnostics))
         return EC_malformed;
     return EC_done;
 }

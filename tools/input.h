@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -81,9 +82,9 @@ E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput&
 ///
 /// \param flags      bits of E_LoaderConfigBit besides those of the options
 /// \param textAfter  how to report text after the document, which is not part of it; as SV_error it makes the document
-///                   malformed
-E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags, E_Severity textAfter,
-                     CDiagnostics& diagnostics, CFields& tree);
+///                   malformed, and nothing takes no notice of it
+E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags,
+                     std::optional<E_Severity> textAfter, CDiagnostics& diagnostics, CFields& tree);
 
 /// Reports the mistakes of a text, up to the number that the options say.
 /// \param flags  bits of E_LoaderConfigBit besides those of the options

@@ -12,6 +12,7 @@
 #include "tools/packet_report.h"
 #include "tools/record_source.h"
 #include "tools/utf8.h"
+#include "tools/warning_options.h"
 
 namespace murv::tool
 {
@@ -59,14 +60,27 @@ public:
 private:
     void declareOwn(CLI::App& verb) override
     {
-        declareLayout(verb, m_strLayout);
+        CLI::Option* const layout = declareLayout(verb, m_strLayout);
+        m_tWarnings.declare(verb, layout);
         verb.add_option("--max-errors", m_ullMost, "Show no more than that of a file")
             ->type_name("N")
             ->capture_default_str();
         verb.add_flag("-q,--quiet", m_bQuiet, "Say nothing about files that are accepted");
-        verb.footer("With -l, the files are packets or files of records that the layout describes.\n");
+        verb.footer(
+            "With -l, the files are packets or files of records that the layout describes.\n"
+            "Warnings do not change the exit code; with -Werror it is 1 when there are any.\n");
     }
 
+public:
+    E_ExitCode run(tSession& session) override
+    {
+        if (!m_tWarnings.isListWanted())
+            return CFilesVerb::run(session);
+        session.m_tOutput.put(CWarningOptions::list(isJson()));
+        return session.m_tOutput.finish(session.m_tDiagnostics);
+    }
+
+private:
     E_ExitCode begin(CDiagnostics& diagnostics) override
     {
         return m_strLayout.empty() ? EC_done : readLayout(m_strLayout, diagnostics, m_tLayout);
@@ -79,18 +93,32 @@ private:
 
     E_ExitCode runInput(const tInput& input, tSession& session) const override
     {
+        std::size_t warnings = 0;
+        const E_ExitCode code = checkDocument(input, session.m_tDiagnostics, warnings);
+        if (isJson())
+            session.m_tOutput.put("{\"file\":" + json4Text(input.m_strName) +
+                                  ",\"accepted\":" + (code == EC_done ? "true" : "false") +
+                                  (m_tWarnings.isUsed() ? ",\"warnings\":" + std::to_string(warnings) : "") + "}\n");
+        else if (code == EC_done && !m_bQuiet)
+            session.m_tOutput.put(shownText(input.m_strName) + ": accepted" +
+                                  (warnings == 0 ? "" : ", " + counted(warnings, "warning")) + "\n");
+        return code;
+    }
+
+    /// Without -W, the loader sees what it warns of; with it, the text is read once more.
+    E_ExitCode checkDocument(const tInput& input, CDiagnostics& diagnostics, std::size_t& warnings) const
+    {
         CFields tree;
         tLoadOptions options = loadOptions();
         options.m_nMostMistakes = static_cast<std::size_t>(m_ullMost);
-        E_ExitCode code = loadInput(input, options, 0, SV_warning, session.m_tDiagnostics, tree);
-        if (code == EC_done && isLayout(tree))
-            code = checkLayout(input, session.m_tDiagnostics);
-        if (isJson())
-            session.m_tOutput.put("{\"file\":" + json4Text(input.m_strName) +
-                                  ",\"accepted\":" + (code == EC_done ? "true" : "false") + "}\n");
-        else if (code == EC_done && !m_bQuiet)
-            session.m_tOutput.put(shownText(input.m_strName) + ": accepted\n");
-        return code;
+        const std::optional<E_Severity> textAfter =
+            m_tWarnings.isUsed() ? std::nullopt : std::optional<E_Severity>(SV_warning);
+        if (const E_ExitCode code = loadInput(input, options, 0, textAfter, diagnostics, tree))
+            return code;
+        if (m_tWarnings.isUsed() && input.isText())
+            warnings = m_tWarnings.report(input, options, isLayout(tree), diagnostics);
+        const E_ExitCode code = warnings != 0 && m_tWarnings.areErrors() ? EC_no : EC_done;
+        return isLayout(tree) ? graver(code, checkLayout(input, diagnostics)) : code;
     }
 
     /// Loads it once more: compiling wants to see repeated names.
@@ -98,7 +126,9 @@ private:
     {
         CFields document;
         CLayout layout;
-        if (const E_ExitCode code = loadInput(input, loadOptions(), LCBC_DUPLICATE, SV_note, diagnostics, document))
+        const std::optional<E_Severity> textAfter =
+            m_tWarnings.isUsed() ? std::nullopt : std::optional<E_Severity>(SV_note);
+        if (const E_ExitCode code = loadInput(input, loadOptions(), LCBC_DUPLICATE, textAfter, diagnostics, document))
             return code;
         return compileLayout(input, document, diagnostics, layout);
     }
@@ -142,6 +172,7 @@ private:
 
     std::string m_strLayout;
     tLoadedLayout m_tLayout;
+    CWarningOptions m_tWarnings;
     std::uint64_t m_ullMost = 20;
     bool m_bQuiet = false;
 };

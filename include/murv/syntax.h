@@ -1,4 +1,4 @@
-// murv/syntax.h - works on the tokens of a text: finds every mistake, and lays texts out.
+// murv/syntax.h - works on the tokens of a text: finds every mistake and what may be one, and lays texts out.
 #ifndef MURV_SYNTAX_H
 #define MURV_SYNTAX_H
 
@@ -23,6 +23,57 @@ namespace murv
 /// \param config  bits of E_LoaderConfigBit that a loader would have
 /// \return in the order of the text; empty when a loader takes it. Time: linear in the text
 MURV_API std::vector<tErrorPlace> findMistakes(std::string_view text, unsigned int config);
+
+/// Explains a frequent mistake: what stands there, and what to write instead. It knows byte order marks, UTF-16, empty
+/// texts, ":" for "=", comments that begin with "#", single and typographic quotes, and names and texts without quotes.
+/// \param mistake  of this text, from findMistakes or from a loader
+/// \return one sentence, static text; empty for any other mistake
+MURV_API std::string_view explainMistake(std::string_view text, const tErrorPlace& mistake);
+
+/// What a text may hold that loads, but may be meant otherwise; bits, so that several can be named.
+enum E_Suspicion : unsigned int
+{
+    SU_duplicateName = 0x1,    ///< in one field set; at the second and every further one
+    SU_similarName = 0x2,      ///< differs in the case of the letters A to Z only; at the further spelling
+    SU_duplicateId = 0x4,      ///< anywhere in the document; at the second and every further one
+    SU_trailingComma = 0x8,    ///< before a closing bracket; adds a null
+    SU_emptyContainer = 0x10,  ///< holds a null unless it is loaded with LCBC_LOSSLESS
+    SU_textAfter = 0x20,       ///< text after the document, which loaders ignore
+    SU_timeLength = 0x40,      ///< a fixed packet item that is not as long as its time keyword
+    SU_sizePartner = 0x80,     ///< a size item without sized item after it in the document, or the other way round
+    SU_zeroLength = 0x100,     ///< a packet item that is left out, as it has no length
+    SU_keywordOption = 0x200,  ///< an option of an internal keyword that binary files refuse, or that loses bits
+    SU_all = 0x3FF,
+};
+
+/// A kind of them.
+struct tSuspicionKind
+{
+    E_Suspicion m_eKind;
+    std::string_view m_strvName;         ///< for people to choose it by, such as "duplicate-name"
+    std::string_view m_strvDescription;  ///< one sentence without full stop
+};
+
+/// All kinds, in the order of their bits.
+MURV_API std::vector<tSuspicionKind> getSuspicionKinds();
+
+/// One of them, with its place.
+struct tSuspicion
+{
+    E_Suspicion m_eKind;
+    tErrorPlace m_tPlace;  ///< the second place, where there is one, is where name or ID was seen first
+};
+
+/// Finds what may be meant otherwise. A text with mistakes is read as findMistakes reads it.
+///
+/// Packet expressions are judged by the rules of packets, by which a size item and its sized items stand in this order
+/// anywhere in the document; layouts have rules of their own.
+/// \param config  bits of E_LoaderConfigBit that a loader would have
+/// \param kinds   bits of E_Suspicion
+/// \return in the order of the text. Time: linear in the text. Memory: that of the names of open containers and of all
+///         IDs, besides the result
+MURV_API std::vector<tSuspicion> findSuspicions(std::string_view text, unsigned int config,
+                                                unsigned int kinds = SU_all);
 
 /// How a text is laid out.
 struct tTextLayout

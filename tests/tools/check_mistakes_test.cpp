@@ -19,11 +19,11 @@ tRun check(const std::string& text, std::vector<std::string> options = {})
 
 TEST(CheckMistakes, allAreShownAtTheirPlaces)
 {
-    const tRun run = check("{\n  \"a\" = x,\n  \"b\" = 1 \"c\" = 2,\n  \"d\" = \"\\q\"\n}\n");
+    const tRun run = check("{\n  \"a\" = ?,\n  \"b\" = 1 \"c\" = 2,\n  \"d\" = \"\\q\"\n}\n");
     EXPECT_EQ(run.m_iExit, 3);
     EXPECT_EQ(run.m_strError,
               "in:2:9: error: Syntax error: value, field or array expected.\n"
-              "  \"a\" = x,\n"
+              "  \"a\" = ?,\n"
               "        ^\n"
               "in:3:11: error: Missing ',' or '}' in field declaration\n"
               "  \"b\" = 1 \"c\" = 2,\n"
@@ -38,14 +38,14 @@ TEST(CheckMistakes, allAreShownAtTheirPlaces)
 
 TEST(CheckMistakes, noMoreAreShownThanWanted)
 {
-    const tRun run = check("[x, x, x, x]\n", {"--max-errors", "2"});
+    const tRun run = check("[?, ?, ?, ?]\n", {"--max-errors", "2"});
     EXPECT_EQ(run.m_iExit, 3);
     EXPECT_EQ(run.m_strError,
               "in:1:2: error: Syntax error: value, field or array expected.\n"
-              "[x, x, x, x]\n"
+              "[?, ?, ?, ?]\n"
               " ^\n"
               "in:1:5: error: Syntax error: value, field or array expected.\n"
-              "[x, x, x, x]\n"
+              "[?, ?, ?, ?]\n"
               "    ^\n"
               "in: note: 2 more mistakes are not shown\n");
 }

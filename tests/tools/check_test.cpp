@@ -41,7 +41,8 @@ TEST(Check, showsThePlaceAsCompilersDo)
     EXPECT_EQ(errors("{\n  \"a\" = 1,\n  \"b\" : 2\n}\n"),
               "<stdin>:3:7: error: Missing ',' or '}' in field declaration\n"
               "  \"b\" : 2\n"
-              "      ^\n");
+              "      ^\n"
+              "<stdin>: note: a member is written \"name\" = value, with = and not :\n");
 }
 
 TEST(Check, showsTheSecondPlaceAsANote)
@@ -69,15 +70,15 @@ TEST(Check, jsonGivesTheSameFacts)
 
 TEST(Check, marksStandBelowTabs)
 {
-    EXPECT_EQ(errors("{\n\t\"a\"\t: 1\n}"),
-              "<stdin>:2:6: error: Missing ',' or '}' in field declaration\n\t\"a\"\t: 1\n\t   \t^\n");
+    EXPECT_EQ(errors("{\n\t\"a\"\t; 1\n}"),
+              "<stdin>:2:6: error: Missing ',' or '}' in field declaration\n\t\"a\"\t; 1\n\t   \t^\n");
 }
 
 TEST(Check, marksStandBelowCharactersOfSeveralBytes)
 {
-    EXPECT_EQ(errors("{ \"\xC3\xA4\xE2\x82\xAC\" : 1 }"),
+    EXPECT_EQ(errors("{ \"\xC3\xA4\xE2\x82\xAC\" ; 1 }"),
               "<stdin>:1:11: error: Missing ',' or '}' in field declaration\n"
-              "{ \"\xC3\xA4\xE2\x82\xAC\" : 1 }\n"
+              "{ \"\xC3\xA4\xE2\x82\xAC\" ; 1 }\n"
               "       ^\n");
 }
 
@@ -93,10 +94,10 @@ TEST(Check, longLinesAreCutAroundThePlace)
 {
     const std::string before(1000, 'x');
     const std::string after(1000, 'y');
-    EXPECT_EQ(errors("{ \"" + before + "\" : \"" + after + "\" }"),
+    EXPECT_EQ(errors("{ \"" + before + "\" ; \"" + after + "\" }"),
               "<stdin>:1:1006: error: Missing ',' or '}' in field declaration\n"
               "..." +
-                  std::string(62, 'x') + "\" : \"" + std::string(33, 'y') + "...\n" + std::string(67, ' ') + "^\n");
+                  std::string(62, 'x') + "\" ; \"" + std::string(33, 'y') + "...\n" + std::string(67, ' ') + "^\n");
 }
 
 TEST(Check, linesOfManyMegabytesAreCutToo)
@@ -113,8 +114,8 @@ TEST(Check, linesOfManyMegabytesAreCutToo)
 TEST(Check, linesEndWithAnyLineBreak)
 {
     for (const char* lineBreak : {"\n", "\r", "\r\n"})
-        EXPECT_EQ(errors("{" + std::string(lineBreak) + " \"a\" : 1" + lineBreak + "}"),
-                  "<stdin>:2:6: error: Missing ',' or '}' in field declaration\n \"a\" : 1\n     ^\n");
+        EXPECT_EQ(errors("{" + std::string(lineBreak) + " \"a\" ; 1" + lineBreak + "}"),
+                  "<stdin>:2:6: error: Missing ',' or '}' in field declaration\n \"a\" ; 1\n     ^\n");
 }
 
 TEST(Check, placeAtTheEndIsAfterTheLastLine)
@@ -125,7 +126,9 @@ TEST(Check, placeAtTheEndIsAfterTheLastLine)
 
 TEST(Check, emptyDocumentHasNoValue)
 {
-    EXPECT_EQ(errors(""), "<stdin>:1:1: error: Missing '}' or field member name\n\n^\n");
+    EXPECT_EQ(errors(""),
+              "<stdin>:1:1: error: Missing '}' or field member name\n\n^\n"
+              "<stdin>: note: the document is empty; the shortest ones are {} and []\n");
 }
 
 TEST(Check, documentsShorterThanAMagicAreText)

@@ -163,7 +163,9 @@ TEST(Fmt, keepsEveryCommentOfABlockAsItIs)
 TEST(Fmt, numbersAsNamesNeedTheOption)
 {
     EXPECT_EQ(fmt("{1=2}", {"--number-names"}), "{\n  1 = 2\n}\n");
-    EXPECT_EQ(refusal("{1=2}"), "<stdin>:1:2: error: Missing '}' or field member name\n{1=2}\n ^\n");
+    EXPECT_EQ(refusal("{1=2}"),
+              "<stdin>:1:2: error: Missing '}' or field member name\n{1=2}\n ^\n"
+              "<stdin>: note: names stand in double quotes: \"name\" = value\n");
 }
 
 TEST(Fmt, textAfterTheDocumentStays)
@@ -193,9 +195,9 @@ TEST(Fmt, packetExpressionsOfContainersStay)
 TEST(Fmt, showsEveryMistake)
 {
     EXPECT_EQ(
-        refusal("{\"a\"=1x,\"b\"=#}"),
-        "<stdin>:1:7: error: Missing ',' or '}' in field declaration\n{\"a\"=1x,\"b\"=#}\n      ^\n"
-        "<stdin>:1:13: error: Syntax error: value, field or array expected.\n{\"a\"=1x,\"b\"=#}\n            ^\n");
+        refusal("{\"a\"=1?,\"b\"=?}"),
+        "<stdin>:1:7: error: Missing ',' or '}' in field declaration\n{\"a\"=1?,\"b\"=?}\n      ^\n"
+        "<stdin>:1:13: error: Syntax error: value, field or array expected.\n{\"a\"=1?,\"b\"=?}\n            ^\n");
 }
 
 TEST(Fmt, widthDecidesWhatStaysOnOneLine)
