@@ -108,7 +108,8 @@ bool CDocument::tState::load(std::string text)
 {
     CSourceTree source;
     const std::string_view kept = source.keep(std::move(text));
-    COneLineFinder finder(kept.data(), {});
+    const tTextLayout unused;
+    COneLineFinder finder(kept.data(), unused);
     CGrammarReader(kept, m_uiConfig, finder).read();
     if (finder.hasMistake())
         return false;

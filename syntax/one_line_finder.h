@@ -16,9 +16,11 @@ namespace murv::detail
 class COneLineFinder : public ISyntaxSink
 {
 public:
+    /// \param text, layout  live as long as this object
     COneLineFinder(const char* text, const tTextLayout& layout) : m_pLast(text), m_tLayout(layout)
     {
     }
+    COneLineFinder(const char* text, const tTextLayout&& layout) = delete;
     /// One bit for each container, in the order in which they are opened.
     std::vector<bool> takeResult()
     {
