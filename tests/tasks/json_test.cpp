@@ -14,7 +14,6 @@ namespace murv::tests
 {
 
 using nlohmann::json;
-using nlohmann::operator""_json_pointer;
 
 namespace
 {
