@@ -21,7 +21,7 @@ bool formatText(std::string_view text, unsigned int config, const tTextLayout& l
         CGrammarReader(text, config, formatter).read();
     else
     {
-        CNullRemover remover(formatter);
+        CNullRemover remover(formatter, !layout.m_bCompact);
         CGrammarReader(text, config, remover).read();
         remover.finish();
     }

@@ -13,6 +13,8 @@ void CNullRemover::begin()
 
 void CNullRemover::token(E_SyntaxRole role, const tTokenInfo& token)
 {
+    if (role == SR_comment && !m_bHasComments)
+        return;
     if (m_bWaits && isNeededBefore(role))
         release();
     else if (m_bWaits)

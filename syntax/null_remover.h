@@ -10,7 +10,8 @@ namespace murv::detail
 class CNullRemover : public ISyntaxSink
 {
 public:
-    explicit CNullRemover(ISyntaxSink& sink) : m_tSink(sink)
+    /// \param hasComments  false: comments are left out, and need no value to stand at
+    CNullRemover(ISyntaxSink& sink, bool hasComments) : m_tSink(sink), m_bHasComments(hasComments)
     {
     }
     void begin() override;
@@ -31,6 +32,7 @@ private:
     void release();
 
     ISyntaxSink& m_tSink;
+    const bool m_bHasComments;
     tTokenInfo m_tNull{};
     bool m_bWaits = false;
     bool m_bEnded = false;      // its member has ended, too

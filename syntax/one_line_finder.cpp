@@ -28,7 +28,7 @@ void COneLineFinder::token(E_SyntaxRole role, const tTokenInfo& token)
     if (role == SR_open)
         open(!isFields);
     m_nPlace += textWithoutLineEnd(token).size();
-    noteBreak(token.m_pBegin, token.m_pEnd, role != SR_comment || isLineComment(token));
+    noteBreak(token.m_pBegin, token.m_pEnd, isLineComment(token));
     if (role == SR_close)
         close();
     m_pLast = token.m_pEnd;

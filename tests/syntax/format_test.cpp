@@ -29,13 +29,15 @@ bool load(const std::string& text, CFields& tree)
 
 std::vector<tTextLayout> layouts()
 {
-    std::vector<tTextLayout> all(6);
+    std::vector<tTextLayout> all(7);
     all[1].m_strIndent = "\t";
     all[1].m_uiWidth = 20;
     all[2].m_bOneLineArrays = false;
     all[3].m_bCompact = true;
     all[4].m_bNullWord = false;
     all[5].m_bFinalNewline = false;
+    all[6].m_bCompact = true;
+    all[6].m_bNullWord = false;
     return all;
 }
 
@@ -102,6 +104,7 @@ TEST(Format, lineEndsBecomeLikeTheFirst)
     EXPECT_EQ(laidOut("{\r\n\"a\"=1, // x\n\"b\"=2}"), "{\r\n  \"a\" = 1, // x\r\n  \"b\" = 2\r\n}\r\n");
     EXPECT_EQ(laidOut("[\r1]"), "[\r  1\r]\r");
     EXPECT_EQ(laidOut("/* a\n b */ [1]\r\n"), "/* a\n b */ [1]\r\n");
+    EXPECT_EQ(laidOut("[\"a\rb\"]\n"), "[\n  \"a\rb\"\n]\n");
 }
 
 TEST(Format, missingValuesStayMissing)
@@ -109,6 +112,14 @@ TEST(Format, missingValuesStayMissing)
     EXPECT_EQ(laidOut("[1,,2,]"), "[1, , 2,]\n");
     EXPECT_EQ(laidOut("{\"a\"=,\n}"), "{\n  \"a\" =,\n}\n");
     EXPECT_EQ(laidOut("[1,\n,]"), "[\n  1,\n  ,\n]\n");
+}
+
+TEST(Format, aCommentThatIsLeftOutKeepsNoNull)
+{
+    tTextLayout compact;
+    compact.m_bCompact = true;
+    compact.m_bNullWord = false;
+    EXPECT_EQ(laidOut("[1, null /* c */, 2]", compact), "[1,,2]\n");
 }
 
 TEST(Format, textWithMistakesGivesNothing)
