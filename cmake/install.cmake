@@ -38,6 +38,7 @@ install(
     DESTINATION ${CMAKE_INSTALL_DOCDIR}
     FILES_MATCHING
     PATTERN "*.md"
+    PATTERN "*.svg"
     PATTERN man EXCLUDE)
 install(
     DIRECTORY ${PROJECT_SOURCE_DIR}/examples

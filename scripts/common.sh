@@ -37,6 +37,22 @@ wantNodePackages()
         || echo "NOT TESTED: npm cannot install the packages of $wanted"
 }
 
+# buildDemo [TARGET...] - builds library, tool and examples, or the targets, in build/demo. Needs s_packagesBuild only.
+buildDemo()
+{
+    local log
+    log=$(mktemp)
+    cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DMURV_BUILD_TESTS=OFF -DMURV_BUILD_EXAMPLES=ON \
+        >"$log" 2>&1 || { cat "$log"; rm -f "$log"; die "configuring failed"; }
+    rm -f "$log"
+    # Lines of progress are for terminals; a log gets the last one only.
+    if [ -t 1 ]; then
+        cmake --build build/demo -j "$s_jobs" ${1:+--target "$@"}
+    else
+        cmake --build build/demo -j "$s_jobs" ${1:+--target "$@"} | tail -n 1
+    fi
+}
+
 # buildPreset PRESET [TARGET...] - configures and builds build/PRESET; all targets when none is named.
 buildPreset()
 {

@@ -36,6 +36,7 @@ needPackages()
 
 # What each kind of work needs.
 s_packagesBuild=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
+s_packagesPictures=("${s_packagesBuild[@]}" python3 bsdutils)
 s_packagesTest=("${s_packagesBuild[@]}" git make pkg-config python3 libgtest-dev libgmock-dev
     libssl-dev libtomlplusplus-dev libpugixml-dev tshark mandoc zsh fish vim)
 s_packagesClang=(clang libclang-rt-14-dev)
