@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 class CFileBeside
 {
 public:
-    explicit CFileBeside(const fs::path& target) : m_tTarget(target)
+    CFileBeside(const fs::path& target, const fs::file_status& status) : m_tTarget(target), m_tStatus(status)
     {
         std::random_device random;
         m_tPath = target;
@@ -38,21 +38,25 @@ public:
         if (!m_bNamed)
             fs::remove(m_tPath, ignored);
     }
-    bool write(const std::string& text) const
+    /// What is in a file that only its owner may read is never in one that others may read, even for a moment.
+    bool write(const std::string& text)
     {
         std::ofstream file(m_tPath, std::ios::binary | std::ios::trunc);
-        file.write(text.data(), static_cast<std::streamsize>(text.size()));
+        std::error_code error;
+        if (fs::exists(m_tStatus))
+            fs::permissions(m_tPath, fs::perms::owner_read | fs::perms::owner_write, error);
+        if (!error)
+            file.write(text.data(), static_cast<std::streamsize>(text.size()));
         file.flush();
         file.close();
-        return !file.fail();
+        return !file.fail() && !error;
     }
     std::error_code takeName()
     {
         std::error_code error;
-        const fs::file_status status = fs::status(m_tTarget, error);
-        if (fs::exists(status))
-            fs::permissions(m_tPath, status.permissions(), error);
-        if (!fs::exists(status) || !error)
+        if (fs::exists(m_tStatus))
+            fs::permissions(m_tPath, m_tStatus.permissions(), error);
+        if (!error)
             fs::rename(m_tPath, m_tTarget, error);
         m_bNamed = !error;
         return error;
@@ -60,6 +64,7 @@ public:
 
 private:
     fs::path m_tTarget;
+    fs::file_status m_tStatus;
     fs::path m_tPath;
     bool m_bNamed = false;
 };
@@ -87,10 +92,14 @@ void CDocument::saveFile(const std::string& path) const
     const fs::path target = fs::weakly_canonical(path, error);
     if (error)
         refuse(path, " cannot be written: ", error.message());
-    if (fs::exists(target, error) && !fs::is_regular_file(target, error))
+    constexpr fs::perms writers = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    const fs::file_status status = fs::status(target, error);
+    if (fs::exists(status) && !fs::is_regular_file(status))
         refuse(path, " cannot be written: ", "it is no regular file");
+    if (fs::exists(status) && (status.permissions() & writers) == fs::perms::none)
+        refuse(path, " cannot be written: ", "it is read-only");
     errno = 0;
-    CFileBeside file(target);
+    CFileBeside file(target, status);
     if (!file.write(text()))
         refuse(path, " cannot be written: ", errno == 0 ? "writing failed" : std::strerror(errno));
     error = file.takeName();

@@ -37,7 +37,7 @@ needPackages()
 # What each kind of work needs.
 s_packagesBuild=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
 s_packagesTest=("${s_packagesBuild[@]}" git make pkg-config python3 libgtest-dev libgmock-dev
-    libssl-dev tshark mandoc zsh fish vim)
+    libssl-dev libtomlplusplus-dev libpugixml-dev tshark mandoc zsh fish vim)
 s_packagesClang=(clang libclang-rt-14-dev)
 s_packagesCheck=("${s_packagesTest[@]}" "${s_packagesClang[@]}" clang-format clang-tidy libc++-13-dev)
 s_packagesPackage=("${s_packagesBuild[@]}" git make pkg-config debhelper dpkg-dev fakeroot lintian mmdebstrap)

@@ -56,8 +56,8 @@ public:
     /// The text with all changes. Valid until the next change.
     const std::string& text() const;
     /// Replaces or makes a file: the text goes to a file beside it, which then takes its name. The permissions of a
-    /// file that exists stay; of a symbolic link, its target is replaced. \throw CException when that fails; the file
-    /// is then as it was
+    /// file that exists stay; of a symbolic link, its target is replaced. \throw CException when that fails, also for a
+    /// file that nobody may write to; the file is then as it was
     void saveFile(const std::string& path) const;
 
     /// Sets the value at a path, and makes what is missing on the way, as murv::set does. Where the value is there

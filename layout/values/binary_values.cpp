@@ -178,8 +178,7 @@ E_PacketFault readFloat(const tItem& item, std::string_view bytes, unsigned int,
         return PF_width;
     const std::uint64_t word = loadOrdered(bytes, item.m_bLittle);
     const bool isShort = bytes.size() == 4;
-    const double number =
-        isShort ? bitCast<float>(static_cast<std::uint32_t>(word)) : bitCast<double>(word);
+    const double number = isShort ? bitCast<float>(static_cast<std::uint32_t>(word)) : bitCast<double>(word);
     if (std::isnan(number) && word != (isShort ? s_cuiQuiet4 : s_cullQuiet8))
         return PF_float;
     value.m_eType = DT_double;

@@ -432,4 +432,22 @@ TEST(DocumentFile, failuresSayWhy)
     EXPECT_EQ(files.names(), "");
 }
 
+TEST(DocumentFile, aFileThatNobodyMayWriteToStays)
+{
+    const CTemporaryDirectory files;
+    const std::string path = files.write("a.murv", "{}");
+    std::filesystem::permissions(path, std::filesystem::perms(0444));
+    EXPECT_EQ(refusal([&] { loaded("[1]").saveFile(path); }), path + " cannot be written: it is read-only");
+    EXPECT_EQ(files.read("a.murv"), "{}");
+    EXPECT_EQ(files.names(), "a.murv");
+}
+
+TEST(DocumentFile, aNewFileIsMade)
+{
+    const CTemporaryDirectory files;
+    loaded("[1]").saveFile(files.path() + "/new");
+    EXPECT_EQ(files.read("new"), "[1]");
+    EXPECT_EQ(files.names(), "new");
+}
+
 }  // namespace murv::tests
