@@ -16,7 +16,7 @@ import bars
 # The side tree: groups of (label, title in the tree). Pages of docs/ that are not named here come last.
 GROUPS = [
     ("Guide", [("install", "Install"), ("everyday", "Everyday"), ("documents", "Documents"), ("examples", "Examples"),
-               ("comparison", "Comparison")]),
+               ("ten-tasks", "Ten tasks compared"), ("comparison", "Comparison")]),
     ("Layouts", [("layouts", "Tutorial"), ("layouts--manual", "Manual"), ("layouts--cookbook", "Cookbook"),
                  ("layouts--reading-and-making-in-c", "In C++"),
                  ("layouts--faults-and-findings", "Faults and findings"), ("layouts-installed", "Installed layouts"),
