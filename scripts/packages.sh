@@ -47,3 +47,4 @@ s_packagesCross=(cmake ninja-build g++-s390x-linux-gnu g++-i686-linux-gnu qemu-u
 s_packagesBench=("${s_packagesBuild[@]}" libbenchmark-dev rapidjson-dev libsimdjson-dev
     libmsgpack-cxx-dev libssl-dev libprotobuf-dev protobuf-compiler)
 s_packagesExplorer=(cmake ninja-build emscripten nlohmann-json3-dev nodejs esbuild chromium)
+s_packagesSite=(doxygen doxygen-awesome-css python3)

@@ -55,7 +55,7 @@ enum E_LoaderConfigBit : unsigned int
     LCBC_ROOT_CONTAINER = 0x01,   ///< text: the root must be a field set or an array
     LCBC_NUMBER_NAME = 0x02,      ///< text: a number is accepted as a member name
     LCBC_POSITIVE_LENGTH = 0x04,  ///< text: a packet length of 0 or less is refused
-    LCBC_UNICODE_UTF8 = 0x08,     ///< text: \u escapes give UTF-8; without it two raw bytes, high byte first
+    LCBC_UNICODE_UTF8 = 0x08,     ///< text: `\u` escapes give UTF-8; without it two raw bytes, high byte first
     LCBC_COMMENT = 0x10,          ///< comments are tolerated, and kept when the caller's comment switch is on
     LCBC_EMPTY_NULL = 0x20,       ///< text: a missing value is read as null
     LCBC_DUPLICATE = 0x40,        ///< members with equal names or IDs are added; when clear the first one is read again
