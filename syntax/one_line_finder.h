@@ -26,7 +26,8 @@ public:
     {
         return std::move(m_vOneLine);
     }
-    /// The first line end that is no part of a token, other than comments of one line. \return a line feed when there is none
+    /// The first line end that is no part of a token, other than of comments of one line.
+    /// \return a line feed when there is none
     std::string_view findLineEndOfText(const char* textEnd);
     bool hasMistake() const
     {
