@@ -37,6 +37,13 @@ wantNodePackages()
         || echo "NOT TESTED: npm cannot install the packages of $wanted"
 }
 
+# installNodePackages FOLDER - installs below FOLDER what its package-lock.json names.
+installNodePackages()
+{
+    command -v npm >/dev/null || needPackages npm
+    (cd "$1" && npm ci --no-audit --no-fund --loglevel=error) || die "npm could not install what $1/ needs"
+}
+
 # buildDemo [TARGET...] - builds library, tool and examples, or the targets, in build/demo. Needs s_packagesBuild only.
 buildDemo()
 {

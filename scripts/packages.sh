@@ -46,5 +46,6 @@ s_packagesCross=(cmake ninja-build g++-s390x-linux-gnu g++-i686-linux-gnu qemu-u
     clang libc++-13-dev libc++abi-13-dev)
 s_packagesBench=("${s_packagesBuild[@]}" libbenchmark-dev rapidjson-dev libsimdjson-dev
     libmsgpack-cxx-dev libssl-dev libprotobuf-dev protobuf-compiler)
-s_packagesExplorer=(cmake ninja-build emscripten nlohmann-json3-dev nodejs esbuild chromium)
+s_packagesBrowser=(nodejs chromium)
+s_packagesExplorer=(cmake ninja-build emscripten nlohmann-json3-dev esbuild "${s_packagesBrowser[@]}")
 s_packagesSite=(doxygen doxygen-awesome-css python3)
