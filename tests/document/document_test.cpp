@@ -7,6 +7,7 @@
 #include "murv/document.h"
 #include "murv/edit.h"
 #include "tests/support/failing_malloc.h"
+#include "tests/support/processor_seconds.h"
 #include "tests/support/subprocess.h"
 
 namespace murv::tests
@@ -401,6 +402,19 @@ TEST(Document, withoutMemoryNothingChanges)
             ASSERT_TRUE(sameTree(document.tree(), before, ST_all)) << failAt;
         }
     }
+}
+
+TEST(Document, aChangeCostsTheSameInALongText)
+{
+    const auto changes = [](std::size_t bytes) {
+        CDocument document = loaded("{ \"a\" = 0, \"b\" = \"" + std::string(bytes, 'x') + "\" }");
+        return processorSeconds(1, [&] {
+            for (int i = 0; i != 2000; ++i)
+                document.set("a", i + 1);
+        });
+    };
+    EXPECT_TRUE(costsLessThan(
+        3, [&] { return changes(100); }, [&] { return changes(4000000); }));
 }
 
 TEST(DocumentFile, isReadAndReplacedWithItsPermissions)
