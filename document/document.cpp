@@ -127,7 +127,7 @@ void CDocument::tState::collect()
 
 CDocument::CDocument(unsigned int config) : m_pState(std::make_unique<tState>(config))
 {
-    load("{\n}\n");
+    static_cast<void>(load("{\n}\n"));
 }
 
 CDocument::CDocument(CDocument&& other) noexcept = default;

@@ -436,9 +436,9 @@ TEST(DocumentFile, failuresSayWhy)
 {
     const CTemporaryDirectory files;
     CDocument document;
-    EXPECT_EQ(refusal([&] { document.loadFile("/nothing/here"); }),
+    EXPECT_EQ(refusal([&] { return document.loadFile("/nothing/here"); }),
               "/nothing/here cannot be read: No such file or directory");
-    EXPECT_EQ(refusal([&] { document.loadFile("/"); }), "/ cannot be read: it is a directory");
+    EXPECT_EQ(refusal([&] { return document.loadFile("/"); }), "/ cannot be read: it is a directory");
     EXPECT_EQ(refusal([&] { document.saveFile("/nothing/here"); }),
               "/nothing/here cannot be written: No such file or directory");
     EXPECT_EQ(refusal([&] { document.saveFile(files.path()); }),
