@@ -95,7 +95,7 @@ def main(arguments):
     machine = machine_of(given.program)
     kept_machine, kept = read_kept(given.kept)
     if machine != kept_machine and not given.renew:
-        print(f"NOT TESTED: instructions of runs: counts are kept for {kept_machine or 'no machine'}; this is {machine}")
+        print(f"NOT TESTED: instructions of runs: counts are kept for {kept_machine}; this is {machine}")
         return 0
     now = count_all(given.program, given.jobs)
     table, wrong, notes = compare(kept, now)

@@ -1,7 +1,7 @@
 // bench/packet_bench.cpp - making and parsing packets from trees against code written by hand for the same bytes.
 //
-// Two records: 20 ASCII fields in 157 bytes, 12 binary fields in 65, the latter also as a message of protobuf. Only ratios between rows of one run mean anything.
-// The counter "allocs" is the number of heap blocks taken for one packet.
+// Two records: 20 ASCII fields in 157 bytes, 12 binary fields in 65, the latter also as a message of protobuf. Only
+// ratios between rows of one run mean anything. The counter "allocs" is the number of heap blocks taken for one packet.
 
 #include "hand_records.h"
 #include "murv/fields.h"

@@ -1,7 +1,7 @@
 // bench/counted/runs.cpp - small runs of what the library is used for most, for counting instructions.
 //
-// Instructions under valgrind are nearly the same in each run of a program, however busy the machine is: more of them are
-// a change of the library. scripts/counts runs this program once for each name of the table. Only what happens
+// Instructions under valgrind are nearly the same in each run of a program, however busy the machine is: more of them
+// are a change of the library. scripts/counts runs this program once for each name of the table. Only what happens
 // inside murv_counted_work() counts: inputs are made before, and results destroyed after.
 #include <functional>
 #include <iostream>
