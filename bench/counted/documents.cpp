@@ -1,7 +1,7 @@
 // bench/counted/documents.cpp - makes the documents of the counted runs.
 //
-// The numbers come from a generator whose output the standard lays down to the bit. Which number stands where depends on
-// the order in which a compiler evaluates the operands of +.
+// The numbers come from a generator whose output the standard lays down to the bit. Which number stands where depends
+// on the order in which a compiler evaluates the operands of +.
 #include "documents.h"
 
 #include <cstddef>
