@@ -9,9 +9,12 @@ import re
 ROW = re.compile(r"(\S+) : (\S+)\s+([\d.]+)\s+([\d.]+)\s+([\d.]+)$")
 MEASURES = [
     ("parse", "Reading", "A text becomes a tree; simdjson's can only be read."),
+    ("parse-cold", "Reading, cold", "The same, after the heap has given its memory back to the system."),
+    ("parse-wall", "Reading a large document", "The same by the clock on the wall, cold."),
     ("compact", "Writing on one line", "A tree becomes a text without white space."),
     ("pretty", "Writing indented", "A tree becomes a text for people."),
     ("copy", "Copying", "A tree is copied."),
+    ("copy-cold", "Copying, cold", "The same, after the heap has given its memory back to the system."),
     ("destroy", "Destroying", "A tree is given back. RapidJSON's default frees pools, whatever is in them."),
     ("heap", "Memory", "Bytes on the heap for each node of a tree that was read."),
     ("lookup", "Looking up by name", "One member is found among so many."),
@@ -28,7 +31,7 @@ def read(path):
     for line in path.read_text(encoding="utf-8").splitlines():
         match = ROW.match(line)
         if match:
-            measure, document = match[1].removesuffix("/iterations:1").split("/")
+            measure, document = re.sub("/(iterations:1|real_time)$", "", match[1]).split("/")
             bars = figures.setdefault(measure, {}).setdefault(document, {"murv": float(match[3])})
             bars[PEERS.get(match[2], match[2])] = float(match[4])
         elif line.strip():
@@ -68,7 +71,7 @@ def page(path):
              f"murv and general JSON libraries, measured by `scripts/bench tree` in one run {machine[0]}, on the",
              "same documents: twitter.json, citm_catalog.json and canada.json, which murv reads in its own notation.",
              "Shorter bars are better. Each group has a scale of its own; the number after \u00d7 is a figure divided",
-             "by murv's.", "", "The figures are CPU times, and stand in `bench/baseline/tree.txt`.", ""]
+             "by murv's.", "", "The figures stand in `bench/baseline/tree.txt`, which says of them:", "", f"> {head}", ""]
     known = [measure for measure, _, _ in MEASURES]
     if set(figures) - set(known):
         raise SystemExit(f"{path}: no title for {sorted(set(figures) - set(known))}")

@@ -158,6 +158,34 @@ test("in a narrow window, wide tables keep their first column in sight", async (
   assert.equal((await cell.boundingBox()).x, before);
 });
 
+test("the side tree leads to every kind of page", async () => {
+  await open("index.html");
+  for (const [label, name] of [
+    ["Install", "install"], ["Tutorial", "layouts"], ["Cookbook", "layouts--cookbook"], ["Headers", "headers"],
+    ["The tool", "tool"], ["Binary files", "file-format"], ["Comparison", "comparison"], ["Benchmarks", "benchmarks"],
+  ]) {
+    const entry = (text) => page.locator("#nav-tree .label a", { hasText: new RegExp(`^${text}$`) });
+    await entry("Changelog").waitFor(); // the tree is there, and its groups are open, but for that of the API
+    if (label !== "Headers") {
+      await entry(label).click();
+    } else {
+      await entry("API").click(); // leads to a page of links
+      await page.locator("#doc-content a", { hasText: /^Headers$/ }).click();
+    }
+    await page.waitForURL(`${site}${name}.html`);
+  }
+});
+
+test("every kept figure is a bar", async () => {
+  const kept = readFileSync(path.join(root, "bench/baseline/tree.txt"), "utf8").split("\n");
+  const rows = kept.map((line) => line.match(/^(\S+) : \S+ +[\d.]+ +[\d.]+ +[\d.]+$/)).filter(Boolean);
+  const groups = new Set(rows.map(([, group]) => group));
+  assert.ok(groups.size > 10, `${groups.size} groups`);
+  await open("benchmarks.html");
+  assert.equal(await page.locator("svg.bars rect.own").count(), groups.size);
+  assert.equal(await page.locator("svg.bars rect.peer").count(), rows.length);
+});
+
 // Contrast as WCAG 2 defines it.
 const contrast = ([one, other]) => {
   const light = (color) => {
