@@ -40,7 +40,8 @@ s_packagesPictures=("${s_packagesBuild[@]}" python3 bsdutils)
 s_packagesTest=("${s_packagesBuild[@]}" git make pkg-config python3 libgtest-dev libgmock-dev
     libssl-dev libtomlplusplus-dev libpugixml-dev tshark mandoc zsh fish vim)
 s_packagesClang=(clang libclang-rt-14-dev)
-s_packagesCheck=("${s_packagesTest[@]}" "${s_packagesClang[@]}" clang-format clang-tidy libc++-13-dev)
+s_packagesCheck=("${s_packagesTest[@]}" "${s_packagesClang[@]}" clang-format clang-tidy libc++-13-dev
+    libc6-dev-i386-cross)
 s_packagesPackage=("${s_packagesBuild[@]}" git make pkg-config debhelper dpkg-dev fakeroot lintian mmdebstrap)
 s_packagesCross=(cmake ninja-build g++-s390x-linux-gnu g++-i686-linux-gnu qemu-user-static libgtest-dev
     clang libc++-13-dev libc++abi-13-dev)

@@ -217,12 +217,13 @@ std::vector<tSuspicion> CSuspicionSink::takeResult()
     CErrorRecords records;
     for (const tFound& found : m_vFound)
     {
+        const auto begin = static_cast<std::ptrdiff_t>(found.m_tRange.m_uiBegin);
+        const auto end = static_cast<std::ptrdiff_t>(found.m_tRange.m_uiEnd);
         std::optional<std::ptrdiff_t> second;
         if (found.m_uiSecond != s_cuiNone)
-            second = found.m_uiSecond;
+            second = static_cast<std::ptrdiff_t>(found.m_uiSecond);
         const std::string detail = found.m_strDetail.empty() ? std::string() : ": " + found.m_strDetail;
-        records.add(row4Suspicion(found.m_eKind).m_pMessage + detail, found.m_tRange.m_uiBegin, found.m_tRange.m_uiEnd,
-                    second);
+        records.add(row4Suspicion(found.m_eKind).m_pMessage + detail, begin, end, second);
     }
     records.countLines(m_strvText.data());
     std::vector<tErrorPlace> places = records.places();
