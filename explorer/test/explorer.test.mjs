@@ -330,6 +330,7 @@ test("a link holds everything", async () => {
 test("a link that is opened in the same page replaces what is there", async () => {
   await choose("Modbus/TCP: a request");
   await page.click("#link");
+  await page.waitForFunction(() => location.hash.length > 100);
   const fragment = await page.evaluate(() => location.hash);
   await choose("HSRP: a coup");
   await page.evaluate((hash) => (location.hash = hash), fragment);
