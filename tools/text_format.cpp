@@ -290,17 +290,10 @@ bool writeBinary(CFields& tree, const std::string& password, std::string& file, 
 
 E_ExitCode reportLoss(const tInput& input, const tLoss& loss, CDiagnostics& diagnostics)
 {
-    tDiagnostic diagnostic;
-    diagnostic.m_strFile = input.m_strName;
-    diagnostic.m_strMessage = loss.m_strMessage;
-    if (input.isText() && loss.m_pNode != nullptr)  // binary files have no lines to show
-    {
-        const auto begin = static_cast<std::size_t>(loss.m_pNode->getOffsetStart());
-        diagnostic.m_svSource = input.text();
-        diagnostic.m_tRange = {begin, begin + 1};
-    }
-    diagnostics.report(diagnostic);
-    return EC_malformed;
+    if (!input.isText() || loss.m_pNode == nullptr)  // binary files have no lines to show
+        return diagnostics.fail(input.m_strName, loss.m_strMessage, EC_malformed);
+    const auto begin = static_cast<std::size_t>(loss.m_pNode->getOffsetStart());
+    return diagnostics.failAt(input.m_strName, input.text(), {begin, begin + 1}, loss.m_strMessage, EC_malformed);
 }
 
 bool isSameDocument(const CFields& a, const CFields& b, bool comments)
@@ -323,14 +316,10 @@ bool keepsComments(const tInput& input, std::string_view text, CDiagnostics& dia
     const std::optional<tRange> lost = findLostComment(input.text(), text);
     if (!lost)
         return true;
-    tDiagnostic diagnostic;
-    diagnostic.m_strFile = input.m_strName;
-    diagnostic.m_strMessage = input.text()[lost->m_nBegin] == '/'
-                                  ? "this comment would be lost: a value keeps one comment on its line"
-                                  : "this remark in a packet expression would be lost";
-    diagnostic.m_svSource = input.text();
-    diagnostic.m_tRange = lost;
-    diagnostics.report(diagnostic);
+    const char* const message = input.text()[lost->m_nBegin] == '/'
+                                    ? "this comment would be lost: a value keeps one comment on its line"
+                                    : "this remark in a packet expression would be lost";
+    diagnostics.failAt(input.m_strName, input.text(), *lost, message, EC_malformed);
     return false;
 }
 

@@ -22,8 +22,6 @@ namespace murv::tool
 
 namespace
 {
-constexpr std::size_t s_cnMostMistakes = 20;  // that are shown of a text
-
 /// Members of equal names all stay: the program that loads the document chooses among them.
 constexpr unsigned int s_cuiFlags = LCBC_DUPLICATE;
 
@@ -107,12 +105,7 @@ private:
         else
             isText = layOut(input, [&](std::string_view piece) { session.m_tOutput.put(piece); });
         if (!isText)
-        {
-            tLoadOptions options = loadOptions();
-            options.m_nMostMistakes = s_cnMostMistakes;
-            reportMistakes(input, options, s_cuiFlags, session.m_tDiagnostics);
-            return EC_malformed;
-        }
+            return reportMistakes(input, loadOptions(), session.m_tDiagnostics);
         if (isSame)
             return EC_done;
         return m_bInPlace ? replace(input, session.m_tDiagnostics) : tellDifference(input, session);

@@ -7,10 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "murv/path.h"
-#include "tools/input.h"
 #include "tools/json_text.h"
 #include "tools/json_writer.h"
+#include "tools/path_report.h"
 #include "tools/text_format.h"
 
 namespace murv::tool
@@ -41,8 +40,8 @@ public:
     {
         session.m_tDiagnostics.setJson(m_bJson);
         const tNodePath path = parsePath(m_strPath, PO_fromEnd | PO_several);
-        if (path.m_pError != nullptr)
-            return reportPath(path, session.m_tDiagnostics);
+        if (const E_ExitCode code = checkPath(m_strPath, path, session.m_tDiagnostics))
+            return code;
         tInput input;
         if (const E_ExitCode code = readInput(m_strFile, session.m_tDiagnostics, input))
             return code;
@@ -55,7 +54,7 @@ public:
         if (nodes.empty())
         {
             if (m_pDefault->count() == 0)
-                return reportMissing(input, path, taken, session.m_tDiagnostics);
+                return reportNothingAt(upTo(path, taken), input, session.m_tDiagnostics);
             out = default4Output();
         }
         else if (const E_ExitCode code = isMany(path) ? appendAll(nodes, input, session.m_tDiagnostics, out)
@@ -66,26 +65,10 @@ public:
     }
 
 private:
-    E_ExitCode reportPath(const tNodePath& path, CDiagnostics& diagnostics) const
+    /// The path up to the first step that leads nowhere.
+    std::string_view upTo(const tNodePath& path, std::size_t taken) const
     {
-        tDiagnostic diagnostic;
-        diagnostic.m_strFile = "PATH";
-        diagnostic.m_strMessage = path.m_pError;
-        diagnostic.m_svSource = m_strPath;
-        diagnostic.m_tRange = {path.m_nErrorAt, path.m_nErrorAt + 1};
-        diagnostics.report(diagnostic);
-        return EC_wrongCall;
-    }
-
-    E_ExitCode reportMissing(const tInput& input, const tNodePath& path, std::size_t taken,
-                             CDiagnostics& diagnostics) const
-    {
-        tDiagnostic diagnostic;
-        diagnostic.m_eSeverity = SV_note;  // a true answer is no error
-        diagnostic.m_strFile = input.m_strName;
-        diagnostic.m_strMessage = "nothing at " + m_strPath.substr(0, path.m_vStep[taken].m_nEnd);
-        diagnostics.report(diagnostic);
-        return EC_no;
+        return std::string_view(m_strPath).substr(0, path.m_vStep[taken].m_nEnd);
     }
 
     /// Whether the path may lead to several nodes: the form of the result must not depend on how many there are.

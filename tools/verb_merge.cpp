@@ -18,8 +18,6 @@ namespace murv::tool
 
 namespace
 {
-constexpr std::size_t s_cnMostMistakes = 20;  // that are shown of a text
-
 class CMergeVerb : public IVerb
 {
 public:
@@ -78,12 +76,7 @@ private:
             return code;
         if (!input.isText() || input.m_bTooBig)
             return loadBinary(input, document, diagnostics);
-        if (document.load(input.text()))
-            return EC_done;
-        tLoadOptions options = m_tLoad;
-        options.m_nMostMistakes = s_cnMostMistakes;
-        reportMistakes(input, options, LCBC_DUPLICATE, diagnostics);
-        return EC_malformed;
+        return document.load(input.text()) ? EC_done : reportMistakes(input, m_tLoad, diagnostics);
     }
 
     E_ExitCode loadBinary(const tInput& input, CDocument& document, CDiagnostics& diagnostics) const
