@@ -7,10 +7,12 @@
 #include <utility>
 #include <vector>
 
+#include "murv/syntax.h"
 #include "tools/json_text.h"
 #include "tools/json_writer.h"
+#include "tools/lossless.h"
 #include "tools/path_report.h"
-#include "tools/text_format.h"
+#include "tools/same_document.h"
 
 namespace murv::tool
 {
@@ -131,15 +133,32 @@ private:
         value.setOffsetStart(node.getOffsetStart());
         value.setOffsetEnd(node.getOffsetEnd());
         value.setVK(VK_actual);
-        tFormat format;
-        format.m_bCompact = isOneLine;
-        format.m_bFinalNewline = !m_bRaw;
-        std::string text;
+        std::string saved;
         tLoss loss;
-        if (!writeText(value, input.isText() ? input.text() : std::string_view(), format, text, loss))
-            return reportLoss(input, loss, diagnostics);
-        out += text;
+        std::string_view text = spelling(value, input);
+        if (text.empty())
+        {
+            if (!writeText(value, isOneLine, saved, loss))
+                return reportLoss(input, loss, diagnostics);
+            text = saved;
+        }
+        tTextLayout layout;
+        layout.m_bCompact = isOneLine;
+        layout.m_bFinalNewline = !m_bRaw;
+        formatText(text, m_tLoad.flags(), layout, [&out](std::string_view piece) { out += piece; });
         return EC_done;
+    }
+
+    /// The text of a value in its document; empty when there is none, or when what it says was changed by members of
+    /// the same name or ID.
+    std::string_view spelling(const CFields& value, const tInput& input) const
+    {
+        if (value.isNull() || !input.isText())
+            return {};
+        const auto begin = static_cast<std::size_t>(value.getOffsetStart());
+        const auto end = static_cast<std::size_t>(value.getOffsetEnd());
+        const std::string_view text = input.text().substr(begin, end - begin);
+        return isTextOf(text, m_tLoad.flags(), value, false) ? text : std::string_view();
     }
 
     std::string m_strFile;

@@ -10,8 +10,8 @@
 #include "murv/flags.h"
 #include "tools/file_option.h"
 #include "tools/json_input.h"
+#include "tools/lossless.h"
 #include "tools/replace_file.h"
-#include "tools/whole_text.h"
 
 namespace murv::tool
 {
@@ -87,8 +87,9 @@ private:
         if (const E_ExitCode code = loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, tree))
             return code;
         std::string text;
-        if (const E_ExitCode code = writeWholeText(input, {}, tree, {}, diagnostics, text))
-            return code;
+        tLoss loss;
+        if (!writeText(tree, false, text, loss))
+            return reportLoss(input, loss, diagnostics);
         if (!document.load(text))
             return diagnostics.fail(input.m_strName, "its text does not read back", EC_internal);
         return EC_done;

@@ -11,6 +11,7 @@
 #include "tools/file_option.h"
 #include "tools/json_text.h"
 #include "tools/layout_input.h"
+#include "tools/lossless.h"
 #include "tools/packet_csv.h"
 #include "tools/packet_json.h"
 #include "tools/packet_report.h"
@@ -18,7 +19,6 @@
 #include "tools/record_kind.h"
 #include "tools/record_source.h"
 #include "tools/replace_file.h"
-#include "tools/text_format.h"
 
 namespace murv::tool
 {
@@ -296,7 +296,7 @@ private:
         tLoss loss;
         tInput input;
         input.m_strName = file() == "-" ? "<stdin>" : file();
-        if (!m_bJson && !writeText(tree, "", {}, text, loss))
+        if (!m_bJson && !writeText(tree, false, text, loss))
             return reportLoss(input, loss, diagnostics);
         result.put(text);
         return EC_done;
