@@ -1,6 +1,8 @@
 // document/comment_text.cpp - walks over blanks and comments.
 #include "document/comment_text.h"
 
+#include <algorithm>
+
 #include "syntax/token_scanner.h"
 #include "syntax/token_spacing.h"
 
@@ -10,22 +12,66 @@ namespace murv::detail
 namespace
 {
 
-struct tLines
+/// The blanks before each comment, and after the last one. The line end of a comment of one line counts with the blanks
+/// after it.
+class CBlanks
 {
-    std::size_t m_nCount = 0;
-    const char* m_pLast = nullptr;  // where the last one begins
+public:
+    explicit CBlanks(std::string_view text) : m_tScanner(text), m_pBegin(text.data()), m_tNext(m_tScanner.next())
+    {
+        readLines();
+    }
+    bool isBeforeComment() const
+    {
+        return m_tNext.m_eType == TT_comment;
+    }
+    void next()
+    {
+        m_pBegin = m_tNext.m_pBegin + textWithoutLineEnd(m_tNext).size();
+        m_tNext = m_tScanner.next();
+        readLines();
+    }
+    std::size_t countLineEnds() const
+    {
+        return m_nLineEnds;
+    }
+    std::string_view firstLineEnd() const
+    {
+        return m_strvFirst;
+    }
+    std::string_view lastLineEnd() const
+    {
+        return m_strvLast;
+    }
+    std::string_view afterLastLineEnd() const
+    {
+        const char* const begin = m_strvLast.data() + m_strvLast.size();
+        return {begin, static_cast<std::size_t>(m_tNext.m_pBegin - begin)};
+    }
+
+private:
+    void readLines();
+
+    CTokenScanner m_tScanner;
+    const char* m_pBegin;
+    tTokenInfo m_tNext;
+    std::size_t m_nLineEnds = 0;
+    std::string_view m_strvFirst;
+    std::string_view m_strvLast;
 };
 
-tLines countLines(const char* begin, const char* end)
+void CBlanks::readLines()
 {
-    tLines lines;
-    for (const char* at = findLineEnd(begin, end); at != end; at = findLineEnd(at, end))
+    m_nLineEnds = 0;
+    const char* const end = m_tNext.m_pBegin;
+    for (const char* at = findLineEnd(m_pBegin, end); at != end; at = findLineEnd(at, end))
     {
-        lines.m_pLast = at;
-        ++lines.m_nCount;
-        at += *at == '\r' && at + 1 != end && at[1] == '\n' ? 2 : 1;
+        const bool isPair = *at == '\r' && at + 1 != end && at[1] == '\n';
+        m_strvLast = {at, isPair ? std::size_t{2} : std::size_t{1}};
+        if (m_nLineEnds++ == 0)
+            m_strvFirst = m_strvLast;
+        at += m_strvLast.size();
     }
-    return lines;
 }
 
 }  // namespace
@@ -33,45 +79,45 @@ tLines countLines(const char* begin, const char* end)
 tCutBlanks cutBlanks(std::string_view text)
 {
     tCutBlanks cut{{}, text};
-    CTokenScanner scanner(text);
-    const char* end = text.data();
-    bool isAfterLine = false;
-    for (;;)
+    for (CBlanks blanks(text);; blanks.next())
     {
-        const tTokenInfo token = scanner.next();
-        const tLines lines = countLines(end, token.m_pBegin);
-        if (lines.m_nCount + (isAfterLine ? 1 : 0) > 1)
+        if (blanks.countLineEnds() > 1)
         {
-            const auto place = static_cast<std::size_t>(lines.m_pLast - text.data());
+            const auto place = static_cast<std::size_t>(blanks.lastLineEnd().data() - text.data());
             cut = {text.substr(0, place), text.substr(place), cut.m_bComment, cut.m_bComment};
         }
-        if (token.m_eType != TT_comment)
+        if (!blanks.isBeforeComment())
             return cut;
         cut.m_bComment = true;
-        isAfterLine = isLineComment(token);
-        end = token.m_pEnd;
     }
 }
 
 tLineBegin lastLineIn(std::string_view text)
 {
     tLineBegin line;
-    CTokenScanner scanner(text);
-    const char* end = text.data();
-    bool isAfterLine = false;
-    for (;;)
+    for (CBlanks blanks(text);; blanks.next())
     {
-        const tTokenInfo token = scanner.next();
-        const tLines lines = countLines(end, token.m_pBegin);
-        if (lines.m_nCount != 0)
-            end = lines.m_pLast + (*lines.m_pLast == '\r' && lines.m_pLast[1] == '\n' ? 2 : 1);
-        if (lines.m_nCount != 0 || isAfterLine)
-            line = {true, {end, static_cast<std::size_t>(token.m_pBegin - end)}};
-        if (token.m_eType != TT_comment)
+        if (blanks.countLineEnds() != 0)
+            line = {true, blanks.afterLastLineEnd()};
+        if (!blanks.isBeforeComment())
             return line;
-        isAfterLine = isLineComment(token);
-        end = token.m_pEnd;
     }
+}
+
+std::string_view firstLineEndIn(std::string_view text)
+{
+    for (CBlanks blanks(text);; blanks.next())
+    {
+        if (blanks.countLineEnds() != 0)
+            return blanks.firstLineEnd();
+        if (!blanks.isBeforeComment())
+            return {};
+    }
+}
+
+std::string_view withoutBlanks(std::string_view text)
+{
+    return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
 }
 
 tCutComma cutComma(std::string_view text)

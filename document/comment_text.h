@@ -28,6 +28,13 @@ struct tLineBegin
 /// Lines inside block comments do not count. \param text  may go on after the blanks and comments
 tLineBegin lastLineIn(std::string_view text);
 
+/// The line end that comes first in blanks and comments, not counting those inside block comments; empty when there is
+/// none. \param text  may go on after the blanks and comments
+std::string_view firstLineEndIn(std::string_view text);
+
+/// A text from its first byte on that is no blank or tab.
+std::string_view withoutBlanks(std::string_view text);
+
 /// What stands after a comma, and before it. \param text  blanks and comments with at most one comma among them
 struct tCutComma
 {

@@ -16,7 +16,6 @@
 #include "murv/edit.h"
 #include "murv/loader.h"
 #include "murv/syntax.h"
-#include "syntax/one_line_finder.h"
 
 namespace murv
 {
@@ -27,7 +26,7 @@ namespace
 {
 
 constexpr std::size_t s_cnDeepest = 1000;
-constexpr std::size_t s_cnSpareBytes = 65536;
+constexpr std::size_t s_cnSpareBytes = 16384;
 
 unsigned int loaderFlags(unsigned int config)
 {
@@ -77,7 +76,8 @@ struct CDocument::tState
     {
         return CSourceEdit(m_tSource, m_tLayout, m_uiConfig);
     }
-    /// The pieces of texts that are no longer used go when they outweigh the text.
+    /// Makes the pieces anew when texts that are no longer used outweigh the others. Costs nothing else: changes of a
+    /// long text must not put it together each time.
     void collect();
     void changed() noexcept
     {
@@ -90,16 +90,14 @@ struct CDocument::tState
         m_bTextIsNew = true;
         return m_strText;
     }
-    tSourcePlace place(const CDocumentPath& way) const;
-    void replace(const CDocumentPath& way, CFields& fresh);
     void becomeContainer(const CDocumentPath& way, const CFields& node, const tSpelling& spelling = {});
 
     const unsigned int m_uiConfig;
     CFields m_tTree;
     CSourceTree m_tSource;
-    std::string m_strLineEnd;
     tDocumentLayout m_tLayout;
     std::vector<tErrorPlace> m_vErrors;
+    std::size_t m_nLoadedBytes = 0;
     std::string m_strText;
     bool m_bTextIsNew = false;
 };
@@ -107,32 +105,29 @@ struct CDocument::tState
 bool CDocument::tState::load(std::string text)
 {
     CSourceTree source;
+    const std::size_t size = text.size();
     const std::string_view kept = source.keep(std::move(text));
-    const tTextLayout unused;
-    COneLineFinder finder(kept.data(), unused);
-    CGrammarReader(kept, m_uiConfig, finder).read();
-    if (finder.hasMistake())
-        return false;
     CSourceBuilder builder(kept, source);
     CGrammarReader(kept, m_uiConfig, builder).read();
+    if (builder.hasMistake())
+        return false;
     builder.finish();
-    m_strLineEnd = finder.findLineEndOfText(kept.data() + kept.size());
-    m_tLayout = tDocumentLayout::of(source, m_strLineEnd);
+    m_tLayout = tDocumentLayout::of(source);
     std::swap(m_tSource, source);
+    m_nLoadedBytes = size;
     changed();
     return true;
 }
 
 void CDocument::tState::collect()
 {
-    const std::size_t kept = m_tSource.keptBytes();
-    if (kept > s_cnSpareBytes && kept / 4 > text().size())
+    if (m_tSource.keptBytes() / 4 > m_nLoadedBytes + s_cnSpareBytes)
         load(std::string(text()));
 }
 
 CDocument::CDocument(unsigned int config) : m_pState(std::make_unique<tState>(config))
 {
-    load("{\n}\n");
+    static_cast<void>(load("{\n}\n"));
 }
 
 CDocument::CDocument(CDocument&& other) noexcept = default;
@@ -146,9 +141,8 @@ bool CDocument::load(std::string_view text)
     CFields tree;
     try
     {
-        if (loader.loading(text, tree, "", true))
+        if (loader.loading(text, tree, "", true) && state.load(std::string(text)))
         {
-            state.load(std::string(text));
             swap(state.m_tTree, tree);
             state.m_vErrors.clear();
             return true;

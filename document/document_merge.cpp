@@ -54,7 +54,7 @@ void CDocument::merge(const CFields& patch)
     }
     catch (...)
     {
-        load(before);
+        static_cast<void>(load(before));
         throw;
     }
 }

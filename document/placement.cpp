@@ -73,6 +73,20 @@ void takeLine(const tSourceNode& node, tMemberLayout& layout)
     layout.m_strIndent = line.m_strvIndentation;
 }
 
+/// Members come in the order of the text, so the first one that has a line end nearly always ends the search.
+std::string firstLineEndOf(const CSourceTree& tree)
+{
+    for (std::uint32_t i = CSourceTree::s_cuiRoot; i != tree.size(); ++i)
+    {
+        for (const std::string_view piece : {tree[i].m_strvBefore, tree[i].m_strvInner, tree[i].m_strvAfter})
+        {
+            if (const std::string_view end = firstLineEndIn(piece); !end.empty())
+                return std::string(end);
+        }
+    }
+    return "\n";
+}
+
 }  // namespace
 
 bool hasLineEnd(std::string_view text)
@@ -80,20 +94,23 @@ bool hasLineEnd(std::string_view text)
     return text.find_first_of(s_cstrvLineEnds) != std::string_view::npos;
 }
 
-tDocumentLayout tDocumentLayout::of(const CSourceTree& tree, std::string_view lineEnd)
+tDocumentLayout tDocumentLayout::of(const CSourceTree& tree)
 {
+    tDocumentLayout layout{firstLineEndOf(tree), "  "};
     const tSourceNode& root = tree[CSourceTree::s_cuiRoot];
     if (root.m_vMember.empty())
-        return {lineEnd, "  "};
+        return layout;
     const std::string_view unit = lastLineIn(tree[root.m_vMember[0]].m_strvBefore).m_strvIndentation;
-    return {lineEnd, unit.empty() ? "  " : std::string(unit)};
+    if (!unit.empty())
+        layout.m_strUnit = unit;
+    return layout;
 }
 
 tMemberLayout layout4New(const CSourceTree& tree, std::uint32_t container, std::size_t index,
                          const tDocumentLayout& document)
 {
     const tSourceNode& node = tree[container];
-    tMemberLayout layout{document.m_strvLineEnd, {}, document.m_strUnit};
+    tMemberLayout layout{document.m_strLineEnd, {}, document.m_strUnit};
     learnFromNeighbours(tree, node, index, layout);
     if (node.m_vMember.empty())
     {
@@ -107,20 +124,18 @@ tMemberLayout layout4New(const CSourceTree& tree, std::uint32_t container, std::
     return layout;
 }
 
-tMemberLayout layout4Value(const CSourceTree& tree, std::uint32_t node, const std::uint32_t* parent,
-                           const tDocumentLayout& document)
+tMemberLayout layout4Value(const CSourceTree& tree, const tSourcePlace& place, const tDocumentLayout& document)
 {
-    tMemberLayout layout{document.m_strvLineEnd, {}, document.m_strUnit};
-    if (parent == nullptr)
+    tMemberLayout layout{document.m_strLineEnd, {}, document.m_strUnit};
+    if (place.m_bRoot)
         return layout;
-    const std::vector<std::uint32_t>& members = tree[*parent].m_vMember;
-    const auto place = static_cast<std::size_t>(std::find(members.begin(), members.end(), node) - members.begin());
-    learnFromNeighbours(tree, tree[*parent], place, layout);
-    if (showsOpening(tree[node]))
-        learnOpening(tree[node], layout);
-    if (!tree[node].m_strvHead.empty())
-        layout.m_bTight = isTight(tree[node].m_strvHead);
-    takeLine(tree[node], layout);
+    const tSourceNode& node = tree[place.m_uiNode];
+    learnFromNeighbours(tree, tree[place.m_uiParent], place.m_nIndex, layout);
+    if (showsOpening(node))
+        learnOpening(node, layout);
+    if (!node.m_strvHead.empty())
+        layout.m_bTight = isTight(node.m_strvHead);
+    takeLine(node, layout);
     return layout;
 }
 

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
+#include <string>
 
 #include "document/source_tree.h"
 #include "syntax/format_member.h"
@@ -14,11 +14,11 @@ namespace murv::detail
 /// What is the same in all of a document.
 struct tDocumentLayout
 {
-    std::string_view m_strvLineEnd;
+    std::string m_strLineEnd;
     std::string m_strUnit;  // of indentation
 
     /// Seen in a text that was just cut.
-    static tDocumentLayout of(const CSourceTree& tree, std::string_view lineEnd);
+    static tDocumentLayout of(const CSourceTree& tree);
 };
 
 bool hasLineEnd(std::string_view text);
@@ -26,8 +26,7 @@ bool hasLineEnd(std::string_view text);
 /// The layout for a member that is to be the one at `index` of a container.
 tMemberLayout layout4New(const CSourceTree& tree, std::uint32_t container, std::size_t index,
                          const tDocumentLayout& document);
-/// The layout for a new value of a node. \param parent  its container; nothing for the root
-tMemberLayout layout4Value(const CSourceTree& tree, std::uint32_t node, const std::uint32_t* parent,
-                           const tDocumentLayout& document);
+/// The layout for a new value of the node at a place.
+tMemberLayout layout4Value(const CSourceTree& tree, const tSourcePlace& place, const tDocumentLayout& document);
 
 }  // namespace murv::detail

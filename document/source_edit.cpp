@@ -48,11 +48,6 @@ std::string_view withoutBlanksAtEnd(std::string_view text)
     return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
 }
 
-std::string_view withoutBlanksAtFront(std::string_view text)
-{
-    return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
-}
-
 bool isBlank(char byte)
 {
     return std::string_view(" \t\r\n").find(byte) != std::string_view::npos;
@@ -191,7 +186,7 @@ std::string CSourceEdit::innerForFirst(const tSourceNode& container, const tMemb
     const std::string inner(container.m_strvInner);
     if (layout.m_bInline)
         return inner == "}" ? " }" : inner;
-    return lastLineIn(inner).m_bThere ? inner : std::string(m_tLayout.m_strvLineEnd) + inner;
+    return lastLineIn(inner).m_bThere ? inner : m_tLayout.m_strLineEnd + inner;
 }
 
 /// Keeps a text that is to follow a piece: on a new line, at once, where the piece ends in a comment of one line.
@@ -201,13 +196,12 @@ std::string_view CSourceEdit::afterPiece(std::string_view piece, const std::stri
         return m_tTree.keep(text);
     const std::size_t first = std::min(text.find_first_not_of(" \t"), text.size());
     const bool isLine = first != text.size() && hasLineEnd(text.substr(first, 1));
-    return m_tTree.keep(isLine ? text.substr(first) : std::string(m_tLayout.m_strvLineEnd) + text);
+    return m_tTree.keep(isLine ? text.substr(first) : m_tLayout.m_strLineEnd + text);
 }
 
 void CSourceEdit::prepareValue(const tSourcePlace& place, const CFields& value, const tSpelling& spelling)
 {
-    tMemberLayout layout =
-        layout4Value(m_tTree, place.m_uiNode, place.m_bRoot ? nullptr : &place.m_uiParent, m_tLayout);
+    tMemberLayout layout = layout4Value(m_tTree, place, m_tLayout);
     tSourceNode value4Node = m_tTree[addText(value, spelling, layout)];
     const tSourceNode& node = m_tTree[place.m_uiNode];
     m_tPrepared = {};
@@ -274,8 +268,8 @@ void CSourceEdit::rename(const tSourcePlace& place, std::string_view name)
     else if (tokens.m_tAssign.m_pBegin != nullptr)
         renamed = upTo(tokens.m_tAssign.m_pBegin) + fresh + " " + from(tokens.m_tAssign.m_pBegin);
     else if (tokens.m_tId.m_pBegin != nullptr)
-        renamed = upTo(tokens.m_tId.m_pEnd) + " " + fresh + " = " +
-                  std::string(withoutBlanksAtFront(from(tokens.m_tId.m_pEnd)));
+        renamed =
+            upTo(tokens.m_tId.m_pEnd) + " " + fresh + " = " + std::string(withoutBlanks(from(tokens.m_tId.m_pEnd)));
     else
         renamed = fresh + " = " + std::string(head);
     tSourceNode& node = m_tTree[place.m_uiNode];

@@ -16,15 +16,6 @@
 namespace murv::detail
 {
 
-/// A node, and where it is.
-struct tSourcePlace
-{
-    std::uint32_t m_uiNode = CSourceTree::s_cuiRoot;
-    bool m_bRoot = true;
-    std::uint32_t m_uiParent = 0;
-    std::size_t m_nIndex = 0;  // in its parent
-};
-
 /// How a value is to be spelled.
 struct tSpelling
 {
@@ -65,7 +56,6 @@ private:
         std::string_view m_strvNextBefore;
         std::string_view m_strvLastAfter;
         std::string_view m_strvInner;
-        std::string_view m_strvBracket;
         std::string_view m_strvOnlyValue;
     };
 
@@ -85,7 +75,7 @@ private:
     bool isLineAfter(const tSourcePlace& place) const;
     std::string_view line(const std::string& indentation)
     {
-        return m_tTree.keep(std::string(m_tLayout.m_strvLineEnd) + indentation);
+        return m_tTree.keep(m_tLayout.m_strLineEnd + indentation);
     }
 
     CSourceTree& m_tTree;

@@ -13,11 +13,6 @@ namespace murv::detail
 namespace
 {
 
-std::string_view withoutBlanks(std::string_view text)
-{
-    return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
-}
-
 /// \return without the line end that the text ends in
 std::string_view withoutLastLineEnd(std::string_view text)
 {
@@ -74,7 +69,7 @@ std::string blockComment(std::string_view text)
 std::string CSourceEdit::beginOfLine(std::string_view before) const
 {
     if (const tLineBegin line = lastLineIn(before); line.m_bThere)
-        return std::string(m_tLayout.m_strvLineEnd) + std::string(line.m_strvIndentation);
+        return m_tLayout.m_strLineEnd + std::string(line.m_strvIndentation);
     return std::string(before.substr(0, before.size() - withoutBlanks(before).size()));
 }
 
@@ -83,7 +78,6 @@ void CSourceEdit::prepareRemoval(const tSourcePlace& place)
     const tSourceNode& container = m_tTree[place.m_uiParent];
     m_tPrepared = {};
     m_tPrepared.m_strvInner = container.m_strvInner;
-    m_tPrepared.m_strvBracket = container.m_strvValue;
     const std::size_t count = container.m_vMember.size();
     if (place.m_nIndex + 1 != count)
         prepareNext(place);
@@ -135,7 +129,7 @@ void CSourceEdit::prepareLast(const tSourcePlace& place)
     if (cut.m_bDetachedComment)
         kept = withoutLastLineEnd(cut.m_strvDetached);
     if (endsInLineComment(kept) && !lastLineIn(inner).m_bThere)
-        kept += m_tLayout.m_strvLineEnd;
+        kept += m_tLayout.m_strLineEnd;
     m_tPrepared.m_strvInner = afterPiece(piece, kept + std::string(inner));
 }
 
@@ -187,7 +181,7 @@ std::string CSourceEdit::commentBefore(const tSourcePlace& place, std::string_vi
     }
     else
     {
-        const std::string lineEnd(m_tLayout.m_strvLineEnd);
+        const std::string& lineEnd = m_tLayout.m_strLineEnd;
         const std::string indentation(lastLineIn(node.m_strvBefore).m_strvIndentation);
         for (const std::string_view line : splitLines(comment))
         {

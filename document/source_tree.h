@@ -52,6 +52,10 @@ public:
         m_vNode.emplace_back();
         return static_cast<std::uint32_t>(m_vNode.size() - 1);
     }
+    std::uint32_t size() const
+    {
+        return static_cast<std::uint32_t>(m_vNode.size());
+    }
     /// Keeps a text for as long as the tree.
     std::string_view keep(std::string text)
     {
@@ -69,6 +73,15 @@ private:
     std::vector<tSourceNode> m_vNode;
     std::deque<std::string> m_vText;
     std::size_t m_nKept = 0;
+};
+
+/// A node, and where it is.
+struct tSourcePlace
+{
+    std::uint32_t m_uiNode = CSourceTree::s_cuiRoot;
+    bool m_bRoot = true;
+    std::uint32_t m_uiParent = 0;
+    std::size_t m_nIndex = 0;  // in its parent
 };
 
 }  // namespace murv::detail

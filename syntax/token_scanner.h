@@ -15,8 +15,7 @@ class CTokenScanner
 {
 public:
     /// \param text  lives as long as the scanner
-    explicit CTokenScanner(std::string_view text)
-        : m_pBegin(text.data()), m_pEnd(text.data() + text.size()), m_pNext(text.data())
+    explicit CTokenScanner(std::string_view text) : m_pEnd(text.data() + text.size()), m_pNext(text.data())
     {
     }
     /// Reads the next token. A byte of 0 is the end, like the end itself; after it nothing is read.
@@ -25,15 +24,10 @@ public:
     /// \param text  set: the expression without brackets and remark
     /// \return null, or the loader's message; then the token reaches to where reading it ended
     const char* takeExpression(tTokenInfo& open, std::string_view& text);
-    unsigned int offset(const char* place) const
-    {
-        return static_cast<unsigned int>(place - m_pBegin);
-    }
 
 private:
     bool takeRest(E_TokenType type);
 
-    const char* m_pBegin;
     const char* m_pEnd;
     const char* m_pNext;
 };

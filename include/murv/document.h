@@ -1,7 +1,8 @@
 // murv/document.h - a text that is changed member by member, and otherwise stays as it is.
 //
 //     CDocument document;
-//     document.loadFile("service.murv");
+//     if (!document.loadFile("service.murv"))
+//         return report(document.errors());
 //     document.set("listen.port", 8080);
 //     document.saveFile("service.murv");
 #ifndef MURV_DOCUMENT_H
@@ -45,9 +46,9 @@ public:
 
     /// Loads a text, which is copied. \return false for a text with mistakes: errors() tells all of them, and the
     /// document stays as it was
-    bool load(std::string_view text);
+    [[nodiscard]] bool load(std::string_view text);
     /// Loads a file. \throw CException when it cannot be read
-    bool loadFile(const std::string& path);
+    [[nodiscard]] bool loadFile(const std::string& path);
     /// All mistakes of the last text that was to be loaded; none when it was.
     const std::vector<tErrorPlace>& errors() const noexcept;
 

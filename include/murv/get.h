@@ -57,11 +57,11 @@ private:
 
 /// The type of the first value in words: null, array, field set, bool, integer, unsigned integer, double or string.
 /// The text is static.
-MURV_API const char* typeName(const CFields& node) noexcept;
+[[nodiscard]] MURV_API const char* typeName(const CFields& node) noexcept;
 
 /// The bytes of a byte string, which the node owns: valid until its value changes or the node goes. Empty for other
 /// types. Nothing is copied.
-MURV_API std::string_view textView(const CFields& node);
+[[nodiscard]] MURV_API std::string_view textView(const CFields& node);
 std::string_view textView(const CFields&& node) = delete;
 
 namespace detail
@@ -180,7 +180,7 @@ std::string wanted4Type()
 /// from bool, and nothing from anything else: no double becomes an integer, no text a number.
 /// \return the value, or nothing. A std::string_view is valid as that of textView is. O(1), but for copied texts.
 template <typename T>
-std::optional<T> get(const CFields& node)
+[[nodiscard]] std::optional<T> get(const CFields& node)
 {
     static_assert(detail::s_cbIsScalar<T>,
                   "get<T> takes bool, integers (char is none), float, double, std::string and std::string_view");
@@ -201,13 +201,13 @@ std::optional<T> get(const CFields&& node) = delete;
 /// The value at a path, as above. Nothing also when nothing is there.
 /// \param path  a name, a path or a JSON pointer, as `find` takes it; throws CPathError when it is malformed
 template <typename T>
-std::optional<T> get(const CFields& node, std::string_view path)
+[[nodiscard]] std::optional<T> get(const CFields& node, std::string_view path)
 {
     const CFields* const found = find(node, path);
     return found == nullptr ? std::nullopt : get<T>(*found);
 }
 template <typename T>
-std::optional<T> get(const CFields& node, const tNodePath& path)
+[[nodiscard]] std::optional<T> get(const CFields& node, const tNodePath& path)
 {
     const CFields* const found = find(node, path);
     return found == nullptr ? std::nullopt : get<T>(*found);
@@ -223,12 +223,12 @@ std::optional<T> get(const CFields& node, tIndex index) = delete;
 ///
 /// A value of another type counts as missing, and so does a number that does not fit; use `at` where that is an error.
 template <typename T>
-T valueOr(const CFields& node, std::string_view path, T fallback)
+[[nodiscard]] T valueOr(const CFields& node, std::string_view path, T fallback)
 {
     const std::optional<T> value = get<T>(node, path);
     return value.has_value() ? *value : fallback;
 }
-inline std::string valueOr(const CFields& node, std::string_view path, const char* fallback)
+[[nodiscard]] inline std::string valueOr(const CFields& node, std::string_view path, const char* fallback)
 {
     const std::optional<std::string_view> value = get<std::string_view>(node, path);
     return std::string(value.has_value() ? *value : fallback);

@@ -86,12 +86,12 @@ private:
 /// before 5; both may be left out, and with PO_fromEnd both may be negative. A name that is "*" then needs quotes.
 /// Linear in the length of the text. Mistakes are in the result; only std::bad_alloc is thrown.
 /// \param options  bits of E_PathOption
-MURV_API tNodePath parsePath(std::string_view text, unsigned int options = PO_fromEnd);
+[[nodiscard]] MURV_API tNodePath parsePath(std::string_view text, unsigned int options = PO_fromEnd);
 
 /// Reads a JSON pointer (RFC 6901): a "/" before each step, `~1` for "/" and `~0` for "~" in it; empty for the root.
 ///
 /// The step "-" leads to the place after the last element, which never is there. Cost and errors as above.
-MURV_API tNodePath parsePointer(std::string_view text);
+[[nodiscard]] MURV_API tNodePath parsePointer(std::string_view text);
 
 /// Follows a path.
 ///
@@ -100,12 +100,12 @@ MURV_API tNodePath parsePointer(std::string_view text);
 /// \param taken  if not null: how many steps led somewhere
 /// \return the node, which belongs to the tree and is valid as references to members are; null when nothing is there.
 /// Cost: a look-up for each step; all steps by ID together pass each node at most once.
-MURV_API const CFields* find(const CFields& root, const tNodePath& path, std::size_t* taken = nullptr);
-MURV_API CFields* find(CFields& root, const tNodePath& path, std::size_t* taken = nullptr);
+[[nodiscard]] MURV_API const CFields* find(const CFields& root, const tNodePath& path, std::size_t* taken = nullptr);
+[[nodiscard]] MURV_API CFields* find(CFields& root, const tNodePath& path, std::size_t* taken = nullptr);
 /// The same for a text: a pointer when it begins with "/", else a path. So a plain name leads to the member of that
 /// name; names from elsewhere go through pathName. Throws CPathError when the text is malformed.
-MURV_API const CFields* find(const CFields& root, std::string_view path);
-MURV_API CFields* find(CFields& root, std::string_view path);
+[[nodiscard]] MURV_API const CFields* find(const CFields& root, std::string_view path);
+[[nodiscard]] MURV_API CFields* find(CFields& root, std::string_view path);
 /// An index is a path in brackets; a literal 0 would be taken for a null text.
 template <typename T, std::enable_if_t<std::is_integral_v<T>, int> = 0>
 const CFields* find(const CFields& root, T index) = delete;
@@ -116,27 +116,29 @@ const CFields* find(const CFields& root, T index) = delete;
 /// \return the nodes, which belong to the tree; none of them twice, and none below another one
 /// Throws CPathError for a path that is none. Goes to any depth. Cost: a look-up for each node and step on the way; all
 /// steps by ID together pass each node at most once.
-MURV_API std::vector<const CFields*> findAll(const CFields& root, const tNodePath& path, std::size_t* taken = nullptr);
-MURV_API std::vector<CFields*> findAll(CFields& root, const tNodePath& path, std::size_t* taken = nullptr);
+[[nodiscard]] MURV_API std::vector<const CFields*> findAll(const CFields& root, const tNodePath& path,
+                                                           std::size_t* taken = nullptr);
+[[nodiscard]] MURV_API std::vector<CFields*> findAll(CFields& root, const tNodePath& path,
+                                                     std::size_t* taken = nullptr);
 /// The same for a text: a pointer when it begins with "/", else a path with all options. Throws CPathError when it is
 /// malformed.
-MURV_API std::vector<const CFields*> findAll(const CFields& root, std::string_view path);
-MURV_API std::vector<CFields*> findAll(CFields& root, std::string_view path);
+[[nodiscard]] MURV_API std::vector<const CFields*> findAll(const CFields& root, std::string_view path);
+[[nodiscard]] MURV_API std::vector<CFields*> findAll(CFields& root, std::string_view path);
 
 /// The path from a root to a node in its tree: `find` leads back to this very node.
 ///
 /// Names are quoted where they must be; a member whose name an earlier one has, or that has none, is given by its
 /// index. The root itself is ".". Costs a walk over the tree up to the node.
 /// \return nothing when the node is not in the tree
-MURV_API std::optional<std::string> pathOf(const CFields& root, const CFields& node);
+[[nodiscard]] MURV_API std::optional<std::string> pathOf(const CFields& root, const CFields& node);
 /// The same as a JSON pointer. Nothing also when there is none: a pointer cannot lead to a member of a field set that
 /// has no name, or the name of an earlier one.
-MURV_API std::optional<std::string> pointerOf(const CFields& root, const CFields& node);
+[[nodiscard]] MURV_API std::optional<std::string> pointerOf(const CFields& root, const CFields& node);
 
 /// A name as a step of a path: in quotes where it must be.
-MURV_API std::string pathName(std::string_view name);
+[[nodiscard]] MURV_API std::string pathName(std::string_view name);
 /// A name as a step of a JSON pointer, with the "/" before it.
-MURV_API std::string pointerToken(std::string_view name);
+[[nodiscard]] MURV_API std::string pointerToken(std::string_view name);
 
 }  // namespace murv
 

@@ -22,13 +22,13 @@ namespace murv
 /// \param text    a document of the text notation, of up to 2147483647 bytes
 /// \param config  bits of E_LoaderConfigBit that a loader would have
 /// \return in the order of the text; empty when a loader takes it. Time: linear in the text
-MURV_API std::vector<tErrorPlace> findMistakes(std::string_view text, unsigned int config);
+[[nodiscard]] MURV_API std::vector<tErrorPlace> findMistakes(std::string_view text, unsigned int config);
 
 /// Explains a frequent mistake: what stands there, and what to write instead. It knows byte order marks, UTF-16, empty
 /// texts, ":" for "=", comments that begin with "#", single and typographic quotes, and names and texts without quotes.
 /// \param mistake  of this text, from findMistakes or from a loader
 /// \return one sentence, static text; empty for any other mistake
-MURV_API std::string_view explainMistake(std::string_view text, const tErrorPlace& mistake);
+[[nodiscard]] MURV_API std::string_view explainMistake(std::string_view text, const tErrorPlace& mistake);
 
 /// What a text may hold that loads, but may be meant otherwise; bits, so that several can be named.
 enum E_Suspicion : unsigned int
@@ -55,7 +55,7 @@ struct tSuspicionKind
 };
 
 /// All kinds, in the order of their bits.
-MURV_API std::vector<tSuspicionKind> getSuspicionKinds();
+[[nodiscard]] MURV_API std::vector<tSuspicionKind> getSuspicionKinds();
 
 /// One of them, with its place.
 struct tSuspicion
@@ -72,8 +72,8 @@ struct tSuspicion
 /// \param kinds   bits of E_Suspicion
 /// \return in the order of the text. Time: linear in the text. Memory: that of the names of open containers and of all
 ///         IDs, besides the result
-MURV_API std::vector<tSuspicion> findSuspicions(std::string_view text, unsigned int config,
-                                                unsigned int kinds = SU_all);
+[[nodiscard]] MURV_API std::vector<tSuspicion> findSuspicions(std::string_view text, unsigned int config,
+                                                              unsigned int kinds = SU_all);
 
 /// How a text is laid out.
 struct tTextLayout
@@ -98,15 +98,16 @@ struct tTextLayout
 /// \param receive  is given the result in pieces of some kilobytes, in order
 /// \return false when the text has mistakes; then nothing is received. Time: linear in text and result. Memory: a bit
 ///         for each container
-MURV_API bool formatText(std::string_view text, unsigned int config, const tTextLayout& layout,
-                         const std::function<void(std::string_view)>& receive);
+[[nodiscard]] MURV_API bool formatText(std::string_view text, unsigned int config, const tTextLayout& layout,
+                                       const std::function<void(std::string_view)>& receive);
 
 /// The same in one piece. \return nothing when the text has mistakes
-MURV_API std::optional<std::string> formatText(std::string_view text, unsigned int config, const tTextLayout& layout);
+[[nodiscard]] MURV_API std::optional<std::string> formatText(std::string_view text, unsigned int config,
+                                                             const tTextLayout& layout);
 
 /// Whether two texts without mistakes have the same tokens in the same order: one is the other in a new layout. What
 /// that layout leaves out is not compared.
-MURV_API bool haveSameTokens(std::string_view a, std::string_view b, const tTextLayout& layout);
+[[nodiscard]] MURV_API bool haveSameTokens(std::string_view a, std::string_view b, const tTextLayout& layout);
 
 }  // namespace murv
 

@@ -7,6 +7,7 @@
 #include "murv/document.h"
 #include "murv/edit.h"
 #include "tests/support/failing_malloc.h"
+#include "tests/support/processor_seconds.h"
 #include "tests/support/subprocess.h"
 
 namespace murv::tests
@@ -403,6 +404,19 @@ TEST(Document, withoutMemoryNothingChanges)
     }
 }
 
+TEST(Document, aChangeCostsTheSameInALongText)
+{
+    const auto changes = [](std::size_t bytes) {
+        CDocument document = loaded("{ \"a\" = 0, \"b\" = \"" + std::string(bytes, 'x') + "\" }");
+        return processorSeconds(1, [&] {
+            for (int i = 0; i != 2000; ++i)
+                document.set("a", i + 1);
+        });
+    };
+    EXPECT_TRUE(costsLessThan(
+        3, [&] { return changes(100); }, [&] { return changes(4000000); }));
+}
+
 TEST(DocumentFile, isReadAndReplacedWithItsPermissions)
 {
     const CTemporaryDirectory files;
@@ -422,9 +436,9 @@ TEST(DocumentFile, failuresSayWhy)
 {
     const CTemporaryDirectory files;
     CDocument document;
-    EXPECT_EQ(refusal([&] { document.loadFile("/nothing/here"); }),
+    EXPECT_EQ(refusal([&] { return document.loadFile("/nothing/here"); }),
               "/nothing/here cannot be read: No such file or directory");
-    EXPECT_EQ(refusal([&] { document.loadFile("/"); }), "/ cannot be read: it is a directory");
+    EXPECT_EQ(refusal([&] { return document.loadFile("/"); }), "/ cannot be read: it is a directory");
     EXPECT_EQ(refusal([&] { document.saveFile("/nothing/here"); }),
               "/nothing/here cannot be written: No such file or directory");
     EXPECT_EQ(refusal([&] { document.saveFile(files.path()); }),

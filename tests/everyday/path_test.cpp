@@ -130,11 +130,11 @@ TEST(Path, stepsSayWhereTheyEnd)
 TEST(Path, followingWhatIsNoPathThrows)
 {
     CFields tree = load(s_cpOrders);
-    EXPECT_EQ(thrown([&] { find(tree, "a["); }), "Malformed path \"a[\", byte 2: an index is needed");
-    EXPECT_EQ(thrown([&] { find(tree, ""); }), "Malformed path \"\", byte 0: a path is needed; . is the root");
-    EXPECT_EQ(thrown([&] { find(tree, "/a~2"); }),
+    EXPECT_EQ(thrown([&] { return find(tree, "a["); }), "Malformed path \"a[\", byte 2: an index is needed");
+    EXPECT_EQ(thrown([&] { return find(tree, ""); }), "Malformed path \"\", byte 0: a path is needed; . is the root");
+    EXPECT_EQ(thrown([&] { return find(tree, "/a~2"); }),
               "Malformed path \"/a~2\", byte 3: \"0\" or \"1\" expected after \"~\"");
-    EXPECT_EQ(thrown([&] { find(tree, parsePath("a[")); }), "Malformed path, byte 2: an index is needed");
+    EXPECT_EQ(thrown([&] { return find(tree, parsePath("a[")); }), "Malformed path, byte 2: an index is needed");
     EXPECT_EQ(CPathError("x", "y", 3).getOffset(), 3U);
 }
 
@@ -201,7 +201,7 @@ TEST(FindAll, saysHowFarTheFurthestWayLed)
     const CFields tree = load(s_cpList);
     const auto taken = [&tree](const char* path) {
         std::size_t steps = 99;
-        findAll(tree, parsePath(path, PO_fromEnd | PO_several), &steps);
+        static_cast<void>(findAll(tree, parsePath(path, PO_fromEnd | PO_several), &steps));
         return steps;
     };
     EXPECT_EQ(taken("*.a.x"), 2U);
@@ -242,9 +242,9 @@ TEST(FindAll, isForPathsThatLeadToSeveralNodes)
 {
     CFields tree = load(s_cpList);
     const tNodePath path = parsePath("list[*]", PO_several);
-    EXPECT_EQ(thrown([&] { find(tree, path); }), "Malformed path, byte 7: a range leads to several nodes");
-    EXPECT_EQ(thrown([&] { findAll(tree, "a["); }), "Malformed path \"a[\", byte 2: an index is needed");
-    EXPECT_EQ(thrown([&] { findAll(tree, parsePath("a[")); }), "Malformed path, byte 2: an index is needed");
+    EXPECT_EQ(thrown([&] { return find(tree, path); }), "Malformed path, byte 7: a range leads to several nodes");
+    EXPECT_EQ(thrown([&] { return findAll(tree, "a["); }), "Malformed path \"a[\", byte 2: an index is needed");
+    EXPECT_EQ(thrown([&] { return findAll(tree, parsePath("a[")); }), "Malformed path, byte 2: an index is needed");
 }
 
 TEST(FindAll, hostilePathsAndDepthsCostLinearTime)
