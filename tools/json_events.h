@@ -2,6 +2,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <string_view>
 
 #include "murv/fields.h"
 #include "tools/json_fault.h"
@@ -12,6 +13,9 @@ namespace murv::tool
 class CJsonEvents : public nlohmann::json_sax<nlohmann::json>
 {
 public:
+    /// Has a text parsed, which is to be JSON as a whole. \return false after an error
+    bool parse(std::string_view text);
+
     bool null() final
     {
         return add() != nullptr;

@@ -249,7 +249,7 @@ private:
 bool readJson(std::string_view text, const tJsonReading& how, CFields& tree, tJsonFault& fault)
 {
     CJsonReader reader(text, how, tree, fault);
-    return nlohmann::json::sax_parse(text, &reader) && reader.checkLevels();
+    return reader.parse(text) && reader.checkLevels();
 }
 
 }  // namespace murv::tool

@@ -263,7 +263,7 @@ unsigned int CJsonKeys::element(unsigned int part) const
 bool loadJson(std::string_view text, const CJsonKeys& keys, unsigned int part, CFields& tree, tJsonFault& fault)
 {
     CTreeMaker maker(keys, part, CLayout::s_cuiNoPart, tree, fault);
-    return tJson::sax_parse(text, &maker);
+    return maker.parse(text);
 }
 
 bool loadJsonRecord(std::string_view text, const CJsonKeys& keys, unsigned int& record, CFields& data,
@@ -277,7 +277,7 @@ bool loadJsonRecord(std::string_view text, const CJsonKeys& keys, unsigned int& 
         fault.m_strMessage = keys.findRecord(kind.kind(), record);
     CFields whole;
     CTreeMaker maker(keys, CLayout::s_cuiNoPart, record, whole, fault);
-    if (!fault.m_strMessage.empty() || !tJson::sax_parse(text, &maker))
+    if (!fault.m_strMessage.empty() || !maker.parse(text))
         return false;
     CFields* const member = whole.isField() ? whole.findChildAt("data", 4) : nullptr;
     if (!kind.found() || member == nullptr)

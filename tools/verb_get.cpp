@@ -145,8 +145,9 @@ private:
         tTextLayout layout;
         layout.m_bCompact = isOneLine;
         layout.m_bFinalNewline = !m_bRaw;
-        formatText(text, m_tLoad.flags(), layout, [&out](std::string_view piece) { out += piece; });
-        return EC_done;
+        if (formatText(text, m_tLoad.flags(), layout, [&out](std::string_view piece) { out += piece; }))
+            return EC_done;
+        return diagnostics.fail(input.m_strName, "a value does not read back", EC_internal);
     }
 
     /// The text of a value in its document; empty when there is none, or when what it says was changed by members of
