@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "tests/support/json_to_text.h"
@@ -70,6 +71,17 @@ tDocument makeRecords(std::size_t bytes)
     json += "\n]\n";
     std::string text = convert(json);
     return {"records", std::move(json), std::move(text)};
+}
+
+void keepHeap()
+{
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    mallopt(M_MMAP_THRESHOLD, 32 * 1024 * 1024);  // more is refused
+}
+
+void giveBackHeap()
+{
+    malloc_trim(0);
 }
 
 std::size_t heapInUse()

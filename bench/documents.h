@@ -23,6 +23,13 @@ const std::vector<tDocument>& realDocuments();
 /// Records with names, numbers, texts and small arrays, of about that many bytes of JSON.
 tDocument makeRecords(std::size_t bytes);
 
+/// From now on the heap keeps what is freed, up to blocks of 32 MB, instead of giving some of it back to the system
+/// when it thinks fit. Fetching a page anew costs more than most of what is measured.
+void keepHeap();
+
+/// Gives all free pages of the heap back to the system, so that what comes next fetches them anew.
+void giveBackHeap();
+
 /// Bytes of the heap that are in use.
 std::size_t heapInUse();
 

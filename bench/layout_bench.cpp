@@ -9,7 +9,7 @@
 #include <string>
 
 #include "hand_records.h"
-#include "records.pb.h"
+#include "protobuf_record.h"
 
 namespace
 {
@@ -159,28 +159,9 @@ void viewByLayout(benchmark::State& state, const tCase<tRecord>& given)
     }
 }
 
-murv_bench::BinaryRecord protobufRecord()
-{
-    const tBinaryRecord& by = binaryCase().m_tRecord;
-    murv_bench::BinaryRecord record;
-    record.set_kind(static_cast<unsigned int>(by.m_llKind));
-    record.set_locate(static_cast<unsigned int>(by.m_llLocate));
-    record.set_tracking(static_cast<unsigned int>(by.m_llTracking));
-    record.set_time(static_cast<unsigned long long>(by.m_llTime));
-    record.set_order(static_cast<unsigned long long>(by.m_llOrder));
-    record.set_side(by.m_cSide, sizeof by.m_cSide);
-    record.set_shares(static_cast<unsigned int>(by.m_llShares));
-    record.set_stock(by.m_cStock, sizeof by.m_cStock);
-    record.set_price(static_cast<unsigned int>(by.m_llPrice));
-    record.set_owner(by.m_cOwner, sizeof by.m_cOwner);
-    record.set_port(static_cast<unsigned int>(by.m_llPort));
-    record.set_mark(by.m_cMark, sizeof by.m_cMark);
-    return record;
-}
-
 void binaryMakeProtobuf(benchmark::State& state)
 {
-    const murv_bench::BinaryRecord record = protobufRecord();
+    const murv_bench::BinaryRecord record = protobufOf(binaryCase().m_tRecord);
     std::string packet;
     for ([[maybe_unused]] auto _ : state)
     {
@@ -191,7 +172,7 @@ void binaryMakeProtobuf(benchmark::State& state)
 
 void binaryReadProtobuf(benchmark::State& state)
 {
-    const std::string packet = protobufRecord().SerializeAsString();
+    const std::string packet = protobufOf(binaryCase().m_tRecord).SerializeAsString();
     murv_bench::BinaryRecord record;
     for ([[maybe_unused]] auto _ : state)
     {
