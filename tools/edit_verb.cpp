@@ -37,7 +37,9 @@ E_ExitCode CEditVerb::run(tSession& session)
     tInput input;
     if (const E_ExitCode code = readInput(m_strFile, diagnostics, input))
         return code;
-    if (!input.isText() || input.m_bTooBig)
+    if (input.m_bTooBig)
+        return reportTooBig(input, diagnostics);
+    if (!input.isText())
         return diagnostics.fail(input.m_strName, "is no text; murv convert --to text makes one", EC_malformed);
     CDocument document(m_tLoad.flags());
     if (!document.load(input.text()))

@@ -322,6 +322,11 @@ E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput&
     return diagnostics.fail(input.m_strName, std::string("cannot be read: ") + std::strerror(error), EC_inputOutput);
 }
 
+E_ExitCode reportTooBig(const tInput& input, CDiagnostics& diagnostics)
+{
+    return diagnostics.fail(input.m_strName, "Too big data size(" + std::to_string(input.m_nSize) + ")", EC_malformed);
+}
+
 E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags,
                      std::optional<E_Severity> textAfter, CDiagnostics& diagnostics, CFields& tree)
 {

@@ -81,6 +81,9 @@ struct tInput
 /// Reads a file whole, with one allocation when its size is known. Reports failures.
 E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput& input);
 
+/// Reports that a file is larger than a document may be, in the words of loaders. \return the code for that
+E_ExitCode reportTooBig(const tInput& input, CDiagnostics& diagnostics);
+
 /// Loads a document with its comments, and reports all errors at their places.
 ///
 /// \param flags      bits of E_LoaderConfigBit besides those of the options

@@ -15,7 +15,7 @@ bool isJsonName(std::string_view path)
 E_ExitCode loadJsonInput(const tInput& input, const tJsonReading& how, CDiagnostics& diagnostics, CFields& tree)
 {
     if (input.m_bTooBig)
-        return diagnostics.fail(input.m_strName, "has more than 2147483647 bytes", EC_malformed);
+        return reportTooBig(input, diagnostics);
     tJsonFault fault;
     if (readJson(input.text(), how, tree, fault))
         return EC_done;

@@ -96,7 +96,9 @@ private:
 
     E_ExitCode runInput(const tInput& input, tSession& session) const override
     {
-        if (!input.isText() || input.m_bTooBig)
+        if (input.m_bTooBig)
+            return reportTooBig(input, session.m_tDiagnostics);
+        if (!input.isText())
             return layOutTree(input, session);
         bool isText = false;
         bool isSame = true;

@@ -74,7 +74,9 @@ private:
         }
         if (const E_ExitCode code = readInput(m_strFile, diagnostics, input))
             return code;
-        if (!input.isText() || input.m_bTooBig)
+        if (input.m_bTooBig)
+            return reportTooBig(input, diagnostics);
+        if (!input.isText())
             return loadBinary(input, document, diagnostics);
         return document.load(input.text()) ? EC_done : reportMistakes(input, m_tLoad, diagnostics);
     }
