@@ -44,6 +44,7 @@ E_ExitCode CEditVerb::run(tSession& session)
     CDocument document(m_tLoad.flags());
     if (!document.load(input.text()))
         return reportMistakes(input, m_tLoad, diagnostics);
+    warnOfRepeatedNames(parsed, input, document.tree(), diagnostics);
     try
     {
         if (const E_ExitCode code = change(input, document, diagnostics))
