@@ -86,6 +86,16 @@ tHeadTokens readHead(std::string_view head)
     return tokens;
 }
 
+/// Whether a scalar before it would be its name.
+bool beginsWithAssign(std::string_view text)
+{
+    CTokenScanner scanner(text);
+    tTokenInfo token = scanner.next();
+    while (token.m_eType == TT_comment)
+        token = scanner.next();
+    return token.m_eType == TT_assign;
+}
+
 /// Takes the blanks around "=" away, but for a line end after it.
 std::string tightHead(std::string_view head)
 {
@@ -214,6 +224,10 @@ void CSourceEdit::prepareValue(const tSourcePlace& place, const CFields& value, 
             afterPiece(pieceBefore(place), (needsBlank ? " " : "") + std::string(node.m_strvBefore));
     }
     m_tPrepared.m_strvAfter = node.m_strvAfter;
+    const bool mayBeName =
+        place.m_bRoot && !value4Node.isContainer() && readHead(node.m_strvHead).m_tAssign.m_pBegin == nullptr;
+    if (mayBeName && beginsWithAssign(node.m_strvAfter))
+        throw CLogicError("The value would be the name of the text after the document, which begins with \"=\"");
     // Text after the document may touch a bracket, but not a number.
     if (place.m_bRoot && !node.m_strvAfter.empty() && !isBlank(node.m_strvAfter[0]))
         m_tPrepared.m_strvAfter = m_tTree.keep(" " + std::string(node.m_strvAfter));

@@ -107,7 +107,9 @@ void CTextLayout::write(const CFields& root)
         return;
     if (hasCommentToWrite(root))
         writeCommentsAfter(root);
-    if (m_tSaver.BC32_Check(SCBC_FINAL_NEWLINE))
+    // By default, what ends with a comment gets a second line feed, as ever.
+    const bool isEnded = m_tSaver.BC32_Check(SCBC_LOSSLESS) && m_eLine == LINE_begin;
+    if (m_tSaver.BC32_Check(SCBC_FINAL_NEWLINE) && !isEnded)
         putChar('\n');
 }
 

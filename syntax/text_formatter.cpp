@@ -215,11 +215,7 @@ void CTextFormatter::finish()
 {
     const bool endsLine =
         m_pLeftEnd == m_pTextEnd && m_tLeft.m_eRole == SR_rest && (m_pTextEnd[-1] == '\n' || m_pTextEnd[-1] == '\r');
-    countGapLines(m_pTextEnd);
-    const bool isDoubled = m_tLeft.m_eRole == SR_comment && m_nGapLines > 1;  // as savers end comments after a document
     if (m_tLayout.m_bFinalNewline && !endsLine)
-        put(m_strvLineEnd);
-    if (m_tLayout.m_bFinalNewline && isDoubled)
         put(m_strvLineEnd);
     finishMember();
 }

@@ -83,6 +83,7 @@ std::string json4Diagnostic(const tDiagnostic& diagnostic)
     }
     return out + (separator == ',' ? "]}" : "}");
 }
+
 bool isColourWanted(int descriptor)
 {
     return isatty(descriptor) == 1 && !hasText("NO_COLOR") && !isDumbTerminal();
@@ -124,6 +125,18 @@ void CDiagnostics::error(const std::string& file, const std::string& message)
 E_ExitCode CDiagnostics::fail(const std::string& file, const std::string& message, E_ExitCode code)
 {
     error(file, message);
+    return code;
+}
+
+E_ExitCode CDiagnostics::failAt(const std::string& file, std::string_view source, tRange range,
+                                const std::string& message, E_ExitCode code)
+{
+    tDiagnostic diagnostic;
+    diagnostic.m_strFile = file;
+    diagnostic.m_strMessage = message;
+    diagnostic.m_svSource = source;
+    diagnostic.m_tRange = range;
+    report(diagnostic);
     return code;
 }
 

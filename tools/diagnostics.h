@@ -54,6 +54,9 @@ public:
     void error(const std::string& file, const std::string& message);
     /// The same for a function that ends with it: `return diagnostics.fail(...)`. \return the code
     E_ExitCode fail(const std::string& file, const std::string& message, E_ExitCode code);
+    /// The same for an error at a place in a text.
+    E_ExitCode failAt(const std::string& file, std::string_view source, tRange range, const std::string& message,
+                      E_ExitCode code);
 
 private:
     std::string rendered(const tDiagnostic& diagnostic) const;

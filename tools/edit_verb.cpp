@@ -3,16 +3,11 @@
 
 #include <CLI/CLI.hpp>
 
-#include "murv/path.h"
+#include "tools/path_report.h"
 #include "tools/replace_file.h"
 
 namespace murv::tool
 {
-
-namespace
-{
-constexpr std::size_t s_cnMostMistakes = 20;  // that are shown of a text
-}
 
 void CEditVerb::declare(CLI::App& verb)
 {
@@ -32,7 +27,8 @@ E_ExitCode CEditVerb::run(tSession& session)
 {
     CDiagnostics& diagnostics = session.m_tDiagnostics;
     diagnostics.setJson(m_bJson);
-    if (const E_ExitCode code = checkPath(diagnostics))
+    const tNodePath parsed = m_strPath.starts_with('/') ? parsePointer(m_strPath) : parsePath(m_strPath);
+    if (const E_ExitCode code = checkPath(m_strPath, parsed, diagnostics))
         return code;
     if (m_bInPlace && m_strFile == "-")
         return diagnostics.fail("", "the standard input cannot be replaced: --in-place needs a file", EC_wrongCall);
@@ -41,16 +37,14 @@ E_ExitCode CEditVerb::run(tSession& session)
     tInput input;
     if (const E_ExitCode code = readInput(m_strFile, diagnostics, input))
         return code;
-    if (!input.isText() || input.m_bTooBig)
+    if (input.m_bTooBig)
+        return reportTooBig(input, diagnostics);
+    if (!input.isText())
         return diagnostics.fail(input.m_strName, "is no text; murv convert --to text makes one", EC_malformed);
     CDocument document(m_tLoad.flags());
     if (!document.load(input.text()))
-    {
-        tLoadOptions options = m_tLoad;
-        options.m_nMostMistakes = s_cnMostMistakes;
-        reportMistakes(input, options, LCBC_DUPLICATE, diagnostics);
-        return EC_malformed;
-    }
+        return reportMistakes(input, m_tLoad, diagnostics);
+    warnOfRepeatedNames(parsed, input, document.tree(), diagnostics);
     try
     {
         if (const E_ExitCode code = change(input, document, diagnostics))
@@ -61,30 +55,6 @@ E_ExitCode CEditVerb::run(tSession& session)
         return diagnostics.fail(input.m_strName, error.what(), EC_no);
     }
     return write(input, document, session);
-}
-
-E_ExitCode CEditVerb::checkPath(CDiagnostics& diagnostics) const
-{
-    const tNodePath path = m_strPath.starts_with('/') ? parsePointer(m_strPath) : parsePath(m_strPath);
-    if (path.m_pError == nullptr)
-        return EC_done;
-    tDiagnostic diagnostic;
-    diagnostic.m_strFile = "PATH";
-    diagnostic.m_strMessage = path.m_pError;
-    diagnostic.m_svSource = m_strPath;
-    diagnostic.m_tRange = {path.m_nErrorAt, path.m_nErrorAt + 1};
-    diagnostics.report(diagnostic);
-    return EC_wrongCall;
-}
-
-E_ExitCode CEditVerb::reportMissing(const tInput& input, CDiagnostics& diagnostics) const
-{
-    tDiagnostic diagnostic;
-    diagnostic.m_eSeverity = SV_note;
-    diagnostic.m_strFile = input.m_strName;
-    diagnostic.m_strMessage = "nothing at " + m_strPath;
-    diagnostics.report(diagnostic);
-    return EC_no;
 }
 
 E_ExitCode CEditVerb::write(const tInput& input, const CDocument& document, tSession& session) const

@@ -23,8 +23,6 @@ protected:
     {
         return m_strPath;
     }
-    /// Reports that nothing is at the path, which is a true answer. \return the code for that
-    E_ExitCode reportMissing(const tInput& input, CDiagnostics& diagnostics) const;
 
 private:
     /// Declares what follows PATH.
@@ -32,7 +30,6 @@ private:
     /// Makes the change. CLogicError is reported.
     virtual E_ExitCode change(const tInput& input, CDocument& document, CDiagnostics& diagnostics) const = 0;
 
-    E_ExitCode checkPath(CDiagnostics& diagnostics) const;
     E_ExitCode write(const tInput& input, const CDocument& document, tSession& session) const;
 
     std::string m_strFile;

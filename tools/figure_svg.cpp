@@ -47,26 +47,6 @@ std::string classes4Field(const tFigureField& field)
     return field.m_bNested ? "nested" : field.m_bLiteral ? "literal" : field.m_bComputed ? "computed" : "plain";
 }
 
-/// Runs of the same field in all rows.
-std::vector<tSegment> segmentsOf(const tFigure& figure)
-{
-    std::vector<tSegment> segments;
-    for (std::size_t row = 0; row < figure.m_vRows.size(); ++row)
-    {
-        const tFigureRow& at = figure.m_vRows[row];
-        for (unsigned int begin = 0; begin < s_cuiFigureBits;)
-        {
-            unsigned int end = begin;
-            while (end < s_cuiFigureBits && at.m_aiField[end] == at.m_aiField[begin])
-                ++end;
-            if (at.m_aiField[begin] >= 0)
-                segments.push_back({row, begin, end});
-            begin = end;
-        }
-    }
-    return segments;
-}
-
 int fieldOf(const tFigure& figure, std::size_t row, unsigned int bit)
 {
     return row < figure.m_vRows.size() && bit < s_cuiFigureBits ? figure.m_vRows[row].m_aiField[bit] : -1;

@@ -159,11 +159,11 @@ void reportPlace(const tInput& input, const tErrorPlace& place, vExplanations& s
     diagnostics.report(diagnostic);
 }
 
-/// Reports as many places as the options say, and the number of others.
-void reportPlaces(const tInput& input, const std::vector<tErrorPlace>& places, const tLoadOptions& options,
+/// Reports up to `most` places, and the number of others.
+void reportPlaces(const tInput& input, const std::vector<tErrorPlace>& places, std::size_t most,
                   CDiagnostics& diagnostics)
 {
-    const std::size_t shown = std::min(places.size(), options.m_nMostMistakes);
+    const std::size_t shown = std::min(places.size(), most);
     vExplanations said;
     for (std::size_t i = 0; i != shown; ++i)
         reportPlace(input, places[i], said, diagnostics);
@@ -197,7 +197,7 @@ void reportErrors(const tInput& input, const ILoaderBase& loader, const tLoadOpt
         if (place.m_uiStart > first)  // the loader stops at the first one
             places.push_back(std::move(place));
     }
-    reportPlaces(input, places, options, diagnostics);
+    reportPlaces(input, places, options.m_nMostMistakes, diagnostics);
 }
 
 struct tFaultRow
@@ -322,6 +322,11 @@ E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput&
     return diagnostics.fail(input.m_strName, std::string("cannot be read: ") + std::strerror(error), EC_inputOutput);
 }
 
+E_ExitCode reportTooBig(const tInput& input, CDiagnostics& diagnostics)
+{
+    return diagnostics.fail(input.m_strName, "Too big data size(" + std::to_string(input.m_nSize) + ")", EC_malformed);
+}
+
 E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags,
                      std::optional<E_Severity> textAfter, CDiagnostics& diagnostics, CFields& tree)
 {
@@ -332,9 +337,11 @@ E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned 
     return EC_done;
 }
 
-void reportMistakes(const tInput& input, const tLoadOptions& options, unsigned int flags, CDiagnostics& diagnostics)
+E_ExitCode reportMistakes(const tInput& input, const tLoadOptions& options, CDiagnostics& diagnostics)
 {
-    reportPlaces(input, findMistakes(input.text(), options.flags() | flags), options, diagnostics);
+    const std::vector<tErrorPlace> mistakes = findMistakes(input.text(), options.flags() | LCBC_DUPLICATE);
+    reportPlaces(input, mistakes, s_cnMostMistakes, diagnostics);
+    return EC_malformed;
 }
 
 }  // namespace murv::tool

@@ -27,6 +27,9 @@ namespace murv::tool
 
 class CProgress;
 
+/// That are shown of a text, unless the user wants another number.
+inline constexpr std::size_t s_cnMostMistakes = 20;
+
 /// How documents are to be loaded.
 struct tLoadOptions
 {
@@ -78,6 +81,9 @@ struct tInput
 /// Reads a file whole, with one allocation when its size is known. Reports failures.
 E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput& input);
 
+/// Reports that a file is larger than a document may be, in the words of loaders. \return the code for that
+E_ExitCode reportTooBig(const tInput& input, CDiagnostics& diagnostics);
+
 /// Loads a document with its comments, and reports all errors at their places.
 ///
 /// \param flags      bits of E_LoaderConfigBit besides those of the options
@@ -86,8 +92,8 @@ E_ExitCode readInput(const std::string& path, CDiagnostics& diagnostics, tInput&
 E_ExitCode loadInput(const tInput& input, const tLoadOptions& options, unsigned int flags,
                      std::optional<E_Severity> textAfter, CDiagnostics& diagnostics, CFields& tree);
 
-/// Reports the mistakes of a text, up to the number that the options say.
-/// \param flags  bits of E_LoaderConfigBit besides those of the options
-void reportMistakes(const tInput& input, const tLoadOptions& options, unsigned int flags, CDiagnostics& diagnostics);
+/// Reports the mistakes of a text in which members of equal names all stay: up to s_cnMostMistakes, whatever the
+/// options say. \return the exit code for that
+E_ExitCode reportMistakes(const tInput& input, const tLoadOptions& options, CDiagnostics& diagnostics);
 
 }  // namespace murv::tool

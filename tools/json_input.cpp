@@ -15,18 +15,13 @@ bool isJsonName(std::string_view path)
 E_ExitCode loadJsonInput(const tInput& input, const tJsonReading& how, CDiagnostics& diagnostics, CFields& tree)
 {
     if (input.m_bTooBig)
-        return diagnostics.fail(input.m_strName, "has more than 2147483647 bytes", EC_malformed);
+        return reportTooBig(input, diagnostics);
     tJsonFault fault;
     if (readJson(input.text(), how, tree, fault))
         return EC_done;
     const std::size_t place = std::min(fault.m_nOffset, input.text().size());
-    tDiagnostic diagnostic;
-    diagnostic.m_strFile = input.m_strName;
-    diagnostic.m_strMessage = fault.m_strMessage;
-    diagnostic.m_svSource = input.text();
-    diagnostic.m_tRange = {place, place + fault.m_nLength};
-    diagnostics.report(diagnostic);
-    return EC_malformed;
+    return diagnostics.failAt(input.m_strName, input.text(), {place, place + fault.m_nLength}, fault.m_strMessage,
+                              EC_malformed);
 }
 
 }  // namespace murv::tool

@@ -5,10 +5,10 @@
 #include "tools/json_reader.h"
 
 #include <cstdio>
-#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "murv/text.h"
+#include "tools/json_events.h"
 #include "tools/json_form.h"
 #include "tools/json_node.h"
 #include "tools/node_walk.h"
@@ -19,8 +19,6 @@ namespace murv::tool
 
 namespace
 {
-using tJson = nlohmann::json;
-
 constexpr std::size_t s_cnMostLevels = 1000;                     // of a tree
 constexpr std::size_t s_cnMostNesting = 3 * s_cnMostLevels + 2;  // an object, a list of members and a pair for each
 constexpr std::size_t s_cnLongestName = 255;
@@ -96,11 +94,11 @@ bool isExact(double value, std::string_view number)
 }
 
 /// Takes what the parser reads.
-class CJsonReader : public nlohmann::json_sax<tJson>
+class CJsonReader : public CJsonEvents
 {
 public:
     CJsonReader(std::string_view text, const tJsonReading& how, CFields& tree, tJsonFault& fault)
-        : m_tCursor(text), m_tHow(how), m_tTree(tree), m_tFault(fault)
+        : CJsonEvents(CFields::maxSint32, fault), m_tCursor(text), m_tHow(how), m_tTree(tree)
     {
     }
 
@@ -114,29 +112,6 @@ public:
         return deepest <= s_cnMostLevels || failDeep();
     }
 
-    bool null() override
-    {
-        return add() != nullptr;
-    }
-    bool boolean(bool value) override
-    {
-        CFields* const node = add();
-        return node != nullptr && node->setValue(value);
-    }
-    bool number_integer(number_integer_t value) override
-    {
-        CFields* const node = add();
-        return node != nullptr && node->setValue(static_cast<long long>(value));
-    }
-    bool number_unsigned(number_unsigned_t value) override
-    {
-        CFields* const node = add();
-        if (node == nullptr)
-            return false;
-        return value <= static_cast<number_unsigned_t>(CFields::maxSint32)
-                   ? node->setValue(static_cast<long long>(value))
-                   : node->setValue(static_cast<unsigned long long>(value));
-    }
     bool number_float(number_float_t value, const string_t& number) override
     {
         CFields* const node = add();
@@ -148,12 +123,7 @@ public:
     }
     bool string(string_t& text) override
     {
-        CFields* const node = add();
-        return node != nullptr && node->setValue(text);
-    }
-    bool binary(binary_t&) override
-    {
-        return false;  // JSON has none
+        return set(text);
     }
     bool start_object(std::size_t) override
     {
@@ -188,11 +158,6 @@ public:
         close();
         return true;
     }
-    bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception& error) override
-    {
-        m_tFault = fault4Parser(position, error.what());
-        return false;
-    }
 
 private:
     bool fail(std::string message)
@@ -208,8 +173,7 @@ private:
         return fail("values may nest 1000 levels");
     }
 
-    /// The node of the next value; null after an error.
-    CFields* add()
+    CFields* add() override
     {
         m_tToken = m_tCursor.next();
         if (m_vOpen.size() >= s_cnMostLevels && !m_bDeep)
@@ -271,7 +235,6 @@ private:
     CJsonCursor m_tCursor;
     const tJsonReading& m_tHow;
     CFields& m_tTree;
-    tJsonFault& m_tFault;
     CJsonNodes m_tNodes;
     std::vector<CFields*> m_vOpen;            // members do not move while others are appended
     std::vector<const CFields*> m_vNameless;  // of those, the ones that have a member without a name
@@ -286,7 +249,7 @@ private:
 bool readJson(std::string_view text, const tJsonReading& how, CFields& tree, tJsonFault& fault)
 {
     CJsonReader reader(text, how, tree, fault);
-    return tJson::sax_parse(text, &reader) && reader.checkLevels();
+    return reader.parse(text) && reader.checkLevels();
 }
 
 }  // namespace murv::tool

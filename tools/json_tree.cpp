@@ -2,9 +2,9 @@
 #include "tools/json_tree.h"
 
 #include <limits>
-#include <nlohmann/json.hpp>
 
 #include "tools/hex_text.h"
+#include "tools/json_events.h"
 #include "tools/packet_leaf.h"
 #include "tools/record_kind.h"
 
@@ -28,50 +28,25 @@ bool double4Word(const std::string& word, double& value)
 }
 
 /// Takes what the parser reads.
-class CTreeMaker : public nlohmann::json_sax<tJson>
+class CTreeMaker : public CJsonEvents
 {
 public:
     /// \param data  the part that the member "data" of the whole is; or none
     CTreeMaker(const CJsonKeys& keys, unsigned int part, unsigned int data, CFields& tree, tJsonFault& fault)
-        : m_tKeys(keys), m_uiRoot(part), m_uiData(data), m_tTree(tree), m_tFault(fault)
+        : CJsonEvents(CFields::maxSint64, fault), m_tKeys(keys), m_uiRoot(part), m_uiData(data), m_tTree(tree)
     {
     }
 
-    bool null() override
-    {
-        add();
-        return true;
-    }
-    bool boolean(bool value) override
-    {
-        return add().setValue(value);
-    }
-    bool number_integer(number_integer_t value) override
-    {
-        return add().setValue(static_cast<long long>(value));
-    }
-    bool number_unsigned(number_unsigned_t value) override
-    {
-        CFields& node = add();
-        return value <= static_cast<number_unsigned_t>(std::numeric_limits<long long>::max())
-                   ? node.setValue(static_cast<long long>(value))
-                   : node.setValue(static_cast<unsigned long long>(value));
-    }
     bool number_float(number_float_t value, const string_t& text) override
     {
-        CFields& node = add();
-        return text.find_first_of(".eE") == std::string::npos ? node.setValue(text) : node.setValue(value);
+        return text.find_first_of(".eE") == std::string::npos ? set(text) : set(value);
     }
     bool string(string_t& text) override
     {
-        CFields& node = add();
+        CFields& node = *add();
         double value = 0;
         const bool isBinary = isLeaf(m_uiAdded) && expression(m_uiAdded).compare(0, 2, "BN") == 0;
         return isBinary && double4Word(text, value) ? node.setValue(value) : node.setValue(text);
-    }
-    bool binary(binary_t&) override
-    {
-        return false;  // JSON has none
     }
     bool start_object(std::size_t) override
     {
@@ -98,11 +73,6 @@ public:
         m_vOpen.pop_back();
         return true;
     }
-    bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception& error) override
-    {
-        m_tFault = fault4Parser(position, error.what());
-        return false;
-    }
 
 private:
     struct tOpen
@@ -120,34 +90,33 @@ private:
         return m_tKeys.layout().getPart(part).m_strvExpression;
     }
 
-    /// The node of the next value.
-    CFields& add()
+    CFields* add() override
     {
         m_uiAdded = m_uiRoot;
         if (m_vOpen.empty())
-            return m_tTree;
+            return &m_tTree;
         const tOpen& around = m_vOpen.back();
         if (around.m_pNode->isArray())
         {
             // An array of whole messages stands for its messages.
             const bool isMany = m_vOpen.size() == 1 && m_tKeys.element(m_uiRoot) == CLayout::s_cuiNoPart;
             m_uiAdded = isMany ? m_uiRoot : m_tKeys.element(around.m_uiPart);
-            return around.m_pNode->addArrayAt(CFields());
+            return &around.m_pNode->addArrayAt(CFields());
         }
         const bool isData = m_vOpen.size() == 1 && m_uiData != CLayout::s_cuiNoPart && m_strKey == "data";
         m_uiAdded = isData ? m_uiData : m_tKeys.member(around.m_uiPart, m_strKey);
         if (isData)
-            return around.m_pNode->addChildRef(m_strKey, 0, true);
+            return &around.m_pNode->addChildRef(m_strKey, 0, true);
         const bool hasId = m_uiAdded != CLayout::s_cuiNoPart && m_tKeys.layout().getPart(m_uiAdded).m_strvName.empty();
-        return hasId ? around.m_pNode->addChildRef("", m_tKeys.layout().getPart(m_uiAdded).m_uiID, true)
-                     : around.m_pNode->addChildRef(m_strKey, 0, true);
+        return hasId ? &around.m_pNode->addChildRef("", m_tKeys.layout().getPart(m_uiAdded).m_uiID, true)
+                     : &around.m_pNode->addChildRef(m_strKey, 0, true);
     }
 
     bool open(E_DataType type)
     {
-        CFields& node = add();
-        node.setValue(type);
-        m_vOpen.push_back({&node, m_uiAdded});
+        CFields* const node = add();
+        node->setValue(type);
+        m_vOpen.push_back({node, m_uiAdded});
         return true;
     }
 
@@ -171,11 +140,11 @@ private:
     unsigned int m_uiRoot;
     unsigned int m_uiData;
     CFields& m_tTree;
-    tJsonFault& m_tFault;
     std::vector<tOpen> m_vOpen;
     std::string m_strKey;
     unsigned int m_uiAdded = CLayout::s_cuiNoPart;
 };
+
 /// Finds the member "kind" of an object, and reads no further.
 class CKindFinder : public nlohmann::json_sax<tJson>
 {
@@ -294,7 +263,7 @@ unsigned int CJsonKeys::element(unsigned int part) const
 bool loadJson(std::string_view text, const CJsonKeys& keys, unsigned int part, CFields& tree, tJsonFault& fault)
 {
     CTreeMaker maker(keys, part, CLayout::s_cuiNoPart, tree, fault);
-    return tJson::sax_parse(text, &maker);
+    return maker.parse(text);
 }
 
 bool loadJsonRecord(std::string_view text, const CJsonKeys& keys, unsigned int& record, CFields& data,
@@ -308,7 +277,7 @@ bool loadJsonRecord(std::string_view text, const CJsonKeys& keys, unsigned int& 
         fault.m_strMessage = keys.findRecord(kind.kind(), record);
     CFields whole;
     CTreeMaker maker(keys, CLayout::s_cuiNoPart, record, whole, fault);
-    if (!fault.m_strMessage.empty() || !tJson::sax_parse(text, &maker))
+    if (!fault.m_strMessage.empty() || !maker.parse(text))
         return false;
     CFields* const member = whole.isField() ? whole.findChildAt("data", 4) : nullptr;
     if (!kind.found() || member == nullptr)

@@ -9,7 +9,7 @@
 
 #include "murv/fields.h"
 #include "tools/json_form.h"
-#include "tools/text_format.h"
+#include "tools/lossless.h"
 
 namespace murv::tool
 {

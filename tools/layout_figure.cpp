@@ -246,9 +246,9 @@ std::vector<unsigned int> insideOf(const CLayout& layout, unsigned int part)
 }
 }  // namespace
 
-std::vector<tSegment> labelSegments(const tFigure& figure)
+std::vector<tSegment> segmentsOf(const tFigure& figure)
 {
-    std::vector<tSegment> segments(figure.m_vFields.size(), {0, 0, 0});
+    std::vector<tSegment> segments;
     for (std::size_t row = 0; row < figure.m_vRows.size(); ++row)
     {
         const tFigureRow& at = figure.m_vRows[row];
@@ -258,16 +258,26 @@ std::vector<tSegment> labelSegments(const tFigure& figure)
             while (end < s_cuiFigureBits && at.m_aiField[end] == at.m_aiField[begin])
                 ++end;
             if (at.m_aiField[begin] >= 0)
-            {
-                tSegment& best = segments[static_cast<std::size_t>(at.m_aiField[begin])];
-                const unsigned int width = best.m_uiEnd - best.m_uiBegin;
-                if (end - begin > width || (end - begin == width && at.m_bTorn))
-                    best = {row, begin, end};
-            }
+                segments.push_back({row, begin, end});
             begin = end;
         }
     }
     return segments;
+}
+
+std::vector<tSegment> labelSegments(const tFigure& figure)
+{
+    std::vector<tSegment> widest(figure.m_vFields.size(), {0, 0, 0});
+    for (const tSegment& segment : segmentsOf(figure))
+    {
+        const tFigureRow& row = figure.m_vRows[segment.m_nRow];
+        tSegment& best = widest[static_cast<std::size_t>(row.m_aiField[segment.m_uiBegin])];
+        const unsigned int width = segment.m_uiEnd - segment.m_uiBegin;
+        const unsigned int most = best.m_uiEnd - best.m_uiBegin;
+        if (width > most || (width == most && row.m_bTorn))
+            best = segment;
+    }
+    return widest;
 }
 
 std::vector<tFigure> figures4Record(const CLayout& layout, const CLayoutPaths& paths, unsigned int record,

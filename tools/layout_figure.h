@@ -55,6 +55,9 @@ struct tSegment
     unsigned int m_uiEnd;
 };
 
+/// The segments of all rows, in order.
+std::vector<tSegment> segmentsOf(const tFigure& figure);
+
 /// The widest segment of each field, where its label goes; of equal ones a torn row, else the first.
 std::vector<tSegment> labelSegments(const tFigure& figure);
 

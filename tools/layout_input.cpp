@@ -14,6 +14,8 @@ namespace murv::tool
 
 namespace
 {
+constexpr const char* s_cpLayoutHelp = "Layout: a file, or the name of an installed one";
+
 /// What a mistake is marked with: the token at its place.
 tRange range4Mistake(std::string_view text, std::size_t offset)
 {
@@ -40,8 +42,18 @@ E_ExitCode loadAndCompile(CDiagnostics& diagnostics, tLoadedLayout& layout)
 
 CLI::Option* declareLayout(CLI::App& verb, std::string& layout)
 {
-    return verb.add_option("-l,--layout", layout, "Layout: a file, or the name of an installed one")
-        ->type_name("LAYOUT");
+    return verb.add_option("-l,--layout", layout, s_cpLayoutHelp)->type_name("LAYOUT");
+}
+
+CLI::Option* declareLayoutArgument(CLI::App& verb, std::string& layout)
+{
+    return verb.add_option("LAYOUT", layout, s_cpLayoutHelp);
+}
+
+void declareEitherLayout(CLI::App& verb, std::string& layout)
+{
+    CLI::Option* const argument = declareLayoutArgument(verb, layout);
+    declareLayout(verb, layout)->excludes(argument);
 }
 
 E_ExitCode readLayout(const std::string& nameOrFile, CDiagnostics& diagnostics, tLoadedLayout& layout)

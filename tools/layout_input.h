@@ -19,6 +19,10 @@ struct tLoadedLayout
 
 /// Declares the option -l of the verb, which names a layout.
 CLI::Option* declareLayout(CLI::App& verb, std::string& layout);
+/// Declares the argument LAYOUT of the verb.
+CLI::Option* declareLayoutArgument(CLI::App& verb, std::string& layout);
+/// Declares both for one layout, of which users give one.
+void declareEitherLayout(CLI::App& verb, std::string& layout);
 
 /// Loads and compiles a layout by file or by installed name.
 E_ExitCode readLayout(const std::string& nameOrFile, CDiagnostics& diagnostics, tLoadedLayout& layout);

@@ -5,8 +5,8 @@
 #include <filesystem>
 
 #include "tools/json_text.h"
+#include "tools/lossless.h"
 #include "tools/packet_report.h"
-#include "tools/text_format.h"
 
 namespace murv::tool
 {
@@ -88,7 +88,7 @@ E_ExitCode CSampleDirectory::put(std::uint64_t number, tSample& sample, CDiagnos
     tLoss loss;
     if (m_bJson)
         text = m_tJson.tree4Packet(sample.m_strPacket) + "\n";
-    else if (!writeText(sample.m_tTree, "", {}, text, loss))
+    else if (!writeText(sample.m_tTree, false, text, loss))
         return diagnostics.fail(m_strPath + file, loss.m_strMessage, EC_malformed);
     addToIndex(number, sample.m_ullSeed, ",\"tree\":" + json4Text(file), sample.m_strPacket.size());
     return writeFile(m_strPath + file, text, diagnostics, false);

@@ -50,6 +50,7 @@ constexpr tCharacterRange s_ctControls[] = {
     {0x061C, 0x061C},                    // the rest change the direction of writing: marks,
     {0x200E, 0x200F}, {0x202A, 0x202E},  // embeddings and overrides,
     {0x2066, 0x2069},                    // isolates
+    {0xFEFF, 0xFEFF},                    // byte order mark, which takes no room: marks would be beside their place
 };
 }  // namespace
 

@@ -20,7 +20,7 @@ bool isUtf8(std::string_view text);
 char32_t codePoint(std::string_view sequence);
 
 /// Whether a terminal would act on the character instead of showing it: control characters, and the characters that
-/// change the direction of writing, which can make a text look like another one.
+/// change the direction of writing, which can make a text look like another one; and byte order marks.
 bool isControl(char32_t character);
 
 /// The text as people may see it on a terminal: each control character, and each byte that is part of no character,

@@ -173,7 +173,7 @@ private:
     std::string m_strLayout;
     tLoadedLayout m_tLayout;
     CWarningOptions m_tWarnings;
-    std::uint64_t m_ullMost = 20;
+    std::uint64_t m_ullMost = s_cnMostMistakes;
     bool m_bQuiet = false;
 };
 }  // namespace

@@ -1,7 +1,8 @@
 // tools/verb_convert.cpp - murv convert: text to binary files and back, and to and from JSON.
 //
-// Savings are lossless: the verb names what a text, a binary file or JSON cannot hold. It writes a result only after
-// reading it back and finding the same tree, except JSON, which it writes in pieces.
+// A text that becomes a text keeps its tokens. Else savings are lossless: the verb names what a text, a binary file or
+// JSON cannot hold. It writes a result only after reading it back and finding the same document, except JSON, which it
+// writes in pieces.
 #include "tools/verb.h"
 
 #include <unistd.h>
@@ -9,13 +10,14 @@
 #include <CLI/CLI.hpp>
 
 #include "murv/loader.h"
-#include "murv/saver.h"
+#include "murv/syntax.h"
 #include "tools/file_option.h"
 #include "tools/input.h"
 #include "tools/json_input.h"
 #include "tools/json_writer.h"
+#include "tools/lossless.h"
 #include "tools/replace_file.h"
-#include "tools/whole_text.h"
+#include "tools/same_document.h"
 
 namespace murv::tool
 {
@@ -62,7 +64,7 @@ public:
         CFields tree;
         if (const E_ExitCode code = readInput(m_strFile, session.m_tDiagnostics, input))
             return code;
-        if (const E_ExitCode code = load(input, session.m_tDiagnostics, tree))
+        if (const E_ExitCode code = isLaidOut(input) ? EC_done : load(input, session.m_tDiagnostics, tree))
             return code;
         if (m_strTo == s_svJson)
             return putJson(input, tree, session);
@@ -80,15 +82,26 @@ private:
         return m_strTo == "binary";
     }
 
+    bool isCompact() const
+    {
+        return m_strTo == "compact";
+    }
+
     bool isFromJson() const
     {
         return m_strFrom.empty() ? isJsonName(m_strFile) : m_strFrom == s_svJson;
     }
 
-    /// The source that spellings, comments and remarks are in; empty when they are in none.
-    std::string_view documentText(const tInput& input) const
+    /// Whether FILE may have comments and remarks that its tree lacks.
+    bool isFromText(const tInput& input) const
     {
-        return input.isText() && !isFromJson() ? input.text() : std::string_view();
+        return input.isText() && !isFromJson();
+    }
+
+    /// Whether the result has the tokens of FILE.
+    bool isLaidOut(const tInput& input) const
+    {
+        return isFromText(input) && !input.m_bTooBig && (m_strTo == "text" || isCompact());
     }
 
     /// What is wrong with the call, as far as the options alone show; or null.
@@ -125,13 +138,14 @@ private:
         return loadJsonInput(input, {m_bPlain, !m_strBytes.empty(), m_bNearest}, diagnostics, tree);
     }
 
-    E_ExitCode convert(const tInput& input, CFields& tree, CDiagnostics& diagnostics, std::string& result) const
+    E_ExitCode convert(const tInput& input, const CFields& tree, CDiagnostics& diagnostics, std::string& result) const
     {
         std::string password;
         if (const E_ExitCode code = readOutputPassword(input, diagnostics, password))
             return code;
-        return isBinary() ? toBinary(input, tree, password, diagnostics, result)
-                          : toText(input, tree, diagnostics, result);
+        if (isBinary())
+            return toBinary(input, tree, password, diagnostics, result);
+        return isLaidOut(input) ? layOut(input, diagnostics, result) : toText(input, tree, diagnostics, result);
     }
 
     E_ExitCode putJson(const tInput& input, const CFields& tree, tSession& session) const
@@ -142,7 +156,7 @@ private:
                                                                                         : JB_base64};
         if (!m_bPlain)
         {
-            if (const E_ExitCode code = checkWholeTree(input, documentText(input), tree, diagnostics))
+            if (const E_ExitCode code = isFromText(input) ? checkComments(input, tree, diagnostics) : EC_done)
                 return code;
         }
         tLoss loss;
@@ -157,10 +171,10 @@ private:
         return result.finish(diagnostics);
     }
 
-    E_ExitCode toBinary(const tInput& input, CFields& tree, const std::string& password, CDiagnostics& diagnostics,
-                        std::string& result) const
+    E_ExitCode toBinary(const tInput& input, const CFields& tree, const std::string& password,
+                        CDiagnostics& diagnostics, std::string& result) const
     {
-        if (const E_ExitCode code = checkWholeTree(input, documentText(input), tree, diagnostics))
+        if (const E_ExitCode code = isFromText(input) ? checkComments(input, tree, diagnostics) : EC_done)
             return code;
         tLoss loss;
         if (!writeBinary(tree, password, result, loss))
@@ -180,14 +194,29 @@ private:
         return errors.empty() ? withoutFunction(loader.getLastErrMsg()) : errors.front().m_strMessage;
     }
 
-    E_ExitCode toText(const tInput& input, CFields& tree, CDiagnostics& diagnostics, std::string& result) const
+    /// A text that becomes a text keeps its tokens, and needs no tree.
+    E_ExitCode layOut(const tInput& input, CDiagnostics& diagnostics, std::string& result) const
     {
-        tFormat format;
-        format.m_bCompact = m_strTo == "compact";
-        const CFields before = tree;  // writing changes the values
-        if (const E_ExitCode code = writeWholeText(input, documentText(input), tree, format, diagnostics, result))
+        tTextLayout layout;
+        layout.m_bCompact = isCompact();
+        std::optional<std::string> text = formatText(input.text(), m_tLoad.flags() | LCBC_DUPLICATE, layout);
+        if (text && haveSameTokens(input.text(), *text, layout))
+        {
+            result = std::move(*text);
+            return EC_done;
+        }
+        CFields unused;
+        if (const E_ExitCode code = load(input, diagnostics, unused))  // says why
             return code;
-        if (isTextOf(result, m_tLoad.flags(), before, !format.m_bCompact))
+        return diagnostics.fail(input.m_strName, "not converted: the result does not read back equal", EC_internal);
+    }
+
+    E_ExitCode toText(const tInput& input, const CFields& tree, CDiagnostics& diagnostics, std::string& result) const
+    {
+        tLoss loss;
+        if (!writeText(tree, isCompact(), result, loss))
+            return reportLoss(input, loss, diagnostics);
+        if (isTextOf(result, m_tLoad.flags(), tree, !isCompact()))
             return EC_done;
         return diagnostics.fail(input.m_strName, "text cannot hold it: the result does not read back equal",
                                 EC_malformed);

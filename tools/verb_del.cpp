@@ -1,8 +1,8 @@
 // tools/verb_del.cpp - murv del: removes one member of a document, and keeps the rest as it is.
 #include <CLI/CLI.hpp>
 
-#include "murv/path.h"
 #include "tools/edit_verb.h"
+#include "tools/path_report.h"
 
 namespace murv::tool
 {
@@ -22,7 +22,7 @@ private:
     E_ExitCode change(const tInput& input, CDocument& document, CDiagnostics& diagnostics) const override
     {
         if (find(document.tree(), path()) == nullptr)
-            return reportMissing(input, diagnostics);
+            return reportNothingAt(path(), input, diagnostics);
         document.remove(path());
         return EC_done;
     }

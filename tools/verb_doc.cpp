@@ -18,7 +18,7 @@ class CDocVerb : public IVerb
 public:
     void declare(CLI::App& verb) override
     {
-        verb.add_option("LAYOUT", m_strLayout, "Layout: a file, or the name of an installed one")->required();
+        declareLayoutArgument(verb, m_strLayout)->required();
         verb.footer("The page goes to the standard output. It needs no other file, and no scripts.\n");
     }
 

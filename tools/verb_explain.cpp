@@ -91,13 +91,8 @@ private:
         std::size_t place = 0;
         if (bytes4Hex(m_strHex, packet, place))
             return EC_done;
-        tDiagnostic diagnostic;
-        diagnostic.m_strFile = "<hex>";
-        diagnostic.m_strMessage = "two hexadecimal digits are needed for each byte";
-        diagnostic.m_svSource = m_strHex;
-        diagnostic.m_tRange = {place, place + 1};
-        diagnostics.report(diagnostic);
-        return EC_wrongCall;
+        return diagnostics.failAt("<hex>", m_strHex, {place, place + 1},
+                                  "two hexadecimal digits are needed for each byte", EC_wrongCall);
     }
 
     std::unique_ptr<IExplainOutput> makeOutput(const CLayout& layout, std::string_view bytes,

@@ -13,8 +13,8 @@
 #include "murv/syntax.h"
 #include "tools/files_verb.h"
 #include "tools/json_text.h"
+#include "tools/lossless.h"
 #include "tools/replace_file.h"
-#include "tools/text_format.h"
 #include "tools/utf8.h"
 
 namespace murv::tool
@@ -22,8 +22,6 @@ namespace murv::tool
 
 namespace
 {
-constexpr std::size_t s_cnMostMistakes = 20;  // that are shown of a text
-
 /// Members of equal names all stay: the program that loads the document chooses among them.
 constexpr unsigned int s_cuiFlags = LCBC_DUPLICATE;
 
@@ -98,37 +96,34 @@ private:
 
     E_ExitCode runInput(const tInput& input, tSession& session) const override
     {
-        if (!input.isText() || input.m_bTooBig)
+        if (input.m_bTooBig)
+            return reportTooBig(input, session.m_tDiagnostics);
+        if (!input.isText())
             return layOutTree(input, session);
         bool isText = false;
         bool isSame = true;
         if (m_bCheck || m_bInPlace)
             isText = compare(input, isSame);
         else
-            isText = layOut(input, [&](std::string_view piece) { session.m_tOutput.put(piece); });
+            isText = layOut(input.text(), [&](std::string_view piece) { session.m_tOutput.put(piece); });
         if (!isText)
-        {
-            tLoadOptions options = loadOptions();
-            options.m_nMostMistakes = s_cnMostMistakes;
-            reportMistakes(input, options, s_cuiFlags, session.m_tDiagnostics);
-            return EC_malformed;
-        }
+            return reportMistakes(input, loadOptions(), session.m_tDiagnostics);
         if (isSame)
             return EC_done;
         return m_bInPlace ? replace(input, session.m_tDiagnostics) : tellDifference(input, session);
     }
 
     /// \return false when the text has mistakes
-    bool layOut(const tInput& input, const tPutPiece& receive) const
+    bool layOut(std::string_view text, const tPutPiece& receive) const
     {
-        return formatText(input.text(), loadOptions().flags() | s_cuiFlags, m_tLayout, receive);
+        return formatText(text, loadOptions().flags() | s_cuiFlags, m_tLayout, receive);
     }
 
     /// \param isSame  set: the text is laid out already. \return false when the text has mistakes
     bool compare(const tInput& input, bool& isSame) const
     {
         std::string_view left = input.text();
-        const bool isText = layOut(input, [&](std::string_view piece) {
+        const bool isText = layOut(input.text(), [&](std::string_view piece) {
             isSame = isSame && left.substr(0, piece.size()) == piece;
             left.remove_prefix(std::min(piece.size(), left.size()));
         });
@@ -145,7 +140,7 @@ private:
 
     E_ExitCode replace(const tInput& input, CDiagnostics& diagnostics) const
     {
-        const auto write = [&](const tPutPiece& put) { layOut(input, put); };
+        const auto write = [&](const tPutPiece& put) { layOut(input.text(), put); };
         const auto isRight = [&](std::string_view text) { return haveSameTokens(input.text(), text, m_tLayout); };
         return replaceFile(input, write, isRight, diagnostics);
     }
@@ -158,19 +153,13 @@ private:
         CFields tree;
         if (const E_ExitCode code = loadInput(input, loadOptions(), s_cuiFlags, SV_error, session.m_tDiagnostics, tree))
             return code;
-        tFormat format;
-        format.m_bCompact = m_tLayout.m_bCompact;
-        format.m_bOneLineArrays = m_tLayout.m_bOneLineArrays;
-        format.m_bNullWord = m_tLayout.m_bNullWord;
-        format.m_bFinalNewline = m_tLayout.m_bFinalNewline;
-        format.m_strIndentUnit = m_tLayout.m_strIndent;
         std::string text;
         tLoss loss;
-        if (!writeText(tree, std::string_view(), format, text, loss))
+        if (!writeText(tree, m_tLayout.m_bCompact, text, loss))
             return reportLoss(input, loss, session.m_tDiagnostics);
         if (m_bCheck)
             return tellDifference(input, session);
-        session.m_tOutput.put(text);
+        layOut(text, [&](std::string_view piece) { session.m_tOutput.put(piece); });
         return EC_done;
     }
 

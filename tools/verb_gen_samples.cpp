@@ -49,9 +49,7 @@ class CGenSamplesVerb : public IVerb
 public:
     void declare(CLI::App& verb) override
     {
-        CLI::Option* const layout =
-            verb.add_option("LAYOUT", m_strLayout, "Layout: a file, or the name of an installed one");
-        declareLayout(verb, m_strLayout)->excludes(layout);
+        declareEitherLayout(verb, m_strLayout);
         verb.add_option("-n,--count", m_ullCount, "How many samples, up to 1000000000")
             ->type_name("N")
             ->capture_default_str();

@@ -21,9 +21,7 @@ class CGenWiresharkVerb : public IVerb
 public:
     void declare(CLI::App& verb) override
     {
-        CLI::Option* const layout =
-            verb.add_option("LAYOUT", m_strLayout, "Layout: a file, or the name of an installed one");
-        declareLayout(verb, m_strLayout)->excludes(layout);
+        declareEitherLayout(verb, m_strLayout);
         verb.add_option("--port", m_uiPort, "Dissect the packets of this port; without, \"Decode As\" chooses them")
             ->type_name("N")
             ->check(CLI::Range(1U, s_cuiMostPort));

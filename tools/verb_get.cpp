@@ -7,11 +7,12 @@
 #include <utility>
 #include <vector>
 
-#include "murv/path.h"
-#include "tools/input.h"
+#include "murv/syntax.h"
 #include "tools/json_text.h"
 #include "tools/json_writer.h"
-#include "tools/text_format.h"
+#include "tools/lossless.h"
+#include "tools/path_report.h"
+#include "tools/same_document.h"
 
 namespace murv::tool
 {
@@ -41,8 +42,8 @@ public:
     {
         session.m_tDiagnostics.setJson(m_bJson);
         const tNodePath path = parsePath(m_strPath, PO_fromEnd | PO_several);
-        if (path.m_pError != nullptr)
-            return reportPath(path, session.m_tDiagnostics);
+        if (const E_ExitCode code = checkPath(m_strPath, path, session.m_tDiagnostics))
+            return code;
         tInput input;
         if (const E_ExitCode code = readInput(m_strFile, session.m_tDiagnostics, input))
             return code;
@@ -55,7 +56,7 @@ public:
         if (nodes.empty())
         {
             if (m_pDefault->count() == 0)
-                return reportMissing(input, path, taken, session.m_tDiagnostics);
+                return reportNothingAt(upTo(path, taken), input, session.m_tDiagnostics);
             out = default4Output();
         }
         else if (const E_ExitCode code = isMany(path) ? appendAll(nodes, input, session.m_tDiagnostics, out)
@@ -66,26 +67,10 @@ public:
     }
 
 private:
-    E_ExitCode reportPath(const tNodePath& path, CDiagnostics& diagnostics) const
+    /// The path up to the first step that leads nowhere.
+    std::string_view upTo(const tNodePath& path, std::size_t taken) const
     {
-        tDiagnostic diagnostic;
-        diagnostic.m_strFile = "PATH";
-        diagnostic.m_strMessage = path.m_pError;
-        diagnostic.m_svSource = m_strPath;
-        diagnostic.m_tRange = {path.m_nErrorAt, path.m_nErrorAt + 1};
-        diagnostics.report(diagnostic);
-        return EC_wrongCall;
-    }
-
-    E_ExitCode reportMissing(const tInput& input, const tNodePath& path, std::size_t taken,
-                             CDiagnostics& diagnostics) const
-    {
-        tDiagnostic diagnostic;
-        diagnostic.m_eSeverity = SV_note;  // a true answer is no error
-        diagnostic.m_strFile = input.m_strName;
-        diagnostic.m_strMessage = "nothing at " + m_strPath.substr(0, path.m_vStep[taken].m_nEnd);
-        diagnostics.report(diagnostic);
-        return EC_no;
+        return std::string_view(m_strPath).substr(0, path.m_vStep[taken].m_nEnd);
     }
 
     /// Whether the path may lead to several nodes: the form of the result must not depend on how many there are.
@@ -148,15 +133,33 @@ private:
         value.setOffsetStart(node.getOffsetStart());
         value.setOffsetEnd(node.getOffsetEnd());
         value.setVK(VK_actual);
-        tFormat format;
-        format.m_bCompact = isOneLine;
-        format.m_bFinalNewline = !m_bRaw;
-        std::string text;
+        std::string saved;
         tLoss loss;
-        if (!writeText(value, input.isText() ? input.text() : std::string_view(), format, text, loss))
-            return reportLoss(input, loss, diagnostics);
-        out += text;
-        return EC_done;
+        std::string_view text = spelling(value, input);
+        if (text.empty())
+        {
+            if (!writeText(value, isOneLine, saved, loss))
+                return reportLoss(input, loss, diagnostics);
+            text = saved;
+        }
+        tTextLayout layout;
+        layout.m_bCompact = isOneLine;
+        layout.m_bFinalNewline = !m_bRaw;
+        if (formatText(text, m_tLoad.flags(), layout, [&out](std::string_view piece) { out += piece; }))
+            return EC_done;
+        return diagnostics.fail(input.m_strName, "a value does not read back", EC_internal);
+    }
+
+    /// The text of a value in its document; empty when there is none, or when what it says was changed by members of
+    /// the same name or ID.
+    std::string_view spelling(const CFields& value, const tInput& input) const
+    {
+        if (value.isNull() || !input.isText())
+            return {};
+        const auto begin = static_cast<std::size_t>(value.getOffsetStart());
+        const auto end = static_cast<std::size_t>(value.getOffsetEnd());
+        const std::string_view text = input.text().substr(begin, end - begin);
+        return isTextOf(text, m_tLoad.flags(), value, false) ? text : std::string_view();
     }
 
     std::string m_strFile;

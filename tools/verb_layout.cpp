@@ -120,7 +120,7 @@ class CLayoutVerb : public IVerb
 public:
     void declare(CLI::App& verb) override
     {
-        verb.add_option("LAYOUT", m_strLayout, "Layout: a file, or the name of an installed one")->required();
+        declareLayoutArgument(verb, m_strLayout)->required();
         CLI::Option* const json = verb.add_flag("--json", m_bJson, "One JSON object a part, diagnostics as JSON lines");
         CLI::Option* const csv = verb.add_flag("--csv", m_bCsv, "Comma-separated values, one thing a column");
         verb.add_flag("--markdown", m_bMarkdown, "A table of Markdown")->excludes(json)->excludes(csv);

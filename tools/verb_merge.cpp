@@ -10,16 +10,14 @@
 #include "murv/flags.h"
 #include "tools/file_option.h"
 #include "tools/json_input.h"
+#include "tools/lossless.h"
 #include "tools/replace_file.h"
-#include "tools/whole_text.h"
 
 namespace murv::tool
 {
 
 namespace
 {
-constexpr std::size_t s_cnMostMistakes = 20;  // that are shown of a text
-
 class CMergeVerb : public IVerb
 {
 public:
@@ -76,14 +74,11 @@ private:
         }
         if (const E_ExitCode code = readInput(m_strFile, diagnostics, input))
             return code;
-        if (!input.isText() || input.m_bTooBig)
+        if (input.m_bTooBig)
+            return reportTooBig(input, diagnostics);
+        if (!input.isText())
             return loadBinary(input, document, diagnostics);
-        if (document.load(input.text()))
-            return EC_done;
-        tLoadOptions options = m_tLoad;
-        options.m_nMostMistakes = s_cnMostMistakes;
-        reportMistakes(input, options, LCBC_DUPLICATE, diagnostics);
-        return EC_malformed;
+        return document.load(input.text()) ? EC_done : reportMistakes(input, m_tLoad, diagnostics);
     }
 
     E_ExitCode loadBinary(const tInput& input, CDocument& document, CDiagnostics& diagnostics) const
@@ -94,8 +89,9 @@ private:
         if (const E_ExitCode code = loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_error, diagnostics, tree))
             return code;
         std::string text;
-        if (const E_ExitCode code = writeWholeText(input, {}, tree, {}, diagnostics, text))
-            return code;
+        tLoss loss;
+        if (!writeText(tree, false, text, loss))
+            return reportLoss(input, loss, diagnostics);
         if (!document.load(text))
             return diagnostics.fail(input.m_strName, "its text does not read back", EC_internal);
         return EC_done;

@@ -19,7 +19,7 @@ class CPictureVerb : public IVerb
 public:
     void declare(CLI::App& verb) override
     {
-        verb.add_option("LAYOUT", m_strLayout, "Layout: a file, or the name of an installed one")->required();
+        declareLayoutArgument(verb, m_strLayout)->required();
         verb.add_flag("--text", m_bText, "Rows of box-drawing characters instead of SVG");
         verb.add_option("--record", m_strRecord, "Only the records of this kind")->type_name("KIND");
         verb.footer(

@@ -11,6 +11,7 @@
 #include "tools/file_option.h"
 #include "tools/json_text.h"
 #include "tools/layout_input.h"
+#include "tools/lossless.h"
 #include "tools/packet_csv.h"
 #include "tools/packet_json.h"
 #include "tools/packet_report.h"
@@ -18,7 +19,6 @@
 #include "tools/record_kind.h"
 #include "tools/record_source.h"
 #include "tools/replace_file.h"
-#include "tools/text_format.h"
 
 namespace murv::tool
 {
@@ -296,7 +296,7 @@ private:
         tLoss loss;
         tInput input;
         input.m_strName = file() == "-" ? "<stdin>" : file();
-        if (!m_bJson && !writeText(tree, "", {}, text, loss))
+        if (!m_bJson && !writeText(tree, false, text, loss))
             return reportLoss(input, loss, diagnostics);
         result.put(text);
         return EC_done;
@@ -322,6 +322,17 @@ private:
         return EC_done;
     }
 
+    /// Reads a record as what is wanted, and hands on its findings.
+    E_RecordResult next(CRecordSource& source, CPacketJson& json, std::string& data, CFields& record,
+                        CFaultSink& faults) const
+    {
+        data.clear();
+        json.begin();
+        const E_RecordResult read = m_bJson ? source.next(json) : source.next(record);
+        faults.put(source.reader().getFindings());
+        return read;
+    }
+
     /// A file without its damaged records.
     E_ExitCode readRecords(const CLayout& layout, CFields& tree, std::string& text, bool& isRead, CFaultSink& faults,
                            CDiagnostics& diagnostics) const
@@ -338,10 +349,7 @@ private:
         for (;;)
         {
             CFields record;
-            data.clear();
-            json.begin();
-            const E_RecordResult read = m_bJson ? source.next(json) : source.next(record);
-            faults.put(source.reader().getFindings());
+            const E_RecordResult read = next(source, json, data, record, faults);
             if (read == RR_end || (read == RR_fault && !goesOn(source.reader(), faults)))
                 break;
             if (read == RR_fault)
@@ -373,10 +381,7 @@ private:
         for (;;)
         {
             CFields record;
-            data.clear();
-            json.begin();
-            const E_RecordResult read = m_bJson ? source.next(json) : source.next(record);
-            faults.put(source.reader().getFindings());
+            const E_RecordResult read = next(source, json, data, record, faults);
             if (read == RR_fault && m_bStop)
                 return goesOn(source.reader(), faults), EC_done;
             if (read == RR_end || (read == RR_fault && !goesOn(source.reader(), faults)))

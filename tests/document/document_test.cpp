@@ -327,6 +327,20 @@ TEST(Document, changesThatCannotBeMadeChangeNothing)
     EXPECT_TRUE(sameTree(document.tree(), before, ST_all));
 }
 
+TEST(Document, aNewValueDoesNotBecomeANameOfTheTextAfterIt)
+{
+    for (const char* const text : {"{}= 5", "{} /* c */ = 5", "[1]\n// c\n\n=", "#5 {}=5"})
+    {
+        CDocument document = loaded(text);
+        for (const char* const value : {"1", "\"s\""})
+            EXPECT_EQ(refusal([&] { document.setText(".", value); }),
+                      "The value would be the name of the text after the document, which begins with \"=\"");
+        EXPECT_EQ(document.text(), text);
+    }
+    EXPECT_EQ(changed("{}=5", [](CDocument& d) { d.set(".", array({1})); }), "[1] =5");
+    EXPECT_EQ(changed("\"a\" = [] = 5", [](CDocument& d) { d.set(".", "b"); }), "\"a\" = \"b\" = 5");
+}
+
 TEST(Document, textWithMistakesLeavesTheDocumentAsItIs)
 {
     CDocument document = loaded(s_cpService);

@@ -85,6 +85,16 @@ TEST(LosslessText, emptyStringsAreWritten)
     EXPECT_EQ(compact(untouched), "\"\"");
 }
 
+TEST(LosslessText, theLastLineHasOneLineEnd)
+{
+    const CFields after = commented(CFields(1), "// c", CP_after);
+    EXPECT_EQ(indented(after, SCBC_FINAL_NEWLINE), "1\n// c\n");
+    EXPECT_EQ(indented(commented(CFields(1), "// c", CP_trailing), SCBC_FINAL_NEWLINE), "1 // c\n");
+    CSaver4SER_HFW saver;
+    saver.setSCBC(SCBC_FINAL_NEWLINE);
+    EXPECT_EQ(saver.saving(after), "1\n// c\n\n");  // as ever
+}
+
 TEST(LosslessText, nullIsAlwaysTheWord)
 {
     EXPECT_EQ(compact(oneMember("a", CFields())), "{\"a\"=null}");

@@ -107,6 +107,13 @@ TEST(Format, lineEndsBecomeLikeTheFirst)
     EXPECT_EQ(laidOut("[\"a\rb\"]\n"), "[\n  \"a\rb\"\n]\n");
 }
 
+TEST(Format, theLastLineHasOneLineEnd)
+{
+    for (const char* const text : {"[1] // c", "[1] // c\n", "[1] // c\n\n\n", "[1] // c\r\n"})
+        EXPECT_EQ(laidOut(text), std::string("[1] // c") + (std::string_view(text).ends_with("\r\n") ? "\r\n" : "\n"));
+    EXPECT_EQ(laidOut("[1]\n\n/* c */\n\n"), "[1]\n\n/* c */\n");
+}
+
 TEST(Format, missingValuesStayMissing)
 {
     EXPECT_EQ(laidOut("[1,,2,]"), "[1, , 2,]\n");

@@ -161,6 +161,12 @@ TEST(CheckExplanations, areNotesForPrograms)
               "\"message\":\"a comment begins with // or stands between /* and */; # begins an ID, such as #7\"}]}\n");
 }
 
+TEST(CheckExplanations, aByteOrderMarkIsSeenAndMovesNoMark)
+{
+    const tRun run = murvOn("\xEF\xBB\xBF{\"a\"=1}", {"convert", "-", "--from", "json", "--to", "text"});
+    EXPECT_NE(run.m_strError.find("\n?{\"a\"=1}\n     ^\n"), std::string::npos) << run.m_strError;
+}
+
 TEST(CheckExplanations, ofTextsThatEditorsHideTheirFaultOf)
 {
     const auto note = [](const std::string& text) {

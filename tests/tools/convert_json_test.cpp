@@ -264,6 +264,13 @@ TEST(ConvertJson, everyPrefixOfJsonIsAnError)
     }
 }
 
+TEST(ConvertJson, nothingFollowsAByteOfValueZero)
+{
+    EXPECT_EQ(fault(std::string("[1]\0[2]", 7)), "<stdin>:1:4: error: no JSON: a byte of value 0");
+    EXPECT_EQ(fault(std::string("[1]\0", 4)), "<stdin>:1:4: error: no JSON: a byte of value 0");
+    EXPECT_EQ(fault(std::string("[\"\0\"]", 5)).rfind("<stdin>:1:3: error: no JSON: ", 0), 0U);
+}
+
 TEST(ConvertJson, mistakesNameTheirPlace)
 {
     const std::string text = "no JSON: syntax error while parsing ";

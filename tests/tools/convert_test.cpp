@@ -53,7 +53,7 @@ bool hasResult(const CTemporaryDirectory& files)
 
 TEST(Convert, refusesToLoseCommentsAndRemarks)
 {
-    for (const char* const to : {"text", "binary"})
+    for (const char* const to : {"json", "binary"})
     {
         const tRun comment = murvOn("{ \"a\" = 1 /*x*/ /*y*/ }", {"convert", "--to", to, "-"});
         EXPECT_EQ(comment.m_iExit, 3);
@@ -65,7 +65,34 @@ TEST(Convert, refusesToLoseCommentsAndRemarks)
         EXPECT_EQ(remark.m_strError.substr(0, remark.m_strError.find('\n')),
                   "<stdin>:1:15: error: this remark in a packet expression would be lost");
     }
-    EXPECT_EQ(murvOn("[1 /*x*/ /*y*/]", {"convert", "--to", "compact", "-"}).m_strOutput, "[1]\n");
+}
+
+TEST(Convert, textThatBecomesTextKeepsEverySpelling)
+{
+    const std::string name(300, 'n');
+    const std::string document = "{ // first\n  \"" + name +
+                                 "\" = (ANV2+128 remark) 007,\n  \"a\" = [1.0, 1e3, \"\\u0041 \xC3\xBC\"]" +
+                                 " /*x*/ /*y*/,\n  \"a\" = (ACF4) [],\n}\n";
+    const tRun text = murvOn(document, {"convert", "--to", "text", "-"});
+    EXPECT_EQ(text.m_strError, "");
+    EXPECT_EQ(text.m_strOutput, document);
+    EXPECT_EQ(murvOn("[ 007, 1.50 /*x*/ /*y*/, \"\\u0041\" ]", {"convert", "--to", "compact", "-"}).m_strOutput,
+              "[007,1.50,\"\\u0041\"]\n");
+}
+
+TEST(Convert, textEndsWithOneLineFeed)
+{
+    for (const char* const comments : {" // c", "\n// c", " // c\n// d\n\n/* e */"})
+    {
+        const std::string document = "[1]" + std::string(comments);
+        for (const char* const end : {"", "\n", "\n\n\n"})
+            EXPECT_EQ(murvOn(document + end, {"convert", "--to", "text", "-"}).m_strOutput, document + "\n");
+        const tRun binary = murvOn(document, {"convert", "--to", "binary", "-"});
+        ASSERT_EQ(binary.m_iExit, 0) << binary.m_strError;
+        const tRun text = murvOn(binary.m_strOutput, {"convert", "--to", "text", "-"});
+        EXPECT_EQ(text.m_strOutput.find("\n\n"), std::string::npos) << text.m_strOutput;
+        EXPECT_EQ(murvOn(text.m_strOutput, {"fmt", "--check", "-"}).m_iExit, 0) << text.m_strOutput;
+    }
 }
 
 TEST(Convert, textBecomesBinaryAndTextAgain)
@@ -340,23 +367,23 @@ TEST(Convert, whatTextCannotHoldIsNamedByItsPath)
 
 TEST(Convert, thePacketExpressionOfAContainerIsRefusedAtItsPlace)
 {
-    for (const char* const encoding : {"text", "compact", "binary"})
+    const std::pair<const char*, const char*> messages[] = {
+        {"binary", "the packet expression of this container would be lost"},
+        {"json", "a[1]: JSON cannot hold the packet expression of a container"}};
+    for (const auto& [encoding, message] : messages)
     {
         const tRun run = murvOn("{\"a\"=[1,\n(ACF4) [1]]}", {"convert", "--to", encoding, "-"});
         EXPECT_EQ(run.m_iExit, 3) << encoding;
-        EXPECT_EQ(run.m_strError,
-                  "<stdin>:2:8: error: the packet expression of this container would be lost\n"
-                  "(ACF4) [1]]}\n"
-                  "       ^\n");
+        EXPECT_EQ(run.m_strError, "<stdin>:2:8: error: " + std::string(message) + "\n(ACF4) [1]]}\n       ^\n");
     }
 }
 
-TEST(Convert, whatIsLostInTextIsShownAtItsPlace)
+TEST(Convert, whatIsLostIsShownAtItsPlace)
 {
-    const tRun run = murvOn("{\"a b\"=[1,\n(ANV2+128) 5]}", {"convert", "--to", "compact", "-"});
+    const tRun run = murvOn("{\"a b\"=[1,\n(ANV2+128) 5]}", {"convert", "--to", "json", "-"});
     EXPECT_EQ(run.m_iExit, 3);
     EXPECT_EQ(run.m_strError,
-              "<stdin>:2:12: error: \"a b\"[1]: text cannot hold this packet expression\n"
+              "<stdin>:2:12: error: \"a b\"[1]: JSON cannot hold this packet expression\n"
               "(ANV2+128) 5]}\n"
               "           ^\n");
 }
@@ -366,7 +393,7 @@ TEST(Convert, whatIsLostIsShownAtItsPlaceHoweverLongItsPathIs)
     std::string text = "(ANV2+128) 5";
     for (int level = 0; level < 100; ++level)
         text = "{\"level\"=\n" + text + "}";
-    const tRun run = murvOn(text, {"convert", "--to", "compact", "-"});
+    const tRun run = murvOn(text, {"convert", "--to", "json", "-"});
     EXPECT_EQ(run.m_iExit, 3);
     EXPECT_EQ(run.m_strError.rfind("<stdin>:101:12: error: level.level.", 0), 0U) << run.m_strError;
 }

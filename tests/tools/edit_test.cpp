@@ -111,6 +111,21 @@ TEST(Set, inPlaceNeedsAFile)
     EXPECT_EQ(run.m_strError, "murv: error: the standard input cannot be replaced: --in-place needs a file\n");
 }
 
+TEST(Set, warnsOfALaterMemberOfTheSameName)
+{
+    const std::string text = "{ \"a\" = 1, \"b\" = { \"c\" = 1 },\n  \"a\" = 2, \"b\" = { \"c\" = 3 } }\n";
+    const std::string warning =
+        "<stdin>:2:9: warning: this later member has the name a, too: programs that load the document take its value\n"
+        "  \"a\" = 2, \"b\" = { \"c\" = 3 } }\n"
+        "        ^\n";
+    const tRun run = murvOn(text, {"set", "-", "a", "5"});
+    EXPECT_EQ(run.m_iExit, 0);
+    EXPECT_EQ(run.m_strError, warning);
+    EXPECT_EQ(murvOn(text, {"del", "-", "/a"}).m_strError, warning);
+    EXPECT_EQ(murvOn(text, {"set", "-", "[2]", "5"}).m_strError, "");
+    EXPECT_NE(murvOn(text, {"set", "-", "b.c", "5"}).m_strError.find("<stdin>:2:18: warning: "), std::string::npos);
+}
+
 TEST(Del, removesAMemberWithItsComments)
 {
     EXPECT_EQ(edited({"del", "a"}).m_strOutput, "// head\n{\n\n  // two\n  \"b\" = [ 1.50,2 ]\n}\n");

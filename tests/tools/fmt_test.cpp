@@ -96,6 +96,17 @@ TEST(Fmt, finalNewlineCanBeSwitchedOff)
     EXPECT_EQ(fmt("[1]", {"--no-final-newline"}), "[1]");
 }
 
+TEST(Fmt, optionsWorkForBinaryFiles)
+{
+    const std::string binary =
+        murvOn("{\"a\"=[1,null],\"b\"={\"c\"=0.5}}", {"convert", "--to", "binary", "-"}).m_strOutput;
+    EXPECT_EQ(fmt(binary, {"--indent", "tab", "--no-null-word", "--no-final-newline"}),
+              "{\n\t\"a\" = [1,],\n\t\"b\" =\n\t{\n\t\t\"c\" = 0.5\n\t}\n}");
+    EXPECT_EQ(fmt(binary, {"--compact"}), "{\"a\"=[1,null],\"b\"={\"c\"=0.5}}\n");
+    EXPECT_EQ(fmt(binary, {"--no-one-line-arrays"}),
+              "{\n  \"a\" =\n  [\n    1,\n    null\n  ],\n  \"b\" =\n  {\n    \"c\" = 0.5\n  }\n}\n");
+}
+
 TEST(Fmt, numbersKeepTheirSpelling)
 {
     EXPECT_EQ(fmt("[0.1, 1.0, 1e3, -0.0, 1.50, 123456789.123456789, 1e400, 007, 05]"),

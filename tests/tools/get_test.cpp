@@ -58,9 +58,31 @@ TEST(Get, dotIsTheRoot)
 
 TEST(Get, containersAreWrittenAsText)
 {
-    EXPECT_EQ(value("#9"),
-              "{\n  \"on\" = true,\n  \"none\" = null,\n  \"list\" =\n  [\n    1,\n"
-              "    [2, 3]\n  ]\n}\n");
+    EXPECT_EQ(value("#9"), "{\n  \"on\" = true,\n  \"none\" = null,\n  \"list\" = [1, [2, 3]]\n}\n");
+}
+
+TEST(Get, valuesKeepTheirSpelling)
+{
+    const std::string name(300, 'n');
+    const std::string document =
+        "{ \"list\" = (ANF4) \"\\u0041\", // c\n  \"set\" = // why\n  {\n    #7 \"" + name +
+        "\" = (ANV2+128 x) 007, /*y*/ /*z*/ \"d\" = 1.0 // end\n  }, \"none\" = , \"e\" = 1e3 }";
+    EXPECT_EQ(murvOn(document, {"get", "-", "list"}).m_strOutput, "\"\\u0041\"\n");
+    EXPECT_EQ(murvOn(document, {"get", "-", "list", "-r"}).m_strOutput, std::string("\0A", 2));
+    EXPECT_EQ(murvOn(document, {"get", "-", "set"}).m_strOutput,
+              "{\n  #7 \"" + name + "\" = (ANV2+128 x) 007,\n  /*y*/ /*z*/ \"d\" = 1.0 // end\n}\n");
+    EXPECT_EQ(murvOn(document, {"get", "-", "*"}).m_strOutput,
+              "\"\\u0041\"\n{#7\"" + name + "\"=(ANV2+128)007,\"d\"=1.0}\nnull\n1e3\n");
+    EXPECT_EQ(murvOn(document, {"get", "-", "none"}).m_strOutput, "null\n");
+}
+
+TEST(Get, membersThatAreReadAgainAreThereOnce)
+{
+    const std::string document =
+        "{ \"x\" = { \"a\" = 1.0, \"a\" = 2.50 }, \"y\" = 1.0, \"y\" = 1e1, \"z\" = [1.0, 2e0] }";
+    EXPECT_EQ(murvOn(document, {"get", "-", "x"}).m_strOutput, "{\n  \"a\" = 2.5\n}\n");
+    EXPECT_EQ(murvOn(document, {"get", "-", "y"}).m_strOutput, "1e1\n");
+    EXPECT_EQ(murvOn(document, {"get", "-", "z"}).m_strOutput, "[1.0, 2e0]\n");
 }
 
 TEST(Get, stringsAreQuotedUnlessRaw)

@@ -150,9 +150,23 @@ TEST(InputOutput, documentsAboveTheLimitAreRefusedUnread)
 {
     const CTemporaryDirectory files;
     writeSparse(files, "big.murv", 2147483648);
-    const tRun run = murv(files, {"check", "big.murv"});
-    EXPECT_EQ(run.m_iExit, 3);
-    EXPECT_EQ(run.m_strError, "big.murv: error: Too big data size(2147483648)\n");
+    files.write("a.murv", "{}");
+    const std::vector<std::vector<std::string>> calls = {{"check", "big.murv"},
+                                                         {"fmt", "-i", "big.murv"},
+                                                         {"set", "big.murv", "a", "1"},
+                                                         {"del", "-i", "big.murv", "a"},
+                                                         {"get", "big.murv", "a"},
+                                                         {"diff", "a.murv", "big.murv"},
+                                                         {"merge", "-i", "big.murv", "a.murv"},
+                                                         {"merge", "a.murv", "big.murv"},
+                                                         {"convert", "big.murv", "--to", "text"},
+                                                         {"convert", "big.murv", "--from", "json", "--to", "binary"}};
+    for (const std::vector<std::string>& call : calls)
+    {
+        const tRun run = murv(files, call);
+        EXPECT_EQ(run.m_iExit, 3) << call[0];
+        EXPECT_EQ(run.m_strError, "big.murv: error: Too big data size(2147483648)\n") << call[0];
+    }
 }
 
 #ifndef MURV_TEST_SANITIZED

@@ -135,6 +135,13 @@ TEST(Pack, malformedJsonIsShownAtItsPlace)
     EXPECT_EQ(line.m_strError, "t:2: error: a record needs the members \"kind\" and \"data\"\n");
 }
 
+TEST(Pack, nothingFollowsAByteOfValueZeroInJson)
+{
+    const tRun run = pack(s_cpSalesLayout, std::string("{\"sales\":[]}\0{}", 15));
+    EXPECT_EQ(run.m_iExit, 3);
+    EXPECT_EQ(run.m_strError.substr(0, run.m_strError.find('\n')), "t:1:13: error: no JSON: a byte of value 0");
+}
+
 TEST(Pack, kindMayFollowTheData)
 {
     EXPECT_EQ(

@@ -1,0 +1,71 @@
+// tools/path_report.cpp - reports about the argument PATH.
+#include "tools/path_report.h"
+
+namespace murv::tool
+{
+
+namespace
+{
+std::string_view nameOf(const CFields& node)
+{
+    return {node.getName(), node.getNameLen()};
+}
+
+/// The last member of a container that has the name of this one.
+const CFields* lastOf(const CFields& container, const CFields& member)
+{
+    const CFields* last = &member;
+    for (const CFields& other : container)
+    {
+        if (container.isField() && nameOf(other) == nameOf(member))
+            last = &other;
+    }
+    return last;
+}
+}  // namespace
+
+E_ExitCode checkPath(const std::string& text, const tNodePath& path, CDiagnostics& diagnostics)
+{
+    if (path.m_pError == nullptr)
+        return EC_done;
+    return diagnostics.failAt("PATH", text, {path.m_nErrorAt, path.m_nErrorAt + 1}, path.m_pError, EC_wrongCall);
+}
+
+void warnOfRepeatedNames(const tNodePath& path, const tInput& input, const CFields& root, CDiagnostics& diagnostics)
+{
+    const CFields* node = &root;
+    for (const tPathPart& step : path.m_vStep)
+    {
+        tNodePath way;
+        way.m_vStep.push_back(step);
+        const CFields* const next = find(*node, way);
+        if (next == nullptr)
+            return;
+        const CFields* const last = step.m_eStep == PS_name || step.m_eStep == PS_token ? lastOf(*node, *next) : next;
+        if (last != next)
+        {
+            tDiagnostic diagnostic;
+            diagnostic.m_eSeverity = SV_warning;
+            diagnostic.m_strFile = input.m_strName;
+            diagnostic.m_strMessage = "this later member has the name " + pathName(nameOf(*next)) +
+                                      ", too: programs that load the document take its value";
+            diagnostic.m_svSource = input.text();
+            diagnostic.m_tRange = {static_cast<std::size_t>(last->getOffsetStart()),
+                                   static_cast<std::size_t>(last->getOffsetEnd())};
+            diagnostics.report(diagnostic);
+        }
+        node = next;
+    }
+}
+
+E_ExitCode reportNothingAt(std::string_view path, const tInput& input, CDiagnostics& diagnostics)
+{
+    tDiagnostic diagnostic;
+    diagnostic.m_eSeverity = SV_note;
+    diagnostic.m_strFile = input.m_strName;
+    diagnostic.m_strMessage = "nothing at " + std::string(path);
+    diagnostics.report(diagnostic);
+    return EC_no;
+}
+
+}  // namespace murv::tool
