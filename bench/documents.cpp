@@ -9,6 +9,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "core/memory/page_block.h"
 #include "tests/support/json_to_text.h"
 
 namespace murv_bench
@@ -87,7 +88,7 @@ void giveBackHeap()
 std::size_t heapInUse()
 {
     const struct mallinfo2 info = mallinfo2();
-    return info.uordblks + info.hblkhd;
+    return info.uordblks + info.hblkhd + murv::detail::mappedBytes();
 }
 
 }  // namespace murv_bench

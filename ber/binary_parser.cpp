@@ -154,7 +154,7 @@ inline void CBinaryParser::setFastLeaf(CFields& node, const tFastLeaf& leaf)
     tFieldAccess::setOffsets(node, static_cast<int>(start), static_cast<int>(m_tSource.offset()));
     if (leaf.m_eType == DT_codelist)
     {
-        const char* const codes = duplicatePrefixedStream(leaf.m_pValue, leaf.m_uiLength);
+        const char* const codes = duplicatePrefixedStream(m_tLoad.m_tNodeStack.pool(), leaf.m_pValue, leaf.m_uiLength);
         tFieldAccess::setType(node, DT_codelist, true).m_pData = codes;
         return;
     }

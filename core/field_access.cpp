@@ -1,15 +1,12 @@
-// core/field_access.cpp - copying, moving and releasing the parts of a node.
+// core/field_access.cpp - moving and releasing the parts of a node.
 //
-// In each function the steps that may fail come first, so that a node is always whole. Trees are copied without
-// recursion.
+// In each function the steps that may fail come first, so that a node is always whole.
 #include "core/field_access.h"
 
 #include <cstring>
 #include <utility>
 
 #include "core/field_vector.h"
-#include "core/member_cursor.h"
-#include "core/memory/walk_stack.h"
 
 namespace murv::detail
 {
@@ -31,7 +28,7 @@ void tFieldAccess::releaseSlot(const tSlot& slot) noexcept
             CFieldVector::destroy(slot.m_uValue.m_pFV);
     }
     else if (slot.m_eType == DT_codelist && slot.m_bOwned)
-        std::free(const_cast<char*>(slot.m_uValue.m_pData));
+        freePrefixed(const_cast<char*>(slot.m_uValue.m_pData));
 }
 
 void tFieldAccess::replaceSlot(CFields& node, E_ValueKind vk, const tSlot& fresh)
@@ -61,23 +58,6 @@ void tFieldAccess::dropSecond(CFields& node) noexcept
     setKind(node, VK_actual);
 }
 
-tSlot tFieldAccess::copySlot(const tSlot& slot)
-{
-    tSlot copy = slot;
-    if (isContainer(slot.m_eType))
-        copy.m_uValue.m_pFV = copyMembers(slot.m_uValue.m_pFV, slot.m_eType == DT_fields);
-    else if (slot.m_eType == DT_codelist)
-    {
-        copy.m_bOwned = slot.m_bOwned && slot.m_uValue.m_pData != nullptr;
-        if (copy.m_bOwned)
-        {
-            const std::string_view codes = view4Prefixed(slot.m_uValue.m_pData);
-            copy.m_uValue.m_pData = duplicatePrefixedStream(codes.data(), static_cast<unsigned int>(codes.size()));
-        }
-    }
-    return copy;
-}
-
 // The bytes of a number are kept under the other type. Those of a pointer never are, and no others become a pointer.
 void tFieldAccess::alignSecond(CFields& node) noexcept
 {
@@ -103,124 +83,6 @@ void tFieldAccess::alignSecond(CFields& node) noexcept
         std::memcpy(&first, &before.m_uValue, sizeof first);
         second.m_uValue = boolValue(first != 0);
     }
-}
-
-void tFieldAccess::copySecond(CFields& to, const CFields& from)
-{
-    // The record comes first: if there were no memory for it, a string copied before would have no owner.
-    tSideRecord& record = makeSideRecord(to);
-    record.m_tSecond = copySlot(slot(from, VK_fix));
-    setKind(to, kind(from));
-}
-
-// Inline, as copying arrays of numbers takes a tenth more instructions without.
-inline void tFieldAccess::copyOwnValues(CFields& to, const CFields& from)
-{
-    const E_DataType held = type(from);
-    if (isContainer(held))
-        setType(to, held).m_pFV = CFieldVector::empty();
-    else
-        setSlot(to, VK_actual, copySlot(slot(from, VK_actual)));
-    if (kind(from) != VK_actual) [[unlikely]]
-        copySecond(to, from);
-}
-
-void tFieldAccess::copyMembersInto(CFields& to, const CFields& from)
-{
-    if (isContainer(from))
-        to.m_uActValue.m_pFV = copyMembers(from.m_uActValue.m_pFV, type(from) == DT_fields);
-}
-
-void tFieldAccess::copyValues(CFields& to, const CFields& from)
-{
-    copyOwnValues(to, from);
-    copyMembersInto(to, from);
-}
-
-void tFieldAccess::copyInto(CFields& to, const CFields& from)
-{
-    copyParts(to, from);
-    copyMembersInto(to, from);
-}
-
-// Inline: without, copying a tree takes a tenth more instructions.
-inline void tFieldAccess::copyParts(CFields& to, const CFields& from)
-{
-    copyOwnValues(to, from);
-    to.m_uiID = from.m_uiID;
-    to.m_tPEI = from.m_tPEI;
-    to.m_iOffsetStart = from.m_iOffsetStart;
-    to.m_iOffsetEnd = from.m_iOffsetEnd;
-    if (hasLongName(from))
-        setLongName(to, longName(from), from.m_ucNameLen);
-    else
-        std::memcpy(to.m_acName, from.m_acName, sizeof to.m_acName);
-    to.m_ucNameLen = from.m_ucNameLen;
-    const tSideRecord* const record = sideRecord(from);
-    if (record == nullptr || (record->m_pOSA == nullptr && !record->m_bComment))
-        return;
-    tSideRecord& copy = makeSideRecord(to);
-    copy.m_pOSA = record->m_pOSA;
-    copy.m_bComment = record->m_bComment;
-    for (unsigned int pos = 0; pos < s_cuiCommentCount; ++pos)
-    {
-        if (const char* const text = record->m_tComment[pos].get())
-            copy.m_tComment[pos].setComment(text, static_cast<unsigned int>(std::strlen(text)));
-    }
-}
-
-// Most members have none themselves, and take no step of the walk over the tree. That saves 1 to 3 percent of the
-// instructions.
-inline const CFieldVector* tFieldAccess::copyUpToContainer(CMemberCursor& from, CFieldVector& to)
-{
-    while (const CFields* const member = from.take())
-    {
-        copyParts(to.appendInPlace(), *member);
-        const CFieldVector* const below = members(*member);
-        if (below != nullptr && below->count() != 0)
-            return below;
-    }
-    return nullptr;
-}
-
-CFieldVector* tFieldAccess::copyMembers(const CFieldVector* members, bool asFields)
-{
-    struct tFrame
-    {
-        CMemberCursor m_tFrom;
-        CFieldVector* m_pTo = nullptr;
-        CFields* m_pHolder = nullptr;  // of the copy; null for the outermost
-    };
-    if (members == nullptr || members->count() == 0)
-        return CFieldVector::empty();
-    CBlockPool pool;
-    CFieldVector* outermost = CFieldVector::make(members->count(), pool);
-    try
-    {
-        CWalkStack<tFrame> stack;
-        stack.push({CMemberCursor(members), outermost, nullptr});
-        while (!stack.empty())
-        {
-            tFrame& frame = stack.top();
-            if (const CFieldVector* const below = copyUpToContainer(frame.m_tFrom, *frame.m_pTo))
-            {
-                CFields& holder = frame.m_pTo->last();
-                holder.m_uActValue.m_pFV = CFieldVector::make(below->count(), pool);
-                stack.push({CMemberCursor(below), holder.m_uActValue.m_pFV, &holder});
-                continue;
-            }
-            CFieldVector*& place = frame.m_pHolder == nullptr ? outermost : frame.m_pHolder->m_uActValue.m_pFV;
-            if (frame.m_pHolder == nullptr ? asFields : type(*frame.m_pHolder) == DT_fields)
-                CFieldVector::indexNames(place);
-            stack.pop();
-        }
-    }
-    catch (...)
-    {
-        CFieldVector::destroy(outermost);
-        throw;
-    }
-    return outermost;
 }
 
 void tFieldAccess::setLongName(CFields& node, const char* name, unsigned int length)

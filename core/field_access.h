@@ -44,11 +44,11 @@ struct tFieldAccess
     }
     static E_ValueKind kind(const CFields& node)
     {
-        return static_cast<E_ValueKind>((node.m_ucState >> 4) & 3u);
+        return static_cast<E_ValueKind>((node.m_ucState & s_cuiKind) >> s_cuiKindShift);
     }
     static void setKind(CFields& node, unsigned int kind)
     {
-        node.m_ucState = static_cast<unsigned char>((node.m_ucState & ~0x30u) | (kind << 4));
+        node.m_ucState = static_cast<unsigned char>((node.m_ucState & ~s_cuiKind) | (kind << s_cuiKindShift));
     }
     /// Sets type and ownership of the first value. \return the value, for the caller to fill
     static uMultiValue& setType(CFields& node, E_DataType type, bool owned = false)
@@ -167,7 +167,7 @@ struct tFieldAccess
     static bool isBare(const CFields& node)
     {
         constexpr tPacketExpInfo none{};
-        return (node.m_ucState & 0x30u) == VK_actual << 4 && sideRecord(node) == nullptr &&
+        return (node.m_ucState & s_cuiKind) == VK_actual << s_cuiKindShift && sideRecord(node) == nullptr &&
                (node.m_iOffsetStart | node.m_iOffsetEnd) == 0 && std::memcmp(&node.m_tPEI, &none, sizeof none) == 0;
     }
 
@@ -212,13 +212,19 @@ struct tFieldAccess
     /// \return the members, which are not released, or null
     static CFieldVector* release(CFields& node)
     {
+        CPoolReleaser releaser;
+        return release(node, releaser);
+    }
+    /// The same for many nodes, which share the releaser.
+    static CFieldVector* release(CFields& node, CPoolReleaser& releaser)
+    {
         if (hasLongName(node))
             std::free(longName(node));
         if (node.m_uiSideRecord != 0)
             releaseSideRecord(node);
         const E_DataType held = type(node);
-        if (held == DT_codelist && isOwned(node))
-            std::free(const_cast<char*>(node.m_uActValue.m_pData));
+        if (held == DT_codelist && isOwned(node) && node.m_uActValue.m_pData != nullptr)
+            freePrefixed(const_cast<char*>(node.m_uActValue.m_pData), releaser);
         return isContainer(held) ? node.m_uActValue.m_pFV : nullptr;
     }
     /// Releases a slot's string or members.
@@ -271,6 +277,8 @@ struct tFieldAccess
     static CFields& appendMember(CFields& set, const char* name, unsigned int nameLen, unsigned int id);
 
     static constexpr unsigned int s_cuiOwned = 8;
+    static constexpr unsigned int s_cuiKind = 0x30;
+    static constexpr unsigned int s_cuiKindShift = 4;
     static constexpr unsigned int s_cuiMember = 0x40;
     static constexpr std::uintptr_t s_cuiOwnerTag = 1;
 
@@ -297,10 +305,14 @@ private:
     static void releaseSideRecord(CFields& node) noexcept;
     /// Values and the other parts, except members: a container copies as an empty one.
     static void copyParts(CFields& to, const CFields& from);
+    /// Whether a node has one value, no side record and no long name.
+    static bool isUsual(const CFields& node);
+    /// Appends a copy of such a node; a container copies as an empty one.
+    static void appendUsual(CFieldVector& to, const CFields& from, CBlockPool& pool);
     static void copyOwnValues(CFields& to, const CFields& from);
     static void copySecond(CFields& to, const CFields& from);
     /// Copies members in order, up to the first that has members. \return those, which are not copied, or null
-    static const CFieldVector* copyUpToContainer(CMemberCursor& from, CFieldVector& to);
+    static const CFieldVector* copyUpToContainer(CMemberCursor& from, CFieldVector& to, CBlockPool& pool);
     static void copyMembersInto(CFields& to, const CFields& from);
     static CFields& appendTo(CFieldVector*& members);
 };

@@ -204,39 +204,6 @@ void CFieldVector::dropIndex() noexcept
     large().m_pIndex = nullptr;
 }
 
-/// Gives back pooled blocks, those of one piece together.
-class CFieldVector::CReleaser
-{
-public:
-    CReleaser() = default;
-    CReleaser(const CReleaser&) = delete;
-    CReleaser& operator=(const CReleaser&) = delete;
-    ~CReleaser()
-    {
-        flush();
-    }
-    void release(detail::CBlockPool::tPiece* piece) noexcept
-    {
-        if (piece != m_pPiece)
-        {
-            flush();
-            m_pPiece = piece;
-        }
-        ++m_uiCount;
-    }
-
-private:
-    void flush() noexcept
-    {
-        if (m_pPiece != nullptr)
-            detail::CBlockPool::release(m_pPiece, m_uiCount);
-        m_uiCount = 0;
-    }
-
-    detail::CBlockPool::tPiece* m_pPiece = nullptr;
-    std::uint32_t m_uiCount = 0;
-};
-
 void CFieldVector::erase(CFieldVector*& self, std::uint32_t first, std::uint32_t last) noexcept
 {
     CNameIndex* const index = self->isSmall() ? nullptr : self->large().m_pIndex;
@@ -252,7 +219,7 @@ void CFieldVector::erase(CFieldVector*& self, std::uint32_t first, std::uint32_t
     self->closeGap(first, last);
     if (self->m_uiCount == 0)
     {
-        CReleaser releaser;
+        detail::CPoolReleaser releaser;
         freeBlocks(self, releaser);
         self = empty();
     }
@@ -314,7 +281,7 @@ void CFieldVector::afterRename(const CFields& member) noexcept
         dropIndex();
 }
 
-void CFieldVector::freeBlocks(CFieldVector* self, CReleaser& releaser) noexcept
+void CFieldVector::freeBlocks(CFieldVector* self, detail::CPoolReleaser& releaser) noexcept
 {
     if (!self->isSmall())
     {
@@ -337,58 +304,75 @@ void CFieldVector::freeBlocks(CFieldVector* self, CReleaser& releaser) noexcept
         std::free(self);
 }
 
-namespace
+/// A container whose members are being destroyed. While one of them is, it is stored in that node.
+struct CFieldVector::tDestroyed
 {
-
-/// Where to go on when the members of a node are destroyed; written into that node.
-struct tFrame
-{
-    tFrame* m_pUp;
+    tDestroyed* m_pAround;
     CFieldVector* m_pMembers;
-    std::uint32_t m_uiIndex;
+    std::uint32_t m_uiDone;
+    bool m_bBackward;
 };
-static_assert(sizeof(tFrame) <= sizeof(CFields));
-static_assert(alignof(tFrame) <= alignof(CFields));
 
-}  // namespace
+// A container that was loaded lies after what it holds, and a copy lies before it. Destroying goes the way the memory
+// lies: that takes a third of the time where a tree is larger than the caches.
+bool CFieldVector::liesAfterMembers() const noexcept
+{
+    if (isSmall() && isPooled())
+        return (m_uiRoom & s_cuiLoaded) != 0;
+    const CFieldVector* const below = m_uiCount == 0 ? nullptr : tFieldAccess::members(last());
+    return below != nullptr && below->isSmall() && below->isPooled() && (below->m_uiRoom & s_cuiLoaded) != 0;
+}
 
-// Descends in depth-first order. A node that is left holds a frame: its parts are released, and its block lives until
-// all its members are destroyed.
+CFieldVector::tRun CFieldVector::runBefore(std::uint32_t index) const noexcept
+{
+    if (isSmall())
+        return {first(), first() + index};
+    const tLarge::tSpot place = large().spot(index - 1);
+    CFields* const begin = large().m_pSegment[place.m_uiStep];
+    return {begin, begin + place.m_uiOffset + 1};
+}
+
+// Descends in depth-first order. A node that is left holds the place to go on: its parts are released, and its block
+// lives until all its members are destroyed.
 void CFieldVector::destroy(CFieldVector* self) noexcept
 {
-    CReleaser releaser;
-    tFrame* up = nullptr;
-    std::uint32_t index = 0;
+    static_assert(sizeof(tDestroyed) <= sizeof(CFields));
+    detail::CPoolReleaser releaser;
+    tDestroyed* around = nullptr;
+    std::uint32_t done = 0;
+    bool isBackward = self->liesAfterMembers();
     for (;;)
     {
         CFieldVector* below = nullptr;
-        while (below == nullptr && index < self->m_uiCount)
+        while (below == nullptr && done != self->m_uiCount)
         {
-            const tRun part = self->run(index);
-            for (CFields* node = part.m_pBegin; node != part.m_pEnd && below == nullptr; ++node, ++index)
+            const tRun part = isBackward ? self->runBefore(self->m_uiCount - done) : self->run(done);
+            CFields* node = isBackward ? part.m_pEnd - 1 : part.m_pBegin;
+            const std::ptrdiff_t step = isBackward ? -1 : 1;
+            for (std::ptrdiff_t left = part.m_pEnd - part.m_pBegin; left != 0 && below == nullptr; --left, node += step)
             {
-                below = tFieldAccess::release(*node);
+                ++done;
+                below = tFieldAccess::release(*node, releaser);
                 if (below != nullptr && below->m_uiCount == 0)
-                {
-                    freeBlocks(below, releaser);
-                    below = nullptr;
-                }
+                    freeBlocks(std::exchange(below, nullptr), releaser);
                 if (below != nullptr)
-                    up = new (static_cast<void*>(node)) tFrame{up, self, index + 1};
+                    around = new (static_cast<void*>(node)) tDestroyed{around, self, done, isBackward};
             }
         }
         if (below != nullptr)
         {
             self = below;
-            index = 0;
+            done = 0;
+            isBackward = self->liesAfterMembers();
             continue;
         }
         freeBlocks(self, releaser);
-        if (up == nullptr)
+        if (around == nullptr)
             return;
-        self = up->m_pMembers;
-        index = up->m_uiIndex;
-        up = up->m_pUp;
+        self = around->m_pMembers;
+        done = around->m_uiDone;
+        isBackward = around->m_bBackward;
+        around = around->m_pAround;
     }
 }
 

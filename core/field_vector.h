@@ -44,8 +44,7 @@ public:
     static CFieldVector* make(std::uint32_t room, detail::CBlockPool& pool)
     {
         const std::uint64_t size = s_cnHeadSize + std::uint64_t{room} * sizeof(CFields);
-        char* const block =
-            size > detail::CBlockPool::s_cnLongestBlock ? nullptr : pool.take(static_cast<std::size_t>(size));
+        char* const block = room > s_cuiPooledRoom ? nullptr : pool.take(static_cast<std::size_t>(size));
         if (block == nullptr)
             return make(room);
         const auto distance = static_cast<std::uint32_t>(pool.distance(block) / detail::CBlockPool::s_cnAlignment);
@@ -68,6 +67,12 @@ public:
         detail::tFieldAccess::setMember(*node, true);
         return *node;
     }
+    /// The same for a copy of a node's bytes, which the caller makes a node of its own.
+    CFields& appendBytes(const CFields& source) noexcept
+    {
+        return *static_cast<CFields*>(
+            std::memcpy(static_cast<void*>(first() + m_uiCount++), static_cast<const void*>(&source), sizeof source));
+    }
     /// Moves the members into a block of their own, leaving this one without any. Throws std::bad_alloc.
     CFieldVector* moveOut(detail::CBlockPool& pool)
     {
@@ -80,6 +85,8 @@ public:
         for (const CFields* from = first(); from != end; ++from, ++to)
             std::memcpy(static_cast<void*>(to), static_cast<const void*>(from), sizeof(CFields));
         own->m_uiCount = std::exchange(m_uiCount, 0);
+        if (own->isPooled())
+            own->m_uiRoom |= s_cuiLoaded;
         return own;
     }
     /// Releases the members, but not the block.
@@ -145,8 +152,11 @@ public:
 private:
     static constexpr std::uint32_t s_cuiLarge = 0xFFFFFFFF;
     static constexpr std::uint32_t s_cuiPooled = 0x80000000;  // with the distance from the piece's begin, and the room
-    static constexpr std::uint32_t s_cuiDistanceShift = 16;
-    static constexpr std::uint32_t s_cuiPooledRoom = 0xFFFF;
+    static constexpr std::uint32_t s_cuiDistanceShift = 13;
+    static constexpr std::uint32_t s_cuiLoaded = 0x1000;  // of a pooled block: those below it were taken before it
+    static constexpr std::uint32_t s_cuiPooledRoom = 0x0FFF;
+    static_assert(detail::CBlockPool::s_cnLongestPiece / detail::CBlockPool::s_cnAlignment <= s_cuiPooled >>
+                  s_cuiDistanceShift);
     static constexpr std::uint32_t s_cuiFirstRoom = 4;
     static constexpr std::uint32_t s_cuiInlineSegments = 4;
     static constexpr std::uint32_t s_cuiSegmentLimit = 32;
@@ -187,8 +197,10 @@ private:
     std::uint32_t findInLarge(const char* name, unsigned int length) const noexcept;
     static CFields& appendBeyond(CFieldVector*& self);
     static tLarge* grow(CFieldVector* self);
-    class CReleaser;
-    static void freeBlocks(CFieldVector* self, CReleaser& releaser) noexcept;
+    struct tDestroyed;
+    bool liesAfterMembers() const noexcept;
+    tRun runBefore(std::uint32_t index) const noexcept;
+    static void freeBlocks(CFieldVector* self, detail::CPoolReleaser& releaser) noexcept;
     static void indexManyNames(CFieldVector*& self, std::unique_ptr<detail::CNameIndex> ready) noexcept;
     std::unique_ptr<detail::CNameIndex> makeIndex() const noexcept;
     void adoptIndex(std::unique_ptr<detail::CNameIndex> index) noexcept;

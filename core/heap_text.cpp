@@ -58,6 +58,14 @@ char* duplicatePrefixedStream(const char* source, unsigned int length)
     return block;
 }
 
+void freePrefixed(char* block) noexcept
+{
+    if (block == nullptr)
+        return;
+    CPoolReleaser releaser;
+    freePrefixed(block, releaser);
+}
+
 char* resizePrefixed(char* block, unsigned int length, unsigned char fill)
 {
     if (block == nullptr)
@@ -65,9 +73,16 @@ char* resizePrefixed(char* block, unsigned int length, unsigned char fill)
     const auto before = static_cast<unsigned int>(view4Prefixed(block).size());
     if (before == length || length > s_cuiLongestCodes)
         return block;
-    char* const resized = static_cast<char*>(resizeBlock(block, length + s_cnPrefixedExtra));
+    const bool isPooled = (prefix4Block(block) & s_cuiPooled) != 0;
+    const std::size_t size = length + s_cnPrefixedExtra;
+    char* const resized = static_cast<char*>(isPooled ? allocateBlock(size) : resizeBlock(block, size));
     if (resized == nullptr)
         return block;
+    if (isPooled)
+    {
+        std::memcpy(resized + s_cuiPrefixWidth, block + s_cuiPrefixWidth, std::min(before, length));
+        freePrefixed(block);
+    }
     if (length > before)
         std::memset(resized + s_cuiPrefixWidth + before, fill, length - before);
     finishPrefixed(resized, length);

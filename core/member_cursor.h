@@ -30,6 +30,16 @@ public:
     {
         return m_pNext == m_pRunEnd && !hasRunLeft();
     }
+    /// Of all members.
+    std::uint32_t count() const
+    {
+        return m_pMembers == nullptr ? 0 : m_pMembers->count();
+    }
+    /// How many members it has stepped over.
+    std::uint32_t position() const
+    {
+        return m_uiAfterRun - static_cast<std::uint32_t>(m_pRunEnd - m_pNext);
+    }
     /// Steps over the next member. \return that member, or null at the end
     CFields* take()
     {

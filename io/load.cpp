@@ -49,6 +49,7 @@ void tLoad::start(const char* data, unsigned int size, CFields& target, unsigned
     m_eMember = MS_added;
     m_pBuilder = nullptr;
     m_tNodeStack.prepare(size);
+    m_tNodeStack.pool().begin(this);
     if (m_pIdIndex != nullptr)
         m_pIdIndex->clear();
     m_pLastValueEnd = nullptr;
@@ -62,6 +63,16 @@ void tLoad::finish()
     m_pBuilder = nullptr;
     m_pLastValueEnd = nullptr;
     m_pLastValueNode = nullptr;
+}
+
+std::size_t tLoad::bytesLeft(std::size_t taken) const noexcept
+{
+    if (m_pBuilder == nullptr || m_pBuilder->count() < 2)
+        return 0;
+    // The last member may have no offsets yet.
+    const auto read = static_cast<double>(m_pBuilder->at(m_pBuilder->count() - 2).getOffsetEnd());
+    const double left = static_cast<double>(m_pDataEnd - m_pDataBegin) - read;
+    return read <= 0 || left <= 0 ? 0 : static_cast<std::size_t>(static_cast<double>(taken) * left / read);
 }
 
 void tLoad::forgetErrors()

@@ -23,7 +23,7 @@ namespace murv::detail
 class CIdIndex;
 class CMemberBuilder;
 
-struct tLoad
+struct tLoad final : IPoolForecast
 {
     /// What is known of the current member.
     enum E_MemberState : unsigned char
@@ -57,6 +57,9 @@ struct tLoad
                   std::optional<std::ptrdiff_t> second = std::nullopt);
     /// Finds the fault for the exception that is being handled.
     void noteException();
+
+    /// What is still to be read will take as much for each byte as what was.
+    std::size_t bytesLeft(std::size_t taken) const noexcept override;
 
     bool has(unsigned int configBit) const
     {

@@ -38,6 +38,15 @@ public:
     {
         return m_nSize <= s_cnNear ? m_tNear[m_nSize - 1] : m_vFar.back();
     }
+    /// One of the first records, those below `nearSize()`.
+    const T& atNear(std::size_t index) const
+    {
+        return m_tNear[index];
+    }
+    std::size_t nearSize() const
+    {
+        return m_nSize < s_cnNear ? m_nSize : s_cnNear;
+    }
     void push(const T& frame)
     {
         // The record's address is not handed to a function: a walk's own record could not stay in registers then.
