@@ -125,7 +125,10 @@ void CFieldVector::tLarge::addSegment()
         std::copy_n(m_pInline, s_cuiInlineSegments, list);
         m_pSegment = list;
     }
-    m_pSegment[m_uiSegments] = static_cast<CFields*>(allot(segmentRoom(m_uiSegments) * sizeof(CFields)));
+    void* const segment = detail::allocateLarge(segmentRoom(m_uiSegments) * sizeof(CFields));
+    if (segment == nullptr)
+        throw std::bad_alloc();
+    m_pSegment[m_uiSegments] = static_cast<CFields*>(segment);
     ++m_uiSegments;
 }
 
@@ -288,7 +291,7 @@ void CFieldVector::freeBlocks(CFieldVector* self, detail::CPoolReleaser& release
         tLarge* const head = &self->large();
         self = head->m_pFirstBlock;
         for (std::uint32_t step = 1; step < head->m_uiSegments; ++step)
-            std::free(head->m_pSegment[step]);
+            detail::freeLarge(head->m_pSegment[step], head->segmentRoom(step) * sizeof(CFields));
         if (head->m_pSegment != head->m_pInline)
             std::free(head->m_pSegment);
         delete head->m_pIndex;

@@ -13,6 +13,7 @@
 #include "core/field_access.h"
 #include "core/field_vector.h"
 #include "core/memory/heap_block.h"
+#include "core/memory/page_block.h"
 #include "core/text/wide_math.h"
 #include "core/text/word_bytes.h"
 
@@ -72,7 +73,7 @@ CNameIndex::~CNameIndex()
 
 void CNameIndex::clear() noexcept
 {
-    std::free(m_pTable);
+    freeLarge(m_pTable, tableSize());
     m_pTable = nullptr;
     m_uiMask = m_uiUsed = 0;
     dropLinks();
@@ -311,7 +312,7 @@ bool CNameIndex::resize(std::uint64_t room) noexcept
         clear();
         return false;
     }
-    tEntry* const table = static_cast<tEntry*>(allocateBlock(room * sizeof(tEntry)));
+    tEntry* const table = static_cast<tEntry*>(allocateLarge(room * sizeof(tEntry)));
     if (table == nullptr)
     {
         clear();
@@ -319,6 +320,7 @@ bool CNameIndex::resize(std::uint64_t room) noexcept
     }
     std::memset(table, 0xFF, static_cast<std::size_t>(room) * sizeof(tEntry));
     tEntry* const before = m_pTable;
+    const std::uint64_t beforeSize = tableSize();
     const std::uint64_t beforeRoom = before == nullptr ? 0 : std::uint64_t{m_uiMask} + 1;
     m_pTable = table;
     m_uiMask = static_cast<std::uint32_t>(room - 1);
@@ -328,7 +330,7 @@ bool CNameIndex::resize(std::uint64_t room) noexcept
         if (before[at].m_uiPosition != s_cuiNone)
             place(before[at]);
     }
-    std::free(before);
+    freeLarge(before, beforeSize);
     return true;
 }
 

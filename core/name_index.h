@@ -64,6 +64,11 @@ private:
         std::uint32_t m_uiBefore = s_cuiNone;  // the member whose child or next this is
     };
 
+    /// In bytes.
+    std::uint64_t tableSize() const noexcept
+    {
+        return (std::uint64_t{m_uiMask} + 1) * sizeof(tEntry);
+    }
     bool resize(std::uint64_t room) noexcept;
     void place(tEntry entry) noexcept;
     void freeEntry(std::uint32_t hole) noexcept;

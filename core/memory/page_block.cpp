@@ -1,6 +1,9 @@
 // core/memory/page_block.cpp - pages of the system that begin where large ones can.
 #include "core/memory/page_block.h"
 
+#include <cstdlib>
+
+#include "core/memory/heap_block.h"
 #include "core/memory/poison.h"
 
 #if defined(__linux__) && !defined(MURV_ADDRESS_SANITIZER)
@@ -19,6 +22,8 @@ namespace murv::detail
 
 namespace
 {
+
+constexpr std::uint64_t s_cullPagesFrom = s_cnLargePage;
 
 /// Pages from anywhere; null without memory.
 char* takePages(std::size_t size) noexcept
@@ -98,6 +103,13 @@ std::size_t mappedBytes() noexcept
 
 #else
 
+namespace
+{
+
+constexpr std::uint64_t s_cullPagesFrom = UINT64_MAX;
+
+}  // namespace
+
 void* mapPages(std::size_t /*size*/) noexcept
 {
     return nullptr;
@@ -113,5 +125,21 @@ std::size_t mappedBytes() noexcept
 }
 
 #endif
+
+void* allocateLarge(std::uint64_t size) noexcept
+{
+    const auto bytes = static_cast<std::size_t>(size);
+    if (size < s_cullPagesFrom)
+        return allocateBlock(size);
+    return bytes == size ? mapPages(bytes) : nullptr;
+}
+
+void freeLarge(void* block, std::uint64_t size) noexcept
+{
+    if (size < s_cullPagesFrom)
+        std::free(block);
+    else if (block != nullptr)
+        unmapPages(block, static_cast<std::size_t>(size));
+}
 
 }  // namespace murv::detail

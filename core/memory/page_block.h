@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace murv::detail
 {
@@ -22,5 +23,11 @@ void* mapPages(std::size_t size) noexcept;
 void unmapPages(void* block, std::size_t size) noexcept;
 /// Bytes of all blocks that are in use.
 std::size_t mappedBytes() noexcept;
+
+/// A block of pages when the size fills large ones, else of the heap; null without memory. Leaves errno alone.
+/// \param size  a power of two
+void* allocateLarge(std::uint64_t size) noexcept;
+/// Frees a block of allocateLarge, or null. \param size  as it was given there
+void freeLarge(void* block, std::uint64_t size) noexcept;
 
 }  // namespace murv::detail

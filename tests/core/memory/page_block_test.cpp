@@ -9,10 +9,13 @@
 #include <cstring>
 #include <functional>
 #include <iterator>
+#include <string>
 #include <thread>
 
+#include "murv/fields.h"
 #include "tests/support/sanitized.h"
 
+using namespace murv;
 using namespace murv::detail;
 TEST(PageBlock, beginsAtALargePage)
 {
@@ -71,6 +74,37 @@ TEST(PageBlock, threadsShareNone)
     std::thread other(use, static_cast<unsigned char>(1));
     use(2);
     other.join();
+}
+
+TEST(PageBlock, aLargeSetLiesInThem)
+{
+    const std::size_t before = mappedBytes();
+    {
+        CFields set(DT_fields);
+        for (int i = 0; i < 200000; ++i)
+            set.addChildRef("n" + std::to_string(i)) = i;
+#ifndef MURV_TEST_SANITIZED
+        EXPECT_GE(mappedBytes(), before + 200000 * sizeof(CFields));
+#endif
+        EXPECT_EQ(set["n123456"].asSint32(), 123456);
+        set.removeChildAt(0U);
+        EXPECT_EQ(set.getChildAt(199998).asSint32(), 199999);
+        EXPECT_EQ(set["n123456"].asSint32(), 123456);
+        const CFields copy(set);
+        set.removeAll(DT_null);
+        EXPECT_EQ(copy["n199999"].asSint32(), 199999);
+    }
+    EXPECT_EQ(mappedBytes(), before);
+}
+
+TEST(PageBlock, smallBlocksAreOfTheHeap)
+{
+    const std::size_t before = mappedBytes();
+    void* const block = allocateLarge(s_cnLargePage / 2);
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(mappedBytes(), before);
+    freeLarge(block, s_cnLargePage / 2);
+    freeLarge(nullptr, s_cnLargePage);
 }
 
 TEST(PageBlock, thereIsNoneWithoutMemory)
