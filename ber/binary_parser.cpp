@@ -154,8 +154,10 @@ inline void CBinaryParser::setFastLeaf(CFields& node, const tFastLeaf& leaf)
     tFieldAccess::setOffsets(node, static_cast<int>(start), static_cast<int>(m_tSource.offset()));
     if (leaf.m_eType == DT_codelist)
     {
-        const char* const codes = duplicatePrefixedStream(m_tLoad.m_tNodeStack.pool(), leaf.m_pValue, leaf.m_uiLength);
-        tFieldAccess::setType(node, DT_codelist, true).m_pData = codes;
+        bool isPooled = false;
+        const char* const codes =
+            duplicatePrefixedStream(m_tLoad.m_tNodeStack.pool(), leaf.m_pValue, leaf.m_uiLength, isPooled);
+        tFieldAccess::setType(node, DT_codelist, true, isPooled).m_pData = codes;
         return;
     }
     uMultiValue& value = tFieldAccess::setType(node, leaf.m_eType);

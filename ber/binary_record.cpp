@@ -173,8 +173,8 @@ bool CBinaryParser::loadCodes(tRecord& record, CFields* target, std::size_t leng
         CFields* const node = takeNode(record, target);
         if (node == nullptr)
             return false;
-        value.m_uValue.m_pData =
-            duplicatePrefixedStream(m_tLoad.m_tNodeStack.pool(), m_tSource.cursor(), static_cast<unsigned int>(length));
+        value.m_uValue.m_pData = duplicatePrefixedStream(m_tLoad.m_tNodeStack.pool(), m_tSource.cursor(),
+                                                         static_cast<unsigned int>(length), value.m_bPooled);
         m_tSource.advance(length);
         finishLeaf(*node, record, value);
         return true;

@@ -27,8 +27,13 @@ void tFieldAccess::releaseSlot(const tSlot& slot) noexcept
         if (slot.m_uValue.m_pFV != nullptr)
             CFieldVector::destroy(slot.m_uValue.m_pFV);
     }
+    else if (slot.m_eType == DT_codelist && slot.m_bPooled)
+    {
+        CPoolReleaser releaser;
+        freePooled(slot.m_uValue.m_pData, releaser);
+    }
     else if (slot.m_eType == DT_codelist && slot.m_bOwned)
-        freePrefixed(const_cast<char*>(slot.m_uValue.m_pData));
+        std::free(const_cast<char*>(slot.m_uValue.m_pData));
 }
 
 void tFieldAccess::replaceSlot(CFields& node, E_ValueKind vk, const tSlot& fresh)

@@ -38,6 +38,10 @@ struct tFieldAccess
     {
         return type == DT_array || type == DT_fields;
     }
+    static bool isPooled(const CFields& node)
+    {
+        return (node.m_ucState & s_cuiPooled) != 0;
+    }
     static bool isOwned(const CFields& node)
     {
         return (node.m_ucState & s_cuiOwned) != 0;
@@ -51,9 +55,11 @@ struct tFieldAccess
         node.m_ucState = static_cast<unsigned char>((node.m_ucState & ~s_cuiKind) | (kind << s_cuiKindShift));
     }
     /// Sets type and ownership of the first value. \return the value, for the caller to fill
-    static uMultiValue& setType(CFields& node, E_DataType type, bool owned = false)
+    static uMultiValue& setType(CFields& node, E_DataType type, bool owned = false, bool pooled = false)
     {
-        node.m_ucState = static_cast<unsigned char>((node.m_ucState & ~15u) | type | (owned ? s_cuiOwned : 0u));
+        constexpr unsigned int others = s_cuiKind | s_cuiMember;
+        node.m_ucState = static_cast<unsigned char>((node.m_ucState & others) | type | (owned ? s_cuiOwned : 0u) |
+                                                    (pooled ? s_cuiPooled : 0u));
         return node.m_uActValue;
     }
     static uMultiValue& value(CFields& node)
@@ -73,7 +79,7 @@ struct tFieldAccess
     static tSlot slot(const CFields& node, E_ValueKind vk)
     {
         if (vk == VK_actual)
-            return {type(node), isOwned(node), node.m_uActValue};
+            return {type(node), isOwned(node), node.m_uActValue, isPooled(node)};
         const tSideRecord* const record = sideRecord(node);
         return record == nullptr ? tSlot{} : record->m_tSecond;
     }
@@ -84,7 +90,7 @@ struct tFieldAccess
     static void setSlot(CFields& node, E_ValueKind vk, const tSlot& slot)
     {
         if (vk == VK_actual)
-            setType(node, slot.m_eType, slot.m_bOwned) = slot.m_uValue;
+            setType(node, slot.m_eType, slot.m_bOwned, slot.m_bPooled) = slot.m_uValue;
         else
             makeSideRecord(node).m_tSecond = slot;
     }
@@ -225,8 +231,10 @@ struct tFieldAccess
         if (node.m_uiSideRecord != 0)
             releaseSideRecord(node);
         const E_DataType held = type(node);
-        if (held == DT_codelist && isOwned(node) && node.m_uActValue.m_pData != nullptr)
-            freePrefixed(const_cast<char*>(node.m_uActValue.m_pData), releaser);
+        if (held == DT_codelist && isPooled(node))
+            freePooled(node.m_uActValue.m_pData, releaser);
+        else if (held == DT_codelist && isOwned(node))
+            std::free(const_cast<char*>(node.m_uActValue.m_pData));
         return isContainer(held) ? node.m_uActValue.m_pFV : nullptr;
     }
     /// Releases a slot's string or members.
@@ -235,7 +243,7 @@ struct tFieldAccess
     static void replaceValue(CFields& node, const tSlot& fresh) noexcept
     {
         const tSlot before = slot(node, VK_actual);
-        setType(node, fresh.m_eType, fresh.m_bOwned) = fresh.m_uValue;
+        setType(node, fresh.m_eType, fresh.m_bOwned, fresh.m_bPooled) = fresh.m_uValue;
         if (before.m_eType == DT_codelist || isContainer(before.m_eType))
             releaseSlot(before);
     }
@@ -282,6 +290,7 @@ struct tFieldAccess
     static constexpr unsigned int s_cuiKind = 0x30;
     static constexpr unsigned int s_cuiKindShift = 4;
     static constexpr unsigned int s_cuiMember = 0x40;
+    static constexpr unsigned int s_cuiPooled = 0x80;
     static constexpr std::uintptr_t s_cuiOwnerTag = 1;
 
 private:

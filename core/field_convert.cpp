@@ -269,7 +269,8 @@ bool CFields::resizeCodes(unsigned int length, unsigned char fill, E_ValueKind v
     tSlot slot = tFieldAccess::slot(*this, vk);
     if (slot.m_eType != DT_codelist || !slot.m_bOwned || slot.m_uValue.m_pData == nullptr)
         return false;
-    slot.m_uValue.m_pData = detail::resizePrefixed(const_cast<char*>(slot.m_uValue.m_pData), length, fill);
+    slot.m_uValue.m_pData =
+        detail::resizePrefixed(const_cast<char*>(slot.m_uValue.m_pData), length, fill, slot.m_bPooled);
     tFieldAccess::setSlot(*this, vk, slot);
     return true;
 }

@@ -19,6 +19,7 @@ tSlot tFieldAccess::copySlot(const tSlot& slot)
     else if (slot.m_eType == DT_codelist)
     {
         copy.m_bOwned = slot.m_bOwned && slot.m_uValue.m_pData != nullptr;
+        copy.m_bPooled = false;
         if (copy.m_bOwned)
         {
             const std::string_view codes = view4Prefixed(slot.m_uValue.m_pData);
@@ -102,18 +103,25 @@ inline bool tFieldAccess::isUsual(const CFields& node)
 inline void tFieldAccess::appendUsual(CFieldVector& to, const CFields& from, CBlockPool& pool)
 {
     uMultiValue value = from.m_uActValue;
-    const E_DataType held = type(from);
-    if (isContainer(held))
+    unsigned int state = from.m_ucState | s_cuiMember;
+    if (isContainer(from))
         value.m_pFV = CFieldVector::empty();
-    else if (held == DT_codelist && isOwned(from) && value.m_pData != nullptr)
+    else if (isOwned(from))
     {
-        const std::string_view codes = view4Prefixed(value.m_pData);
-        value.m_pData = duplicatePrefixedStream(pool, codes.data(), static_cast<unsigned int>(codes.size()));
+        state &= ~(s_cuiOwned | s_cuiPooled);
+        if (value.m_pData != nullptr)
+        {
+            const std::string_view codes = view4Prefixed(value.m_pData);
+            bool pooled = false;
+            value.m_pData =
+                duplicatePrefixedStream(pool, codes.data(), static_cast<unsigned int>(codes.size()), pooled);
+            state |= s_cuiOwned | (pooled ? s_cuiPooled : 0u);
+        }
     }
     CFields& node = to.appendBytes(from);
     node.m_uActValue = value;
     node.m_uiSideRecord = 0;
-    setMember(node, true);
+    node.m_ucState = static_cast<unsigned char>(state);
 }
 
 // Most members have none themselves, and take no step of the walk over the tree. That saves 1 to 3 percent of the
@@ -152,7 +160,7 @@ public:
     explicit CCopyForecast(const tCopyStack& stack) : m_tStack(stack)
     {
     }
-    std::size_t bytesLeft(std::size_t taken) const noexcept override
+    double partDone() const noexcept override
     {
         double done = 0;
         double part = 1;  // that one member is of all
@@ -164,7 +172,7 @@ public:
             part /= from.count();
             done += part * (from.position() - 1);  // the last one is being copied
         }
-        return done <= 0 ? 0 : static_cast<std::size_t>(static_cast<double>(taken) * (1 - done) / done);
+        return done;
     }
 
 private:

@@ -125,6 +125,7 @@ void CFieldVector::tLarge::addSegment()
         std::copy_n(m_pInline, s_cuiInlineSegments, list);
         m_pSegment = list;
     }
+    static_assert(std::has_single_bit(sizeof(CFields)));  // and so the size of each segment
     void* const segment = detail::allocateLarge(segmentRoom(m_uiSegments) * sizeof(CFields));
     if (segment == nullptr)
         throw std::bad_alloc();

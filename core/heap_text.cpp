@@ -58,22 +58,19 @@ char* duplicatePrefixedStream(const char* source, unsigned int length)
     return block;
 }
 
-void freePrefixed(char* block) noexcept
+char* resizePrefixed(char* block, unsigned int length, unsigned char fill)
 {
-    if (block == nullptr)
-        return;
-    CPoolReleaser releaser;
-    freePrefixed(block, releaser);
+    bool isPooled = false;
+    return resizePrefixed(block, length, fill, isPooled);
 }
 
-char* resizePrefixed(char* block, unsigned int length, unsigned char fill)
+char* resizePrefixed(char* block, unsigned int length, unsigned char fill, bool& isPooled)
 {
     if (block == nullptr)
         return nullptr;
     const auto before = static_cast<unsigned int>(view4Prefixed(block).size());
     if (before == length || length > s_cuiLongestCodes)
         return block;
-    const bool isPooled = (prefix4Block(block) & s_cuiPooled) != 0;
     const std::size_t size = length + s_cnPrefixedExtra;
     char* const resized = static_cast<char*>(isPooled ? allocateBlock(size) : resizeBlock(block, size));
     if (resized == nullptr)
@@ -81,7 +78,9 @@ char* resizePrefixed(char* block, unsigned int length, unsigned char fill)
     if (isPooled)
     {
         std::memcpy(resized + s_cuiPrefixWidth, block + s_cuiPrefixWidth, std::min(before, length));
-        freePrefixed(block);
+        CPoolReleaser releaser;
+        freePooled(block, releaser);
+        isPooled = false;
     }
     if (length > before)
         std::memset(resized + s_cuiPrefixWidth + before, fill, length - before);

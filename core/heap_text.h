@@ -1,7 +1,7 @@
 // core/heap_text.h - the blocks that hold names, comments and string values.
 //
-// Names and comments come from malloc and go with free. An owned string value has its length before its bytes, and may
-// lie in a piece of a pool, so it goes with freePrefixed; a borrowed one is plain NUL-terminated text.
+// Names and comments come from malloc and go with free, and so do owned string values but for those of a pool. An owned
+// string value has its length before its bytes; a borrowed one is plain NUL-terminated text.
 #pragma once
 
 #include <cstddef>
@@ -30,47 +30,37 @@ char* duplicatePrefixedStream(const char* source, unsigned int length);
 
 /// Resizes an owned string value; new bytes at the end are `fill`. Null stays null; without memory nothing changes.
 char* resizePrefixed(char* block, unsigned int length, unsigned char fill);
-
-/// As duplicatePrefixedStream, from a pool where it has room.
-char* duplicatePrefixedStream(CBlockPool& pool, const char* source, unsigned int length);
-
-/// Frees a string value, or null.
-void freePrefixed(char* block) noexcept;
+/// The same for one that may come from a pool. \param isPooled  whether it does; set to false when it no longer does
+char* resizePrefixed(char* block, unsigned int length, unsigned char fill, bool& isPooled);
 
 inline constexpr unsigned int s_cuiPrefixWidth = 4;
-
-// A string value from a pool has a mark in its length prefix, and before that the bytes from where its piece begins.
-inline constexpr std::uint32_t s_cuiPooled = 0x80000000;
-inline constexpr std::size_t s_cnPooledHead = 2 * s_cuiPrefixWidth;
-
-inline std::uint32_t prefix4Block(const char* block)
-{
-    std::uint32_t prefix = 0;
-    std::memcpy(&prefix, block, sizeof prefix);
-    return prefix;
-}
-/// Bytes that a string value takes of a pool.
-inline std::size_t pooledSize(unsigned int length)
-{
-    constexpr std::size_t extra =
-        s_cnPooledHead + 1 + CBlockPool::s_cnAlignment - 1;  // head, NUL, and up to a multiple
-    return (length + extra) / CBlockPool::s_cnAlignment * CBlockPool::s_cnAlignment;
-}
 
 /// Bytes of an owned string value.
 inline std::string_view view4Prefixed(const char* block)
 {
-    return {block + s_cuiPrefixWidth, prefix4Block(block) & ~s_cuiPooled};
+    std::uint32_t length = 0;
+    std::memcpy(&length, block, sizeof length);
+    return {block + s_cuiPrefixWidth, length};
 }
 
-// Inline, as loading and copying do little else for a string.
-inline char* duplicatePrefixedStream(CBlockPool& pool, const char* source, unsigned int length)
+// A string value from a pool looks the same; four bytes before it tell how far from the begin of its piece they are.
+
+/// Bytes that a string value takes of a pool.
+inline std::size_t pooledSize(std::size_t length)
+{
+    constexpr std::size_t extra = 2 * s_cuiPrefixWidth + 1 + CBlockPool::s_cnAlignment - 1;  // up to a multiple
+    return (length + extra) / CBlockPool::s_cnAlignment * CBlockPool::s_cnAlignment;
+}
+
+/// As duplicatePrefixedStream, from a pool where it has room. Inline, as loading and copying do little else for a
+/// string. \param isPooled  set: it goes with freePooled
+inline char* duplicatePrefixedStream(CBlockPool& pool, const char* source, unsigned int length, bool& isPooled)
 {
     char* const begin = length > CBlockPool::s_cnLongestBlock ? nullptr : pool.take(pooledSize(length));
-    if (begin == nullptr)
+    isPooled = begin != nullptr;
+    if (!isPooled)
         return duplicatePrefixedStream(source, length);
-    const std::uint32_t head[] = {static_cast<std::uint32_t>(pool.distance(begin)), length | s_cuiPooled};
-    static_assert(sizeof head == s_cnPooledHead);
+    const std::uint32_t head[] = {static_cast<std::uint32_t>(pool.distance(begin)), length};
     std::memcpy(begin, head, sizeof head);
     if (length != 0)
         std::memcpy(begin + sizeof head, source, length);
@@ -78,19 +68,14 @@ inline char* duplicatePrefixedStream(CBlockPool& pool, const char* source, unsig
     return begin + s_cuiPrefixWidth;
 }
 
-/// Frees a string value that is not null, together with others.
-inline void freePrefixed(char* block, CPoolReleaser& releaser) noexcept
+/// Frees a string value of a pool, together with others.
+inline void freePooled(const char* block, CPoolReleaser& releaser) noexcept
 {
-    const std::uint32_t prefix = prefix4Block(block);
-    if ((prefix & s_cuiPooled) == 0)
-    {
-        std::free(block);
-        return;
-    }
-    char* const begin = block - s_cuiPrefixWidth;
-    const std::uint32_t distance = prefix4Block(begin);
-    poison(begin, pooledSize(prefix & ~s_cuiPooled));
-    releaser.release(reinterpret_cast<CBlockPool::tPiece*>(begin - distance));
+    const char* const begin = block - s_cuiPrefixWidth;
+    std::uint32_t distance = 0;
+    std::memcpy(&distance, begin, sizeof distance);
+    poison(begin, pooledSize(view4Prefixed(block).size()));
+    releaser.release(reinterpret_cast<CBlockPool::tPiece*>(const_cast<char*>(begin) - distance));
 }
 
 /// Bytes of a string value of either kind; a view without data for null.

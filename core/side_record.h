@@ -24,6 +24,7 @@ struct tSlot
     E_DataType m_eType = DT_null;
     bool m_bOwned = false;  // DT_codelist: the data is an owned block
     uMultiValue m_uValue;
+    bool m_bPooled = false;  // of an owned block: it comes from a pool
 };
 
 /// A bool with all eight bytes set, so that a copy under another type is well defined.

@@ -1,6 +1,8 @@
 // io/load.cpp - starting and ending a load, and members by name and ID.
 #include "io/load.h"
 
+#include <algorithm>
+
 #include <new>
 
 #include "core/field_access.h"
@@ -65,14 +67,15 @@ void tLoad::finish()
     m_pLastValueNode = nullptr;
 }
 
-std::size_t tLoad::bytesLeft(std::size_t taken) const noexcept
+double tLoad::partDone() const noexcept
 {
-    if (m_pBuilder == nullptr || m_pBuilder->count() < 2)
+    const auto size = static_cast<double>(m_pDataEnd - m_pDataBegin);
+    if (m_pBuilder == nullptr || m_pBuilder->count() < 2 || size <= 0)
         return 0;
-    // The last member may have no offsets yet.
-    const auto read = static_cast<double>(m_pBuilder->at(m_pBuilder->count() - 2).getOffsetEnd());
-    const double left = static_cast<double>(m_pDataEnd - m_pDataBegin) - read;
-    return read <= 0 || left <= 0 ? 0 : static_cast<std::size_t>(static_cast<double>(taken) * left / read);
+    // The last member has no offsets yet, or it is read again.
+    const std::uint32_t last = m_pBuilder->count() - 1;
+    const int read = std::max(m_pBuilder->at(last - 1).getOffsetEnd(), m_pBuilder->at(last).getOffsetEnd());
+    return static_cast<double>(read) / size;
 }
 
 void tLoad::forgetErrors()

@@ -58,8 +58,8 @@ struct tLoad final : IPoolForecast
     /// Finds the fault for the exception that is being handled.
     void noteException();
 
-    /// What is still to be read will take as much for each byte as what was.
-    std::size_t bytesLeft(std::size_t taken) const noexcept override;
+    /// Of the document's bytes.
+    double partDone() const noexcept override;
 
     bool has(unsigned int configBit) const
     {

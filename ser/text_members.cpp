@@ -102,9 +102,10 @@ inline bool CTextParser::loadStringFast(const char*& p, CFields& member)
     const char* const end = findStringStop(begin, m_pEnd);
     if (end == m_pEnd || *end != '"' || static_cast<std::size_t>(end - begin) > s_cuiLongestCodes)
         return false;
+    bool isPooled = false;
     const char* const codes =
-        duplicatePrefixedStream(m_tLoad.m_tNodeStack.pool(), begin, static_cast<unsigned int>(end - begin));
-    tFieldAccess::setType(member, DT_codelist, true).m_pData = codes;
+        duplicatePrefixedStream(m_tLoad.m_tNodeStack.pool(), begin, static_cast<unsigned int>(end - begin), isPooled);
+    tFieldAccess::setType(member, DT_codelist, true, isPooled).m_pData = codes;
     finishFast(p, member, end + 1);
     return true;
 }

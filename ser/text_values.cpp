@@ -91,8 +91,8 @@ bool CTextParser::allotUnescapeString(CFields& node, const tTokenInfo& token)
         return addError(s_cpTooLongCodes, token);
     startValue(node);
     tSlot slot{DT_codelist, true, {}};
-    slot.m_uValue.m_pData =
-        duplicatePrefixedStream(m_tLoad.m_tNodeStack.pool(), bytes.data(), static_cast<unsigned int>(bytes.size()));
+    slot.m_uValue.m_pData = duplicatePrefixedStream(m_tLoad.m_tNodeStack.pool(), bytes.data(),
+                                                    static_cast<unsigned int>(bytes.size()), slot.m_bPooled);
     tFieldAccess::replaceValue(node, slot);
     return finishValue(node, token);
 }

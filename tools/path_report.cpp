@@ -11,16 +11,31 @@ std::string_view nameOf(const CFields& node)
     return {node.getName(), node.getNameLen()};
 }
 
-/// The last member of a container that has the name of this one.
+bool haveSameName(const CFields& a, const CFields& b)
+{
+    return a.getNameLen() != 0 && nameOf(a) == nameOf(b);
+}
+
+bool haveSameId(const CFields& a, const CFields& b)
+{
+    return a.getID() != 0 && a.getID() == b.getID();
+}
+
+/// The last member of a field set that has the name or the ID of this one.
 const CFields* lastOf(const CFields& container, const CFields& member)
 {
     const CFields* last = &member;
     for (const CFields& other : container)
     {
-        if (container.isField() && nameOf(other) == nameOf(member))
+        if (container.isField() && (haveSameName(other, member) || haveSameId(other, member)))
             last = &other;
     }
     return last;
+}
+
+std::string shownMember(const CFields& member, const CFields& last)
+{
+    return haveSameName(member, last) ? "name " + pathName(nameOf(last)) : "ID " + std::to_string(last.getID());
 }
 }  // namespace
 
@@ -41,13 +56,13 @@ void warnOfRepeatedNames(const tNodePath& path, const tInput& input, const CFiel
         const CFields* const next = find(*node, way);
         if (next == nullptr)
             return;
-        const CFields* const last = step.m_eStep == PS_name || step.m_eStep == PS_token ? lastOf(*node, *next) : next;
+        const CFields* const last = lastOf(*node, *next);
         if (last != next)
         {
             tDiagnostic diagnostic;
             diagnostic.m_eSeverity = SV_warning;
             diagnostic.m_strFile = input.m_strName;
-            diagnostic.m_strMessage = "this later member has the name " + pathName(nameOf(*next)) +
+            diagnostic.m_strMessage = "this later member has the " + shownMember(*next, *last) +
                                       ", too: programs that load the document take its value";
             diagnostic.m_svSource = input.text();
             diagnostic.m_tRange = {static_cast<std::size_t>(last->getOffsetStart()),

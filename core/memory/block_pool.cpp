@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <new>
 
 #include "core/memory/heap_block.h"
 
@@ -18,7 +19,8 @@ namespace
 constexpr std::size_t s_cnFirstPiece = 256;               // smaller trees use the heap directly
 constexpr std::size_t s_cnPage = 4080;                    // with what malloc adds
 constexpr std::size_t s_cnLongestHeapPiece = 65536 - 16;  // heaps take larger blocks from the system each time
-constexpr std::size_t s_cnForecastFrom = 64 * 1024;       // estimates from less say little
+constexpr std::size_t s_cnHalfOfLongest = CBlockPool::s_cnLongestPiece / 2;
+constexpr std::size_t s_cnForecastFrom = 64 * 1024;  // estimates from less say little
 
 std::size_t pieceSize(std::size_t total)
 {
@@ -51,9 +53,7 @@ bool CBlockPool::open(std::size_t size) noexcept
 
 CBlockPool::tPiece* CBlockPool::makePiece(std::size_t size, std::size_t& room) const noexcept
 {
-    const bool isKnown = m_pForecast != nullptr && m_nTotal >= s_cnForecastFrom;
-    const std::size_t left = isKnown ? m_pForecast->bytesLeft(m_nTotal) : 0;
-    if (left >= s_cnLongestPiece / 2)
+    if (fillsPages())
     {
         room = s_cnLongestPiece;
         if (void* const pages = mapPages(room))
@@ -62,6 +62,15 @@ CBlockPool::tPiece* CBlockPool::makePiece(std::size_t size, std::size_t& room) c
     room = std::max(pieceSize(m_nTotal), size + s_cnHead) / s_cnAlignment * s_cnAlignment;
     void* const memory = allocateBlock(room);
     return memory == nullptr ? nullptr : new (memory) tPiece{{s_cuiOpen}, false};
+}
+
+/// Whether the tree is likely to take half of a large page or more.
+bool CBlockPool::fillsPages() const noexcept
+{
+    if (m_pForecast == nullptr || m_nTotal < s_cnForecastFrom)
+        return false;
+    const double done = m_pForecast->partDone();
+    return done > 0 && static_cast<double>(m_nTotal) * (1 - done) / done >= s_cnHalfOfLongest;
 }
 
 void CBlockPool::free(tPiece* piece) noexcept

@@ -11,7 +11,6 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <new>
 
 #include "core/memory/page_block.h"
 #include "core/memory/poison.h"
@@ -19,12 +18,12 @@
 namespace murv::detail
 {
 
-/// Tells a pool how much will still be taken from it.
+/// Tells a pool how far the tree is that is made with it.
 class IPoolForecast
 {
 public:
-    /// \param taken  bytes so far. \return an estimate; 0 when nothing is known
-    virtual std::size_t bytesLeft(std::size_t taken) const noexcept = 0;
+    /// \return an estimate of 0 to 1; 0 when nothing is known
+    virtual double partDone() const noexcept = 0;
 
 protected:
     ~IPoolForecast() = default;
@@ -100,6 +99,7 @@ private:
     /// Begins a new piece. \return false for a small tree, a long block or without memory.
     bool open(std::size_t size) noexcept;
     tPiece* makePiece(std::size_t size, std::size_t& room) const noexcept;
+    bool fillsPages() const noexcept;
     static void free(tPiece* piece) noexcept;
 
     tPiece* m_pPiece = nullptr;

@@ -91,8 +91,10 @@ void* mapPages(std::size_t size) noexcept
 
 void unmapPages(void* block, std::size_t size) noexcept
 {
+    const int before = errno;
     if (size != s_cnLargePage || !keep(block))
         munmap(block, size);
+    errno = before;
     s_nMapped.fetch_sub(size, std::memory_order_relaxed);
 }
 

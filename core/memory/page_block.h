@@ -1,9 +1,9 @@
 // core/memory/page_block.h - large blocks straight from the system, in pages of 2 MB where it has them.
 //
 // The first touch of a page is what large trees mostly cost: the system clears a page of 2 MB in an eighth of the time
-// that small ones take. With them, documents of 2 MB load in two thirds of the time on a cold heap, and one of 100 MB in
-// 0.4 of it. Blocks of the heap begin anywhere, and their neighbours touch their pages, so they hardly ever get large
-// ones. A virtual machine that is given its memory only when it touches it pays for that here, once.
+// that small ones take. With them, documents of 2 MB load in two thirds of the time on a cold heap, and one of 100 MB
+// in 0.4 of it. Blocks of the heap begin anywhere, and their neighbours touch their pages, so they hardly ever get
+// large ones. A virtual machine that is given its memory only when it touches it pays for that here, once.
 #pragma once
 
 #include <cstddef>

@@ -59,7 +59,8 @@ using tForeignPointer = std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, ch
 /// expression and comments.
 ///
 /// Ownership: a node owns its members, its name, its comments and its strings, except text given as CStaticString and
-/// the user pointer, which it borrows.
+/// the user pointer, which it borrows. A member that is moved out of a loaded or copied tree keeps the piece of memory
+/// that it lies in with others: an eighth of the tree, up to 2 MB. A copy of the member does not.
 ///
 /// References: a reference to a member stays valid, and means that member, while members are appended to its parent and
 /// while members after it are removed. It ends when that member or one before it is removed, or when its parent's
@@ -621,7 +622,7 @@ private:
     int m_iOffsetStart = 0;
     int m_iOffsetEnd = 0;
     tPacketExpInfo m_tPEI{};
-    unsigned char m_ucState = 0;  // bits 0..2 data type, 3 string is owned, 4..5 value kind, 6 is a member
+    unsigned char m_ucState = 0;  // bits 0..2 type, 3 string is owned, 4..5 value kind, 6 member, 7 of a pool
     unsigned char m_ucNameLen = 0;
 };
 

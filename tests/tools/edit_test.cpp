@@ -123,7 +123,17 @@ TEST(Set, warnsOfALaterMemberOfTheSameName)
     EXPECT_EQ(run.m_strError, warning);
     EXPECT_EQ(murvOn(text, {"del", "-", "/a"}).m_strError, warning);
     EXPECT_EQ(murvOn(text, {"set", "-", "[2]", "5"}).m_strError, "");
+    EXPECT_EQ(murvOn(text, {"set", "-", "[0]", "5"}).m_strError, warning);
     EXPECT_NE(murvOn(text, {"set", "-", "b.c", "5"}).m_strError.find("<stdin>:2:18: warning: "), std::string::npos);
+}
+
+TEST(Set, warnsOfALaterMemberOfTheSameId)
+{
+    EXPECT_EQ(
+        murvOn("{ #7 \"x\" = 1, #7 = 2 }\n", {"set", "-", "x", "5"}).m_strError,
+        "<stdin>:1:20: warning: this later member has the ID 7, too: programs that load the document take its value\n"
+        "{ #7 \"x\" = 1, #7 = 2 }\n"
+        "                   ^\n");
 }
 
 TEST(Del, removesAMemberWithItsComments)
