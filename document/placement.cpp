@@ -73,14 +73,14 @@ void takeLine(const tSourceNode& node, tMemberLayout& layout)
     layout.m_strIndent = line.m_strvIndentation;
 }
 
-/// Members come in the order of the text, so the first one that has a line end nearly always ends the search.
+/// The first line end before a member, which come in the order of the text; without any, one after a member.
 std::string firstLineEndOf(const CSourceTree& tree)
 {
-    for (std::uint32_t i = CSourceTree::s_cuiRoot; i != tree.size(); ++i)
+    for (const auto piece : {&tSourceNode::m_strvBefore, &tSourceNode::m_strvInner, &tSourceNode::m_strvAfter})
     {
-        for (const std::string_view piece : {tree[i].m_strvBefore, tree[i].m_strvInner, tree[i].m_strvAfter})
+        for (std::uint32_t i = CSourceTree::s_cuiRoot; i != tree.size(); ++i)
         {
-            if (const std::string_view end = firstLineEndIn(piece); !end.empty())
+            if (const std::string_view end = firstLineEndIn(tree[i].*piece); !end.empty())
                 return std::string(end);
         }
     }

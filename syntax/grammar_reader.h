@@ -1,8 +1,8 @@
 // syntax/grammar_reader.h - reads a text by its grammar, token by token, and finds every mistake in it.
 //
 // Nothing is kept of what was read: a sink gets each token with its role, in the order of the text, and takes what it
-// needs. So laying a text out takes no more memory for a long one than for a short one. The blanks
-// between two tokens are whatever lies between them.
+// needs. So laying a text out takes no more memory for a long one than for a short one. The blanks between two tokens
+// are whatever lies between them.
 //
 // After a mistake the reader goes on at the next comma, or at a bracket that closes an open container. What is skipped
 // gives no further mistakes.

@@ -418,6 +418,12 @@ TEST(Document, withoutMemoryNothingChanges)
     }
 }
 
+TEST(Document, ofMixedLineEndsTheFirstIsTaken)
+{
+    EXPECT_EQ(changed("{\n  \"a\" = 1\r\n}", [](CDocument& document) { document.set("b", 2); }),
+              "{\n  \"a\" = 1,\n  \"b\" = 2\r\n}");
+}
+
 TEST(Document, aChangeCostsTheSameInALongText)
 {
     const auto changes = [](std::size_t bytes) {
