@@ -14,7 +14,7 @@ class CJsonNodes
 public:
     /// Turns a field set for which isNodeObject() is true into the node that it stands for.
     /// \param fields  keeps its own name and offsets
-    /// \return what is wrong with it; empty when nothing is
+    /// \return an empty text, or the mistake in it
     std::string turn(CFields& fields, bool isNamed);
 
 private:
@@ -23,8 +23,8 @@ private:
     CTextExpressions m_tExpressions;
 };
 
-/// Turns a field set {"$hex":"00FF"} or {"$base64":"AP8="} into its bytes; others stay. \return what is
-/// wrong with it; empty when nothing is
+/// Turns a field set {"$hex":"00FF"} or {"$base64":"AP8="} into its bytes; others stay. \return an empty text, or the
+/// mistake in it
 std::string turnBytes(CFields& fields);
 
 }  // namespace murv::tool

@@ -28,7 +28,7 @@ public:
     unsigned int member(unsigned int part, const std::string& key) const;
     /// The part that repeats in an array; none for another part.
     unsigned int element(unsigned int part) const;
-    /// The record of a kind. \return what is wrong; empty when nothing is
+    /// The record of a kind. \return an empty text, or the mistake
     std::string findRecord(const std::string& kind, unsigned int& record) const;
 
 private:
