@@ -59,6 +59,26 @@ const std::vector<tDocument>& realDocuments()
     return documents;
 }
 
+tDocument withoutBlanks(const tDocument& document)
+{
+    std::string json;
+    json.reserve(document.m_strJson.size());
+    bool quoted = false;
+    for (std::size_t i = 0; i < document.m_strJson.size(); ++i)
+    {
+        const char byte = document.m_strJson[i];
+        if (byte == '"')
+            quoted = !quoted;
+        if (!quoted && (byte == ' ' || byte == '\n' || byte == '\r' || byte == '\t'))
+            continue;
+        json += byte;
+        if (quoted && byte == '\\')
+            json += document.m_strJson[++i];
+    }
+    std::string text = convert(json);
+    return {document.m_strName, std::move(json), std::move(text)};
+}
+
 tDocument makeRecords(std::size_t bytes)
 {
     std::string json = "[\n";

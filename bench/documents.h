@@ -20,6 +20,9 @@ struct tDocument
 /// Loaded once. Empty when MURV_CORPORA_DIR is not set.
 const std::vector<tDocument>& realDocuments();
 
+/// The same document without blanks and line breaks, under the same name.
+tDocument withoutBlanks(const tDocument& document);
+
 /// Records with names, numbers, texts and small arrays, of about that many bytes of JSON.
 tDocument makeRecords(std::size_t bytes);
 

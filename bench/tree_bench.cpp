@@ -311,6 +311,8 @@ void registerLibrary(const tDocument& document)
     };
     benchmark::RegisterBenchmark(name("parse").c_str(), parseDocument<tLibrary>, document, E_Heap::warm);
     benchmark::RegisterBenchmark(name("parse-cold").c_str(), parseDocument<tLibrary>, document, E_Heap::cold);
+    benchmark::RegisterBenchmark(name("parse-compact").c_str(), parseDocument<tLibrary>,
+                                 murv_bench::withoutBlanks(document), E_Heap::warm);
     benchmark::RegisterBenchmark(name("compact").c_str(), saveDocument<tLibrary>, document, false);
     benchmark::RegisterBenchmark(name("pretty").c_str(), saveDocument<tLibrary>, document, true);
     benchmark::RegisterBenchmark(name("copy").c_str(), copyDocument<tLibrary>, document, E_Heap::warm);

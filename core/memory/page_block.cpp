@@ -33,7 +33,7 @@ char* takePages(std::size_t size) noexcept
 }
 
 /// Blocks of one page that nobody uses.
-std::atomic<void*> s_pKept[4];
+std::atomic<void*> s_pKept[8];
 std::atomic<std::size_t> s_nMapped;
 
 void* takeKept() noexcept
