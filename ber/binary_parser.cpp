@@ -21,8 +21,20 @@ CBinaryParser::CBinaryParser(tLoad& load, CBodySource& source, bool littleEndian
 {
 }
 
+CBinaryParser::~CBinaryParser()
+{
+    m_tLoad.m_tNodeStack.pool().close();
+}
+
+double CBinaryParser::partDone() const noexcept
+{
+    const auto read = static_cast<double>(m_tSource.offset());
+    return read / (read + static_cast<double>(m_tSource.mostRemaining()));  // a member is being read: there are bytes
+}
+
 bool CBinaryParser::loadDocument(CFields& target)
 {
+    m_tLoad.m_tNodeStack.pool().begin(this);
     return loadRecord(&target);  // what follows the root's record is not looked at
 }
 

@@ -403,6 +403,26 @@ TEST(BlockPool, allPagesAreGivenBack)
     EXPECT_EQ(mappedBytes(), before);
 }
 
+TEST(BlockPool, aTreeFromABinaryFileGetsLargePages)
+{
+    if (!hasLargePages())
+        GTEST_SKIP() << "NOT TESTED: there are no large pages here";
+    const CFields tree = load(document(60000));
+    for (const char* const password : {"", "a password"})
+    {
+        const std::string file = CSaver4BER_BASIC().saving(tree, SAVE_ALL, password);
+        const std::size_t before = mappedBytes();
+        {
+            CLoader4BER loader;
+            CFields loaded;
+            ASSERT_TRUE(loader.loading(file, loaded, password)) << loader.getLastErrMsg();
+            EXPECT_GE(mappedBytes(), before + 4 * CBlockPool::s_cnLongestPiece);
+            EXPECT_EQ(loaded, tree);
+        }
+        EXPECT_EQ(mappedBytes(), before);
+    }
+}
+
 TEST(BlockPool, aMemberThatIsKeptKeepsOnePiece)
 {
     if (!hasLargePages())
