@@ -52,7 +52,10 @@ CFieldVector* CFieldVector::make(std::uint32_t room)
 {
     if (room >= s_cuiPooled)
         throw std::bad_alloc();  // a block of 128 GB, which nobody has
-    return new (allot(s_cnHeadSize + std::uint64_t{room} * sizeof(CFields))) CFieldVector(0, room);
+    void* const block = detail::allocateExact(s_cnHeadSize + std::uint64_t{room} * sizeof(CFields));
+    if (block == nullptr)
+        throw std::bad_alloc();
+    return new (block) CFieldVector(0, room);
 }
 
 void CFieldVector::releaseInPlace() noexcept
@@ -305,7 +308,7 @@ void CFieldVector::freeBlocks(CFieldVector* self, detail::CPoolReleaser& release
         releaser.release(piece);
     }
     else if (self->m_uiRoom != 0)
-        std::free(self);
+        detail::freeExact(self, s_cnHeadSize + std::uint64_t{self->m_uiRoom} * sizeof(CFields));
 }
 
 /// A container whose members are being destroyed. While one of them is, it is stored in that node.

@@ -128,6 +128,21 @@ std::size_t mappedBytes() noexcept
 
 #endif
 
+namespace
+{
+
+std::uint64_t wholePages(std::uint64_t size)
+{
+    return (size + s_cnLargePage - 1) / s_cnLargePage * s_cnLargePage;
+}
+
+bool takesPages(std::uint64_t size)
+{
+    return s_cullPagesFrom != UINT64_MAX && size >= s_cullExactPagesFrom;
+}
+
+}  // namespace
+
 void* allocateLarge(std::uint64_t size) noexcept
 {
     const auto bytes = static_cast<std::size_t>(size);
@@ -142,6 +157,21 @@ void freeLarge(void* block, std::uint64_t size) noexcept
         std::free(block);
     else if (block != nullptr)
         unmapPages(block, static_cast<std::size_t>(size));
+}
+
+void* allocateExact(std::uint64_t size) noexcept
+{
+    if (size > UINT64_MAX / 2)
+        return nullptr;
+    return takesPages(size) ? allocateLarge(wholePages(size)) : allocateBlock(size);
+}
+
+void freeExact(void* block, std::uint64_t size) noexcept
+{
+    if (takesPages(size))
+        freeLarge(block, wholePages(size));
+    else
+        std::free(block);
 }
 
 }  // namespace murv::detail

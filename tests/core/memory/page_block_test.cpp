@@ -13,6 +13,8 @@
 #include <thread>
 
 #include "murv/fields.h"
+#include "murv/loader.h"
+#include "murv/saver.h"
 #include "tests/support/large_pages.h"
 #include "tests/support/sanitized.h"
 
@@ -111,6 +113,37 @@ TEST(PageBlock, aLargeSetLiesInThem)
     EXPECT_EQ(mappedBytes(), before);
 }
 
+TEST(PageBlock, theOneBlockOfACopyOrOfABinaryFileLiesInThemFrom32MegabytesOn)
+{
+    constexpr unsigned int least = (32U << 20) / sizeof(CFields);
+    for (const unsigned int count : {least - 1, least})  // and some bytes for the head
+    {
+        CFields list(DT_array);
+        for (unsigned int i = 0; i < count; ++i)
+            list.addArrayAt(i);
+        const std::string file = CSaver4BER_BASIC().saving(list);
+        const std::size_t before = mappedBytes();
+        const std::size_t most = hasLargePages() && count == least ? before + (34U << 20) : before;
+        {
+            CFields copy(list);
+            EXPECT_EQ(mappedBytes(), most);
+            copy.addArrayAt("one more");
+            copy.removeChildAt(0U);
+            EXPECT_EQ(copy.getChildAt(count - 2).asUint32(), count - 1);
+            EXPECT_EQ(copy.getChildAt(count - 1).asString(), "one more");
+            copy.removeChildAll();
+            EXPECT_EQ(mappedBytes(), before);
+        }
+        {
+            CFields loaded;
+            ASSERT_TRUE(CLoader4BER().loading(file, loaded));
+            EXPECT_GE(mappedBytes(), most);
+            EXPECT_EQ(loaded, list);
+        }
+        EXPECT_EQ(mappedBytes(), before);
+    }
+}
+
 TEST(PageBlock, smallBlocksAreOfTheHeap)
 {
     const std::size_t before = mappedBytes();
@@ -119,11 +152,18 @@ TEST(PageBlock, smallBlocksAreOfTheHeap)
     EXPECT_EQ(mappedBytes(), before);
     freeLarge(block, s_cnLargePage / 2);
     freeLarge(nullptr, s_cnLargePage);
+    void* const longer = allocateExact(s_cullExactPagesFrom - 1);
+    ASSERT_NE(longer, nullptr);
+    EXPECT_EQ(mappedBytes(), before);
+    freeExact(longer, s_cullExactPagesFrom - 1);
+    freeExact(nullptr, s_cullExactPagesFrom);
 }
 
 TEST(PageBlock, thereIsNoneWithoutMemory)
 {
     errno = 7;
     EXPECT_EQ(mapPages(SIZE_MAX / s_cnLargePage * s_cnLargePage - 2 * s_cnLargePage), nullptr);
+    EXPECT_EQ(allocateExact(UINT64_MAX), nullptr);
+    EXPECT_EQ(allocateExact(UINT64_MAX / 4), nullptr);
     EXPECT_EQ(errno, 7);
 }
