@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <new>
 
 #include <gtest/gtest.h>
@@ -34,6 +35,7 @@ thread_local int s_iPaused = 0;
 thread_local long s_lAsked = 0;
 thread_local long s_lFailAt = 0;
 thread_local long s_lLive = 0;
+thread_local murv::tests::CFreedBlocks* s_pFreed = nullptr;
 
 /// valgrind puts its own operators in the place of ours, and must be given back what came from them.
 bool isUnderValgrind()
@@ -64,6 +66,8 @@ bool mayPass() noexcept
 }  // namespace
 
 #ifndef MURV_TEST_FOREIGN_MALLOC
+
+#include <malloc.h>
 
 #ifdef MURV_TEST_SANITIZED
 #define MURV_TEST_ORIGINAL(name) __interceptor_##name
@@ -111,6 +115,8 @@ extern "C"
     void free(void* block) noexcept
     {
         s_lLive -= block != nullptr ? 1 : 0;
+        if (s_pFreed != nullptr && block != nullptr)
+            s_pFreed->note(block, malloc_usable_size(block));
         MURV_TEST_ORIGINAL(free)(block);
     }
 }
@@ -238,6 +244,35 @@ bool CFailingMalloc::isNewReached()
 long CFailingMalloc::liveBlocks()
 {
     return s_lLive;
+}
+
+CFreedBlocks::CFreedBlocks()
+{
+    m_vBlocks.reserve(10000);
+    s_pFreed = this;
+}
+
+CFreedBlocks::~CFreedBlocks()
+{
+    s_pFreed = nullptr;
+}
+
+void CFreedBlocks::note(const void* block, std::size_t size) noexcept
+{
+    if (m_vBlocks.size() != m_vBlocks.capacity())
+        m_vBlocks.push_back({static_cast<const char*>(block), size});
+}
+
+long CFreedBlocks::positionOf(const void* byte) const
+{
+    const std::less<> isBefore;
+    for (std::size_t i = 0; i < m_vBlocks.size(); ++i)
+    {
+        const tBlock& block = m_vBlocks[i];
+        if (!isBefore(byte, block.m_pBegin) && isBefore(byte, block.m_pBegin + block.m_nSize))
+            return static_cast<long>(i);
+    }
+    return -1;
 }
 
 CNoFailure::CNoFailure()

@@ -1,9 +1,12 @@
-// tests/support/failing_malloc.h - makes the n-th allocation of a scenario fail.
+// tests/support/failing_malloc.h - makes the n-th allocation of a scenario fail, and sees in which order blocks go.
 //
 // A program that uses this has malloc, calloc, realloc and operator new replaced; outside a guarded scenario they
 // behave as usual. Where a tool brings its own allocator (valgrind, some sanitizers) the replacement of malloc may not
 // be reached; the tests ask first.
 #pragma once
+
+#include <cstddef>
+#include <vector>
 
 namespace murv::tests
 {
@@ -39,6 +42,30 @@ public:
     CNoFailure(const CNoFailure&) = delete;
     CNoFailure& operator=(const CNoFailure&) = delete;
     ~CNoFailure();
+};
+
+/// While one lives, the blocks that this thread frees are noted, where isMallocReached() says so.
+class CFreedBlocks
+{
+public:
+    CFreedBlocks();
+    CFreedBlocks(const CFreedBlocks&) = delete;
+    CFreedBlocks& operator=(const CFreedBlocks&) = delete;
+    ~CFreedBlocks();
+
+    /// How many blocks were freed before the one that a byte lay in; -1 when that one is not among the first 10,000.
+    long positionOf(const void* byte) const;
+    /// For the replacement of free.
+    void note(const void* block, std::size_t size) noexcept;
+
+private:
+    struct tBlock
+    {
+        const char* m_pBegin;
+        std::size_t m_nSize;
+    };
+
+    std::vector<tBlock> m_vBlocks;  // has its memory from the beginning
 };
 
 }  // namespace murv::tests
