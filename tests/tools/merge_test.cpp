@@ -138,7 +138,8 @@ TEST(Merge, warnsWithThePathInsteadOfAPlaceOnceTheTextHasChanged)
     files.write("p.json", "{\"x\":5}");
     files.write("q.json", "{\"a\":{\"b c\":5}}");
     const std::string warning =
-        "a: warning: a.\"b c\": a later member has the name \"b c\", too: programs that load the document take its value\n";
+        "a: warning: a.\"b c\": a later member has the name \"b c\", too: "
+        "programs that load the document take its value\n";
     EXPECT_EQ(murv(files, {"merge", "a", "p.json", "q.json"}).m_strError, warning);
 }
 
