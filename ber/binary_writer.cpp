@@ -16,8 +16,9 @@ namespace murv::detail
 namespace
 {
 
-constexpr std::size_t s_cnShortCodes = 256;  // string values up to this length go with the record's other parts
-constexpr std::size_t s_cnShortName = 32;    // copyShort takes names below this length
+// String values up to this length go with the record's other parts: on their own, saving takes up to 1.1 times as long.
+constexpr std::size_t s_cnShortCodes = 256;
+constexpr std::size_t s_cnShortName = 32;  // copyShort takes names below this length
 static_assert(s_cnLongestFixedPart + s_cnShortCodes <= CBodySink::s_cnMostRoom);
 
 std::string_view comment(const CFields& node, std::size_t position)
@@ -44,7 +45,7 @@ inline void visitLeaves(CMemberCursor& members, tVisit&& visit)
 }
 
 /// Visits all nodes of a tree, parents before their members.
-// Always inlined, so that what the visits need is in registers: saving takes 3 percent fewer instructions.
+// Always inlined, so that what the visits need is in registers: without, saving takes up to 1.08 times as long.
 template <typename tVisitContainer, typename tVisitLeaf>
 [[gnu::always_inline]] inline void forEachRecord(const CFields& root, tVisitContainer&& visitContainer,
                                                  tVisitLeaf&& visitLeaf)

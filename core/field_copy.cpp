@@ -37,8 +37,7 @@ void tFieldAccess::copySecond(CFields& to, const CFields& from)
     setKind(to, kind(from));
 }
 
-// Inline, as copying arrays of numbers takes a tenth more instructions without.
-inline void tFieldAccess::copyOwnValues(CFields& to, const CFields& from)
+void tFieldAccess::copyOwnValues(CFields& to, const CFields& from)
 {
     const E_DataType held = type(from);
     if (isContainer(held))
@@ -67,8 +66,7 @@ void tFieldAccess::copyInto(CFields& to, const CFields& from)
     copyMembersInto(to, from);
 }
 
-// Inline: without, copying a tree takes a tenth more instructions.
-inline void tFieldAccess::copyParts(CFields& to, const CFields& from)
+void tFieldAccess::copyParts(CFields& to, const CFields& from)
 {
     copyOwnValues(to, from);
     to.m_uiID = from.m_uiID;
@@ -93,7 +91,8 @@ inline void tFieldAccess::copyParts(CFields& to, const CFields& from)
     }
 }
 
-// Nearly all members are usual ones. Their copy is the bytes of the node with another string or an empty container.
+// Nearly all members are usual ones. Their copy is the bytes of the node with another string or an empty container:
+// part by part, documents take 1.2 to 1.5 times as long to copy.
 inline bool tFieldAccess::isUsual(const CFields& node)
 {
     return (node.m_ucState & s_cuiKind) == VK_actual << s_cuiKindShift && sideRecord(node) == nullptr &&

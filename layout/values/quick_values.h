@@ -2,7 +2,8 @@
 //
 // Whole numbers in digits or bytes and texts with blanks after them, all of fixed width, fill nearly every packet.
 // Their usual values are read from their place and written to it here; the table of forms answers for everything else,
-// so each function may decline what it likes.
+// so each function may decline what it likes. By the table alone, packets take 1.3 to 1.4 times as long to read by a
+// view, 1.15 times into a tree, and 2.6 times to make.
 #pragma once
 
 #include <algorithm>
