@@ -11,6 +11,7 @@
 #include <new>
 
 #include "core/member_cursor.h"
+#include "core/memory/large_block.h"
 #include "core/memory/heap_block.h"
 
 namespace murv
