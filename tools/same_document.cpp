@@ -67,6 +67,11 @@ std::string normalComment(std::string_view comment)
     return text;
 }
 
+std::string_view partOf(std::string_view text, tRange range)
+{
+    return text.substr(range.m_nBegin, range.m_nEnd - range.m_nBegin);
+}
+
 /// How often each comment is in a tree. A node may have several in one place.
 std::unordered_map<std::string, std::size_t> countComments(const CFields& tree)
 {
@@ -77,25 +82,27 @@ std::unordered_map<std::string, std::size_t> countComments(const CFields& tree)
             if (!node.hasComment(position))
                 continue;
             const std::string_view text(node.getCommentPtr(position), node.getCommentLen(position));
-            for (const tRange& range : findComments(text))
-                ++counts[normalComment(text.substr(range.m_nBegin, range.m_nEnd - range.m_nBegin))];
+            for (const tFoundComment& found : findComments(text))
+                ++counts[normalComment(partOf(text, found.m_tRange))];
         }
     });
     return counts;
 }
 
-/// The first comment or remark of a text that its tree lacks.
-std::optional<tRange> findLostComment(std::string_view text, const CFields& tree)
+/// The first comment or remark of a text that its tree lacks. Trees hold no remarks.
+std::optional<tFoundComment> findLostComment(std::string_view text, const CFields& tree)
 {
-    const std::vector<tRange> wanted = findComments(text);
+    const std::vector<tFoundComment> wanted = findComments(text);
     if (wanted.empty())
         return std::nullopt;
     std::unordered_map<std::string, std::size_t> left = countComments(tree);
-    for (const tRange& range : wanted)
+    for (const tFoundComment& found : wanted)
     {
-        std::size_t& count = left[normalComment(text.substr(range.m_nBegin, range.m_nEnd - range.m_nBegin))];
+        if (found.m_bRemark)
+            return found;
+        std::size_t& count = left[normalComment(partOf(text, found.m_tRange))];
         if (count == 0)
-            return range;
+            return found;
         --count;
     }
     return std::nullopt;
@@ -126,13 +133,12 @@ bool isTextOf(std::string_view text, unsigned int flags, const CFields& tree, bo
 
 E_ExitCode checkComments(const tInput& input, const CFields& tree, CDiagnostics& diagnostics)
 {
-    const std::optional<tRange> lost = findLostComment(input.text(), tree);
+    const std::optional<tFoundComment> lost = findLostComment(input.text(), tree);
     if (!lost)
         return EC_done;
-    const char* const message = input.text()[lost->m_nBegin] == '/'
-                                    ? "this comment would be lost: a value keeps one comment on its line"
-                                    : "this remark in a packet expression would be lost";
-    return diagnostics.failAt(input.m_strName, input.text(), *lost, message, EC_malformed);
+    const char* const message = lost->m_bRemark ? "this remark in a packet expression would be lost"
+                                                : "this comment would be lost: a value keeps one comment on its line";
+    return diagnostics.failAt(input.m_strName, input.text(), lost->m_tRange, message, EC_malformed);
 }
 
 }  // namespace murv::tool

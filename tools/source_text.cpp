@@ -137,9 +137,9 @@ tExcerpt excerpt4Range(std::string_view text, tRange range)
     return excerpt;
 }
 
-std::vector<tRange> findComments(std::string_view text)
+std::vector<tFoundComment> findComments(std::string_view text)
 {
-    std::vector<tRange> found;
+    std::vector<tFoundComment> found;
     if (text.find_first_of("/(") == std::string_view::npos)
         return found;
     for (std::size_t at = 0; (at = text.find_first_of("\"/(", at)) != std::string_view::npos;)
@@ -153,13 +153,13 @@ std::vector<tRange> findComments(std::string_view text)
             const std::size_t end = std::min(text.find(')', at), text.size());
             const tRange remark = remark4Expression(text, at, end);
             if (remark.m_nBegin < remark.m_nEnd)
-                found.push_back(remark);
+                found.push_back({remark, true});
             at = end;
         }
         else if (beginsComment(text, at))
         {
             const std::size_t end = endOfComment(text, at);
-            found.push_back({at, end});
+            found.push_back({{at, end}, false});
             at = end;
         }
         else

@@ -31,8 +31,15 @@ struct tExcerpt
 /// mark. What a terminal would act on is shown as "?". A long line is cut around the place.
 tExcerpt excerpt4Range(std::string_view text, tRange range);
 
+/// A comment, or a remark in a packet expression.
+struct tFoundComment
+{
+    tRange m_tRange;
+    bool m_bRemark;
+};
+
 /// The comments of a document that has been loaded, and the remarks in its packet expressions, in order.
-std::vector<tRange> findComments(std::string_view text);
+std::vector<tFoundComment> findComments(std::string_view text);
 
 /// The number of comments in a text that holds nothing else.
 std::size_t countComments(std::string_view text);

@@ -11,6 +11,7 @@
 #include "tools/file_option.h"
 #include "tools/json_input.h"
 #include "tools/lossless.h"
+#include "tools/path_report.h"
 #include "tools/replace_file.h"
 
 namespace murv::tool
@@ -45,7 +46,7 @@ public:
             return code;
         for (const std::string& patch : m_vPatch)
         {
-            if (const E_ExitCode code = apply(patch, document, diagnostics))
+            if (const E_ExitCode code = apply(patch, input, document, diagnostics))
                 return code;
         }
         if (m_bInPlace)
@@ -97,24 +98,27 @@ private:
         return EC_done;
     }
 
-    E_ExitCode apply(const std::string& file, CDocument& document, CDiagnostics& diagnostics) const
+    E_ExitCode apply(const std::string& file, const tInput& input, CDocument& document, CDiagnostics& diagnostics) const
     {
-        tInput input;
+        tInput change;
         CFields patch;
-        if (const E_ExitCode code = readInput(file, diagnostics, input))
+        if (const E_ExitCode code = readInput(file, diagnostics, change))
             return code;
         const E_ExitCode code = isJsonName(file)
-                                    ? loadJsonInput(input, {}, diagnostics, patch)
-                                    : loadInput(input, m_tLoad, LCBC_DUPLICATE, SV_warning, diagnostics, patch);
+                                    ? loadJsonInput(change, {}, diagnostics, patch)
+                                    : loadInput(change, m_tLoad, LCBC_DUPLICATE, SV_warning, diagnostics, patch);
         if (code != EC_done)
             return code;
+        const bool isAsRead = input.isText() && document.text() == input.text();
+        warnOfRepeatedNames(patch, input, isAsRead ? std::optional(input.text()) : std::nullopt, document.tree(),
+                            diagnostics);
         try
         {
             document.merge(patch);
         }
         catch (const CLogicError& error)
         {
-            return diagnostics.fail(input.m_strName, withoutFunction(error.what()), EC_malformed);
+            return diagnostics.fail(change.m_strName, withoutFunction(error.what()), EC_malformed);
         }
         return EC_done;
     }

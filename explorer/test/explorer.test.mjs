@@ -7,6 +7,7 @@ import path from "node:path";
 import { after, before, beforeEach, afterEach, test } from "node:test";
 import { fileURLToPath, pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
+import { launchChromium, noiseOf } from "../../tests/support/chromium.mjs";
 
 const root = path.dirname(path.dirname(path.dirname(fileURLToPath(import.meta.url))));
 const address = pathToFileURL(process.env.MURV_EXPLORER ?? path.join(root, "build/explorer/explorer.html")).href;
@@ -17,22 +18,13 @@ let page;
 let noise; // what the page asked for or complained about
 
 before(async () => {
-  const quiet = ["--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking"];
-  browser = await chromium.launch({
-    executablePath: "/usr/bin/chromium",
-    args: ["--no-sandbox", "--disable-component-update", "--disable-sync", ...quiet],
-  });
+  browser = await launchChromium(chromium);
 });
 after(() => browser?.close());
 
 async function open({ fragment = "", ...context } = {}) {
   page = await (await browser.newContext({ viewport: { width: 1440, height: 900 }, ...context })).newPage();
-  noise = [];
-  page.on("console", (message) => noise.push(`${message.type()}: ${message.text()}`));
-  page.on("pageerror", (error) => noise.push(error.stack));
-  page.on("request", (request) => {
-    if (request.url().split("#")[0] !== address) noise.push(`request: ${request.url().slice(0, 100)}`);
-  });
+  noise = noiseOf(page, (url) => url.split("#")[0] === address);
   await page.goto(address + fragment);
   await page.waitForSelector("html[data-ready]");
 }

@@ -5,6 +5,7 @@ import path from "node:path";
 import { after, afterEach, before, test } from "node:test";
 import { fileURLToPath, pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
+import { launchChromium, noiseOf } from "../../tests/support/chromium.mjs";
 
 const root = path.dirname(path.dirname(path.dirname(fileURLToPath(import.meta.url))));
 const folder = process.env.MURV_SITE ?? path.join(root, "build/site");
@@ -15,23 +16,14 @@ let page;
 let noise; // what pages asked for outside of the site, or complained about
 
 before(async () => {
-  const quiet = ["--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking"];
-  browser = await chromium.launch({
-    executablePath: "/usr/bin/chromium",
-    args: ["--no-sandbox", "--disable-component-update", "--disable-sync", ...quiet],
-  });
+  browser = await launchChromium(chromium);
 });
 after(() => browser?.close());
 
 async function open(name, { width = 1440, height = 900, colorScheme = "light" } = {}) {
   const context = await browser.newContext({ viewport: { width, height }, colorScheme, offline: true });
   page = await context.newPage();
-  noise = [];
-  page.on("console", (message) => noise.push(`${message.type()}: ${message.text()}`));
-  page.on("pageerror", (error) => noise.push(error.stack));
-  page.on("request", (request) => {
-    if (!request.url().startsWith(site)) noise.push(`request: ${request.url().slice(0, 100)}`);
-  });
+  noise = noiseOf(page, (url) => url.startsWith(site));
   page.on("requestfailed", (request) => {
     const why = request.failure().errorText;
     if (why !== "net::ERR_ABORTED") noise.push(`${why}: ${request.url()}`); // aborted: the next page came before it

@@ -1,13 +1,13 @@
 // tests/ber/file_format_page_test.cpp - the example on the page about the file format is what the saver writes.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 #include <string>
 
 #include "murv/murv.h"
 #include "tests/ber/murf_bytes.h"
 #include "tests/support/same_tree.h"
+#include "tests/support/source_file.h"
 
 namespace murv::tests
 {
@@ -17,7 +17,7 @@ namespace
 /// The bytes of a block of the page: hexadecimal pairs in front of the bars.
 std::string bytesOfBlock(const std::string& label)
 {
-    std::ifstream page(MURV_SOURCE_DIR "/docs/file-format.md");
+    std::istringstream page(contentOf("docs/file-format.md"));
     std::string line;
     while (std::getline(page, line) && line != "```" + label)
         continue;

@@ -1,25 +1,18 @@
 // tests/docs/comparison_page_test.cpp - what docs/comparison.md says of its message is so.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 #include <string>
 
 #include "murv/layout.h"
 #include "murv/murv.h"
+#include "tests/support/source_file.h"
 
 namespace murv::tests
 {
 
 namespace
 {
-std::string contentOf(const std::string& file)
-{
-    std::ostringstream text;
-    text << std::ifstream(MURV_SOURCE_DIR "/" + file).rdbuf();
-    return text.str();
-}
-
 /// The page's layout.
 std::string layoutOfThePage()
 {

@@ -1,22 +1,16 @@
 // tests/docs/documents_page_test.cpp - docs/documents.md shows parts of an example that is run, and what it prints.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 #include <string>
+
+#include "tests/support/source_file.h"
 
 namespace murv::tests
 {
 
 namespace
 {
-std::string contentOf(const std::string& file)
-{
-    std::ostringstream text;
-    text << std::ifstream(MURV_SOURCE_DIR "/" + file).rdbuf();
-    return text.str();
-}
-
 /// The block of the page with that mark.
 std::string block(const std::string& mark)
 {

@@ -4,10 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "tests/support/source_file.h"
 
 namespace murv::tests
 {
@@ -20,13 +21,6 @@ struct tBlock
     unsigned int m_uiLine;
     std::string m_strText;
 };
-
-std::string contentOf(const std::string& file)
-{
-    std::ostringstream text;
-    text << std::ifstream(MURV_SOURCE_DIR "/" + file).rdbuf();
-    return text.str();
-}
 
 std::string withoutIndentation(const std::string& text)
 {

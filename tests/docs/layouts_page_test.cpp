@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <set>
 #include <sstream>
@@ -26,6 +25,7 @@
 #include "layout/values/fault_table.h"
 #include "murv/layout.h"
 #include "murv/murv.h"
+#include "tests/support/source_file.h"
 
 namespace murv::tests
 {
@@ -52,7 +52,7 @@ struct tExample
 
 std::vector<std::string> pageLines()
 {
-    std::ifstream in(MURV_SOURCE_DIR "/docs/layouts.md");
+    std::istringstream in(contentOf("docs/layouts.md"));
     std::vector<std::string> lines;
     for (std::string line; std::getline(in, line);)
         lines.push_back(line);
@@ -369,10 +369,8 @@ TEST(LayoutsPage, programsAreThoseOfTheExamples)
     std::string sources;
     for (const auto& entry : std::filesystem::directory_iterator(MURV_SOURCE_DIR "/examples"))
     {
-        std::ostringstream text;
         if (entry.path().extension() == ".cpp" || entry.path().extension() == ".murv")
-            text << std::ifstream(entry.path()).rdbuf();
-        sources += text.str();
+            sources += contentOf(entry.path());
     }
     unsigned int count = 0;
     for (const tBlock& block : blocks())

@@ -4,12 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "murv/murv.h"
+#include "tests/support/source_file.h"
 
 namespace murv::tests
 {
@@ -21,9 +21,7 @@ using tRow = std::vector<std::string>;
 
 std::string page()
 {
-    std::ostringstream text;
-    text << std::ifstream(MURV_SOURCE_DIR "/docs/packets.md").rdbuf();
-    return text.str();
+    return contentOf("docs/packets.md");
 }
 
 /// Without the blanks around it, and without the marks of code.

@@ -14,6 +14,7 @@
 #include "tests/support/json_to_text.h"
 #include "tests/support/random_tree.h"
 #include "tests/support/same_tree.h"
+#include "tests/support/source_file.h"
 #include "tests/support/text_ways.h"
 
 #ifndef MURV_CORPORA_DIR
@@ -27,12 +28,6 @@ namespace
 {
 
 using tJson = nlohmann::ordered_json;
-
-std::string readFile(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 std::string corpora()
 {
@@ -87,7 +82,7 @@ std::string save(const CFields& tree, E_TextWay way)
 
 void expectDocument(const std::string& path)
 {
-    const std::string json = readFile(path);
+    const std::string json = contentOf(path);
     ASSERT_FALSE(json.empty()) << path;
     CLoaders loader;
     CFields tree;

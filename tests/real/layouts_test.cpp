@@ -6,7 +6,6 @@
 
 #include <cstdlib>
 #include <ctime>
-#include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -16,6 +15,7 @@
 
 #include "murv/loader.h"
 #include "tests/packet/packet_helpers.h"
+#include "tests/support/source_file.h"
 
 namespace murv::tests
 {
@@ -25,24 +25,17 @@ namespace
 
 constexpr std::size_t s_cnArchiveHeader = 512;
 
-std::string readFile(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 CFields layout(const std::string& name)
 {
     CLoaders loader;
     CFields tree;
-    EXPECT_TRUE(loader.loading(readFile(MURV_SOURCE_DIR "/examples/layouts/" + name + ".murv"), tree))
-        << loader.getLastErrMsg();
+    EXPECT_TRUE(loader.loading(contentOf("examples/layouts/" + name + ".murv"), tree)) << loader.getLastErrMsg();
     return tree;
 }
 
 std::string recordFile(const std::string& name)
 {
-    return readFile(MURV_TEST_DATA_DIR "/layouts/" + name);
+    return contentOf(MURV_TEST_DATA_DIR "/layouts/" + name);
 }
 
 std::vector<std::string> lines(const std::string& text)

@@ -5,12 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <map>
 #include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "tests/support/source_file.h"
 
 namespace murv::tests
 {
@@ -27,13 +28,6 @@ struct tBlock
 };
 
 const std::vector<std::string> s_cvLibraries = {"murv", "nlohmann/json", "toml++", "pugixml"};
-
-std::string contentOf(const std::string& file)
-{
-    std::ostringstream text;
-    text << std::ifstream(MURV_SOURCE_DIR "/" + file).rdbuf();
-    return text.str();
-}
 
 std::string withoutIndentation(const std::string& text)
 {

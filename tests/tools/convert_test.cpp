@@ -60,10 +60,15 @@ TEST(Convert, refusesToLoseCommentsAndRemarks)
         EXPECT_EQ(comment.m_strOutput, "");
         EXPECT_EQ(comment.m_strError.substr(0, comment.m_strError.find('\n')),
                   "<stdin>:1:11: error: this comment would be lost: a value keeps one comment on its line");
-        const tRun remark = murvOn("{ \"b\" = (ANF4 remark) 2 }", {"convert", "--to", to, "-"});
-        EXPECT_EQ(remark.m_iExit, 3);
-        EXPECT_EQ(remark.m_strError.substr(0, remark.m_strError.find('\n')),
-                  "<stdin>:1:15: error: this remark in a packet expression would be lost");
+        // A remark may look like a comment, even like one that is kept.
+        for (const char* const document :
+             {"{ \"b\" = (ANF4 remark) 2 }", "{ \"b\" = (ANF4 /remark) 2 }", "{ \"b\" = (ANF4 /*c*/) 2 /*c*/ }"})
+        {
+            const tRun remark = murvOn(document, {"convert", "--to", to, "-"});
+            EXPECT_EQ(remark.m_iExit, 3);
+            EXPECT_EQ(remark.m_strError.substr(0, remark.m_strError.find('\n')),
+                      "<stdin>:1:15: error: this remark in a packet expression would be lost");
+        }
     }
 }
 

@@ -98,6 +98,50 @@ TEST(Merge, severalPatchesAreAppliedInTurn)
     EXPECT_EQ(murv(files, {"merge", "a", "p", "q.json"}).m_strOutput, "{\"b\"=3}");
 }
 
+TEST(Merge, warnsOfALaterMemberOfTheSameName)
+{
+    const CTemporaryDirectory files;
+    files.write("a",
+                "{ \"a\" = 1, \"b\" = { \"c\" = 1 },\n  \"a\" = 2, \"b\" = { \"c\" = 3 }, \"d\" = {}, \"d\" = 1 }\n");
+    files.write("p.json", "{\"a\":5}");
+    const tRun run = murv(files, {"merge", "a", "p.json"});
+    EXPECT_EQ(run.m_iExit, 0);
+    EXPECT_EQ(run.m_strError,
+              "a:2:9: warning: this later member has the name a, too: programs that load the document take its value\n"
+              "  \"a\" = 2, \"b\" = { \"c\" = 3 }, \"d\" = {}, \"d\" = 1 }\n"
+              "        ^\n");
+    files.write("inner.json", "{\"b\":{\"c\":2}}");
+    EXPECT_NE(murv(files, {"merge", "a", "inner.json"}).m_strError.find("a:2:18: warning: "), std::string::npos);
+    // Null removes all of that name, and what is not there is appended.
+    files.write("none.json", "{\"a\":null,\"d\":null,\"e\":1}");
+    EXPECT_EQ(murv(files, {"merge", "a", "none.json"}).m_strError, "");
+}
+
+TEST(Merge, warnsOfALaterMemberOfTheSameId)
+{
+    const CTemporaryDirectory files;
+    files.write("a", "{ \"in\" = { #7 \"x\" = 1, \"y\" = 2, #7 = 2 } }\n");
+    files.write("p.json", "{\"in\":{\"x\":5}}");
+    EXPECT_EQ(murv(files, {"merge", "a", "p.json"}).m_strError,
+              "a:1:38: warning: this later member has the ID 7, too: programs that load the document take its value\n"
+              "{ \"in\" = { #7 \"x\" = 1, \"y\" = 2, #7 = 2 } }\n"
+              "                                     ^\n");
+    files.write("q.json", "{\"in\":{\"y\":5}}");
+    EXPECT_EQ(murv(files, {"merge", "a", "q.json"}).m_strError, "");
+}
+
+// Its place in a text that nobody sees would only mislead.
+TEST(Merge, warnsWithThePathInsteadOfAPlaceOnceTheTextHasChanged)
+{
+    const CTemporaryDirectory files;
+    files.write("a", "{ \"a\" = { \"b c\" = 1, \"b c\" = 2 } }\n");
+    files.write("p.json", "{\"x\":5}");
+    files.write("q.json", "{\"a\":{\"b c\":5}}");
+    const std::string warning =
+        "a: warning: a.\"b c\": a later member has the name \"b c\", too: programs that load the document take its value\n";
+    EXPECT_EQ(murv(files, {"merge", "a", "p.json", "q.json"}).m_strError, warning);
+}
+
 TEST(Merge, inPlaceReplacesTheFileWhenItChanges)
 {
     const CTemporaryDirectory files;

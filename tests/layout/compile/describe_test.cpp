@@ -2,13 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <set>
-#include <sstream>
 
 #include "murv/murv.h"
+#include "tests/support/source_file.h"
 
 using namespace murv;
+using murv::tests::contentOf;
 
 namespace
 {
@@ -40,13 +40,6 @@ void collectNames(const CFields& node, std::set<std::string>& names)
         if (name != "pages")
             collectNames(member, names);
     }
-}
-
-std::string contentOf(const std::filesystem::path& path)
-{
-    std::ostringstream content;
-    content << std::ifstream(path, std::ios::binary).rdbuf();
-    return content.str();
 }
 }  // namespace
 
@@ -112,10 +105,9 @@ TEST(Describe, ofALayoutThatIsNotCompiledThrows)
 
 TEST(Describe, thePageListsEveryMember)
 {
-    const std::filesystem::path root = MURV_SOURCE_DIR;
-    const std::string page = contentOf(root / "docs/layout-description.md");
+    const std::string page = contentOf("docs/layout-description.md");
     std::set<std::string> names;
-    for (const auto& file : std::filesystem::directory_iterator(root / "share/murv/layouts"))
+    for (const auto& file : std::filesystem::directory_iterator(MURV_SOURCE_DIR "/share/murv/layouts"))
     {
         CLayout layout;
         ASSERT_TRUE(layout.compile(contentOf(file.path()))) << file.path();

@@ -1,19 +1,19 @@
 // A compilation that runs out of memory throws, leaks nothing, and leaves the layout usable.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <new>
-#include <sstream>
 #include <string>
 
 #include "murv/layout.h"
 #include "murv/murv.h"
 #include "support/failing_malloc.h"
+#include "tests/support/source_file.h"
 
 namespace
 {
 
 using murv::tests::CFailingMalloc;
+using murv::tests::contentOf;
 
 /// A layout with rules of nearly all kinds.
 constexpr const char* s_cpRuleRich = R"({
@@ -53,10 +53,7 @@ constexpr const char* s_cpRuleRich = R"({
 
 std::string installed(const char* name)
 {
-    std::ifstream file(std::string(MURV_SOURCE_DIR) + "/share/murv/layouts/" + name + ".murv");
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return contentOf(std::string("share/murv/layouts/") + name + ".murv");
 }
 
 /// Lets each allocation of a compilation fail in turn.

@@ -1,23 +1,19 @@
 // The layouts that come with the library compile, and say what they should.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "layout/plan/plan.h"
 #include "murv/layout.h"
+#include "tests/support/source_file.h"
 
 namespace
 {
 
 murv::CLayout compileSample(const std::string& name)
 {
-    std::ifstream file(std::string(MURV_SOURCE_DIR) + "/share/murv/layouts/" + name);
-    std::stringstream text;
-    text << file.rdbuf();
     murv::CLayout layout;
-    EXPECT_TRUE(layout.compile(text.str())) << name;
+    EXPECT_TRUE(layout.compile(murv::tests::contentOf("share/murv/layouts/" + name))) << name;
     for (const murv::tLayoutMistake& mistake : layout.getMistakes())
         ADD_FAILURE() << mistake.m_uiOffset << " " << mistake.m_strPath << ": " << mistake.m_strMessage;
     return layout;

@@ -78,7 +78,7 @@ TEST(Installed, defaultsMakeAPacketThatReadsBack)
 
 TEST(Installed, pageListsEveryLayout)
 {
-    const std::string page = fileBytes(MURV_SOURCE_DIR "/docs/layouts-installed.md");
+    const std::string page = contentOf("docs/layouts-installed.md");
     for (const std::string& name : installedNames())
         EXPECT_NE(page.find("`" + name + "`"), std::string::npos) << name;
 }

@@ -8,8 +8,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
@@ -17,25 +15,19 @@
 #include <vector>
 
 #include "murv/layout.h"
+#include "tests/support/source_file.h"
 
 namespace murv::tests
 {
 
-inline std::string fileBytes(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    EXPECT_TRUE(in.is_open()) << path;
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 inline std::string layoutText(const std::string& name)
 {
-    return fileBytes(MURV_SOURCE_DIR "/share/murv/layouts/" + name + ".murv");
+    return contentOf("share/murv/layouts/" + name + ".murv");
 }
 
 inline std::string sample(const std::string& path)
 {
-    return fileBytes(MURV_TEST_DATA_DIR "/layouts/" + path);
+    return contentOf(MURV_TEST_DATA_DIR "/layouts/" + path);
 }
 
 inline std::vector<std::string> linesOf(const std::string& text)
