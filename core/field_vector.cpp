@@ -11,8 +11,8 @@
 #include <new>
 
 #include "core/member_cursor.h"
-#include "core/memory/large_block.h"
 #include "core/memory/heap_block.h"
+#include "core/memory/large_block.h"
 
 namespace murv
 {

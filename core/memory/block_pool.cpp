@@ -85,7 +85,8 @@ std::size_t CBlockPool::chunks4Piece(std::size_t least) const noexcept
     const double left = done > 0 ? static_cast<double>(m_nTotal) * (1 - done) / done : 0;
     if (left < s_cnChunk)
         return 0;
-    const std::size_t wanted = left < static_cast<double>(m_nTotal / 8) ? static_cast<std::size_t>(left) : m_nTotal / 8;
+    const std::size_t eighth = m_nTotal / 8;
+    const std::size_t wanted = left < static_cast<double>(eighth) ? static_cast<std::size_t>(left) : eighth;
     return std::max((least + s_cnChunk - 1) / s_cnChunk, std::min(wanted / s_cnChunk, s_cnMostChunks));
 }
 
