@@ -9,7 +9,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
-#include "core/memory/page_block.h"
+#include "core/memory/page_chunk.h"
 #include "tests/support/json_to_text.h"
 
 namespace murv_bench
@@ -102,6 +102,7 @@ void keepHeap()
 
 void giveBackHeap()
 {
+    murv::detail::dropUnusedPages();
     malloc_trim(0);
 }
 

@@ -129,10 +129,14 @@ struct tFieldAccess
             return std::memcmp(longName(node), text, length) == 0;
         return equalShort(node.m_acName, text, length);
     }
+    static constexpr bool isShortName(std::size_t length)
+    {
+        return length < CFields::s_cuiNameRoom;
+    }
     /// Gives a node that has no name yet, and that no index knows, a name of 1 to 255 bytes.
     static void setFirstName(CFields& node, const char* name, unsigned int length)
     {
-        if (length < CFields::s_cuiNameRoom)
+        if (isShortName(length))
             copyShort(node.m_acName, name, length);
         else
             setLongName(node, name, length);

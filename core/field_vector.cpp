@@ -12,6 +12,7 @@
 
 #include "core/member_cursor.h"
 #include "core/memory/heap_block.h"
+#include "core/memory/large_block.h"
 
 namespace murv
 {

@@ -14,7 +14,7 @@
 #include "core/field_access.h"
 #include "core/field_vector.h"
 #include "core/memory/heap_block.h"
-#include "core/memory/page_block.h"
+#include "core/memory/large_block.h"
 #include "core/text/wide_math.h"
 #include "core/text/word_bytes.h"
 

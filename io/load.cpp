@@ -70,11 +70,13 @@ void tLoad::finish()
 double tLoad::partDone() const noexcept
 {
     const auto size = static_cast<double>(m_pDataEnd - m_pDataBegin);
-    if (m_pBuilder == nullptr || m_pBuilder->count() < 2 || size <= 0)
+    if (m_pBuilder == nullptr || size <= 0)
         return 0;
+    int read = m_pBuilder->node().getOffsetStart();
     // The last member has no offsets yet, or it is read again.
-    const std::uint32_t last = m_pBuilder->count() - 1;
-    const int read = std::max(m_pBuilder->at(last - 1).getOffsetEnd(), m_pBuilder->at(last).getOffsetEnd());
+    const std::uint32_t count = m_pBuilder->count();
+    for (std::uint32_t i = count < 2 ? 0 : count - 2; i != count; ++i)
+        read = std::max(read, m_pBuilder->at(i).getOffsetEnd());
     return static_cast<double>(read) / size;
 }
 

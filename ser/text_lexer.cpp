@@ -10,6 +10,7 @@ CTextParser::CTextParser(tLoad& load)
       m_pEnd(load.m_pDataEnd),
       m_bTolerant(load.has(LCBC_COMMENT)),
       m_bEmptyNull(load.has(LCBC_EMPTY_NULL)),
+      m_bDuplicates(load.has(LCBC_DUPLICATE)),
       m_bLossless(load.has(LCBC_LOSSLESS)),
       m_bComments(load.m_bComments),
       m_pLineChecked(load.m_pDataBegin)

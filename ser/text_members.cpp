@@ -1,8 +1,11 @@
 // ser/text_members.cpp - members of field sets and elements of arrays.
 //
-// Nearly all of a document is members, and most of these are read by the fast path; without it, real documents take 1.4
-// to 1.5 times as long to load. Whatever it does not know it leaves to the general path, from the same place, so that
+// Nearly all of a document is members, and most of these are read by the fast path; without it, real documents take 1.8
+// to 1.9 times as long to load. Whatever it does not know it leaves to the general path, from the same place, so that
 // there is one set of messages.
+//
+// Three functions that every member goes through are inline by force: compilers find them too long, and with calls real
+// documents take 1.08 to 1.2 times as long.
 
 #include <cstring>
 #include <utility>
@@ -46,7 +49,7 @@ bool takeGeneralPath(const char*& p, tStep&& step)
 
 }  // namespace
 
-// The fast path. `member` was just made.
+// The fast path. `member` was just made, and is no member that is read again.
 
 // The name of most members: no ID, no escape, and "=" next.
 inline bool CTextParser::loadNameFast(const char*& p, tTokenInfo& token)
@@ -66,11 +69,9 @@ inline bool CTextParser::loadNameFast(const char*& p, tTokenInfo& token)
     return true;
 }
 
-// The value of most members: it begins here, without comment or packet expression.
-inline bool CTextParser::loadValueFast(const char*& p, CFields& member)
+// The value of most members that are no containers: it begins here, without comment or packet expression.
+[[gnu::always_inline]] inline bool CTextParser::loadValueFast(const char*& p, CFields& member)
 {
-    if (p == m_pEnd || !isValueAlone())
-        return false;
     switch (type4Byte(*p))
     {
     case TT_number: return loadNumberFast(p, member);
@@ -129,6 +130,23 @@ inline bool CTextParser::loadEmptyFast(const char* p, CFields& member)
     return true;
 }
 
+// A container in a container, without what the general path keeps of values that were read before.
+template <E_DataType type>
+inline bool CTextParser::loadContainerFast(const char*& p, CFields& member)
+{
+    tFieldAccess::setType(member, type).m_pFV = CFieldVector::empty();  // it had no value
+    tFieldAccess::setOffsetStart(member, offset(p));
+    m_bPeiAllowed = false;
+    m_tLoad.m_vStack.push_back(&member);
+    ++m_tLoad.m_iDepth;
+    const char* copy = p + 1;  // see takeGeneralPath
+    const bool done = loadMembers<type>(copy, member, false);
+    p = copy;
+    --m_tLoad.m_iDepth;
+    m_tLoad.m_vStack.pop_back();
+    return done;
+}
+
 inline void CTextParser::finishFast(const char*& p, CFields& member, const char* end)
 {
     tFieldAccess::setOffsets(member, offset(p), offset(end));
@@ -150,33 +168,12 @@ inline bool CTextParser::loadSeparatorFast(const char*& p, char end, bool& more)
 
 // Both paths.
 
-bool CTextParser::loadFields(const char*& p, const tTokenInfo& token)
-{
-    return loadMembers<DT_fields>(p, token);
-}
-
-bool CTextParser::loadArray(const char*& p, const tTokenInfo& token)
-{
-    return loadMembers<DT_array>(p, token);
-}
-
-// Inline: without this and that of loadContainer, documents take up to 1.05 times as long to load.
-inline void CTextParser::startContainer(CFields& node, E_DataType type, const tTokenInfo& token)
-{
-    startValue(node);
-    makeContainer(node, type);
-    tFieldAccess::setOffsetStart(node, offset(token.m_pBegin));
-}
-
 template <E_DataType type>
-bool CTextParser::loadMembers(const char*& cursor, const tTokenInfo& token)
+bool CTextParser::loadMembers(const char*& cursor, CFields& node, bool commented)
 {
     constexpr bool isArray = type == DT_array;
     constexpr char end = isArray ? ']' : '}';
-    CFields& node = top();
-    startContainer(node, type, token);
     COpenContainer open(m_tLoad, node);
-    const bool commented = std::exchange(m_bCommented, false);
     bool more = !m_bLossless || !isEmptyContainer(cursor, end);
     if (!more && m_bComments && !m_strComment.empty())
         giveComments(node, commented);  // the brackets hold nothing else that could have them
@@ -185,47 +182,69 @@ bool CTextParser::loadMembers(const char*& cursor, const tTokenInfo& token)
     while (done && more)
     {
         skipSpaces(p);
-        done = isArray ? loadElement(p) : loadFieldMember(p);
+        done = isArray ? loadElement(p, open.members()) : loadFieldMember(p, open.members());
         if (done && !loadSeparatorFast(p, end, more))
             done = takeGeneralPath(p, [this, &more](const char*& at) {
                 return isArray ? loadArraySeparator(at, more) : loadFieldSeparator(at, more);
             });
     }
     cursor = p;
+    noteValue(node, p);  // before the members move: no need to follow the last of them
     open.close();
     tFieldAccess::setOffsetEnd(node, offset(p));
-    finishKind(node);
-    noteValue(node, p);
     return done;
 }
 
-inline bool CTextParser::loadFieldMember(const char*& p)
+[[gnu::always_inline]] inline bool CTextParser::loadFieldMember(const char*& p, CMemberBuilder& members)
 {
     unsigned int id = 0;
     tTokenInfo token;
     if (!loadNameFast(p, token) && !takeGeneralPath(p, [&](const char*& at) { return loadNameGeneral(at, token, id); }))
         return false;
-    CFields* const member = addMember(id);
+    CFields* const member = addMember(members, id);
     if (member == nullptr)
         return addError(s_cpNotAdded, token);
     skipSpaces(p);
+    if (m_tLoad.m_eMember == tLoad::MS_reread) [[unlikely]]
+        return takeGeneralPath(p, [&](const char*& at) { return loadValueGeneral(at, *member, TT_fieldsEnd); });
     return loadMemberValue(p, *member, TT_fieldsEnd);
 }
 
-inline bool CTextParser::loadElement(const char*& p)
+inline bool CTextParser::loadElement(const char*& p, CMemberBuilder& members)
 {
-    CFields& element = m_tLoad.m_pBuilder->appendElement();
+    CFields& element = members.appendElement();
     m_tLoad.m_eMember = tLoad::MS_added;
     return loadMemberValue(p, element, TT_arrayEnd);
 }
 
-inline bool CTextParser::loadMemberValue(const char*& p, CFields& member, E_TokenType closing)
+[[gnu::always_inline]] inline bool CTextParser::loadMemberValue(const char*& p, CFields& member, E_TokenType closing)
 {
-    return (m_tLoad.m_eMember != tLoad::MS_reread && loadValueFast(p, member)) ||
-           takeGeneralPath(p, [&](const char*& at) { return loadValueGeneral(at, member, closing); });
+    if (p != m_pEnd && isValueAlone()) [[likely]]
+    {
+        if (*p == '[')
+            return loadContainerFast<DT_array>(p, member) || recover4Error(p, closing);
+        if (*p == '{')
+            return loadContainerFast<DT_fields>(p, member) || recover4Error(p, closing);
+        if (loadValueFast(p, member))
+            return true;
+    }
+    return takeGeneralPath(p, [&](const char*& at) { return loadValueGeneral(at, member, closing); });
 }
 
-CFields* CTextParser::addMember(unsigned int id)
+inline CFields* CTextParser::addMember(CMemberBuilder& members, unsigned int id)
+{
+    if (id == 0 && !m_bDuplicates)
+    {
+        if (CFields* const member = members.appendNew(m_strName))
+        {
+            m_tLoad.m_eMember = tLoad::MS_added;
+            return member;
+        }
+    }
+    return addMemberGeneral(id);
+}
+
+CFields* CTextParser::addMemberGeneral(unsigned int id)
 {
     try
     {
@@ -266,6 +285,28 @@ bool CTextParser::isEmptyContainer(const char*& p, char end)
 
 // The general path.
 
+template <E_DataType type>
+bool CTextParser::loadMembersGeneral(const char*& p, const tTokenInfo& token)
+{
+    CFields& node = top();
+    startValue(node);
+    makeContainer(node, type);
+    tFieldAccess::setOffsetStart(node, offset(token.m_pBegin));
+    const bool done = loadMembers<type>(p, node, std::exchange(m_bCommented, false));
+    finishKind(node);
+    return done;
+}
+
+bool CTextParser::loadFields(const char*& p, const tTokenInfo& token)
+{
+    return loadMembersGeneral<DT_fields>(p, token);
+}
+
+bool CTextParser::loadArray(const char*& p, const tTokenInfo& token)
+{
+    return loadMembersGeneral<DT_array>(p, token);
+}
+
 bool CTextParser::loadNameGeneral(const char*& p, tTokenInfo& token, unsigned int& id)
 {
     loadToken(p, token);
@@ -279,26 +320,10 @@ bool CTextParser::loadValueGeneral(const char*& p, CFields& member, E_TokenType 
     return loadOneValue(p, member) || recover4Error(p, closing);
 }
 
-// Inline: see startContainer.
-inline bool CTextParser::loadContainer(const char*& p, CFields& member, E_TokenType type)
-{
-    const tTokenInfo token{type, p, p + 1};
-    ++p;
-    m_tLoad.m_vStack.push_back(&member);
-    ++m_tLoad.m_iDepth;
-    const bool done = type == TT_arrayBegin ? loadArray(p, token) : loadFields(p, token);
-    --m_tLoad.m_iDepth;
-    m_tLoad.m_vStack.pop_back();
-    return done;
-}
-
 bool CTextParser::loadOneValue(const char*& p, CFields& member)
 {
     const E_TokenType type = p == m_pEnd ? TT_end : type4Byte(*p);
-    const bool isAlone = isValueAlone();
-    if (isAlone && (type == TT_arrayBegin || type == TT_fieldsBegin))
-        return loadContainer(p, member, type);
-    if (isAlone && type >= TT_string && type <= TT_null)
+    if (isValueAlone() && type >= TT_string && type <= TT_null)
     {
         tTokenInfo token;
         loadToken(p, token);

@@ -68,14 +68,16 @@ private:
 
     bool loadFields(const char*& p, const tTokenInfo& token);
     bool loadArray(const char*& p, const tTokenInfo& token);
-    void startContainer(CFields& node, E_DataType type, const tTokenInfo& token);
-    /// Members up to the closing byte; `token` is the opening one.
     template <E_DataType type>
-    bool loadMembers(const char*& cursor, const tTokenInfo& token);
-    bool loadFieldMember(const char*& p);
-    bool loadElement(const char*& p);
+    bool loadMembersGeneral(const char*& p, const tTokenInfo& token);
+    /// Members of an empty container up to the closing byte; `commented`: it was given comments already.
+    template <E_DataType type>
+    bool loadMembers(const char*& cursor, CFields& node, bool commented);
+    bool loadFieldMember(const char*& p, CMemberBuilder& members);
+    bool loadElement(const char*& p, CMemberBuilder& members);
     bool loadMemberValue(const char*& p, CFields& member, E_TokenType closing);
-    CFields* addMember(unsigned int id);
+    CFields* addMember(CMemberBuilder& members, unsigned int id);
+    CFields* addMemberGeneral(unsigned int id);
     bool isEmptyContainer(const char*& p, char end);
 
     bool loadNameFast(const char*& p, tTokenInfo& token);
@@ -84,13 +86,14 @@ private:
     bool loadStringFast(const char*& p, CFields& member);
     bool loadWordFast(const char*& p, CFields& member, std::string_view word, E_DataType type, bool value);
     bool loadEmptyFast(const char* p, CFields& member);
+    template <E_DataType type>
+    bool loadContainerFast(const char*& p, CFields& member);
     void finishFast(const char*& p, CFields& member, const char* end);
     bool loadSeparatorFast(const char*& p, char end, bool& more) const;
 
     bool loadNameGeneral(const char*& p, tTokenInfo& token, unsigned int& id);
     bool loadValueGeneral(const char*& p, CFields& member, E_TokenType closing);
     bool loadOneValue(const char*& p, CFields& member);
-    bool loadContainer(const char*& p, CFields& member, E_TokenType type);
     bool loadFieldSeparator(const char*& p, bool& more);
     bool loadArraySeparator(const char*& p, bool& more);
 
@@ -147,6 +150,7 @@ private:
     const char* const m_pEnd;
     const bool m_bTolerant;                   // comments may stand anywhere
     const bool m_bEmptyNull;                  // a missing value is null
+    const bool m_bDuplicates;                 // a name may come again
     const bool m_bLossless;                   // empty containers stay empty, integers may be marked
     bool m_bComments;                         // comments are kept
     bool m_bClean = false;                    // the last string token holds no escape

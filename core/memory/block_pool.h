@@ -12,7 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/memory/page_block.h"
+#include "core/memory/page_chunk.h"
 #include "core/memory/poison.h"
 
 namespace murv::detail
@@ -40,7 +40,7 @@ public:
     struct tPiece
     {
         std::atomic<std::uint32_t> m_uiLive;  // blocks that are not given back yet
-        bool m_bPages;                        // a page block of the longest size, not a block of the heap
+        std::uint32_t m_uiChunks;             // of a large page; 0 for a block of the heap
     };
 
     CBlockPool() = default;
@@ -61,28 +61,27 @@ public:
     char* take(std::size_t size) noexcept
     {
         const std::size_t wanted = size + s_cnRedZone;
-        if (wanted > m_nLeft && !open(wanted))
+        if (wanted > m_tNow.m_nLeft && !open(wanted))
             return nullptr;
-        char* const block = m_pNext;
-        m_pNext += wanted;
-        m_nLeft -= wanted;
-        ++m_uiTaken;
+        char* const block = m_tNow.m_pNext;
+        m_tNow.m_pNext += wanted;
+        m_tNow.m_nLeft -= wanted;
+        ++m_tNow.m_uiTaken;
         unpoison(block, size);
         return block;
     }
     /// Bytes from the start of the piece to the block that was taken last.
     std::size_t distance(const char* block) const noexcept
     {
-        return static_cast<std::size_t>(block - reinterpret_cast<const char*>(m_pPiece));
+        return static_cast<std::size_t>(block - reinterpret_cast<const char*>(m_tNow.m_pPiece));
     }
-    /// Lets go of the current piece; call it when no more blocks will be taken for a while.
+    /// Lets go of the current pieces; call it when no more blocks will be taken for a while.
     void close() noexcept
     {
-        if (m_pPiece != nullptr)
-            release(m_pPiece, s_cuiOpen - m_uiTaken);
-        m_pPiece = nullptr;
+        leave(m_tNow);
+        leave(m_tSpare);
         m_pForecast = nullptr;
-        m_nLeft = m_nTotal = 0;
+        m_nTotal = 0;
     }
     /// Gives back that many blocks of the piece. Others of its blocks may be in use in other threads.
     static void release(tPiece* piece, std::uint32_t count) noexcept
@@ -96,17 +95,30 @@ private:
     static constexpr std::uint32_t s_cuiOpen =
         0x40000000;  // bias that keeps the current piece alive; taken off when it is left
 
+    /// A piece that blocks are cut from.
+    struct tCursor
+    {
+        tPiece* m_pPiece = nullptr;
+        char* m_pNext = nullptr;
+        std::size_t m_nLeft = 0;
+        std::uint32_t m_uiTaken = 0;
+    };
+
+    static void leave(tCursor& piece) noexcept
+    {
+        if (piece.m_pPiece != nullptr)
+            release(piece.m_pPiece, s_cuiOpen - piece.m_uiTaken);
+        piece = {};
+    }
     /// Begins a new piece. \return false for a small tree, a long block or without memory.
     bool open(std::size_t size) noexcept;
-    tPiece* makePiece(std::size_t size, std::size_t& room) const noexcept;
-    bool fillsPages() const noexcept;
+    bool makePiece(std::size_t size, tCursor& piece) const noexcept;
+    std::size_t chunks4Piece(std::size_t least) const noexcept;
     static void free(tPiece* piece) noexcept;
 
-    tPiece* m_pPiece = nullptr;
-    char* m_pNext = nullptr;
-    std::size_t m_nLeft = 0;
-    std::uint32_t m_uiTaken = 0;  // blocks of the current piece
-    std::size_t m_nTotal = 0;     // bytes that the tree has taken so far
+    tCursor m_tNow;
+    tCursor m_tSpare;          // goes on when it has room where the current piece has none
+    std::size_t m_nTotal = 0;  // bytes that the tree has taken so far
     const IPoolForecast* m_pForecast = nullptr;
 };
 

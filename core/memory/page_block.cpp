@@ -1,13 +1,7 @@
 // core/memory/page_block.cpp - pages of the system that begin where large ones can.
 #include "core/memory/page_block.h"
 
-#include <cstdlib>
-
-#include "core/memory/heap_block.h"
-#include "core/memory/poison.h"
-
-#if defined(__linux__) && !defined(MURV_ADDRESS_SANITIZER)
-#define MURV_HAS_LARGE_PAGES 1
+#ifdef MURV_HAS_LARGE_PAGES
 #include <sys/mman.h>
 
 #include <atomic>
@@ -23,8 +17,6 @@ namespace murv::detail
 namespace
 {
 
-constexpr std::uint64_t s_cullPagesFrom = s_cnLargePage;
-
 /// Pages from anywhere; null without memory.
 char* takePages(std::size_t size) noexcept
 {
@@ -33,7 +25,7 @@ char* takePages(std::size_t size) noexcept
 }
 
 /// Blocks of one page that nobody uses.
-std::atomic<void*> s_pKept[8];
+std::atomic<void*> s_pKept[4];
 std::atomic<std::size_t> s_nMapped;
 
 void* takeKept() noexcept
@@ -85,7 +77,7 @@ void* mapPages(std::size_t size) noexcept
 {
     void* const kept = size == s_cnLargePage ? takeKept() : nullptr;
     void* const block = kept != nullptr ? kept : mapNewPages(size);
-    s_nMapped.fetch_add(block == nullptr ? 0 : size, std::memory_order_relaxed);
+    countMapped(block == nullptr ? 0 : static_cast<std::ptrdiff_t>(size));
     return block;
 }
 
@@ -95,7 +87,18 @@ void unmapPages(void* block, std::size_t size) noexcept
     if (size != s_cnLargePage || !keep(block))
         munmap(block, size);
     errno = before;
-    s_nMapped.fetch_sub(size, std::memory_order_relaxed);
+    countMapped(-static_cast<std::ptrdiff_t>(size));
+}
+
+void countMapped(std::ptrdiff_t bytes) noexcept
+{
+    s_nMapped.fetch_add(static_cast<std::size_t>(bytes), std::memory_order_relaxed);
+}
+
+void dropKeptPages() noexcept
+{
+    while (void* const block = takeKept())
+        munmap(block, s_cnLargePage);
 }
 
 std::size_t mappedBytes() noexcept
@@ -104,13 +107,6 @@ std::size_t mappedBytes() noexcept
 }
 
 #else
-
-namespace
-{
-
-constexpr std::uint64_t s_cullPagesFrom = UINT64_MAX;
-
-}  // namespace
 
 void* mapPages(std::size_t /*size*/) noexcept
 {
@@ -121,57 +117,19 @@ void unmapPages(void* /*block*/, std::size_t /*size*/) noexcept
 {
 }
 
+void dropKeptPages() noexcept
+{
+}
+
+void countMapped(std::ptrdiff_t /*bytes*/) noexcept
+{
+}
+
 std::size_t mappedBytes() noexcept
 {
     return 0;
 }
 
 #endif
-
-namespace
-{
-
-std::uint64_t wholePages(std::uint64_t size)
-{
-    return (size + s_cnLargePage - 1) / s_cnLargePage * s_cnLargePage;
-}
-
-bool takesPages(std::uint64_t size)
-{
-    return s_cullPagesFrom != UINT64_MAX && size >= s_cullExactPagesFrom;
-}
-
-}  // namespace
-
-void* allocateLarge(std::uint64_t size) noexcept
-{
-    const auto bytes = static_cast<std::size_t>(size);
-    if (size < s_cullPagesFrom)
-        return allocateBlock(size);
-    return bytes == size ? mapPages(bytes) : nullptr;
-}
-
-void freeLarge(void* block, std::uint64_t size) noexcept
-{
-    if (size < s_cullPagesFrom)
-        std::free(block);
-    else if (block != nullptr)
-        unmapPages(block, static_cast<std::size_t>(size));
-}
-
-void* allocateExact(std::uint64_t size) noexcept
-{
-    if (size > UINT64_MAX / 2)
-        return nullptr;
-    return takesPages(size) ? allocateLarge(wholePages(size)) : allocateBlock(size);
-}
-
-void freeExact(void* block, std::uint64_t size) noexcept
-{
-    if (takesPages(size))
-        freeLarge(block, wholePages(size));
-    else
-        std::free(block);
-}
 
 }  // namespace murv::detail

@@ -14,7 +14,7 @@ using namespace murv::tests;
 
 namespace
 {
-constexpr unsigned int s_cuiRecords = 3000;
+constexpr unsigned int s_cuiRecords = 400;  // with more the pieces would be parts of large pages
 
 CFields records(const std::string& begin, const std::string& end)
 {
