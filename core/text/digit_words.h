@@ -1,9 +1,11 @@
 // core/text/digit_words.h - short numbers in digits, eight at a time.
 //
-// Packets hold numbers of known width, most of them of a few digits. They are read with two loads that may overlap,
-// instead of a loop over bytes; nothing outside the text is touched.
+// Packets hold numbers of known width, most of them of a few digits. They are read and written in words instead of in a
+// loop over bytes; nothing but what the caller allows is touched outside the text.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -12,33 +14,53 @@
 namespace murv::detail
 {
 
-inline constexpr std::size_t s_cnShortDigits = 16;  // the most that readShortDigits takes
+inline constexpr std::size_t s_cnShortDigits = 16;  // the most that is read or written
 
-/// Loads one to eight digits as the last ones of eight, with zeros in front.
-/// \param zero  eight zeros in the characters of the text
-inline std::uint64_t loadDigits(const char* text, std::size_t length, std::uint64_t zero = s_cullOnes * '0') noexcept
-{
-    return length == sizeof zero ? loadWord(text) : zero >> (8 * length) | loadShort(text, length) << (64 - 8 * length);
-}
+/// 10 to the power of each number of digits that a short number may have.
+inline constexpr std::array<std::uint64_t, s_cnShortDigits + 1> s_caullPowers = [] {
+    std::array<std::uint64_t, s_cnShortDigits + 1> powers{1};
+    for (std::size_t i = 1; i < powers.size(); ++i)
+        powers[i] = powers[i - 1] * 10;
+    return powers;
+}();
 
 /// Reads one to sixteen digits and nothing else.
-/// \param flip  exclusive or that makes ASCII of the eight characters of a word
+/// \param flip      exclusive or that makes ASCII of the eight characters of a word
+/// \param readable  bytes that may be read from `text` on, where they are known to be more than `length`
 /// \return false for other bytes and other lengths; `value` is unspecified then
-inline bool readShortDigits(const char* text, std::size_t length, std::uint64_t& value, std::uint64_t flip = 0) noexcept
+inline bool readShortDigits(const char* text, std::size_t length, std::uint64_t& value, std::uint64_t flip = 0,
+                            std::size_t readable = 0) noexcept
 {
     constexpr std::size_t word8 = sizeof(std::uint64_t);
-    if (length == 0 || length > s_cnShortDigits)
+    if (length - 1 >= s_cnShortDigits)
         return false;
+    const std::uint64_t zeros = s_cullOnes * '0' ^ flip;
+    // The digits become the last ones of eight, with zeros in front. What else was read is shifted out.
     const std::size_t first = length > word8 ? length - word8 : length;
-    std::uint64_t word = loadDigits(text, first, s_cullOnes * '0' ^ flip) ^ flip;
-    if (!allDigits(word))
+    std::uint64_t word = std::max(length, readable) >= word8 ? loadWord(text) : loadShort(text, length);
+    word = (word ^ zeros) << (8 * (word8 - first));
+    value = number4Values(word);
+    if (!areDigitValues(word))
         return false;
-    value = number4Digits(word);
     if (length <= word8)
         return true;
-    word = loadWord(text + first) ^ flip;
-    value = value * 100000000 + number4Digits(word);
-    return allDigits(word);
+    word = loadWord(text + first) ^ zeros;
+    value = value * 100000000 + number4Values(word);
+    return areDigitValues(word);
+}
+
+/// Writes a number as that many digits, one to sixteen, with zeros in front. It must be below that power of ten.
+/// \tparam s_cpStore  writes the first digits: storeLast, or storeLastWide where eight bytes may be overwritten
+template <void (*s_cpStore)(char*, std::uint64_t, std::size_t) noexcept>
+inline void storeDigits(char* to, std::uint64_t number, std::size_t length) noexcept
+{
+    constexpr std::size_t word8 = sizeof(std::uint64_t);
+    constexpr std::uint64_t zeros = s_cullOnes * '0';
+    if (length <= word8)
+        return s_cpStore(to, digits4Number(number) + zeros, length);
+    constexpr std::uint64_t half = 100000000;
+    s_cpStore(to, digits4Number(number / half) + zeros, length - word8);
+    storeWord(to + length - word8, digits4Number(number % half) + zeros);
 }
 
 }  // namespace murv::detail
