@@ -1,7 +1,8 @@
-// tests/packet/usual_leaf_test.cpp - trees make packets as slow walks over their leaves would.
+// tests/packet/usual_leaf_test.cpp - trees make and parse packets as slow walks over their leaves would.
 //
-// Usual leaves have a path of their own. Here they stand among all others, at every edge of it: lengths, values,
-// packets of about 512 bytes. Random trees are compared with a model that knows none of this.
+// Usual leaves have a path of their own. Here they stand among all others, at every edge of it: lengths, values, types
+// that the leaf had before, bytes that are missing, packets of about 512 bytes. Random trees are compared with models
+// that know none of this.
 
 #include "packet_helpers.h"
 #include "packet_model.h"
@@ -9,11 +10,14 @@
 #include "tests/support/same_tree.h"
 
 #include "packet/item_make.h"
+#include "packet/item_read.h"
 #include "packet/usual_make.h"
+#include "packet/usual_read.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <random>
 
 namespace
@@ -47,6 +51,21 @@ std::string randomText(tRandom& random, std::size_t length)
     std::string text(length, '\0');
     for (char& byte : text)
         byte = static_cast<char>(random());
+    return text;
+}
+
+/// A text that is a number or nearly one, or any bytes.
+std::string randomItem(tRandom& random, std::size_t length)
+{
+    std::string text(length, '0');
+    if (random() % 8 == 0)
+        return randomText(random, length);
+    for (std::size_t i = random() % (length + 1); i < length; ++i)
+        text[i] = static_cast<char>('0' + random() % 10);
+    if (length != 0 && random() % 3 == 0)
+        text[0] = '-';
+    if (length != 0 && random() % 6 == 0)
+        text[random() % length] = "-+ ./:e\xB0"[random() % 8];
     return text;
 }
 
@@ -161,6 +180,140 @@ TEST(UsualLeaf, usualItemsAreThoseThatAllRulesMake)
         ASSERT_EQ(packet.take(), std::string(room + 1, static_cast<std::size_t>(end - room - 1))) << "round " << round;
     }
     EXPECT_GT(usual, 8000);
+}
+
+TEST(UsualLeaf, usualItemsAreReadAsAllRulesReadThem)
+{
+    tRandom random(3);
+    int usual = 0;
+    for (int round = 0; round < 30000; ++round)
+    {
+        CFields leaf = randomLeaf(random);
+        const bool variable = leaf.pkt_GetExp().m_eLengthExp == LEC_V;
+        const std::string item = randomItem(random, variable ? randomLength(random) : recorded4(leaf));
+        const std::string rest = item + randomItem(random, random() % 3 == 0 ? 0 : random() % 20);
+        const CExactBytes exact(rest);
+        if (random() % 2 == 0)
+            detail::storeOther(leaf, randomItem(random, item.size()));
+        CFields other(leaf);
+        CFields before(leaf);
+        if (!detail::storeUsual(leaf, {exact.data(), item.size()}, exact.size()))
+        {
+            ASSERT_EQ("", difference(before, leaf)) << "round " << round;
+            continue;
+        }
+        ++usual;
+        ASSERT_TRUE(detail::storeOther(other, item)) << "round " << round;
+        ASSERT_EQ("", difference(other, leaf)) << "round " << round << " " << item;
+    }
+    EXPECT_GT(usual, 8000);
+}
+
+/// Parsing as docs/packets.md tells it, on a tree of its own; items are read by all rules.
+class CModelParser
+{
+public:
+    CModelParser(std::string_view packet, bool store)
+        : m_strvPacket(packet), m_llLength(static_cast<long long>(packet.size())), m_bStore(store)
+    {
+    }
+    long long parse(CFields& node)
+    {
+        return node.getDT() == DT_array ? parseMembers(node) : parseLeaf(node);
+    }
+
+private:
+    long long parseMembers(CFields& node)
+    {
+        long long result = m_llLength - m_llOffset;
+        for (unsigned int i = 0; i < node.getChildCount(); ++i)
+        {
+            const long long got = parse(node[i]);
+            if (got < 0)
+            {
+                m_llOffset = m_llLength;
+                result = std::max<long long>(result < 0 ? result + got : got, INT_MIN);
+            }
+            else if (got > m_llLength - m_llOffset)
+                break;
+            else
+                result = got;
+        }
+        return result;
+    }
+    long long parseLeaf(CFields& leaf)
+    {
+        const tPacketExpInfo pei = leaf.pkt_GetExp();
+        const std::string_view rest =
+            m_llOffset > m_llLength ? "" : m_strvPacket.substr(static_cast<std::size_t>(m_llOffset));
+        const long long left = m_llLength - m_llOffset;
+        m_llOffset += pei.m_uiLength;
+        if (pei.m_eLengthExp == LEC_V)
+            return left < 1 ? -pei.m_ucPrefixSize : parsed(leaf, rest, m_bStore);
+        const long long length = pei.m_uiLength;
+        if (left < 1)
+            return -length;
+        if (length == 0 || length > left || !m_bStore)
+            return left - length;
+        return detail::storeOther(leaf, rest.substr(0, pei.m_uiLength)) ? left - length : -1;
+    }
+
+    std::string_view m_strvPacket;
+    long long m_llLength;
+    long long m_llOffset = 0;
+    bool m_bStore;
+};
+
+/// What a packet for the tree might be: items that fit or nearly do.
+std::string randomPacket(tRandom& random, const CFields& node)
+{
+    if (node.getDT() != DT_array)
+    {
+        const tPacketExpInfo pei = node.pkt_GetExp();
+        if (pei.m_eLengthExp != LEC_V)
+            return randomItem(random, pei.m_uiLength);
+        return modelItem(randomValue(random), pei.m_ePacketExp == PEC_A, true, pei.m_ucPrefixSize, 0);
+    }
+    std::string packet;
+    for (unsigned int i = 0; i < node.getChildCount(); ++i)
+        packet += randomPacket(random, node.getChildAt(i));
+    return packet;
+}
+
+TEST(UsualLeaf, treesReadTheItemsOfTheirLeaves)
+{
+    tRandom random(4);
+    for (int round = 0; round < 4000; ++round)
+    {
+        CFields tree = randomTree(random, 3);
+        CFields model(tree);
+        for (const bool store : {false, true, true})
+        {
+            std::string packet = randomPacket(random, tree);
+            if (random() % 3 == 0)
+                packet.resize(random() % (packet.size() + 1));
+            const CExactBytes exact(packet);
+            const long long expected = CModelParser(packet, store).parse(model);
+            ASSERT_EQ(expected, tree.pkt_Parse4Children(exact.data(), exact.size(), store)) << "round " << round;
+            ASSERT_EQ("", difference(model, tree)) << "round " << round;
+        }
+    }
+}
+
+TEST(UsualLeaf, measuringNeedsNoPacketWhateverItsLength)
+{
+    const auto measure = [](std::initializer_list<unsigned int> lengths, unsigned int packet) {
+        CFields tree(DT_array);
+        for (const unsigned int length : lengths)
+            addLeaf(tree, "", 5, pei4("ANF", length));
+        return tree.pkt_Parse4Children(nullptr, packet, false);
+    };
+    EXPECT_EQ(measure({4, 6, 3}, 20), 7);
+    EXPECT_EQ(measure({4, 6}, 8), -2);
+    EXPECT_EQ(measure({4, 0x7FFFFFFF, 0x7FFFFFFF, 3}, 0xFFFFFFFF), -6);
+    EXPECT_EQ(measure({4, 0x7FFFFFFF, 0x7FFFFFFF, 3}, 3), INT_MIN);
+    // The walk goes on after 2147483647 bytes, so that it finds two more.
+    EXPECT_EQ(measure({0x80000001, 2}, 0x80000001), 0);
 }
 
 TEST(UsualLeaf, packetsAboutTheSizeOfTheBufferAreWhole)
