@@ -1,9 +1,9 @@
 // core/text/digit_words.h - short numbers in digits, eight at a time.
 //
 // Packets hold numbers of known width, most of them of a few digits. They are read and written in words; nothing but
-// what the caller allows is touched outside the text. With a loop alone, reading numbers of 8 and 16 digits takes 1.4 and
-// 1.6 times as long. Only where fewer than eight bytes may be read, a loop is better: words that are put together take
-// 2.5 and 1.6 times as long for 2 and 4 digits.
+// what the caller allows is touched outside the text. With a loop alone, reading numbers of 8 and 16 digits takes 1.4
+// and 1.6 times as long. Only where fewer than eight bytes may be read, a loop is better: words that are put together
+// take 2.5 and 1.6 times as long for 2 and 4 digits.
 #pragma once
 
 #include <algorithm>
