@@ -215,7 +215,7 @@ unsigned int unsignedWidth(unsigned long long value)
 
 }  // namespace
 
-void makeItem(CFields& leaf, CPacketBuffer& packet)
+void makeOtherItem(CFields& leaf, CPacketBuffer& packet)
 {
     tPacketExpInfo& pei = tFieldAccess::pei(leaf);
     switch (pei.m_eLengthExp)

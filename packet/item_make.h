@@ -6,6 +6,7 @@
 
 #include "murv/fields.h"
 #include "packet/packet_buffer.h"
+#include "packet/usual_make.h"
 
 namespace murv::detail
 {
@@ -22,10 +23,19 @@ inline bool hasLength(const tPacketExpInfo& pei, bool anySizeKnown)
     return false;
 }
 
+/// As makeItem, for leaves that makeUsual does not take; it has the rules for all.
+void makeOtherItem(CFields& leaf, CPacketBuffer& packet);
+
 /// Appends the item of a leaf; a variable item's total length is recorded in the leaf.
 ///
 /// Throws CLogicError for a node that is no leaf, and std::bad_alloc.
-void makeItem(CFields& leaf, CPacketBuffer& packet);
+inline void makeItem(CFields& leaf, CPacketBuffer& packet)
+{
+    if (const char* const end = makeUsual(leaf, packet.end()))
+        packet.setEnd(end);
+    else
+        makeOtherItem(leaf, packet);
+}
 
 /// Bytes of a leaf's value in that form; throws CLogicError for a node that is no leaf.
 unsigned int naturalLength(const CFields& leaf, E_PacketExpCode form);

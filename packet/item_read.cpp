@@ -10,9 +10,10 @@
 
 #include "core/field_access.h"
 #include "core/heap_text.h"
-#include "core/text/digit_words.h"
 #include "core/text/number_scan.h"
+#include "core/text/word_order.h"
 #include "packet/limits.h"
+#include "packet/usual_read.h"
 
 namespace murv::detail
 {
@@ -33,10 +34,7 @@ std::uint64_t loadBigEndian(std::string_view bytes)
 {
     if (bytes.size() > s_cnWord)
         bytes.remove_prefix(bytes.size() - s_cnWord);
-    std::uint64_t word = 0;
-    for (const char byte : bytes)
-        word = word << 8 | static_cast<unsigned char>(byte);
-    return word;
+    return loadOrdered(bytes, false);
 }
 
 struct tPrefixNumber
@@ -82,41 +80,14 @@ bool holdsNumber(const char* p, const char* end)
 
 void storeCodes(CFields& leaf, std::string_view bytes)
 {
-    const auto length = static_cast<unsigned int>(bytes.size());
-    if (tFieldAccess::type(leaf) == DT_codelist && tFieldAccess::isOwned(leaf))
-    {
-        // A text of the same length goes into the block that is there.
-        const std::string_view held = tFieldAccess::codes(leaf);
-        if (held.data() != nullptr && held.size() == bytes.size())
-        {
-            if (length != 0)
-                std::memmove(const_cast<char*>(held.data()), bytes.data(), length);
-            return;
-        }
-    }
     tSlot fresh{DT_codelist, true, {}};
-    fresh.m_uValue.m_pData = duplicatePrefixedStream(bytes.data(), length);
+    fresh.m_uValue.m_pData = duplicatePrefixedStream(bytes.data(), static_cast<unsigned int>(bytes.size()));
     tFieldAccess::replaceValue(leaf, fresh);
-}
-
-tScannedNumber integer4(bool negative, std::uint64_t magnitude)
-{
-    tScannedNumber number{negative || magnitude <= INT32_MAX ? DT_sint : DT_uint, {}};
-    number.m_uValue.m_ullValue = negative ? 0 - magnitude : magnitude;
-    return number;
 }
 
 /// Types a number as scanNumber does. \return false for a text that holds none.
 bool readText(std::string_view bytes, tScannedNumber& number)
 {
-    const bool negative = !bytes.empty() && bytes.front() == '-';
-    const std::size_t sign = negative ? 1 : 0;
-    std::uint64_t magnitude = 0;
-    if (readShortDigits(bytes.data() + sign, bytes.size() - sign, magnitude))
-    {
-        number = integer4(negative, magnitude);
-        return true;
-    }
     if (!holdsNumber(bytes.data(), bytes.data() + bytes.size()))
         return false;
     number = scanNumber(bytes.data(), static_cast<unsigned int>(bytes.size()));
@@ -133,8 +104,7 @@ tScannedNumber readBinary(std::string_view bytes)
 
 void storeNumber(CFields& leaf, const tScannedNumber& number)
 {
-    const E_DataType held = tFieldAccess::type(leaf);
-    if (held == DT_codelist || tFieldAccess::isContainer(held))
+    if (!takesNumber(leaf))
         tFieldAccess::replaceValue(leaf, {});
     // All members of the union are the same eight bytes.
     uMultiValue& value = tFieldAccess::setType(leaf, number.m_eType);
@@ -172,7 +142,7 @@ std::int64_t variableTotal(const tPacketExpInfo& pei, const char* item)
     return total < pei.m_ucPrefixSize ? 0 : total;
 }
 
-bool storeItem(CFields& leaf, std::string_view bytes)
+bool storeOther(CFields& leaf, std::string_view bytes)
 {
     tScannedNumber number{};
     switch (reading4(tFieldAccess::pei(leaf)))
@@ -186,6 +156,11 @@ bool storeItem(CFields& leaf, std::string_view bytes)
     }
     storeNumber(leaf, number);
     return true;
+}
+
+bool storeItem(CFields& leaf, std::string_view bytes)
+{
+    return storeUsual(leaf, bytes, bytes.size()) || storeOther(leaf, bytes);
 }
 
 std::int64_t readVariable(CFields& leaf, tRemaining item, bool store)

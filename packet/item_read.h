@@ -23,6 +23,9 @@ std::int64_t variableTotal(const tPacketExpInfo& pei, const char* item);
 /// \return false, with nothing changed, when they are no number but should be
 bool storeItem(CFields& leaf, std::string_view bytes);
 
+/// The same for items that storeUsual does not take; it has the rules for all.
+bool storeOther(CFields& leaf, std::string_view bytes);
+
 /// Reads an item of `length` bytes into its leaf.
 ///
 /// \param store  false: only measure

@@ -7,9 +7,10 @@
 #include <vector>
 
 #include "core/field_access.h"
+#include "core/member_cursor.h"
+#include "core/memory/walk_stack.h"
 #include "core/text/integer_text.h"
 #include "core/throw.h"
-#include "core/tree_walk.h"
 #include "murv/fields.h"
 #include "packet/item_make.h"
 #include "packet/keyword_call.h"
@@ -51,31 +52,29 @@ public:
     {
     }
 
-    void makeLeaf(CFields& leaf)
+    void makeOne(CFields& leaf)
     {
-        const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
-        if (!detail::hasLength(pei, !m_vSizes.empty()))
-            return;
-        if (m_bKeywords && pei.m_usSkIndex != 0)
-            makeKeywordLeaf(leaf);
-        else
-            detail::makeItem(leaf, m_tPacket);
+        m_tPacket.setEnd(makeLeaf(leaf, m_tPacket.end()));
     }
-    void makeTree(CFields& root)
-    {
-        detail::CTreeWalk<CFields> walk(root);
-        while (CFields* const node = walk.next())
-        {
-            if (!tFieldAccess::isContainer(*node))
-                makeLeaf(*node);
-        }
-    }
+    void makeTree(CFields& root);
     std::string take()
     {
         return m_tPacket.take();
     }
 
 private:
+    /// Makes a leaf after `end`, where the packet ends. \return the new end
+    char* makeLeaf(CFields& leaf, char* end)
+    {
+        const bool isPlain = !m_bKeywords || tFieldAccess::pei(leaf).m_usSkIndex == 0;
+        if (isPlain && end <= m_tPacket.limit())
+        {
+            if (char* const after = detail::makeUsual(leaf, end))
+                return after;
+        }
+        return makeOther(leaf, end, isPlain);
+    }
+    char* makeOther(CFields& leaf, char* end, bool isPlain);
     void makeKeywordLeaf(CFields& leaf);
     bool allotExternal(CFields& leaf);
     void announceSize(CFields& leaf);
@@ -90,6 +89,49 @@ private:
     // Made with the first size item: packets without any, when they are short, take 4 to 7 percent fewer instructions.
     std::optional<tWaitingItems> m_tWaiting;
 };
+
+/// Makes the leaves of a tree. The cursor of the innermost container and the end of the packet stay in registers:
+/// otherwise this takes 1.4 to 1.6 times as long.
+void CPacketMaker::makeTree(CFields& root)
+{
+    if (!tFieldAccess::isContainer(root))
+        return makeOne(root);
+    detail::CMemberCursor members(tFieldAccess::members(root));
+    detail::CWalkStack<detail::CMemberCursor> outer;
+    char* end = m_tPacket.end();
+    while (true)
+    {
+        while (CFields* const node = members.take())
+        {
+            if (!tFieldAccess::isContainer(*node))
+            {
+                end = makeLeaf(*node, end);
+                continue;
+            }
+            outer.push(members);
+            members = detail::CMemberCursor(tFieldAccess::members(*node));
+        }
+        if (outer.empty())
+            break;
+        members = outer.top();
+        outer.pop();
+    }
+    m_tPacket.setEnd(end);
+}
+
+/// Makes a leaf that is not usual. \return the new end of the packet
+char* CPacketMaker::makeOther(CFields& leaf, char* end, bool isPlain)
+{
+    m_tPacket.setEnd(end);
+    if (detail::hasLength(tFieldAccess::pei(leaf), !m_vSizes.empty()))
+    {
+        if (isPlain)
+            detail::makeOtherItem(leaf, m_tPacket);
+        else
+            makeKeywordLeaf(leaf);
+    }
+    return m_tPacket.end();
+}
 
 void setNumber(CFields& leaf, unsigned long long number)
 {
@@ -231,7 +273,7 @@ std::string CFields::pkt_Make4OneSelf(bool a_bSki) const
 {
     CPacketMaker maker(a_bSki);
     if (!tFieldAccess::isContainer(*this))
-        maker.makeLeaf(writable(*this));
+        maker.makeOne(writable(*this));
     return maker.take();
 }
 

@@ -17,6 +17,28 @@ namespace murv::detail
 class CPacketBuffer
 {
 public:
+    static constexpr std::size_t s_cnSlack = 32;  // bytes that may always be written after the last one
+
+    /// \name Appending from outside
+    /// Whoever appends many short pieces keeps the end of the packet in a register.
+    /// @{
+    /// Where the next byte goes. s_cnSlack bytes may be written from any place up to limit() on.
+    char* end()
+    {
+        return m_cNear + m_nNear;
+    }
+    const char* limit() const
+    {
+        return m_cNear + s_cnNear;
+    }
+    /// Makes all bytes before `end` part of the packet.
+    void setEnd(const char* end)
+    {
+        m_nNear = 0;
+        advance(static_cast<std::size_t>(end - m_cNear));
+    }
+    /// @}
+
     std::size_t size() const
     {
         return m_strFar.size() + m_nNear;
@@ -60,7 +82,6 @@ public:
 
 private:
     static constexpr std::size_t s_cnNear = 512;
-    static constexpr std::size_t s_cnSlack = 32;  // bytes that may always be written after the last one
 
     void advance(std::size_t count)
     {

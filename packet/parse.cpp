@@ -17,6 +17,7 @@
 #include "packet/keyword_table.h"
 #include "packet/limits.h"
 #include "packet/pending_sizes.h"
+#include "packet/usual_read.h"
 
 namespace murv
 {
@@ -35,7 +36,7 @@ class CPacketParser
 {
 public:
     CPacketParser(const char* data, unsigned int length, bool store)
-        : m_pData(data), m_llLength(length), m_bStore(store)
+        : m_pData(data), m_llLength(length), m_llUsual(isUsual(data, length, store) ? length : 0), m_bStore(store)
     {
     }
 
@@ -50,6 +51,10 @@ private:
         std::int64_t m_llResult;
     };
 
+    static bool isUsual(const char* data, unsigned int length, bool store)
+    {
+        return length <= detail::s_cuiLongestItem && (data != nullptr || !store);
+    }
     std::int64_t remaining() const
     {
         return m_llLength - m_llOffset;
@@ -69,6 +74,7 @@ private:
 
     const char* m_pData;
     std::int64_t m_llLength;
+    std::int64_t m_llUsual;  // the length again; 0 when no item may be read at once
     std::int64_t m_llOffset = 0;
     bool m_bStore;
     detail::tPendingSizes m_vSizes;
@@ -168,30 +174,61 @@ void CPacketParser::merge(tFrame& frame, std::int64_t result)
         frame.m_llResult = result;
 }
 
+/// Reads an item of fixed length that lies before `end`, as nearly all do.
+/// \return false, with nothing changed, for all others, and when its number cannot be read
+bool readUsual(CFields& leaf, const char* data, std::int64_t offset, std::int64_t end, bool store)
+{
+    const tPacketExpInfo& pei = tFieldAccess::pei(leaf);
+    const std::int64_t length = pei.m_uiLength;
+    const std::int64_t rest = end - offset;
+    if (pei.m_usSkIndex != 0 || pei.m_eLengthExp != LEC_F || length > rest || length == 0)
+        return false;
+    if (!store)
+        return true;
+    const std::string_view bytes(data + offset, static_cast<std::size_t>(length));
+    return detail::storeUsual(leaf, bytes, static_cast<std::size_t>(rest)) || detail::storeOther(leaf, bytes);
+}
+
+/// Where the next item begins stays in a register while leaves are usual.
 std::int64_t CPacketParser::parseTree(CFields& root)
 {
     if (!tFieldAccess::isContainer(root))
         return parseLeaf(root);
+    // Items longer than the longest one may lie in larger packets, where the walk has a rule of its own for them.
+    const bool maybeUsual = m_llLength <= detail::s_cuiLongestItem && (m_pData != nullptr || !m_bStore);
+    const std::int64_t end = maybeUsual ? m_llLength : 0;
+    std::int64_t offset = m_llOffset;
     tFrame frame = {detail::CMemberCursor(tFieldAccess::members(root)), remaining()};
     detail::CWalkStack<tFrame> outer;
     while (true)
     {
         while (CFields* const node = frame.m_tMembers.take())
         {
-            if (!tFieldAccess::isContainer(*node))
+            if (tFieldAccess::isContainer(*node))
             {
-                merge(frame, parseLeaf(*node));
-                continue;
+                outer.push(frame);
+                frame = {detail::CMemberCursor(tFieldAccess::members(*node)), m_llLength - offset};
             }
-            outer.push(frame);
-            frame = {detail::CMemberCursor(tFieldAccess::members(*node)), remaining()};
+            else if (readUsual(*node, m_pData, offset, end, m_bStore))
+            {
+                offset += tFieldAccess::pei(*node).m_uiLength;
+                frame.m_llResult = end - offset;
+            }
+            else
+            {
+                m_llOffset = offset;
+                merge(frame, parseLeaf(*node));
+                offset = m_llOffset;
+            }
         }
+        m_llOffset = offset;
         if (outer.empty())
             return frame.m_llResult;
         const std::int64_t result = frame.m_llResult;
         frame = outer.top();
         outer.pop();
         merge(frame, result);
+        offset = m_llOffset;
     }
 }
 

@@ -12,9 +12,9 @@
 #include "core/text/number_scan.h"
 #include "core/text/trim.h"
 #include "core/text/word_bytes.h"
+#include "core/text/word_order.h"
 #include "layout/values/form_codecs.h"
 #include "layout/values/number_text.h"
-#include "layout/values/word_order.h"
 
 namespace murv::detail
 {

@@ -7,60 +7,18 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <limits>
 #include <string_view>
 
 #include "core/text/digit_words.h"
 #include "core/text/trim.h"
+#include "core/text/word_order.h"
 #include "layout/values/item.h"
 #include "layout/values/scalar.h"
-#include "layout/values/word_order.h"
 
 namespace murv::detail
 {
-
-/// 10 to the power of each number of digits that a short number may have.
-inline constexpr std::array<std::uint64_t, s_cnShortDigits + 1> s_caullPowers = [] {
-    std::array<std::uint64_t, s_cnShortDigits + 1> powers{1};
-    for (std::size_t i = 1; i < powers.size(); ++i)
-        powers[i] = powers[i - 1] * 10;
-    return powers;
-}();
-
-/// Writes the last characters of eight, one to eight of them.
-inline void storeLast(char* to, std::uint64_t word, std::size_t length) noexcept
-{
-    if (length == sizeof word)
-        return storeWord(to, word);
-    const std::uint64_t first = word >> (64 - 8 * length);
-    // Two pieces that may overlap in the middle.
-    if (length >= 4)
-    {
-        storePiece(to, static_cast<std::uint32_t>(first));
-        storePiece(to + length - 4, static_cast<std::uint32_t>(word >> 32));
-    }
-    else if (length >= 2)
-    {
-        storePiece(to, static_cast<std::uint16_t>(first));
-        storePiece(to + length - 2, static_cast<std::uint16_t>(word >> 48));
-    }
-    else
-        *to = static_cast<char>(first);
-}
-
-/// Writes a number as that many digits, one to sixteen, with zeros in front. It must be below that power of ten.
-inline void storeDigits(char* to, std::uint64_t number, std::size_t length) noexcept
-{
-    constexpr std::size_t word8 = sizeof(std::uint64_t);
-    constexpr std::uint64_t zeros = s_cullOnes * '0';
-    if (length <= word8)
-        return storeLast(to, digits4Number(number) + zeros, length);
-    constexpr std::uint64_t half = 100000000;
-    storeLast(to, digits4Number(number / half) + zeros, length - word8);
-    storeWord(to + length - word8, digits4Number(number % half) + zeros);
-}
 
 /// Digits, with "-" before them or not.
 inline bool readQuickDigits(const char* bytes, std::size_t length, tScalar& value) noexcept
@@ -82,7 +40,7 @@ inline bool makeQuickDigits(const tScalar& value, char* to, std::size_t length) 
     const std::uint64_t magnitude = isNegative ? 0 - value.m_ullValue : value.m_ullValue;
     if (value.m_eType != DT_sint || magnitude >= s_caullPowers[length - sign])
         return false;
-    storeDigits(to, magnitude, length);
+    storeDigits<storeLast>(to, magnitude, length);
     if (isNegative)
         *to = '-';
     return true;

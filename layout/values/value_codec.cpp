@@ -5,10 +5,10 @@
 
 #include "core/text/digit_words.h"
 #include "core/text/integer_text.h"
+#include "core/text/word_order.h"
 #include "layout/values/code_pages.h"
 #include "layout/values/form_codecs.h"
 #include "layout/values/number_text.h"
-#include "layout/values/word_order.h"
 
 namespace murv::detail
 {

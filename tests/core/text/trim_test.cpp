@@ -9,6 +9,7 @@
 #include <string>
 
 #include "core/text/digit_words.h"
+#include "core/text/word_bytes.h"
 #include "tests/core/text_helpers.h"
 
 namespace
@@ -82,6 +83,57 @@ TEST(DigitWords, readOneToSixteenDigitsAndNothingElse)
     }
     EXPECT_FALSE(readShortDigits("", 0, value));
     EXPECT_FALSE(readShortDigits("12345678901234567", 17, value));
+}
+
+TEST(DigitWords, bytesAfterTheDigitsMayBeReadButDoNotCount)
+{
+    for (const char* const after : {"", "1", "x", "99999999", "\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})
+    {
+        for (std::size_t size = 1; size <= 16; ++size)
+        {
+            const std::string digits = std::string("9876543210987654").substr(0, size);
+            const CExactText exact(digits + after);
+            std::uint64_t value = 0;
+            ASSERT_TRUE(readShortDigits(exact.begin(), size, value, 0, exact.size())) << digits << after;
+            ASSERT_EQ(std::stoull(digits), value) << digits << after;
+        }
+    }
+}
+
+TEST(DigitWords, storeANumberInOneToSixteenDigits)
+{
+    std::mt19937_64 random(5);
+    for (std::size_t size = 1; size <= 16; ++size)
+    {
+        for (int round = 0; round < 100; ++round)
+        {
+            const std::uint64_t number = round == 0 ? s_caullPowers[size] - 1 : random() % s_caullPowers[size];
+            const std::string digits = std::to_string(number);
+            const std::string expected = std::string(size - digits.size(), '0') + digits;
+            std::string exact(size + 1, '!');
+            storeDigits<storeLast>(exact.data(), number, size);
+            ASSERT_EQ(expected + "!", exact);
+            std::string wide(size + 8, '!');
+            storeDigits<storeLastWide>(wide.data(), number, size);
+            ASSERT_EQ(expected, wide.substr(0, size));
+            ASSERT_EQ('!', wide[size + 7]);
+        }
+    }
+}
+
+TEST(WordBytes, upTo32BytesMayOverlapWhileTheyAreCopied)
+{
+    const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.,";
+    for (std::size_t count = 0; count <= 32; ++count)
+    {
+        for (std::size_t to = 0; to <= 32; ++to)
+        {
+            std::string text = alphabet;
+            copyShort(text.data() + to, text.data() + 16, count);
+            std::string expected = alphabet;
+            ASSERT_EQ(expected.replace(to, count, alphabet, 16, count), text) << count << " to " << to;
+        }
+    }
 }
 
 TEST(DigitWords, aFlipReadsOtherCharacters)

@@ -1,4 +1,4 @@
-// layout/values/word_order.h - integers of one to eight bytes in either order.
+// core/text/word_order.h - integers of one to eight bytes in either order.
 #pragma once
 
 #include <cstddef>
