@@ -11,6 +11,7 @@ MEASURES = [
     ("parse", "Reading", "A text becomes a tree; simdjson's can only be read."),
     ("parse-cold", "Reading, cold", "The same, after the heap has given its memory back to the system."),
     ("parse-wall", "Reading a large document", "The same by the clock on the wall, cold."),
+    ("parse-compact", "Reading without white space", "A text on one line, without blanks, becomes a tree."),
     ("compact", "Writing on one line", "A tree becomes a text without white space."),
     ("pretty", "Writing indented", "A tree becomes a text for people."),
     ("copy", "Copying", "A tree is copied."),
