@@ -49,8 +49,8 @@ enum E_QuickForm : unsigned char
 {
     QF_none,
     QF_digits,  // a whole number with zeros in front, up to sixteen digits
-    // The same of up to eight digits, in a packet whose bytes before them make up a word with them. Without it, views of
-    // such numbers take 1.05 to 1.08 times as long.
+    // The same of up to eight digits, in a packet whose bytes before them make up a word with them. Without it, views
+    // of such numbers take 1.05 to 1.08 times as long.
     QF_digitsAfter,
     QF_text,    // a text with blanks after it
     QF_bytes,   // bytes that fill the item
