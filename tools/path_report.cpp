@@ -2,7 +2,9 @@
 #include "tools/path_report.h"
 
 #include <algorithm>
+#include <map>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -21,15 +23,20 @@ bool haveSameName(const CFields& a, const CFields& b)
     return a.getNameLen() != 0 && nameOf(a) == nameOf(b);
 }
 
+using tNames = std::unordered_set<std::string_view>;
+
 /// Finds the last member of a field set that has the name or the ID of another one.
 class CLastMembers
 {
 public:
-    explicit CLastMembers(const CFields& container) : m_tContainer(container)
+    /// \param ignored  names of members that do not count
+    explicit CLastMembers(const CFields& container, const tNames& ignored = {}) : m_tContainer(container)
     {
         for (unsigned int i = 0; container.isField() && i < container.getChildCount(); ++i)
         {
             const CFields& member = container.getChildAt(i);
+            if (ignored.count(nameOf(member)) != 0)
+                continue;
             if (member.getNameLen() != 0)
                 m_mName[nameOf(member)] = i;
             if (member.getID() != 0)
@@ -50,7 +57,7 @@ public:
 private:
     const CFields& m_tContainer;
     std::unordered_map<std::string_view, unsigned int> m_mName;
-    std::unordered_map<unsigned int, unsigned int> m_mId;
+    std::map<unsigned int, unsigned int> m_mId;  // a document could choose IDs that share a place in a hash table
 };
 
 constexpr const char* s_cpTaken = ", too: programs that load the document take its value";
@@ -82,12 +89,140 @@ tDiagnostic warningAbout(const std::string& path, const CFields& member, const C
     return diagnostic;
 }
 
-/// A field set of a patch, with the one that it changes.
-struct tPatched
+using tPatches = std::vector<const CFields*>;
+
+/// A member that a patch changes. Field sets are merged into it, in turn, unless something replaces it.
+struct tChanged
 {
-    const CFields* m_pPatch;
-    const CFields* m_pTarget;
-    std::string m_strPrefix;  // of the paths of its members
+    const CFields* m_pMember;
+    tPatches m_vPatch;
+    bool m_bReplaced = false;
+};
+
+/// Names that are null in any of the patches: of members of those names nothing stays.
+tNames namesRemovedBy(const tPatches& patches)
+{
+    tNames names;
+    for (const CFields* const patch : patches)
+    {
+        for (const CFields& member : *patch)
+        {
+            if (member.isNull())
+                names.insert(nameOf(member));
+        }
+    }
+    return names;
+}
+
+/// The members of a field set that patches change and do not remove, each once.
+std::vector<tChanged> changedBy(const tPatches& patches, const CFields& container, const tNames& removed)
+{
+    std::vector<tChanged> all;
+    std::unordered_map<const CFields*, std::size_t> known;
+    for (const CFields* const patch : patches)
+    {
+        for (const CFields& change : *patch)
+        {
+            const CFields* const member = container.findChildAt(change.getName(), change.getNameLen());
+            if (member == nullptr || removed.count(nameOf(change)) != 0)
+                continue;
+            const auto [at, isNew] = known.try_emplace(member, all.size());
+            if (isNew)
+                all.push_back({member, {}});
+            tChanged& changed = all[at->second];
+            changed.m_bReplaced = changed.m_bReplaced || !change.isField() || !member->isField();
+            if (changed.m_bReplaced)
+                changed.m_vPatch.clear();
+            else
+                changed.m_vPatch.push_back(&change);
+        }
+    }
+    return all;
+}
+
+/// Warns of what a merge patch changes in vain.
+///
+/// Field sets that go into the same one are looked at together: that one is then looked at once, whatever the patch
+/// repeats.
+class CMergeWarnings
+{
+public:
+    CMergeWarnings(const tInput& input, std::optional<std::string_view> source, CDiagnostics& diagnostics)
+        : m_tInput(input), m_svSource(source), m_tDiagnostics(diagnostics)
+    {
+    }
+
+    void run(const CFields& root, const CFields& patch)
+    {
+        m_vOpen.push_back({&root, {&patch}, s_cnRoot});
+        while (!m_vOpen.empty())
+        {
+            const tOpen next = std::move(m_vOpen.back());
+            m_vOpen.pop_back();
+            lookAt(next);
+        }
+    }
+
+private:
+    static constexpr std::size_t s_cnRoot = static_cast<std::size_t>(-1);
+
+    /// A field set of the document, and those of the patch that are merged into it.
+    struct tOpen
+    {
+        const CFields* m_pTarget;
+        tPatches m_vPatch;
+        std::size_t m_nPlace;
+    };
+    /// Where a field set is. Paths are composed for warnings only: those of all nodes of a deep document are too long.
+    struct tPlace
+    {
+        const CFields* m_pNode;
+        std::size_t m_nOuter;  // s_cnRoot: below the root
+    };
+
+    void lookAt(const tOpen& open)
+    {
+        const tNames removed = namesRemovedBy(open.m_vPatch);
+        std::vector<tChanged> all = changedBy(open.m_vPatch, *open.m_pTarget, removed);
+        if (all.empty())
+            return;
+        const CLastMembers lasts(*open.m_pTarget, removed);
+        for (const tChanged& changed : all)
+            warn(*changed.m_pMember, lasts.of(*changed.m_pMember), open.m_nPlace);
+        // The first one is opened first, as it is taken from the end.
+        for (auto changed = all.rbegin(); changed != all.rend(); ++changed)
+        {
+            if (changed->m_vPatch.empty())
+                continue;
+            m_vOpen.push_back({changed->m_pMember, std::move(changed->m_vPatch), m_vPlace.size()});
+            m_vPlace.push_back({changed->m_pMember, open.m_nPlace});
+        }
+    }
+
+    void warn(const CFields& member, const CFields& last, std::size_t place)
+    {
+        if (&last == &member)
+            return;
+        m_tDiagnostics.report(m_svSource ? warningAt(member, last, m_tInput, *m_svSource)
+                                         : warningAbout(pathOf(member, place), member, last, m_tInput));
+    }
+
+    std::string pathOf(const CFields& member, std::size_t place) const
+    {
+        std::vector<const CFields*> outward{&member};
+        for (; place != s_cnRoot; place = m_vPlace[place].m_nOuter)
+            outward.push_back(m_vPlace[place].m_pNode);
+        std::string path;
+        for (auto node = outward.rbegin(); node != outward.rend(); ++node)
+            path += (path.empty() ? "" : ".") + pathName(nameOf(**node));
+        return path;
+    }
+
+    const tInput& m_tInput;
+    const std::optional<std::string_view> m_svSource;
+    CDiagnostics& m_tDiagnostics;
+    std::vector<tOpen> m_vOpen;
+    std::vector<tPlace> m_vPlace;
 };
 }  // namespace
 
@@ -118,27 +253,8 @@ void warnOfRepeatedNames(const tNodePath& path, const tInput& input, const CFiel
 void warnOfRepeatedNames(const CFields& patch, const tInput& input, std::optional<std::string_view> source,
                          const CFields& root, CDiagnostics& diagnostics)
 {
-    std::vector<tPatched> open{{&patch, &root, {}}};
-    while (!open.empty())
-    {
-        const tPatched pair = std::move(open.back());
-        open.pop_back();
-        if (!pair.m_pPatch->isField() || !pair.m_pTarget->isField())
-            continue;
-        const CLastMembers lasts(*pair.m_pTarget);
-        for (const CFields& member : *pair.m_pPatch)
-        {
-            const CFields* const target = pair.m_pTarget->findChildAt(member.getName(), member.getNameLen());
-            if (target == nullptr || member.isNull())
-                continue;
-            std::string path = pair.m_strPrefix + pathName(nameOf(member));
-            const CFields& last = lasts.of(*target);
-            if (&last != target)
-                diagnostics.report(source ? warningAt(*target, last, input, *source)
-                                          : warningAbout(path, *target, last, input));
-            open.push_back({&member, target, std::move(path) + "."});
-        }
-    }
+    if (patch.isField() && root.isField())
+        CMergeWarnings(input, source, diagnostics).run(root, patch);
 }
 
 E_ExitCode reportNothingAt(std::string_view path, const tInput& input, CDiagnostics& diagnostics)

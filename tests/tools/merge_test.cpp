@@ -143,6 +143,73 @@ TEST(Merge, warnsWithThePathInsteadOfAPlaceOnceTheTextHasChanged)
     EXPECT_EQ(murv(files, {"merge", "a", "p.json", "q.json"}).m_strError, warning);
 }
 
+TEST(Merge, warnsOnceOfAMemberThatAPatchChangesTwice)
+{
+    const CTemporaryDirectory files;
+    files.write("a", "{ \"a\" = { \"x\" = 1, \"x\" = 2 } }\n");
+    files.write("p", "{\"a\"={\"x\"=5},\"a\"={\"x\"=6}}");
+    EXPECT_EQ(murv(files, {"merge", "a", "p"}).m_strError,
+              "a:1:26: warning: this later member has the name x, too: programs that load the document take its value\n"
+              "{ \"a\" = { \"x\" = 1, \"x\" = 2 } }\n"
+              "                         ^\n");
+}
+
+TEST(Merge, doesNotWarnOfMembersThatItRemovesOrReplaces)
+{
+    const char* const cases[][2] = {
+        {"{\"a\"={\"x\"=1,\"x\"=2}}", "{\"a\"=null,\"a\"={\"x\"=9}}"},
+        {"{\"a\"={\"x\"=1,\"x\"=2}}", "{\"a\"={\"x\"=9},\"a\"=null}"},
+        {"{\"a\"={\"x\"=1,\"x\"=2}}", "{\"a\"={\"x\"=null},\"a\"={\"x\"=9}}"},
+        {"{\"a\"={\"x\"=1,\"x\"=2}}", "{\"a\"={\"x\"=9},\"a\"={\"x\"=null}}"},
+        {"{\"a\"={\"x\"=1,\"x\"=2}}", "{\"a\"=5,\"a\"={\"x\"=9}}"},
+        {"{\"a\"={\"x\"=1,\"x\"=2}}", "{\"a\"={\"x\"=9},\"a\"=5}"},
+        {"{#7 \"x\"=1,#7 \"y\"=2}", "{\"x\"=5,\"y\"=null}"},
+    };
+    for (const auto& [document, patch] : cases)
+    {
+        const CTemporaryDirectory files;
+        files.write("a", document);
+        files.write("p", patch);
+        const tRun run = murv(files, {"merge", "a", "p"});
+        EXPECT_EQ(run.m_iExit, 0) << document << patch;
+        EXPECT_EQ(run.m_strError, "") << document << patch;
+    }
+}
+
+TEST(Merge, warnsInTheOrderOfThePatch)
+{
+    const CTemporaryDirectory files;
+    files.write("a", "{\n\"b\"={\"x\"=1,\n\"x\"=2},\n\"c\"={\"x\"=1,\n\"x\"=2}}\n");
+    files.write("p", "{\"b\"={\"x\"=5},\"c\"={\"x\"=5},\"b\"={\"x\"=6}}");
+    const std::string error = murv(files, {"merge", "a", "p"}).m_strError;
+    EXPECT_EQ(error.find("a:3:5: warning: "), 0U);
+    EXPECT_LT(error.find("a:5:5: warning: "), error.size());
+}
+
+// Takes a fraction of a second, and minutes when all members of the target are looked at for each one of the patch.
+TEST(Merge, costsNoMoreThanTargetAndPatchAreLarge)
+{
+    constexpr int count = 40000;
+    std::string target = "{\"a\"={";
+    std::string patch = "{";
+    for (int i = 0; i < count; ++i)
+    {
+        target += (i == 0 ? "\"" : ",\"") + std::to_string(i) + "\"=1";
+        patch += i == 0 ? "\"a\"={}" : ",\"a\"={}";
+    }
+    target += "}}";
+    patch += "}";
+    const CTemporaryDirectory files;
+    files.write("a", target);
+    files.write("p", patch);
+    tSurroundings around;
+    around.m_uiMostSeconds = 20;
+    const tRun run = murv(files, {"merge", "a", "p"}, around);
+    EXPECT_EQ(run.m_iExit, 0);
+    EXPECT_EQ(run.m_strError, "");
+    EXPECT_TRUE(run.m_strOutput == target);  // too long to be shown
+}
+
 TEST(Merge, inPlaceReplacesTheFileWhenItChanges)
 {
     const CTemporaryDirectory files;
