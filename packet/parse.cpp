@@ -36,7 +36,7 @@ class CPacketParser
 {
 public:
     CPacketParser(const char* data, unsigned int length, bool store)
-        : m_pData(data), m_llLength(length), m_llUsual(isUsual(data, length, store) ? length : 0), m_bStore(store)
+        : m_pData(data), m_llLength(length), m_bStore(store)
     {
     }
 
@@ -51,10 +51,6 @@ private:
         std::int64_t m_llResult;
     };
 
-    static bool isUsual(const char* data, unsigned int length, bool store)
-    {
-        return length <= detail::s_cuiLongestItem && (data != nullptr || !store);
-    }
     std::int64_t remaining() const
     {
         return m_llLength - m_llOffset;
@@ -74,7 +70,6 @@ private:
 
     const char* m_pData;
     std::int64_t m_llLength;
-    std::int64_t m_llUsual;  // the length again; 0 when no item may be read at once
     std::int64_t m_llOffset = 0;
     bool m_bStore;
     detail::tPendingSizes m_vSizes;
