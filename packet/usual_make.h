@@ -1,7 +1,7 @@
 // packet/usual_make.h - items of usual leaves: short, of fixed length, with a number that fits or a text.
 //
-// Nearly all items of most packets are such. They are written to their place without a call; makeItem has the rules for
-// everything else, so each function may decline what it likes.
+// Nearly all items of most packets are such. They are written to their place without a call; makeOtherItem has the
+// rules for everything else, so each function may decline what it likes.
 #pragma once
 
 #include <algorithm>

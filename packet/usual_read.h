@@ -1,6 +1,6 @@
 // packet/usual_read.h - values of usual items: short, and of a kind that the leaf holds already.
 //
-// Nearly all items of most packets are such. They are stored without a call, and without touching the heap; storeItem
+// Nearly all items of most packets are such. They are stored without a call, and without touching the heap; storeOther
 // has the rules for everything else, so each function may decline what it likes.
 #pragma once
 
