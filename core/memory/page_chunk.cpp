@@ -1,9 +1,9 @@
 // core/memory/page_chunk.cpp - large pages that are shared by many trees.
 //
 // A page has one word of state: a bit for each chunk in use, and a mark while the page is open, which means that chunks
-// are taken from it. Open pages stand in slots; who takes a page out of its slot has it for itself, but that others give
-// chunks back. When all slots are taken the fullest page is closed; it is opened again when half of it is free. A page
-// without chunks in use belongs to the one who left it so, and is given back.
+// are taken from it. Open pages stand in slots; who takes a page out of its slot has it for itself, but that others
+// give chunks back. When all slots are taken the fullest page is closed; it is opened again when half of it is free. A
+// page without chunks in use belongs to the one who left it so, and is given back.
 #include "core/memory/page_chunk.h"
 
 #include <algorithm>

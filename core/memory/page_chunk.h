@@ -1,6 +1,7 @@
 // core/memory/page_chunk.h - parts of large pages, for what is smaller than such a page.
 //
-// One large page serves many trees, of any thread. So trees of some hundred KB gain from large pages, too: on a cold heap they load in 0.5 to 0.75 of the time.
+// One large page serves many trees, of any thread. So trees of some hundred KB gain from large pages, too: on a cold
+// heap they load in 0.5 to 0.75 of the time.
 #pragma once
 
 #include <cstddef>
