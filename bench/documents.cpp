@@ -9,7 +9,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
-#include "core/memory/page_chunk.h"
+#include "core/memory/page_block.h"
 #include "tests/support/json_to_text.h"
 
 namespace murv_bench
@@ -102,7 +102,7 @@ void keepHeap()
 
 void giveBackHeap()
 {
-    murv::detail::dropUnusedPages();
+    murv::detail::dropKeptPages();
     malloc_trim(0);
 }
 

@@ -6,9 +6,9 @@
 // The cursor, `p`, is the next byte to read. There is only one: each function that reads is given it by reference and
 // leaves it after what it has read, also when it fails.
 //
-// The usual member - a plain name, "=", a value of one token, a comma - is read by the fast path, whose functions end
-// in Fast; they give up with nothing read when they meet anything else. The general path goes by tokens. It knows the
-// whole notation and all messages.
+// The usual member - a plain name, "=", a value of one token or a container, a comma - is read by the fast path, whose
+// functions end in Fast. They give up with nothing read when they meet anything else; but a container that has begun is
+// read to its end, or fails. The general path goes by tokens. It knows the whole notation and all messages.
 #pragma once
 
 #include <string>

@@ -87,7 +87,10 @@ std::size_t CBlockPool::chunks4Piece(std::size_t least) const noexcept
         return 0;
     const std::size_t eighth = m_nTotal / 8;
     const std::size_t wanted = left < static_cast<double>(eighth) ? static_cast<std::size_t>(left) : eighth;
-    return std::max((least + s_cnChunk - 1) / s_cnChunk, std::min(wanted / s_cnChunk, s_cnMostChunks));
+    std::size_t chunks = std::min(wanted / s_cnChunk, s_cnMostChunks);
+    if (chunks > s_cnMostChunks / 2 && chunks != s_cnMostChunks)
+        chunks = s_cnMostChunks / 2;  // two of them in a page instead of one
+    return std::max((least + s_cnChunk - 1) / s_cnChunk, chunks);
 }
 
 void CBlockPool::free(tPiece* piece) noexcept

@@ -33,7 +33,7 @@ class CBlockPool
 {
 public:
     static constexpr std::size_t s_cnAlignment = 8;
-    static constexpr std::size_t s_cnLongestBlock = 1024;  // longer ones only where a piece has room for them
+    static constexpr std::size_t s_cnLongestBlock = 1024;  // longer ones only from chunks, or where there is room
     static constexpr std::size_t s_cnLongestPiece = s_cnLargePage;
 
     /// The head of a piece; its blocks follow.
@@ -57,7 +57,7 @@ public:
         m_pForecast = forecast;
     }
     /// A block of that size, a multiple of the alignment. Null when the caller is to take a block of the heap instead:
-    /// while the tree is small, when the block is long, and when there is no memory for a piece.
+    /// while the tree is small, when the block is long and the tree gets no chunks, and without memory for a piece.
     char* take(std::size_t size) noexcept
     {
         const std::size_t wanted = size + s_cnRedZone;
@@ -110,7 +110,7 @@ private:
             release(piece.m_pPiece, s_cuiOpen - piece.m_uiTaken);
         piece = {};
     }
-    /// Begins a new piece. \return false for a small tree, a long block or without memory.
+    /// Goes on in the spare piece or a new one. \return false where take() has no block.
     bool open(std::size_t size) noexcept;
     bool makePiece(std::size_t size, tCursor& piece) const noexcept;
     std::size_t chunks4Piece(std::size_t least) const noexcept;

@@ -12,11 +12,15 @@ namespace murv::detail
 namespace
 {
 
-constexpr std::uint64_t s_cullChunksFrom = 256 * 1024;
-
-bool takesPages(std::uint64_t size, std::uint64_t from)
+bool takesPages(std::uint64_t size, std::uint64_t from = s_cnLargePage)
 {
     return s_cbLargePages && size >= from;
+}
+
+/// Smaller blocks are of the heap; so are those of 1 MB, as only one fits a page.
+bool takesChunks(std::uint64_t size)
+{
+    return s_cbLargePages && (size == 256 * 1024 || size == 512 * 1024);
 }
 
 std::uint64_t wholePages(std::uint64_t size)
@@ -29,22 +33,24 @@ std::uint64_t wholePages(std::uint64_t size)
 void* allocateLarge(std::uint64_t size) noexcept
 {
     const auto bytes = static_cast<std::size_t>(size);
-    if (!takesPages(size, s_cullChunksFrom))
+    if (takesChunks(size))
+        return takeChunks(bytes / s_cnChunk);
+    if (!takesPages(size))
         return allocateBlock(size);
-    if (bytes != size)
-        return nullptr;
-    return bytes < s_cnLargePage ? takeChunks(bytes / s_cnChunk) : mapPages(bytes);
+    return bytes == size ? mapPages(bytes) : nullptr;
 }
 
 void freeLarge(void* block, std::uint64_t size) noexcept
 {
     const auto bytes = static_cast<std::size_t>(size);
-    if (block == nullptr || !takesPages(size, s_cullChunksFrom))
-        std::free(block);
-    else if (bytes < s_cnLargePage)
+    if (block == nullptr)
+        return;
+    if (takesChunks(size))
         giveChunks(block, bytes / s_cnChunk);
-    else
+    else if (takesPages(size))
         unmapPages(block, bytes);
+    else
+        std::free(block);
 }
 
 void* allocateExact(std::uint64_t size) noexcept

@@ -8,7 +8,7 @@
 namespace murv::detail
 {
 
-/// A block of the heap, of chunks or of pages. \param size  a power of two
+/// A block of the heap, of chunks or of pages. \param size  a power of two, or a multiple of s_cnLargePage
 void* allocateLarge(std::uint64_t size) noexcept;
 /// Frees a block of allocateLarge, or null. \param size  as it was given there
 void freeLarge(void* block, std::uint64_t size) noexcept;

@@ -7,6 +7,11 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
+
+// Of LeakSanitizer, when the application is built with it but this library is not: it has to be told of memory that is
+// not of the heap, or takes what only trees point to for lost.
+extern "C" [[gnu::weak]] void __lsan_register_root_region(const void* begin, std::size_t size);    // NOLINT
+extern "C" [[gnu::weak]] void __lsan_unregister_root_region(const void* begin, std::size_t size);  // NOLINT
 #endif
 
 namespace murv::detail
@@ -25,7 +30,7 @@ char* takePages(std::size_t size) noexcept
 }
 
 /// Blocks of one page that nobody uses.
-std::atomic<void*> s_pKept[4];
+std::atomic<void*> s_pKept[8];
 std::atomic<std::size_t> s_nMapped;
 
 void* takeKept() noexcept
@@ -51,6 +56,13 @@ bool keep(void* block) noexcept
     return false;
 }
 
+void giveBack(void* block, std::size_t size) noexcept
+{
+    if (__lsan_unregister_root_region != nullptr)
+        __lsan_unregister_root_region(block, size);
+    munmap(block, size);
+}
+
 void* mapNewPages(std::size_t size) noexcept
 {
     const int before = errno;
@@ -67,6 +79,8 @@ void* mapNewPages(std::size_t size) noexcept
         munmap(pages, skipped);
     munmap(block + size, s_cnLargePage - skipped);
     madvise(block, size, MADV_HUGEPAGE);  // without such pages, small ones do as well
+    if (__lsan_register_root_region != nullptr)
+        __lsan_register_root_region(block, size);
     errno = before;
     return block;
 }
@@ -85,7 +99,7 @@ void unmapPages(void* block, std::size_t size) noexcept
 {
     const int before = errno;
     if (size != s_cnLargePage || !keep(block))
-        munmap(block, size);
+        giveBack(block, size);
     errno = before;
     countMapped(-static_cast<std::ptrdiff_t>(size));
 }
@@ -98,7 +112,7 @@ void countMapped(std::ptrdiff_t bytes) noexcept
 void dropKeptPages() noexcept
 {
     while (void* const block = takeKept())
-        munmap(block, s_cnLargePage);
+        giveBack(block, s_cnLargePage);
 }
 
 std::size_t mappedBytes() noexcept

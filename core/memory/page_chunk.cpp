@@ -1,16 +1,17 @@
 // core/memory/page_chunk.cpp - large pages that are shared by many trees.
 //
 // A page has one word of state: a bit for each chunk in use, and a mark while the page is open, which means that chunks
-// are taken from it. Open pages stand in a few slots; who takes a chunk has the slot's page for itself meanwhile. A
-// page without chunks in use that is not open belongs to the one who left it so, and is given back.
+// are taken from it. Open pages stand in slots; who takes a page out of its slot has it for itself, but that others
+// give chunks back. When all slots are taken the fullest page is closed; it is opened again when half of it is free. A
+// page without chunks in use belongs to the one who left it so, and is given back.
 #include "core/memory/page_chunk.h"
 
 #include <algorithm>
 #include <atomic>
 #include <bit>
 #include <cstdint>
-#include <iterator>
 #include <new>
+#include <utility>
 
 namespace murv::detail
 {
@@ -27,7 +28,7 @@ struct tPage
     std::atomic<std::uint32_t> m_uiState;
 };
 
-std::atomic<tPage*> s_pOpen[4];
+std::atomic<tPage*> s_pOpen[16];
 
 std::uint32_t bits4Chunks(std::size_t count)
 {
@@ -58,26 +59,68 @@ tPage* takeOpenPage(std::atomic<tPage*>& slot)
                                                            : slot.exchange(nullptr, std::memory_order_acquire);
 }
 
-/// Clears bits of the state, and gives the page back when nothing is left that keeps it.
-void clear(tPage* page, std::uint32_t bits)
+/// Clears bits of the state, and gives the page back when nothing is left that keeps it. \return the state left
+std::uint32_t clear(tPage* page, std::uint32_t bits)
 {
-    if ((page->m_uiState.fetch_and(~bits, std::memory_order_acq_rel) & ~bits) != 0)
-        return;
+    const std::uint32_t left = page->m_uiState.fetch_and(~bits, std::memory_order_acq_rel) & ~bits;
+    if (left != 0)
+        return left;
     countMapped(static_cast<std::ptrdiff_t>(s_cnLargePage));  // its chunks were taken off one by one
     unmapPages(page, s_cnLargePage);
+    return 0;
 }
 
-/// Puts an open page into a slot; when all are taken, the page that was in the first one is closed.
+bool isFuller(const tPage* page, const tPage* other)
+{
+    return std::popcount(page->m_uiState.load(std::memory_order_relaxed)) >
+           std::popcount(other->m_uiState.load(std::memory_order_relaxed));
+}
+
+bool putInto(std::atomic<tPage*>& slot, tPage* page)
+{
+    tPage* none = nullptr;
+    return slot.compare_exchange_strong(none, page, std::memory_order_release, std::memory_order_relaxed);
+}
+
+/// Puts an open page, which the caller has taken out of its slot, into a slot. When all are taken, the fullest page is
+/// closed: what is open then serves longest.
 void leaveOpen(tPage* page)
 {
     for (std::atomic<tPage*>& slot : s_pOpen)
     {
-        tPage* none = nullptr;
-        if (slot.compare_exchange_strong(none, page, std::memory_order_release, std::memory_order_relaxed))
+        if (putInto(slot, page))
             return;
     }
-    if (tPage* const other = s_pOpen[0].exchange(page, std::memory_order_acq_rel))
-        clear(other, s_cuiOpen);
+    for (std::atomic<tPage*>& slot : s_pOpen)
+    {
+        tPage* other = takeOpenPage(slot);
+        if (other == nullptr && putInto(slot, page))
+            return;
+        if (other == nullptr)
+            continue;
+        if (isFuller(other, page))
+            std::swap(page, other);
+        if (!putInto(slot, other))
+            clear(other, s_cuiOpen);
+    }
+    clear(page, s_cuiOpen);
+}
+
+/// Gives an open page back, unless somebody has taken chunks of it. The caller has none: it looks at the page only when
+/// it has taken it out of its slot.
+void giveBackEmpty(tPage* page)
+{
+    for (std::atomic<tPage*>& slot : s_pOpen)
+    {
+        tPage* expected = page;
+        if (!slot.compare_exchange_strong(expected, nullptr, std::memory_order_acquire, std::memory_order_relaxed))
+            continue;
+        if (page->m_uiState.load(std::memory_order_acquire) == s_cuiOpen)
+            clear(page, s_cuiOpen);
+        else
+            leaveOpen(page);
+        return;
+    }
 }
 
 /// Takes a run of an open page that nobody else takes from, and leaves the page. \return null when it has none
@@ -127,26 +170,15 @@ void giveChunks(void* block, std::size_t count) noexcept
 {
     const auto place = reinterpret_cast<std::uintptr_t>(block);
     tPage* const page = reinterpret_cast<tPage*>(place & ~std::uintptr_t{s_cnLargePage - 1});
+    const std::uint32_t bits = bits4Chunks(count) << (place % s_cnLargePage / s_cnChunk);
     // The page is opened again while these chunks still keep it.
-    const std::uint32_t state = page->m_uiState.load(std::memory_order_relaxed);
-    if ((state & s_cuiOpen) == 0 && std::popcount(~state) >= s_ciEnoughFree &&
+    const std::uint32_t after = page->m_uiState.load(std::memory_order_relaxed) & ~bits;
+    if ((after & s_cuiOpen) == 0 && std::popcount(~after) >= s_ciEnoughFree &&
         (page->m_uiState.fetch_or(s_cuiOpen, std::memory_order_acq_rel) & s_cuiOpen) == 0)
         leaveOpen(page);
     countMapped(-bytes4Chunks(count));
-    clear(page, bits4Chunks(count) << (place % s_cnLargePage / s_cnChunk));
-}
-
-void dropUnusedPages() noexcept
-{
-    for (std::atomic<tPage*>& slot : s_pOpen)
-    {
-        tPage* const page = takeOpenPage(slot);
-        if (page != nullptr && page->m_uiState.load(std::memory_order_acquire) == s_cuiOpen)
-            clear(page, s_cuiOpen);
-        else if (page != nullptr)
-            leaveOpen(page);
-    }
-    dropKeptPages();
+    if (clear(page, bits) == s_cuiOpen)
+        giveBackEmpty(page);
 }
 
 }  // namespace murv::detail

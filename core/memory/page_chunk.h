@@ -1,7 +1,7 @@
 // core/memory/page_chunk.h - parts of large pages, for what is smaller than such a page.
 //
-// One large page serves many trees, of any thread. So trees of some hundred KB gain from large pages, too, and take no
-// more memory than they need: on a cold heap they load in 0.5 to 0.75 of the time.
+// One large page serves many trees, of any thread. So trees of some hundred KB gain from large pages, too: on a cold
+// heap they load in 0.5 to 0.75 of the time.
 #pragma once
 
 #include <cstddef>
@@ -16,10 +16,10 @@ inline constexpr std::size_t s_cnMostChunks = s_cnLargePage / s_cnChunk - 1;  //
 
 /// A block of that many chunks (1 to s_cnMostChunks), with any bytes, at an address that is a multiple of s_cnChunk.
 /// Null where mapPages gives null. Leaves errno alone. Takes no locks, and time that does not depend on what is in use.
+///
+/// Where blocks of different sizes come and go, pages hold one and a half times to twice what is in use.
 void* takeChunks(std::size_t count) noexcept;
 /// Gives back a block of takeChunks, in any thread. \param count  as it was given there
 void giveChunks(void* block, std::size_t count) noexcept;
-/// Gives pages that nobody uses, kept here or by unmapPages, back to the system.
-void dropUnusedPages() noexcept;
 
 }  // namespace murv::detail

@@ -93,15 +93,17 @@ TEST(LargeBlock, thereIsNoneWithoutMemory)
     EXPECT_EQ(errno, 7);
 }
 
-TEST(LargeBlock, fromAQuarterOfAMegabyteOnTheyAreOfPages)
+TEST(LargeBlock, whatPagesHoldWellLiesInThem)
 {
     const std::size_t before = mappedBytes();
-    for (const std::uint64_t size : {256U * 1024, 1024U * 1024, 2U * 1024 * 1024, 8U * 1024 * 1024})
+    for (const unsigned int kilobytes : {128U, 256U, 512U, 1024U, 2048U, 8192U})
     {
+        const std::uint64_t size = kilobytes * std::uint64_t{1024};
+        const bool isOfPages = hasLargePages() && kilobytes != 128 && kilobytes != 1024;
         void* const block = allocateLarge(size);
         ASSERT_NE(block, nullptr);
         std::memset(block, 1, size);
-        EXPECT_EQ(mappedBytes(), before + (hasLargePages() ? size : 0)) << size;
+        EXPECT_EQ(mappedBytes(), before + (isOfPages ? size : 0)) << size;
         freeLarge(block, size);
         EXPECT_EQ(mappedBytes(), before) << size;
     }

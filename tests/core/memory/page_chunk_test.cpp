@@ -5,8 +5,11 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <cstdlib>
+#include <fstream>
 #include <random>
 #include <set>
+#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -67,6 +70,22 @@ void give(const tBlock& block)
     giveChunks(block.m_pBegin, block.m_nChunks);
 }
 
+/// Bytes of the process for which large pages are asked for; 0 where the system does not tell.
+std::size_t advisedBytes()
+{
+    std::ifstream maps("/proc/self/smaps");
+    std::size_t bytes = 0;
+    std::size_t kilobytes = 0;
+    for (std::string line; std::getline(maps, line);)
+    {
+        if (line.rfind("Size:", 0) == 0)
+            kilobytes = std::strtoul(line.c_str() + 5, nullptr, 10);
+        else if (line.rfind("VmFlags:", 0) == 0 && line.find(" hg") != std::string::npos)
+            bytes += kilobytes * 1024;
+    }
+    return bytes;
+}
+
 /// Takes and gives back blocks at random, some at a time. \return how many were damaged
 int takeAndGive(unsigned int seed, int steps)
 {
@@ -102,7 +121,7 @@ int takeAndGive(unsigned int seed, int steps)
 TEST(PageChunk, onePageServesMany)
 {
     MURV_NEEDS_LARGE_PAGES();
-    dropUnusedPages();
+    dropKeptPages();
     std::vector<tBlock> blocks;
     std::set<std::uintptr_t> pages;
     for (std::size_t i = 0; i < s_cnMostChunks; ++i)
@@ -126,7 +145,7 @@ TEST(PageChunk, onePageServesMany)
 TEST(PageChunk, aBlockIsTheFirstRunThatIsLongEnough)
 {
     MURV_NEEDS_LARGE_PAGES();
-    dropUnusedPages();
+    dropKeptPages();
     std::vector<tBlock> blocks;
     for (int i = 0; i < 10; ++i)
         blocks.push_back(take(1));
@@ -149,7 +168,7 @@ TEST(PageChunk, aBlockIsTheFirstRunThatIsLongEnough)
 TEST(PageChunk, aFullPageServesAgainWhenHalfOfItIsGivenBack)
 {
     MURV_NEEDS_LARGE_PAGES();
-    dropUnusedPages();
+    dropKeptPages();
     std::vector<tBlock> blocks;
     for (std::size_t i = 0; i < s_cnMostChunks; ++i)
         blocks.push_back(take(1));
@@ -162,6 +181,34 @@ TEST(PageChunk, aFullPageServesAgainWhenHalfOfItIsGivenBack)
     }
     for (const tBlock& block : blocks)
         give(block);
+}
+
+// Pages that hold little are used up before others; so what lives long does not keep many pages.
+TEST(PageChunk, pagesHoldAtMostTwiceWhatIsInUse)
+{
+    MURV_NEEDS_LARGE_PAGES();
+    dropKeptPages();
+    const std::size_t advised = advisedBytes();
+    std::mt19937 random(3);
+    std::vector<tBlock> held;
+    for (int step = 0; step < 50000; ++step)
+    {
+        if (held.size() == 1000)
+        {
+            std::swap(held[random() % held.size()], held.back());
+            give(held.back());
+            held.pop_back();
+        }
+        held.push_back(take(random() % 8 + 1));
+    }
+    std::size_t chunks = 0;
+    for (const tBlock& block : held)
+        chunks += block.m_nChunks;
+    EXPECT_LE(advisedBytes() - advised, 2 * chunks * s_cnChunk + 8 * s_cnLargePage);  // and those that are kept
+    for (const tBlock& block : held)
+        give(block);
+    dropKeptPages();
+    EXPECT_EQ(advisedBytes(), advised);
 }
 
 TEST(PageChunk, whatIsInUseIsCounted)
@@ -186,17 +233,17 @@ TEST(PageChunk, pagesThatNobodyUsesCanBeDropped)
         unsigned char state[s_cnChunk / 4096];
         return mincore(block.m_pBegin, s_cnChunk, state) == 0;
     };
-    dropUnusedPages();
+    dropKeptPages();
     const tBlock used = take(1);
     const tBlock longest = take(s_cnMostChunks);
     give(longest);
     EXPECT_TRUE(isMapped(longest));  // kept for the next
-    dropUnusedPages();
+    dropKeptPages();
     EXPECT_FALSE(isMapped(longest));
     EXPECT_TRUE(isWhole(used));
     give(used);
     EXPECT_TRUE(isMapped(used));
-    dropUnusedPages();
+    dropKeptPages();
     EXPECT_FALSE(isMapped(used));
 }
 #endif
@@ -205,14 +252,20 @@ TEST(PageChunk, randomBlocksAreApart)
 {
     MURV_NEEDS_LARGE_PAGES();
     const std::size_t before = mappedBytes();
+    dropKeptPages();
+    const std::size_t advised = advisedBytes();
     EXPECT_EQ(takeAndGive(1, 4000), 0);
     EXPECT_EQ(mappedBytes(), before);
+    dropKeptPages();
+    EXPECT_EQ(advisedBytes(), advised);
 }
 
 TEST(PageChunk, threadsShareNone)
 {
     MURV_NEEDS_LARGE_PAGES();
     const std::size_t before = mappedBytes();
+    dropKeptPages();
+    const std::size_t advised = advisedBytes();
     int damaged[4] = {};
     std::vector<std::thread> threads;
     for (unsigned int number = 0; number < 4; ++number)
@@ -222,6 +275,8 @@ TEST(PageChunk, threadsShareNone)
     for (const int count : damaged)
         EXPECT_EQ(count, 0);
     EXPECT_EQ(mappedBytes(), before);
+    dropKeptPages();
+    EXPECT_EQ(advisedBytes(), advised);
 }
 
 // One thread's blocks are given back by another.
@@ -251,6 +306,6 @@ TEST(PageChunk, errnoIsLeftAlone)
     const tBlock block = take(1);
     if (block.m_pBegin != nullptr)
         give(block);
-    dropUnusedPages();
+    dropKeptPages();
     EXPECT_EQ(errno, 7);
 }
