@@ -2,7 +2,7 @@
 //
 // Counts are known before the members are, so that each container gets one block of exactly its size; but a count is
 // believed only as far as the bytes that remain can hold such members. The first error ends the load and leaves the
-// members read so far in the tree. The pool of blocks is told how far the body is read, and so takes large pages for
+// members read so far in the tree. The pool of blocks asks how far the body is read, and so takes large pages for
 // large files: one of 100 MB loads in 0.46 of the time.
 #pragma once
 
