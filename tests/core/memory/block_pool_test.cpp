@@ -123,8 +123,38 @@ TEST(BlockPool, aLargeTreeGetsLargePages)
     for (const auto& [piece, count] : counts)
     {
         EXPECT_TRUE(piece->m_uiChunks == 0 || reinterpret_cast<std::uintptr_t>(piece) % s_cnChunk == 0);
+        // One of sixteen to thirty would leave a gap that none of its like fits.
+        EXPECT_TRUE(piece->m_uiChunks <= s_cnMostChunks / 2 || piece->m_uiChunks == s_cnMostChunks);
         CBlockPool::release(piece, count);
     }
+}
+
+// Else a long block would waste the rest of the piece that it does not fit.
+TEST(BlockPool, aPieceServesOnAfterALongBlock)
+{
+    if (!hasLargePages())
+        GTEST_SKIP() << "NOT TESTED: there are no large pages here";
+    const tFixedForecast begun(0.1);
+    CBlockPool pool;
+    pool.begin(&begun);
+    std::map<CBlockPool::tPiece*, std::uint32_t> counts;
+    CBlockPool::tPiece* before = nullptr;
+    while (before == nullptr || before->m_uiChunks == 0)
+    {
+        if (char* const block = pool.take(s_cnSize))
+            ++counts[before = piece4(pool, block)];
+    }
+    char* const longer = pool.take(2 * s_cnChunk - 2000);  // a little is left after it
+    ASSERT_NE(longer, nullptr);
+    ++counts[piece4(pool, longer)];
+    EXPECT_NE(piece4(pool, longer), before);
+    const std::size_t pieces = counts.size();
+    for (int i = 0; i < 100; ++i)
+        ++counts[piece4(pool, pool.take(s_cnSize))];
+    EXPECT_EQ(counts.size(), pieces);
+    pool.close();
+    for (const auto& [piece, count] : counts)
+        CBlockPool::release(piece, count);
 }
 
 TEST(BlockPool, aTreeThatIsNearlyDoneGetsNoLargePages)
